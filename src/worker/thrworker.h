@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The worker: ticks on a timer and brings the attendance database into line with the export file.
+#pragma once
+
+#include "worker/employeerecord.h"
+
+#include <QHash>
+#include <QMutex>
+#include <QObject>
+#include <QProcess>
+#include <QSqlDatabase>
+#include <QStringList>
+#include <QVector>
+
+class OrvDbSettings;
+class QTimer;
+
+/// Does the synchronisation: on every tick it decides whether to run a pass, and a pass takes the
+/// employees of the export file into the attendance database one by one.
+///
+/// TalvenHR makes it, moves it to its worker thread and gives it its settings; it goes by
+/// deleteLater() when that thread has finished. The setters are called before the thread starts.
+/// Everything from checkSync() on runs on the worker thread. start() and stop() are also called
+/// directly from the server's thread; nothing guards them.
+///
+/// All statements run on the worker's own connection, a clone of the server's, which is open only
+/// during a tick. A failure is logged and ends neither the pass nor the walk over the records.
+class THRWorker : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit THRWorker(QObject *parent = nullptr);
+    ~THRWorker() override;
+
+    // Settings (thrworker.cpp)
+    void setLogLevel(const quint8 &level);
+    void setSyncInterval(const uint &ticks); ///< 0 is not guarded: the second tick divides by it
+    void setTestMode(bool test);
+    void setImportFile(const QString &path);
+    void setDeleteFile(bool remove);
+    void setSyncCommand(const QString &command);
+    void setSyncCommandRun(const quint8 &when); ///< 0 never, 1 on forced passes, 2 on every pass
+    void setDepartmentId(const uint &department);
+    void setTimerInterval(const uint &milliseconds); ///< at least 1000
+    void setMes(const QHash<ushort, QString> &texts); ///< texts by evidence state
+    /// Clones a connection named OQS.<database name>.TalvenHR, or takes the one already registered
+    /// under that name.
+    void setOrvDb(const QSqlDatabase &database);
+
+    // Life, tick and pass (thrworker.cpp)
+    bool init();
+    bool dbCheckOpen();
+    void dbClose();
+    void runCommand();
+    void doSync();
+
+    // Export file (thrworker_import.cpp)
+    /// Appends the usable lines of the export file to importedRecords, then removes the file if told.
+    void loadAndParseData();
+    /// Appends the record of a line, if the line has as many parts as fields and is usable.
+    void parseLine(const QString &line, const QStringList &fields, QChar separator);
+    /// The date of a text in the format of a date and time; invalid when the text does not match.
+    static QDate dateFromText(const QString &text, const QString &format);
+
+    // Evidence states (thrworker_state.cpp)
+    /// The text of a state: from the settings, else built in, else empty.
+    QString stateText(ushort state) const;
+    QString stateTextOf(const EmployeeRecord &record) const;
+    /// The settings hold a text for the state, be it empty.
+    bool stateKnown(ushort state) const;
+    /// Works out rsBegin, rsEnd and rsText of a record from its state and the interval before it.
+    void applyStateValidity(EmployeeRecord &record, const EmployeeRecord &oldRecord) const;
+    EmployeeRecord withStateValidity(const EmployeeRecord &record,
+                                     const EmployeeRecord &oldRecord) const;
+
+    // One record (thrworker_record.cpp)
+    /// Decides what is to happen to the person of a record, and has it done.
+    void doSyncRecord(const EmployeeRecord &record);
+
+    // Person store (thrworker_people.cpp)
+    /// Reads all active people into dbPeople. False leaves dbPeople as it was.
+    bool dbLoadPeople();
+    bool dbCheckPerson(const EmployeeRecord &record);
+    /// The uid, 0 when unknown or on error.
+    uint dbGetUidByPid(uint pid);
+    /// As dbGetUidByPid(), through a cache that lives as long as the process.
+    uint getUidByPid(uint pid);
+    /// Inserts a person, or revives the inactive row of the same pid. True when a row was written.
+    bool dbAddPerson(const EmployeeRecord &record);
+    /// True when a row has changed. With `changeLastCalc` and a valid rsBegin the calculation mark
+    /// moves to the day before rsBegin.
+    bool dbUpdatePerson(const EmployeeRecord &record, bool changeLastCalc);
+    /// Reopens attendance from the day on and moves the calculation mark back to the day before it.
+    /// Writes also in test mode. False when either statement failed; the first one stays in force.
+    bool dbChangeLastCalc(uint uid, const QDate &date);
+
+public Q_SLOTS:
+    /// Makes timer and settings access anew and starts ticking; the first tick comes after a
+    /// whole interval.
+    void start();
+    /// Ends the ticking of the newest timer.
+    void stop();
+
+private Q_SLOTS:
+    void checkSync();
+    void isqlProcessErrorOccurred(QProcess::ProcessError error);
+
+private:
+    friend struct WorkerPeer; // the tests' view of the members
+
+    /// What a record changes against the last one of the same person in an export file.
+    struct Changes
+    {
+        bool any;
+        bool evidenceState;
+        bool employmentType;
+    };
+
+    void runPass();
+    Changes changesSinceLast(const EmployeeRecord &record) const;
+    bool syncUnknownPerson(const EmployeeRecord &record);
+    bool syncKnownPerson(const EmployeeRecord &record, const Changes &changes, bool *needLastCalc);
+    void reopenAttendance(const EmployeeRecord &record);
+
+    quint8 logLevel = 0;
+    bool initDone = false;
+    bool testMode = false;
+    bool inProgress = false;
+    QSqlDatabase db;
+    QTimer *timer = nullptr;
+    uint timerInterval = 60000; ///< milliseconds
+    uint tickCount = 0;
+    uint syncInterval = 60; ///< ticks
+    uint syncCount = 0;
+    QString importFile;
+    bool deleteFile = false;
+    bool forceSync = false;
+    QHash<uint, EmployeeRecord> lastRecords; ///< by pid, as last seen in export files
+    QVector<EmployeeRecord> waitingRecords; ///< whose branch and calendar step failed
+    OrvDbSettings *orvSettings = nullptr; ///< owned
+    QVector<EmployeeRecord> importedRecords; ///< of this pass, in file order
+    QHash<uint, uint> branches; ///< branch number to bid
+    QString syncCommand;
+    quint8 syncCommandRun = 0;
+    QHash<uint, EmployeeRecord> dbPeople; ///< by pid, as the database had them at the pass's begin
+    QMutex dbMutex; ///< around open and close of db
+    uint departmentId = 1;
+    QHash<ushort, QString> mes; ///< texts by evidence state
+};
