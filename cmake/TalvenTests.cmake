@@ -1,0 +1,37 @@
+# SPDX-FileCopyrightText: 2026 The TalvenHR authors
+# SPDX-License-Identifier: MIT
+
+find_package(Qt5 REQUIRED COMPONENTS Test)
+
+# talven_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [LABELS <label>...]
+#                 [TIMEOUT <seconds>] [TIME_ZONES <zone>...] [ENVIRONMENT <NAME=value>...])
+#
+# An executable of Qt Test, registered with CTest. With TIME_ZONES it is registered once for each zone,
+# as <name>.<zone>; otherwise it runs in the zone of Bratislava.
+function(talven_add_test name)
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS;TIME_ZONES;ENVIRONMENT" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    talven_target_defaults(${name})
+    target_link_libraries(${name} PRIVATE talvenhr_testsupport ${arg_LIBRARIES})
+
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 60)
+    endif()
+    # Dates, hashes and letters come out the same everywhere.
+    set(environment LC_ALL=C.UTF-8 QT_HASH_SEED=0 ${arg_ENVIRONMENT})
+    if(NOT arg_TIME_ZONES)
+        add_test(NAME ${name} COMMAND ${name})
+        set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment};TZ=Europe/Bratislava"
+            LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT})
+        return()
+    endif()
+    foreach(zone IN LISTS arg_TIME_ZONES)
+        add_test(NAME ${name}.${zone} COMMAND ${name})
+        set_tests_properties(${name}.${zone} PROPERTIES ENVIRONMENT "${environment};TZ=${zone}"
+            LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT})
+    endforeach()
+endfunction()
+
+# The zones in which everything that has to do with dates is tested: Greenwich, one east and one west
+# of it. All three change their clocks by other rules.
+set(TALVEN_TIME_ZONES UTC Europe/Bratislava America/New_York)

@@ -6,28 +6,24 @@
 EnviroSettings::EnviroSettings(QObject *parent) :
     QSettings(parent),
     environment(QProcessEnvironment::systemEnvironment())
-{
-}
+{ }
 
 EnviroSettings::EnviroSettings(QSettings::Scope scope, const QString &organization,
                                const QString &application, QObject *parent) :
     QSettings(scope, organization, application, parent),
     environment(QProcessEnvironment::systemEnvironment())
-{
-}
+{ }
 
 EnviroSettings::EnviroSettings(const QString &fileName, QSettings::Format format, QObject *parent) :
     QSettings(fileName, format, parent),
     environment(QProcessEnvironment::systemEnvironment())
-{
-}
+{ }
 
 EnviroSettings::EnviroSettings(const QString &organization, const QString &application,
                                QObject *parent) :
     QSettings(organization, application, parent),
     environment(QProcessEnvironment::systemEnvironment())
-{
-}
+{ }
 
 void EnviroSettings::setPrefix(const QString &prefix)
 {

@@ -50,6 +50,8 @@ private Q_SLOTS:
     bool init();
 
 private:
+    friend struct PluginPeer; // the tests' view of the members
+
     void passOnSettings();
     void passOnStateTexts();
 

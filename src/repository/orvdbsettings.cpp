@@ -42,8 +42,7 @@ bool execSet(QSqlQuery &query, const QString &name, const QVariant &value)
 
 OrvDbSettings::OrvDbSettings(const QSqlDatabase &database) :
     db(database)
-{
-}
+{ }
 
 void OrvDbSettings::setDb(const QSqlDatabase &database)
 {
@@ -66,8 +65,8 @@ void OrvDbSettings::dbClose()
 QVariant OrvDbSettings::variableGet(const QString &name, QVariant defaultValue)
 {
     QSqlQuery query(db);
-    const QString statement =
-        QStringLiteral("SELECT value FROM vars WHERE name='%1' LIMIT 1").arg(name);
+    const QString statement = QStringLiteral("SELECT value FROM vars WHERE name='%1' LIMIT 1")
+                                  .arg(name);
     if (query.exec(statement) && query.next())
         return query.value(QStringLiteral("value"));
 

@@ -10,5 +10,4 @@
 #define SQL_TEXT(query) qPrintable((query).lastError().text())
 
 /// For "[%s]: %s": the server's own error code and the text of the query's last error.
-#define SQL_CODE_AND_TEXT(query) \
-    qPrintable((query).lastError().nativeErrorCode()), SQL_TEXT(query)
+#define SQL_CODE_AND_TEXT(query) qPrintable((query).lastError().nativeErrorCode()), SQL_TEXT(query)

@@ -107,11 +107,11 @@ uint EmployeeRecord::pamTypeForTpp(ushort tpp)
 bool operator==(const EmployeeRecord &left, const EmployeeRecord &right)
 {
     return left.osobniCislo == right.osobniCislo && left.poradoveCisloPP == right.poradoveCisloPP
-        && left.titul == right.titul && left.jmeno == right.jmeno
-        && left.prijmeni == right.prijmeni && left.titulZa == right.titulZa
-        && left.telefon == right.telefon && left.datumNastupu == right.datumNastupu
-        && left.datumVystupu == right.datumVystupu && left.stredisko == right.stredisko
-        && left.strediskoPopis == right.strediskoPopis && left.calendarID == right.calendarID
+        && left.titul == right.titul && left.jmeno == right.jmeno && left.prijmeni == right.prijmeni
+        && left.titulZa == right.titulZa && left.telefon == right.telefon
+        && left.datumNastupu == right.datumNastupu && left.datumVystupu == right.datumVystupu
+        && left.stredisko == right.stredisko && left.strediskoPopis == right.strediskoPopis
+        && left.calendarID == right.calendarID
         && left.kalendarPlatnostOd == right.kalendarPlatnostOd
         && left.typPracovnihoPomeru == right.typPracovnihoPomeru
         && left.stavPracovnihoPomeru == right.stavPracovnihoPomeru

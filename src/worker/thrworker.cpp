@@ -24,8 +24,7 @@ QString forceVariable()
 
 THRWorker::THRWorker(QObject *parent) :
     QObject(parent)
-{
-}
+{ }
 
 // Deliberate: the connection stays registered under its name, and a worker made later in the same
 // process takes it up. Pinned by tst_Worker::setOrvDb_takesUpTheRegisteredConnection().

@@ -71,8 +71,8 @@ bool THRWorker::dbCheckPerson(const EmployeeRecord &record)
         qDebug("THRWorker::dbCheckPerson(%s)", qPrintable(record.pamId()));
 
     QSqlQuery query(db);
-    const QString statement =
-        QStringLiteral("SELECT COUNT(*) FROM people WHERE pid = %1;").arg(record.pid());
+    const QString statement = QStringLiteral("SELECT COUNT(*) FROM people WHERE pid = %1;")
+                                  .arg(record.pid());
     if (!query.exec(statement)) {
         qCritical("THRWorker::dbCheckPerson() - SQL ERROR [%s]: %s", SQL_CODE_AND_TEXT(query));
         return false;
@@ -86,8 +86,8 @@ uint THRWorker::dbGetUidByPid(uint pid)
         qDebug("THRWorker::dbGetUidByPid(%u)", pid);
 
     QSqlQuery query(db);
-    const QString statement =
-        QStringLiteral("SELECT uid FROM people WHERE pid = %1 LIMIT 1;").arg(pid);
+    const QString statement = QStringLiteral("SELECT uid FROM people WHERE pid = %1 LIMIT 1;")
+                                  .arg(pid);
     if (!query.exec(statement)) {
         qCritical("THRWorker::dbGetUidByPid() - SQL ERROR [%s]: %s", SQL_CODE_AND_TEXT(query));
         return 0;
@@ -129,27 +129,28 @@ bool THRWorker::dbAddPerson(const EmployeeRecord &record)
     // Deliberate: a row of the same pid, though inactive, is revived. Its department becomes 1, not
     // the configured one, and its interval, calendar and branch stay. Pinned by
     // tst_PeopleTable::dbAddPerson_upsertRevivesInactiveRow().
-    const QString statement =
-        QStringLiteral("INSERT INTO people (pid, pamId, title, name, surname, title2, phone, "
-                       "begin, end, created, rsBegin, rsEnd, rsText, type, did, calendarID, bid) "
-                       "VALUES('%1', '%2', '%3', '%4', '%5', '%6', '%7', %8, %9, UNIX_TIMESTAMP(), "
-                       "%10, %11, '%12', %13, %14, %15, %16)")
-            .arg(record.pid()) // %1
-            .arg(record.pamId()) // %2
-            .arg(record.titul) // %3
-            .arg(record.jmeno) // %4
-            .arg(record.prijmeni) // %5
-            .arg(record.titulZa) // %6
-            .arg(record.telefon) // %7
-            .arg(dateToSqlBegin(record.datumNastupu)) // %8
-            .arg(dateToSql(record.datumVystupu, true)) // %9
-            .arg(dateToSql(record.rsBegin, false)) // %10
-            .arg(dateToSql(record.rsEnd, false)) // %11
-            .arg(record.rsText) // %12
-            .arg(EmployeeRecord::personType(record.typPracovnihoPomeru)) // %13
-            .arg(numberToSql(departmentId)) // %14
-            .arg(record.calendarID) // %15
-            .arg(numberToSql(branches.value(record.stredisko))) // %16
+    const QString statement
+        = QStringLiteral(
+              "INSERT INTO people (pid, pamId, title, name, surname, title2, phone, "
+              "begin, end, created, rsBegin, rsEnd, rsText, type, did, calendarID, bid) "
+              "VALUES('%1', '%2', '%3', '%4', '%5', '%6', '%7', %8, %9, UNIX_TIMESTAMP(), "
+              "%10, %11, '%12', %13, %14, %15, %16)")
+              .arg(record.pid()) // %1
+              .arg(record.pamId()) // %2
+              .arg(record.titul) // %3
+              .arg(record.jmeno) // %4
+              .arg(record.prijmeni) // %5
+              .arg(record.titulZa) // %6
+              .arg(record.telefon) // %7
+              .arg(dateToSqlBegin(record.datumNastupu)) // %8
+              .arg(dateToSql(record.datumVystupu, true)) // %9
+              .arg(dateToSql(record.rsBegin, false)) // %10
+              .arg(dateToSql(record.rsEnd, false)) // %11
+              .arg(record.rsText) // %12
+              .arg(EmployeeRecord::personType(record.typPracovnihoPomeru)) // %13
+              .arg(numberToSql(departmentId)) // %14
+              .arg(record.calendarID) // %15
+              .arg(numberToSql(branches.value(record.stredisko))) // %16
         + QStringLiteral(" ON DUPLICATE KEY UPDATE pamId=VALUES(pamId), title=VALUES(title), "
                          "name=VALUES(name), surname=VALUES(surname), title2=VALUES(title2), "
                          "phone=VALUES(phone), begin=VALUES(begin), end=VALUES(end), "
@@ -169,8 +170,9 @@ bool THRWorker::dbUpdatePerson(const EmployeeRecord &record, bool changeLastCalc
     if (logLevel > 0)
         qDebug("THRWorker::dbUpdatePerson(%s)", qPrintable(record.toText(true)));
     if (testMode) {
-        qWarning("THRWorker::dbUpdatePerson(%s) - Testing mode is active, person not really update!",
-                 qPrintable(record.toText(false)));
+        qWarning(
+            "THRWorker::dbUpdatePerson(%s) - Testing mode is active, person not really update!",
+            qPrintable(record.toText(false)));
         return true;
     }
 

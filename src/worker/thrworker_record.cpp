@@ -10,12 +10,12 @@ namespace {
 bool differsFromRow(const EmployeeRecord &record, const EmployeeRecord &row)
 {
     return record.osobniCislo != row.osobniCislo || record.poradoveCisloPP != row.poradoveCisloPP
-        || record.titul != row.titul || record.jmeno != row.jmeno
-        || record.prijmeni != row.prijmeni || record.titulZa != row.titulZa
-        || record.telefon != row.telefon || record.datumNastupu != row.datumNastupu
-        || record.datumVystupu != row.datumVystupu || record.calendarID != row.calendarID
-        || record.stredisko != row.stredisko || record.rsBegin != row.rsBegin
-        || record.rsEnd != row.rsEnd || record.rsText != row.rsText;
+        || record.titul != row.titul || record.jmeno != row.jmeno || record.prijmeni != row.prijmeni
+        || record.titulZa != row.titulZa || record.telefon != row.telefon
+        || record.datumNastupu != row.datumNastupu || record.datumVystupu != row.datumVystupu
+        || record.calendarID != row.calendarID || record.stredisko != row.stredisko
+        || record.rsBegin != row.rsBegin || record.rsEnd != row.rsEnd
+        || record.rsText != row.rsText;
 }
 
 QDate firstOfPreviousMonth()

@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The program `talvenhr`.
+#include "commandline.h"
+
+#include <QCoreApplication>
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    return runCommandLine(QCoreApplication::arguments());
+}

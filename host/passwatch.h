@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What a run has done, taken from the plugin's own messages.
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+/// The figures of the summary.
+struct RunFigures
+{
+    int passes = 0; ///< that came to their end
+    int records = 0;
+    int added = 0;
+    int updated = 0;
+    int warnings = 0; ///< shown
+    int errors = 0; ///< shown
+    int waiting = 0; ///< records, at the end of the last pass
+};
+
+/// Follows the passes through the messages of a plugin that runs at log level 2 at least.
+///
+/// A plain object without a lock, part of MessageLog.
+class PassWatch
+{
+public:
+    enum Event {
+        Nothing,
+        PassBegan,
+        RecordBegan, ///< only at log level 3
+        PassEnded,
+        DatabaseNotOpen, ///< a tick was lost
+        PluginDisabled,
+    };
+
+    Event see(QtMsgType type, const QString &text);
+    void countShown(QtMsgType type);
+
+    const RunFigures &figures() const { return runFigures; }
+    bool isPassRunning() const { return passRunning; }
+    int recordsOfPass() const { return passRecords; }
+    int recordsBegun() const { return begunRecords; }
+
+private:
+    Event seeDebug(const QString &text);
+    void seePersonTrouble(const QString &text, const QString &trouble);
+
+    RunFigures runFigures;
+    bool passRunning = false;
+    int passRecords = 0;
+    int begunRecords = 0;
+};

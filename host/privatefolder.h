@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The folder of a private server: whose it is, whether it is in use, and what lies where in it.
+#pragma once
+
+#include <QLockFile>
+#include <QScopedPointer>
+#include <QString>
+#include <QTemporaryDir>
+
+/// Knows a folder that was made for a private server from any other, and keeps two hosts from using
+/// it at once. Part of a PrivateServer and used on its thread.
+///
+/// A folder with files of somebody else is never written to.
+class PrivateFolder
+{
+public:
+    explicit PrivateFolder(const QString &name);
+
+    /// Makes the folder (for its owner only) if it is missing, and locks it. False with the reason
+    /// when it is not to be had.
+    bool take(QString *error);
+    void release();
+
+    /// The data were made to their end, not broken off on the way.
+    bool hasData() const;
+    bool setHasData(QString *error);
+    /// Removes what there is of data.
+    bool clearData(QString *error);
+
+    QString dataPath() const { return path(QStringLiteral("data")); }
+    QString logPath() const { return path(QStringLiteral("server.log")); }
+    QString installLogPath() const { return path(QStringLiteral("install.log")); }
+    QString pidPath() const { return path(QStringLiteral("server.pid")); }
+    /// Short enough for the system; known from take() on. Lies elsewhere if the folder's own path is
+    /// too long.
+    QString socketPath() const { return socket; }
+
+private:
+    QString path(const QString &name) const;
+    bool makeOrRecognise(QString *error) const;
+    bool waitForLeftServer(QString *error) const;
+    bool findSocketPath(QString *error);
+
+    const QString directory;
+    QString socket;
+    QScopedPointer<QLockFile> lock;
+    QScopedPointer<QTemporaryDir> socketFolder;
+};

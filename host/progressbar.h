@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A line at the bottom of the terminal that shows how far a pass has come.
+#pragma once
+
+#include <QByteArray>
+#include <QElapsedTimer>
+
+/// Gives the bytes that draw and wipe the bar; writing them is its owner's business, and so is the
+/// lock. Drawn at most ten times a second.
+class ProgressBar
+{
+public:
+    /// What shows the bar now; empty when it is too early to draw it again.
+    QByteArray draw(int done, int total);
+    /// What makes room for a log line; empty when no bar stands there.
+    QByteArray wipe();
+
+    /// Whether standard error is a terminal that can wipe a line.
+    static bool isPossible();
+
+private:
+    QElapsedTimer sinceDrawn;
+    bool visible = false;
+};

@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// `talvenhr run`: the plugin at work, without an attendance server around it.
+#pragma once
+
+#include <QStringList>
+
+/// Takes the arguments after "run"; returns the exit code.
+int runCommand(const QStringList &arguments);

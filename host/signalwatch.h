@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Signals of the operating system that ask the program to end.
+#pragma once
+
+#include <QObject>
+
+class QSocketNotifier;
+
+/// Turns SIGINT, SIGTERM and SIGHUP into a signal of Qt's while it lives, so that none of them ends
+/// the process in the middle of a pass. A closed pipe (SIGPIPE) does not end it either.
+///
+/// One at a time, owned by the command and living on its thread, which must run an event loop.
+class SignalWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit SignalWatch(QObject *parent = nullptr);
+    ~SignalWatch() override;
+
+Q_SIGNALS:
+    /// Also for one that came before the event loop ran.
+    void caught();
+
+private Q_SLOTS:
+    void readPipe();
+
+private:
+    int pipeEnds[2] = {-1, -1};
+    QSocketNotifier *notifier = nullptr;
+};
