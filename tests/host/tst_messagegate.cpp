@@ -1,0 +1,321 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The table of log levels, against the plugin itself and against the program.
+#include "datadirectory.h"
+#include "host/program.h"
+#include "host/site.h"
+#include "hostdatabase.h"
+#include "installation.h"
+#include "messagegate.h"
+#include "plugin/serverinterface.h"
+#include "pluginfile.h"
+#include "privateserver.h"
+
+#include <QMutex>
+#include <QMutexLocker>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+struct Message
+{
+    QtMsgType type;
+    QString text;
+};
+
+/// All messages as they come, without regard to any gate.
+class Messages
+{
+public:
+    Messages()
+    {
+        current = this;
+        previous = qInstallMessageHandler(take);
+    }
+    ~Messages()
+    {
+        qInstallMessageHandler(previous);
+        current = nullptr;
+    }
+    QVector<Message> all() const { return messages; }
+
+private:
+    static void take(QtMsgType type, const QMessageLogContext &, const QString &text)
+    {
+        const QMutexLocker locker(&current->mutex);
+        current->messages.append({type, text});
+    }
+
+    static Messages *current;
+    QMutex mutex;
+    QVector<Message> messages;
+    QtMessageHandler previous;
+};
+
+Messages *Messages::current = nullptr;
+
+/// What of the messages belongs to the level.
+QStringList belonging(const QVector<Message> &messages, int logLevel)
+{
+    QStringList texts;
+    for (const Message &message : messages) {
+        if (messageGate(message.type, message.text) <= logLevel)
+            texts.append(message.text);
+    }
+    return texts;
+}
+
+QStringList words(const QString &line)
+{
+    return line.split(QLatin1Char(' '));
+}
+
+} // namespace
+
+class tst_MessageGate : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void gates_data();
+    void gates();
+    void settingsKeysAreHiddenBelowLevel2();
+    void filteredLevel3EqualsThePluginAtEachLevel_data();
+    void filteredLevel3EqualsThePluginAtEachLevel();
+    void filteredLevel3EqualsTheProgramAtEachLevel();
+
+private:
+    void loadContent();
+    QVector<Message> messagesAt(int logLevel, int passes);
+    QVector<Message> patientMessagesAt(int logLevel, int passes);
+
+    Site site;
+    std::unique_ptr<DataDirectory> dataDirectory;
+    std::unique_ptr<PrivateServer> server;
+};
+
+void tst_MessageGate::initTestCase()
+{
+    server.reset(new PrivateServer(site.path(QStringLiteral("db"))));
+    server->setServerOptions(quickServerOptions());
+    QString error;
+    QVERIFY2(server->start(&error), qPrintable(error));
+    dataDirectory.reset(new DataDirectory(site.dataDir()));
+
+    // The export command counts the passes, also where the plugin is silent.
+    site.writeFile(
+        QStringLiteral("export.sh"),
+        QStringLiteral("echo pass >> %1; exit 5").arg(site.path(QStringLiteral("passes"))));
+    site.set({QStringLiteral("syncCommand=sh ") + site.path(QStringLiteral("export.sh")),
+              QStringLiteral("syncCommandRun=2"), QStringLiteral("deleteFile=true")});
+}
+
+void tst_MessageGate::gates_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("gate");
+    const auto row = [](QtMsgType type, int gate, const char *text) {
+        QTest::addRow("%d %s", gate, text) << static_cast<int>(type) << text << gate;
+    };
+    // PaM
+    row(QtDebugMsg, 2, "THRWorker::addPersonIntoPam(10011)");
+    row(QtDebugMsg, 1, "THRWorker::dbAddPersonIntoPam(pid: 10011, pamSettingsID: 1)");
+    row(QtWarningMsg, 1,
+        "THRWorker::dbAddPersonIntoPam(pid: 1, pamSettingsID: 1) - Testing mode is active, person "
+        "not really add into PaM!");
+    row(QtWarningMsg, 1,
+        "THRWorker::dbAddPersonIntoPam(pid: 1, pamSettingsID: 1) - Unique person ID "
+        "([people].uid) not found!");
+    row(QtWarningMsg, 0, "THRWorker::dbAddPerson(1001.1) - addPersonIntoPam() FAILED!");
+    row(QtWarningMsg, 0, "THRWorker::doSyncRecord(1001.1 ) - dbAddPersonIntoPam(10011, 1) FAILED!");
+    // Branch and calendar
+    row(QtDebugMsg, 2, "THRWorker::dbLoadBranches()");
+    row(QtDebugMsg, 3, "THRWorker::doSyncBranchAndCalendar(1001.1)");
+    row(QtDebugMsg, 2, "THRWorker::dbCheckPersonInBranch(10011, 1)");
+    row(QtDebugMsg, 2, "THRWorker::getGroupIdByCalendar(B: 1, C: 1)");
+    row(QtDebugMsg, 2, "THRWorker::dbCheckGroupsPlan(1, 1, 202310)");
+    row(QtWarningMsg, 0, "THRWorker: Branch '9' NOT FOUND for employee: '1001.1 '");
+    // Leave fund
+    row(QtDebugMsg, 2, "THRWorker::checkDovolenkaFond()");
+    row(QtInfoMsg, 1, "THRWorker::checkDovolenkaFond(): fid=3");
+    row(QtDebugMsg, 2, "THRWorker::dbCheckFundMove(pid: 10011)");
+    row(QtInfoMsg, 1, "THRWorker::dbCheckFundMove(pid: 10011): exists");
+    row(QtDebugMsg, 2, "THRWorker::dbCheckAttendance(pid: 10011)");
+    row(QtInfoMsg, 1, "THRWorker::dbCheckAttendance(pid: 10011): NO OK");
+    row(QtDebugMsg, 2, "THRWorker::loadFundStatusAndMove3(pid: 10011)");
+    row(QtInfoMsg, 1, "THRWorker::loadFundStatusAndMove3(pid: 10011): 1250, load OK: YES");
+    row(QtDebugMsg, 1, "THRWorker::writeFundMove3(uid: 1, value: -50)");
+    row(QtWarningMsg, 0,
+        "THRWorker::doSyncRecord() - loadFundStatusAndMove3(): not loaded correctly!");
+    // Supervisor
+    row(QtDebugMsg, 1, "THRWorker::processNadOsCis(1001.1, NOC: 1002)");
+    row(QtDebugMsg, 2, "THRWorker::dbGetAidByOsCis(uid: 1002)");
+    row(QtDebugMsg, 1, "THRWorker::dbGetAidByOsCis(uid: 1002): 2");
+    row(QtDebugMsg, 2, "THRWorker::dbResetAdminPeopleRequest(aid: 2, uid: 1)");
+    row(QtDebugMsg, 2,
+        "THRWorker::dbResetAdminPeopleRequest - query 'UPDATE admins_people SET request =0 "
+        "WHERE uid=1 AND aid != 2' - affected rows: 0");
+    row(QtDebugMsg, 1, "THRWorker::dbResetAdminPeopleRequest(aid: 2, uid: 1) - affected: 0");
+    row(QtDebugMsg, 2, "THRWorker::dbSetAdminPeopleRequest(aid: 2, uid: 1)");
+    row(QtDebugMsg, 2, "THRWorker - query 'INSERT INTO admins_people' - affected rows: 1");
+    row(QtDebugMsg, 1, "THRWorker::dbSetAdminPeopleRequest(aid: 2, uid: 1) - affected: -1");
+    row(QtWarningMsg, 0, "THRWorker - admin s osobnym cislom 1002 nebol najdeny!");
+    // Terminals, branches, plans
+    row(QtDebugMsg, 2, "THRWorker::addTermSyncPerson(10011, U, people)");
+    row(QtWarningMsg, 0, "THRWorker::addTermSyncPerson(10011) - uid NOT selected from DB!");
+    row(QtInfoMsg, 1, "BranchesRepository::addPeopleToBranch(1, '14,15')");
+    row(QtInfoMsg, 1, "BranchesRepository::getTids4Branch(1)");
+    row(QtInfoMsg, 1, "BranchesRepository::addBAS(1-2-3)");
+    row(QtDebugMsg, 2, "GroupsPlanRepo::add(G: 1, U: 1, S: 202310)");
+    row(QtDebugMsg, 2, "GroupsPlanRepo::del(G: 1, U: 1, S: 202310)");
+    row(QtDebugMsg, 2, "GroupsPlanRepo::updateGroupsMonth(1, 202310)");
+    // Whatever the table does not know
+    row(QtDebugMsg, 1, "something new");
+    row(QtWarningMsg, 0, "something odd");
+    row(QtCriticalMsg, 0, "THRWorker::parseLine('");
+}
+
+void tst_MessageGate::gates()
+{
+    QFETCH(int, type);
+    QFETCH(QString, text);
+    QFETCH(int, gate);
+    QCOMPARE(messageGate(static_cast<QtMsgType>(type), text), gate);
+}
+
+void tst_MessageGate::settingsKeysAreHiddenBelowLevel2()
+{
+    const QString line = QStringLiteral(
+        "EnviroSettings::value() - key: 'enabled', environment key: ENABLED");
+    QCOMPARE(messageGate(QtDebugMsg, line), 0);
+    QVERIFY(!isShown(QtDebugMsg, line, 0));
+    QVERIFY(!isShown(QtDebugMsg, line, 1));
+    QVERIFY(isShown(QtDebugMsg, line, 2));
+}
+
+/// The sample company as it is before the first pass.
+void tst_MessageGate::loadContent()
+{
+    const QStringList files = databaseFiles(defaultDatabaseFolder(),
+                                            {QStringLiteral("schema"), QStringLiteral("routines"),
+                                             QStringLiteral("sample"), QStringLiteral("grants")});
+    const QString name = QStringLiteral("attendance");
+    QString error;
+    QVERIFY2(
+        server->execute(QString(), QStringLiteral("DROP DATABASE IF EXISTS attendance"), &error)
+            && server->createDatabase(name, &error) && server->loadFiles(name, files, &error),
+        qPrintable(error));
+}
+
+/// What the plugin itself logs when it runs at the level; nothing if it ran another number of passes.
+QVector<Message> tst_MessageGate::messagesAt(int logLevel, int passes)
+{
+    loadContent();
+    site.writeFile(QStringLiteral("passes"), QString());
+    const QStringList lines {Site::header(), Site::employee(1001, QStringLiteral("Ľubomír")),
+                             QStringLiteral("too|short"),
+                             Site::employee(7001, QStringLiteral("Dáša")),
+                             Site::employee(7002, QStringLiteral("D'Arc"))};
+    site.writeFile(QStringLiteral("ron.data"), lines.join(QLatin1Char('\n')));
+    ConnectionParameters parameters;
+    parameters.socket = server->socketPath();
+    HostDatabase database;
+    const Failure failure = database.prepare(parameters, false);
+    if (failure)
+        qFatal("%s", qPrintable(failure.text));
+
+    const auto passesBegun = [this] {
+        return site.readFile(QStringLiteral("passes")).count(QStringLiteral("pass"));
+    };
+    Messages messages;
+    PluginFile plugin(Program::pluginPath());
+    plugin.load();
+    plugin.server()->setLogLevel(static_cast<quint8>(logLevel));
+    plugin.server()->setDatabase(database.handle());
+    plugin.server()->start();
+    const auto reached = [&] { return passesBegun() >= passes; };
+    const bool begun = QTest::qWaitFor(reached, 30000);
+    // Waits for the pass that has begun.
+    plugin.unload();
+    return begun && passesBegun() == passes ? messages.all() : QVector<Message>();
+}
+
+/// On a machine that has no time for the test, one pass too many may begin.
+QVector<Message> tst_MessageGate::patientMessagesAt(int logLevel, int passes)
+{
+    QVector<Message> messages;
+    for (int attempt = 0; messages.isEmpty() && attempt < 5; ++attempt)
+        messages = messagesAt(logLevel, passes);
+    return messages;
+}
+
+void tst_MessageGate::filteredLevel3EqualsThePluginAtEachLevel_data()
+{
+    QTest::addColumn<QString>("testMode");
+    QTest::addColumn<int>("passes");
+    // The second pass finds no file.
+    QTest::newRow("writing") << "testMode=false" << 2;
+    QTest::newRow("test mode") << "testMode=true" << 1;
+}
+
+void tst_MessageGate::filteredLevel3EqualsThePluginAtEachLevel()
+{
+    QFETCH(QString, testMode);
+    QFETCH(int, passes);
+    site.set({testMode});
+    const QVector<Message> everything = patientMessagesAt(3, passes);
+    QVERIFY(!everything.isEmpty());
+    for (int logLevel = 0; logLevel < 3; ++logLevel) {
+        QStringList printed;
+        const QVector<Message> messages = patientMessagesAt(logLevel, passes);
+        for (const Message &message : messages)
+            printed.append(message.text);
+        QCOMPARE(printed.join(QLatin1Char('\n')),
+                 belonging(everything, logLevel).join(QLatin1Char('\n')));
+    }
+}
+
+void tst_MessageGate::filteredLevel3EqualsTheProgramAtEachLevel()
+{
+    // In test mode nothing is written, so that all can run at the same time.
+    loadContent();
+    site.set({QStringLiteral("testMode=true"), QStringLiteral("deleteFile=false")});
+    std::vector<std::unique_ptr<Program>> programs;
+    for (int logLevel = 0; logLevel <= 3; ++logLevel) {
+        programs.emplace_back(
+            new Program(site.runOptions(words(QStringLiteral("--once --log-level %1 --socket %2")
+                                                  .arg(logLevel)
+                                                  .arg(server->socketPath())))));
+        programs.back()->start();
+    }
+
+    QVector<QStringList> texts;
+    for (const auto &program : programs) {
+        QCOMPARE(program->finish(), 0);
+        // Without the time and the summary.
+        QStringList lines = program->lines();
+        QVERIFY(lines.takeLast().startsWith(QStringLiteral("talvenhr: 1 pass, ")));
+        lines.replaceInStrings(QRegularExpression(QStringLiteral("^\\S+ ")), QString());
+        texts.append(lines);
+    }
+    for (int logLevel = 0; logLevel < 3; ++logLevel) {
+        QStringList expected;
+        for (const QString &line : qAsConst(texts.last())) {
+            const QString level = line.section(QLatin1Char(' '), 0, 0);
+            const QtMsgType type = level == QLatin1String("debug") ? QtDebugMsg
+                : level == QLatin1String("info")                   ? QtInfoMsg
+                : level == QLatin1String("warning")                ? QtWarningMsg
+                                                                   : QtCriticalMsg;
+            if (isShown(type, line.mid(9), logLevel))
+                expected.append(line);
+        }
+        QCOMPARE(texts.at(logLevel), expected);
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_MessageGate)
+#include "tst_messagegate.moc"

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A plugin object on the scripted database, in the test's own executable.
+#include "pluginfixture.h"
+
+#include "repository/orvdbsettings.h"
+
+#include <QTimer>
+#include <QtTest>
+
+PluginFixture::PluginFixture() = default;
+
+PluginFixture::~PluginFixture()
+{
+    destroy();
+}
+
+void PluginFixture::create(quint8 logLevel)
+{
+    plugin = std::make_unique<TalvenHR>();
+    plugin->setLogLevel(logLevel);
+    plugin->setDatabase(script.handle());
+}
+
+void PluginFixture::createRunning(quint8 logLevel, const QStringList &iniLines)
+{
+    installation.writeIni(
+        QStringList {QStringLiteral("enabled=true"), QStringLiteral("importFile=/nowhere/ron.data")}
+        + iniLines);
+    create(logLevel);
+    QVERIFY(plugin->start());
+    onWorkerThread();
+    log.clear();
+}
+
+void PluginFixture::destroy()
+{
+    plugin.reset();
+    for (const std::function<void()> &remove : leftBehind)
+        remove();
+    leftBehind.clear();
+}
+
+void PluginFixture::onWorkerThread(const std::function<void()> &step)
+{
+    QObject trigger;
+    QObject::connect(&trigger, &QObject::objectNameChanged, peer().worker, step,
+                     Qt::BlockingQueuedConnection);
+    trigger.setObjectName(QStringLiteral("now"));
+}
+
+void PluginFixture::tick()
+{
+    QVERIFY(QMetaObject::invokeMethod(peer().worker, "checkSync", Qt::BlockingQueuedConnection));
+}
+
+void PluginFixture::restart(const std::function<void()> &call)
+{
+    OrvDbSettings *const settings = worker().orvSettings;
+    call();
+    QTimer *const timer = worker().timer;
+    leftBehind.push_back([settings, timer] {
+        delete settings;
+        delete timer; // has no parent
+    });
+}

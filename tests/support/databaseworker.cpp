@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A worker on the private server, driven by hand.
+#include "support/databaseworker.h"
+
+#include <QFile>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QtTest>
+
+DatabaseWorker::DatabaseWorker(TestDatabase &database) :
+    peer(worker)
+{
+    worker.setOrvDb(database.handle());
+    connection.name = peer.db.connectionName();
+    if (!peer.db.open())
+        qFatal("no connection: %s", qPrintable(peer.db.lastError().text()));
+    worker.init();
+    log.clear();
+}
+
+void DatabaseWorker::tick()
+{
+    QVERIFY(QMetaObject::invokeMethod(&worker, "checkSync", Qt::DirectConnection));
+}
+
+QString DatabaseWorker::writeExport(const QStringList &lines)
+{
+    const QString path = folder.filePath(QStringLiteral("ron.data"));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(path));
+    for (const QString &line : lines)
+        file.write(line.toUtf8() + '\n');
+    worker.setImportFile(path);
+    return path;
+}
+
+void DatabaseWorker::setClock(qint64 seconds)
+{
+    QSqlQuery query(peer.db);
+    QVERIFY(query.exec(QStringLiteral("SET timestamp = %1").arg(seconds)));
+}

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A database that answers by script and writes down every call.
+#pragma once
+
+#include <QSqlDatabase>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+/// What the scripted database answers to a call.
+struct ScriptedAnswer
+{
+    QStringList columns;
+    QVector<QVariantList> rows;
+    QVariant insertId;
+    int affected = 0;
+    bool fails = false;
+    bool reportsError = false;
+    QString errorCode;
+    QString errorText;
+    std::function<void()> sideEffect; ///< called before the answer is given
+
+    ScriptedAnswer &withRows(const QStringList &names, const QVector<QVariantList> &values);
+    ScriptedAnswer &withInsertId(const QVariant &id);
+    ScriptedAnswer &withAffected(int count);
+    /// The query's lastError().text() is then "TEXT (scripted)".
+    ScriptedAnswer &withError(const QString &code, const QString &text);
+    /// As withError(), yet the call succeeds: only lastError() tells.
+    ScriptedAnswer &withErrorBeside(const QString &code, const QString &text);
+    ScriptedAnswer &doing(const std::function<void()> &effect);
+};
+
+/// The script behind the driver "SCRIPTED", and the handle by which code under test reaches it.
+///
+/// Each call lands in the EventLog: "sql open", "sql close", "sql exec STATEMENT",
+/// "sql prepare STATEMENT", "sql run NAME=VALUE, NAME=VALUE" (a prepared statement with its values),
+/// "sql begin", "sql commit", "sql rollback". There is one script at a time, shared by all clones of
+/// the handle and by all threads.
+///
+/// Without a rule a statement succeeds with no rows, no insert id and no affected rows.
+class ScriptedDatabase
+{
+public:
+    ScriptedDatabase();
+    ~ScriptedDatabase();
+    ScriptedDatabase(const ScriptedDatabase &) = delete;
+    ScriptedDatabase &operator=(const ScriptedDatabase &) = delete;
+
+    /// A handle that is not open, registered under a name of its own; its database is called as told.
+    QSqlDatabase handle(const QString &databaseName = QStringLiteral("scripted"));
+
+    /// The answer to every call that contains the text ("open", "begin", "prepare ..." and statements
+    /// alike). The newest rule wins. With `times` the rule is used up after so many calls.
+    ScriptedAnswer &on(const QString &text, int times = -1);
+
+    /// Numbers all calls from 1; the n-th, or every one from the n-th on, fails.
+    void failCall(int number, bool andAllLater = false);
+    int callCount() const;
+
+    /// For the driver: writes the call down and gives its answer.
+    static ScriptedAnswer call(const QString &call);
+
+private:
+    struct Rule
+    {
+        QString text;
+        int left;
+        ScriptedAnswer answer;
+    };
+
+    ScriptedAnswer answerTo(const QString &call);
+
+    // Addresses of answers must last: a rule is filled after it was made.
+    std::vector<std::unique_ptr<Rule>> rules;
+    int calls = 0;
+    int failingCall = 0;
+    bool laterCallsFail = false;
+    QStringList connectionNames;
+};

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A worker on the scripted database, driven by hand.
+#pragma once
+
+#include "support/eventlog.h"
+#include "support/recordbuilder.h"
+#include "support/scripteddatabase.h"
+#include "support/workerpeer.h"
+
+#include <QTemporaryDir>
+
+/// One to a test function: `WorkerFixture f;`. The worker's connection is open and its start() has
+/// not run; the log is empty and at level 0.
+class WorkerFixture
+{
+public:
+    WorkerFixture();
+
+    /// Makes what start() makes, without a timer that ticks.
+    void init();
+    /// One tick, on this thread.
+    void tick();
+    /// Writes an export file of these lines into a folder of its own and tells the worker of it.
+    QString writeExport(const QStringList &lines);
+    QString filePath(const QString &name) const;
+
+    // In this order: the log must outlive the worker, and the script the worker's connection.
+    EventLog log;
+    ScriptedDatabase script;
+    THRWorker worker;
+    WorkerPeer peer;
+
+private:
+    QTemporaryDir folder;
+};

@@ -1,0 +1,712 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What is decided for one record: statements in their order, and what the worker remembers.
+#include "support/localseconds.h"
+#include "support/workerfixture.h"
+
+#include <QtTest>
+
+namespace {
+
+QString seconds(const QDate &day)
+{
+    return QString::number(localSeconds(day));
+}
+
+QDate today()
+{
+    return localDay(std::time(nullptr));
+}
+
+QDate firstOfPreviousMonth()
+{
+    const QDate day = today();
+    return day.month() == 1 ? QDate(day.year() - 1, 12, 1) : QDate(day.year(), day.month() - 1, 1);
+}
+
+/// The statement that adds record(), with these values of end, interval and branch.
+QString adding(const QString &end, const QString &interval, const QString &typeToBranch)
+{
+    return QStringLiteral(
+               "sql exec INSERT INTO people (pid, pamId, title, name, surname, title2, phone, "
+               "begin, end, created, rsBegin, rsEnd, rsText, type, did, calendarID, bid) "
+               "VALUES('12341', '1234.1', '', 'Ján', 'Novák', '', '', %1, %2, UNIX_TIMESTAMP(), "
+               "%3, %4) ON DUPLICATE KEY UPDATE pamId=VALUES(pamId), title=VALUES(title), "
+               "name=VALUES(name), surname=VALUES(surname), title2=VALUES(title2), "
+               "phone=VALUES(phone), begin=VALUES(begin), end=VALUES(end), "
+               "edited=VALUES(created), status=1, type=VALUES(type), did=1")
+        .arg(seconds(QDate(2015, 3, 1)), end, interval, typeToBranch);
+}
+
+QString adding()
+{
+    return adding(QStringLiteral("NULL"), QStringLiteral("NULL, NULL, ''"),
+                  QStringLiteral("1, 1, 0, NULL"));
+}
+
+/// The statement that updates record() of this phone; all from the interval on as given.
+QString updating(const QString &phone, const QString &fromTheInterval)
+{
+    return QStringLiteral("sql exec UPDATE people SET pamId=1234.1, title='', name='Ján', "
+                          "surname='Novák', title2='', phone='%1', begin=%2, end=NULL, "
+                          "edited=UNIX_TIMESTAMP(), editor=0, %3")
+        .arg(phone, seconds(QDate(2015, 3, 1)), fromTheInterval);
+}
+
+QString updating(const QString &phone = QString())
+{
+    return updating(phone,
+                    QStringLiteral("rsBegin=NULL, rsEnd=NULL, rsText='', type=1, did=1, "
+                                   "calendarID=0, bid=NULL  WHERE pid=12341"));
+}
+
+QString askingUid(uint pid)
+{
+    return QStringLiteral("sql exec SELECT uid FROM people WHERE pid = %1 LIMIT 1;").arg(pid);
+}
+
+QStringList reopening(uint uid)
+{
+    const QDate first = firstOfPreviousMonth();
+    return {QStringLiteral("sql exec UPDATE atten SET ok = -1 WHERE `lock` =0 AND `man`=0 AND "
+                           "`date` >= %1 AND uid =%2")
+                .arg(seconds(first))
+                .arg(uid),
+            QStringLiteral("sql exec UPDATE people set lastCalc = %1, calc = 0 WHERE "
+                           "lastCalc > %1 AND uid=%2")
+                .arg(seconds(first.addDays(-1)))
+                .arg(uid)};
+}
+
+/// A worker to which the person is known as in `row`, and nothing of any earlier export file.
+class KnownPerson : public WorkerFixture
+{
+public:
+    explicit KnownPerson(const EmployeeRecord &row)
+    {
+        peer.dbPeople.insert(row.pid(), row);
+        script.on(QStringLiteral("UPDATE people SET pamId")).withAffected(1);
+    }
+
+    /// The export file has stated this of the person before.
+    void stated(const EmployeeRecord &last) { peer.lastRecords.insert(last.pid(), last); }
+
+    /// The statements that a record of the person brings about.
+    QStringList sync(const EmployeeRecord &given)
+    {
+        worker.doSyncRecord(given);
+        return log.take();
+    }
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(EmployeeRecord)
+
+class tst_Record : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void doSyncRecord_levels_data();
+    void doSyncRecord_levels();
+
+    void unknownPerson_isAddedAndRemembered();
+    void unknownPerson_isAddedWithTheIntervalOfToday();
+    void unknownPerson_isAddedOnlyIfCurrent_data();
+    void unknownPerson_isAddedOnlyIfCurrent();
+    void unknownPerson_failedAddIsNotRepeated();
+    void unknownPerson_forcedUnchangedIsAddedAgain();
+    void unknownPerson_forcedUnchangedNotCurrentStaysOut();
+    void unknownPerson_isNotReopened();
+    void unknownPerson_stateIsAppliedToTheCopyAlone();
+
+    void knownPerson_firstRecordUpdatesEvenIfIdentical();
+    void knownPerson_secondPassDoesNothing();
+    void knownPerson_forcedUnchangedDoesNothing();
+    void knownPerson_comparedFields_data();
+    void knownPerson_comparedFields();
+    void knownPerson_fieldsOutsideTheComparison_data();
+    void knownPerson_fieldsOutsideTheComparison();
+    void knownPerson_evidenceStateAloneMovesLastCalc();
+    void knownPerson_employmentTypeAloneUpdates();
+    void knownPerson_stateIsAppliedToTheRowsInterval();
+    void knownPerson_failedUpdateIsNotRepeated();
+    void knownPerson_untouchedRowIsNotRepeated();
+    void knownPerson_thatHasEndedIsUpdated();
+    void twoLinesOfOnePerson_secondIsComparedWithTheFirst();
+    void twoLinesOfOneNewPerson_secondIsAddedToo();
+
+    void recalculation_ofChangedAssignment_data();
+    void recalculation_ofChangedAssignment();
+    void recalculation_comesAfterTheUpdate();
+    void recalculation_notForAnUnusableRow_data();
+    void recalculation_notForAnUnusableRow();
+    void recalculation_notRepeatedForASecondLine();
+    void recalculation_rowTakesTheAssignmentOnly();
+    void recalculation_alsoWhenTheUpdateFails();
+    void recalculation_alsoInTestMode();
+    void recalculation_ofAPersonWithoutUid();
+    void recalculation_needsNoChangeOfTheRow();
+    void calendarDateAloneReopensAttendance();
+};
+
+void tst_Record::doSyncRecord_levels_data()
+{
+    QTest::addColumn<int>("level");
+    QTest::addColumn<bool>("speaks");
+    QTest::newRow("level 0") << 0 << false;
+    QTest::newRow("level 2") << 2 << false;
+    QTest::newRow("level 3") << 3 << true;
+}
+
+void tst_Record::doSyncRecord_levels()
+{
+    QFETCH(int, level);
+    QFETCH(bool, speaks);
+    KnownPerson f(record());
+    f.stated(record().es(1));
+    f.worker.setLogLevel(static_cast<quint8>(level));
+    const QStringList events = f.sync(record().es(1));
+    QCOMPARE(events,
+             speaks ? lines({"debug THRWorker::doSyncRecord(1234.1 Novák Ján (S: 0, K: 0 from ) "
+                             "N-V: 1 Mar 2015 - ; ES: 1, RS:  -  '' TPP: 11  DOV: 0 NOC: 0)"})
+                    : QStringList());
+}
+
+// A person whom the database does not hold, or holds as inactive
+
+void tst_Record::unknownPerson_isAddedAndRemembered()
+{
+    WorkerFixture f;
+    f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(5).withAffected(1);
+    f.worker.doSyncRecord(record());
+    QCOMPARE(f.log.take(), QStringList {adding()});
+    QCOMPARE(f.peer.lastRecords.keys(), QList<uint> {12341});
+    QVERIFY(f.peer.lastRecords.value(12341) == record().build());
+    QVERIFY(f.peer.dbPeople.isEmpty());
+
+    f.worker.doSyncRecord(record());
+    QCOMPARE(f.log.take(), QStringList());
+}
+
+void tst_Record::unknownPerson_isAddedWithTheIntervalOfToday()
+{
+    WorkerFixture f;
+    f.worker.setMes({{ushort(21), QStringLiteral("MD")}});
+    f.worker.doSyncRecord(record().es(21));
+    QCOMPARE(f.log.take(),
+             QStringList {adding(QStringLiteral("NULL"),
+                                 seconds(today()) + QStringLiteral(", NULL, 'MD'"),
+                                 QStringLiteral("1, 1, 0, NULL"))});
+}
+
+void tst_Record::unknownPerson_isAddedOnlyIfCurrent_data()
+{
+    QTest::addColumn<EmployeeRecord>("given");
+    QTest::addColumn<QString>("end"); // empty: not added
+    const QDate first(2015, 3, 1);
+    QTest::newRow("ended yesterday")
+        << record().employed(first, today().addDays(-1)).build() << QString();
+    QTest::newRow("ends today") << record().employed(first, today()).build()
+                                << QString::number(localSeconds(today(), 23, 59, 59));
+    QTest::newRow("state 3") << record().relationState(3).build() << QStringLiteral("NULL");
+    QTest::newRow("state 4") << record().relationState(4).build() << QString();
+}
+
+void tst_Record::unknownPerson_isAddedOnlyIfCurrent()
+{
+    QFETCH(EmployeeRecord, given);
+    QFETCH(QString, end);
+    WorkerFixture f;
+    QStringList expected;
+    if (!end.isEmpty())
+        expected.append(
+            adding(end, QStringLiteral("NULL, NULL, ''"), QStringLiteral("1, 1, 0, NULL")));
+    f.worker.doSyncRecord(given);
+    QCOMPARE(f.log.take(), expected);
+    // Remembered in either case.
+    QVERIFY(f.peer.lastRecords.value(12341) == given);
+}
+
+void tst_Record::unknownPerson_failedAddIsNotRepeated()
+{
+    WorkerFixture f;
+    f.script.on(QStringLiteral("INSERT INTO people"), 1)
+        .withError(QStringLiteral("1064"), QStringLiteral("syntax"));
+    f.worker.doSyncRecord(record());
+    QCOMPARE(f.log.take(),
+             (QStringList {adding(),
+                           QStringLiteral("critical THRWorker::dbAddPerson(1234.1) - SQL ERROR: "
+                                          "syntax (scripted)")}));
+    QVERIFY(f.peer.lastRecords.value(12341) == record().build());
+
+    f.worker.doSyncRecord(record());
+    QCOMPARE(f.log.take(), QStringList());
+    // Until a forced pass or a change.
+    f.peer.forceSync = true;
+    f.worker.doSyncRecord(record());
+    QCOMPARE(f.log.take(), QStringList {adding()});
+    f.peer.forceSync = false;
+    f.worker.doSyncRecord(record().balance(1));
+    QCOMPARE(f.log.take(), QStringList {adding()});
+}
+
+void tst_Record::unknownPerson_forcedUnchangedIsAddedAgain()
+{
+    WorkerFixture f;
+    f.peer.lastRecords.insert(12341, record());
+    f.peer.forceSync = true;
+    f.worker.doSyncRecord(record());
+    QCOMPARE(f.log.take(), QStringList {adding()});
+}
+
+void tst_Record::unknownPerson_forcedUnchangedNotCurrentStaysOut()
+{
+    WorkerFixture f;
+    const EmployeeRecord ended = record().relationState(4);
+    f.peer.lastRecords.insert(12341, ended);
+    f.peer.forceSync = true;
+    f.worker.doSyncRecord(ended);
+    QCOMPARE(f.log.take(), QStringList());
+    QCOMPARE(f.peer.lastRecords.size(), 1);
+    QVERIFY(f.peer.lastRecords.value(12341) == ended);
+}
+
+void tst_Record::unknownPerson_isNotReopened()
+{
+    WorkerFixture f;
+    f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(5).withAffected(1);
+    f.peer.branches.insert(7, 70);
+    f.worker.doSyncRecord(record().branch(7).calendar(3, QDate(2020, 1, 1)));
+    QCOMPARE(f.log.take(),
+             QStringList {adding(QStringLiteral("NULL"), QStringLiteral("NULL, NULL, ''"),
+                                 QStringLiteral("1, 1, 3, 70"))});
+}
+
+void tst_Record::unknownPerson_stateIsAppliedToTheCopyAlone()
+{
+    WorkerFixture f;
+    f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(5).withAffected(1);
+    f.worker.setMes({{ushort(21), QStringLiteral("MD")}});
+    f.worker.doSyncRecord(record().es(21));
+    f.log.clear();
+    const EmployeeRecord kept = f.peer.lastRecords.value(12341);
+    QVERIFY(!kept.rsBegin.isValid());
+    QVERIFY(!kept.rsEnd.isValid());
+    QVERIFY(kept.rsText.isEmpty());
+    QCOMPARE(kept.evidencniStav, ushort(21));
+}
+
+// A person whom the database holds
+
+void tst_Record::knownPerson_firstRecordUpdatesEvenIfIdentical()
+{
+    KnownPerson f(record());
+    QCOMPARE(f.sync(record()), QStringList {updating()});
+    QVERIFY(f.peer.lastRecords.value(12341) == record().build());
+}
+
+void tst_Record::knownPerson_secondPassDoesNothing()
+{
+    KnownPerson f(record());
+    f.sync(record());
+    f.worker.setLogLevel(2);
+    QCOMPARE(f.sync(record()), QStringList());
+    // An ended person is remembered anew each time, as the same.
+    const EmployeeRecord ended = record().relationState(4);
+    f.stated(ended);
+    QCOMPARE(f.sync(ended), QStringList());
+    QVERIFY(f.peer.lastRecords.value(12341) == ended);
+}
+
+void tst_Record::knownPerson_forcedUnchangedDoesNothing()
+{
+    KnownPerson f(record());
+    f.stated(record());
+    f.peer.forceSync = true;
+    QCOMPARE(f.sync(record()), QStringList());
+    // A row that differs is updated, though the file did not change.
+    f.peer.dbPeople.insert(12341, record().phone(QStringLiteral("111")));
+    QCOMPARE(f.sync(record()), QStringList {updating()});
+}
+
+void tst_Record::knownPerson_comparedFields_data()
+{
+    QTest::addColumn<EmployeeRecord>("given");
+    QTest::addColumn<EmployeeRecord>("row");
+    QTest::addColumn<bool>("updated");
+    const QDate since(2020, 1, 1);
+    const auto add = [](const char *name, const EmployeeRecord &given, const EmployeeRecord &row,
+                        bool updated = true) { QTest::newRow(name) << given << row << updated; };
+    add("nothing", record(), record(), false);
+    add("null text for an empty one", record().phone(QString()), record().phone(QStringLiteral("")),
+        false);
+    // Both have the pid 123.
+    add("osobniCislo, poradoveCisloPP", record().pid(12, 3), record().pid(1, 23));
+    add("titul", record(), record().titles(QStringLiteral("Ing."), QString()));
+    add("jmeno", record(), record().name(QStringLiteral("ján"), QStringLiteral("Novák")));
+    add("prijmeni", record(), record().name(QStringLiteral("Ján"), QStringLiteral("Nový")));
+    add("titulZa", record(), record().titles(QString(), QStringLiteral("PhD.")));
+    add("telefon", record(), record().phone(QStringLiteral("111")));
+    add("datumNastupu", record(), record().employed(QDate(2015, 3, 2)));
+    add("datumVystupu", record(), record().employed(QDate(2015, 3, 1), QDate(2050, 1, 1)));
+    add("calendarID", record(), record().calendar(3));
+    add("stredisko", record(), record().branch(7));
+    // State 21 is known, 1 is not.
+    add("rsBegin, of a new interval", record().es(21),
+        record().interval(QDate(), QDate(), QStringLiteral("MD")));
+    add("rsEnd, of an interval that closes", record().es(1),
+        record().interval(since, QDate(), QStringLiteral("MD")));
+    add("rsText, of an interval that goes on", record().es(21),
+        record().interval(since, QDate(), QStringLiteral("RD")));
+    add("interval that goes on", record().es(21),
+        record().interval(since, QDate(), QStringLiteral("MD")), false);
+    add("interval that is closed", record().es(1),
+        record().interval(since, QDate(2020, 2, 1), QStringLiteral("MD")), false);
+}
+
+void tst_Record::knownPerson_comparedFields()
+{
+    QFETCH(EmployeeRecord, given);
+    QFETCH(EmployeeRecord, row);
+    QFETCH(bool, updated);
+    KnownPerson f(row);
+    f.worker.setMes({{ushort(21), QStringLiteral("MD")}});
+    // Unchanged against the last file: it is the row that decides.
+    f.stated(given);
+    f.peer.forceSync = true;
+    const QStringList updates = f.sync(given).filter(
+        QStringLiteral("sql exec UPDATE people SET pamId="));
+    QCOMPARE(updates.size(), updated ? 1 : 0);
+    // Without the flag for a changed state.
+    QVERIFY(updates.filter(QStringLiteral("lastCalc")).isEmpty());
+    f.log.clear();
+}
+
+void tst_Record::knownPerson_fieldsOutsideTheComparison_data()
+{
+    QTest::addColumn<EmployeeRecord>("given");
+    QTest::newRow("strediskoPopis") << record().branch(0, QStringLiteral("Sklad")).build();
+    QTest::newRow("stavPracovnihoPomeru") << record().relationState(2).build();
+    QTest::newRow("stavPracovnihoPomeru that ends") << record().relationState(4).build();
+    QTest::newRow("dovolenaZustatek") << record().balance(1.5).build();
+    QTest::newRow("nadOsCis named") << record().supervisor(6).build();
+    QTest::newRow("nadOsCis gone") << record().supervisor(0).build();
+}
+
+void tst_Record::knownPerson_fieldsOutsideTheComparison()
+{
+    QFETCH(EmployeeRecord, given);
+    KnownPerson f(record());
+    f.stated(record().supervisor(5));
+    QCOMPARE(f.sync(given), QStringList());
+    QVERIFY(f.peer.lastRecords.value(12341) == given);
+}
+
+void tst_Record::knownPerson_evidenceStateAloneMovesLastCalc()
+{
+    const RecordBuilder row = record().interval(QDate(2020, 1, 1), QDate(2020, 2, 1),
+                                                QStringLiteral("MD"));
+    KnownPerson f(row);
+    f.stated(record().es(1));
+    QCOMPARE(f.sync(record().es(2)),
+             QStringList {
+                 updating(QString(),
+                          QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='MD', lastCalc=%3, type=1, "
+                                         "did=1, calendarID=0, bid=NULL WHERE pid=12341")
+                              .arg(seconds(QDate(2020, 1, 1)), seconds(QDate(2020, 2, 1)),
+                                   seconds(QDate(2019, 12, 31))))});
+    QVERIFY(f.peer.lastRecords.value(12341) == record().es(2).build());
+}
+
+void tst_Record::knownPerson_employmentTypeAloneUpdates()
+{
+    const RecordBuilder row = record().interval(QDate(2020, 1, 1), QDate(2020, 2, 1),
+                                                QStringLiteral("MD"));
+    KnownPerson f(row);
+    f.stated(record().tpp(51));
+    // Without lastCalc: the state is the same.
+    QCOMPARE(
+        f.sync(record().tpp(11)),
+        QStringList {updating(QString(),
+                              QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='MD', type=1, "
+                                             "did=1, calendarID=0, bid=NULL  WHERE pid=12341")
+                                  .arg(seconds(QDate(2020, 1, 1)), seconds(QDate(2020, 2, 1))))});
+}
+
+void tst_Record::knownPerson_stateIsAppliedToTheRowsInterval()
+{
+    KnownPerson f(record().interval(QDate(2020, 1, 1), QDate(), QStringLiteral("MD")));
+    f.worker.setMes({{ushort(21), QStringLiteral("MD")}});
+    f.stated(record().es(21));
+    QCOMPARE(
+        f.sync(record()),
+        QStringList {updating(
+            QString(),
+            QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='MD', lastCalc=%3, type=1, "
+                           "did=1, calendarID=0, bid=NULL WHERE pid=12341")
+                .arg(seconds(QDate(2020, 1, 1)), seconds(today()), seconds(QDate(2019, 12, 31))))});
+    // Neither what is remembered nor the row that was loaded takes the closed interval.
+    QVERIFY(!f.peer.lastRecords.value(12341).rsBegin.isValid());
+    QVERIFY(!f.peer.dbPeople.value(12341).rsEnd.isValid());
+}
+
+void tst_Record::knownPerson_failedUpdateIsNotRepeated()
+{
+    KnownPerson f(record());
+    f.stated(record());
+    f.script.on(QStringLiteral("UPDATE people"), 1)
+        .withError(QStringLiteral("1064"), QStringLiteral("syntax"));
+    const EmployeeRecord given = record().phone(QStringLiteral("111"));
+    QCOMPARE(f.sync(given),
+             (QStringList {updating(QStringLiteral("111")),
+                           QStringLiteral("critical THRWorker::dbUpdatePerson(1234.1) - "
+                                          "SQL ERROR: syntax (scripted)")}));
+    QVERIFY(f.peer.lastRecords.value(12341) == given);
+    QCOMPARE(f.sync(given), QStringList());
+    f.peer.forceSync = true;
+    QCOMPARE(f.sync(given), QStringList {updating(QStringLiteral("111"))});
+}
+
+void tst_Record::knownPerson_untouchedRowIsNotRepeated()
+{
+    KnownPerson f(record());
+    f.script.on(QStringLiteral("UPDATE people")).withAffected(0);
+    QCOMPARE(f.sync(record()), QStringList {updating()});
+    QVERIFY(f.peer.lastRecords.value(12341) == record().build());
+    QCOMPARE(f.sync(record()), QStringList());
+}
+
+void tst_Record::knownPerson_thatHasEndedIsUpdated()
+{
+    KnownPerson f(record());
+    f.stated(record());
+    const QDate yesterday = today().addDays(-1);
+    const EmployeeRecord given = record().employed(QDate(2015, 3, 1), yesterday);
+    QCOMPARE(f.sync(given),
+             QStringList {
+                 QStringLiteral("sql exec UPDATE people SET pamId=1234.1, title='', name='Ján', "
+                                "surname='Novák', title2='', phone='', begin=%1, end=%2, "
+                                "edited=UNIX_TIMESTAMP(), editor=0, rsBegin=NULL, rsEnd=NULL, "
+                                "rsText='', type=1, did=1, calendarID=0, bid=NULL  WHERE pid=12341")
+                     .arg(seconds(QDate(2015, 3, 1)))
+                     .arg(localSeconds(yesterday, 23, 59, 59))});
+    QVERIFY(f.peer.lastRecords.value(12341) == given);
+}
+
+void tst_Record::twoLinesOfOnePerson_secondIsComparedWithTheFirst()
+{
+    KnownPerson f(record().interval(QDate(2020, 1, 1), QDate(2020, 2, 1), QString()));
+    const QString firstInterval
+        = QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='', lastCalc=%3, type=1, did=1, "
+                         "calendarID=0, bid=NULL WHERE pid=12341")
+              .arg(seconds(QDate(2020, 1, 1)), seconds(QDate(2020, 2, 1)),
+                   seconds(QDate(2019, 12, 31)));
+    const QString laterInterval = QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='', type=1, did=1, "
+                                                 "calendarID=0, bid=NULL  WHERE pid=12341")
+                                      .arg(seconds(QDate(2020, 1, 1)), seconds(QDate(2020, 2, 1)));
+    const EmployeeRecord first = record().phone(QStringLiteral("111"));
+    const EmployeeRecord second = record().phone(QStringLiteral("222"));
+    QCOMPARE(f.sync(first), QStringList {updating(QStringLiteral("111"), firstInterval)});
+    // The state no longer counts as changed.
+    QCOMPARE(f.sync(second), QStringList {updating(QStringLiteral("222"), laterInterval)});
+    QVERIFY(f.peer.lastRecords.value(12341) == second);
+}
+
+void tst_Record::twoLinesOfOneNewPerson_secondIsAddedToo()
+{
+    WorkerFixture f;
+    f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(5).withAffected(1);
+    f.worker.doSyncRecord(record());
+    f.worker.doSyncRecord(record().balance(2));
+    QCOMPARE(f.log.take(), (QStringList {adding(), adding()}));
+}
+
+// Attendance that has to be calculated again. Found uids last as long as the process: each of these
+// functions has persons of its own.
+
+void tst_Record::recalculation_ofChangedAssignment_data()
+{
+    QTest::addColumn<EmployeeRecord>("given");
+    QTest::addColumn<bool>("reopened");
+    // A person a row, known with branch 7 and calendar 3.
+    const auto person = [](uint number) { return record().pid(number, 1).branch(7).calendar(3); };
+    QTest::newRow("nothing") << person(5101).build() << false;
+    QTest::newRow("calendar") << person(5102).calendar(4).build() << true;
+    QTest::newRow("no calendar any more") << person(5103).calendar(0).build() << true;
+    QTest::newRow("date of the calendar")
+        << person(5104).calendar(3, QDate(2020, 1, 1)).build() << true;
+    QTest::newRow("branch") << person(5105).branch(8).build() << true;
+    QTest::newRow("no branch any more") << person(5106).branch(0).build() << true;
+    QTest::newRow("description of the branch")
+        << person(5107).branch(7, QStringLiteral("Sklad")).build() << false;
+    QTest::newRow("balance") << person(5108).balance(1.5).build() << false;
+}
+
+void tst_Record::recalculation_ofChangedAssignment()
+{
+    QFETCH(EmployeeRecord, given);
+    QFETCH(bool, reopened);
+    KnownPerson f(record().pid(given.osobniCislo, 1).branch(7).calendar(3));
+    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{51}});
+    QStringList events = f.sync(given);
+    // The first record of a person always updates.
+    QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
+    QCOMPARE(events,
+             reopened ? QStringList {askingUid(given.pid())} + reopening(51) : QStringList());
+}
+
+void tst_Record::recalculation_comesAfterTheUpdate()
+{
+    const RecordBuilder person = record().pid(5002, 1);
+    KnownPerson f(person);
+    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{52}});
+    f.worker.setLogLevel(2);
+    QCOMPARE(
+        f.sync(RecordBuilder(person).calendar(3)),
+        (lines({"debug THRWorker::dbUpdatePerson(5002.1  Ján Novák  (T: ) "
+                "N-V: 1 Mar 2015 -  TPP: 11  K: 3  DOV: 0, S: 0)"})
+         + QStringList {QStringLiteral(
+                            "sql exec UPDATE people SET pamId=5002.1, title='', name='Ján', "
+                            "surname='Novák', title2='', phone='', begin=%1, end=NULL, "
+                            "edited=UNIX_TIMESTAMP(), editor=0, rsBegin=NULL, rsEnd=NULL, "
+                            "rsText='', type=1, did=1, calendarID=3, bid=NULL  "
+                            "WHERE pid=50021")
+                            .arg(seconds(QDate(2015, 3, 1))),
+                        QStringLiteral("debug THRWorker::dbGetUidByPid(50021)"), askingUid(50021),
+                        QStringLiteral("debug THRWorker::dbChangeLastCalc(52, %1)")
+                            .arg(QLocale::system().toString(firstOfPreviousMonth(),
+                                                            QLocale::ShortFormat))}
+         + reopening(52)));
+}
+
+void tst_Record::recalculation_notForAnUnusableRow_data()
+{
+    QTest::addColumn<EmployeeRecord>("row");
+    // A row whose pamId has no point reads as ordinal 0, under the pid of 500.30.
+    QTest::newRow("no ordinal") << record().pid(5003, 0).build();
+    QTest::newRow("no name") << record().pid(500, 30).name(QString(), QString()).build();
+}
+
+void tst_Record::recalculation_notForAnUnusableRow()
+{
+    QFETCH(EmployeeRecord, row);
+    KnownPerson f(row);
+    const EmployeeRecord given = record().pid(500, 30).branch(7).calendar(3, QDate(2020, 1, 1));
+    const QStringList events = f.sync(given);
+    QCOMPARE(events.size(), 1);
+    QVERIFY(events.first().startsWith(
+        QStringLiteral("sql exec UPDATE people SET pamId=500.30, title='', name='Ján', ")));
+    // The row stays as it was loaded.
+    QVERIFY(f.peer.dbPeople.value(50030) == row);
+}
+
+void tst_Record::recalculation_notRepeatedForASecondLine()
+{
+    const RecordBuilder person = record().pid(5004, 1);
+    KnownPerson f(person);
+    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{54}});
+    const RecordBuilder given = RecordBuilder(person).branch(7).calendar(3, QDate(2020, 1, 1));
+    QVERIFY(f.sync(given).contains(reopening(54).first()));
+    // The file has another balance in its second line, and the pass is forced.
+    f.peer.forceSync = true;
+    QCOMPARE(f.sync(RecordBuilder(given).balance(2)), QStringList());
+}
+
+void tst_Record::recalculation_rowTakesTheAssignmentOnly()
+{
+    KnownPerson f(record().pid(5005, 1).phone(QStringLiteral("111")));
+    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{55}});
+    f.sync(record()
+               .pid(5005, 1)
+               .phone(QStringLiteral("222"))
+               .branch(7, QStringLiteral("Sklad"))
+               .calendar(3, QDate(2020, 1, 1))
+               .balance(2.5)
+               .supervisor(9)
+               .es(21));
+    const EmployeeRecord expected = record()
+                                        .pid(5005, 1)
+                                        .phone(QStringLiteral("111"))
+                                        .branch(7, QStringLiteral("Sklad"))
+                                        .calendar(3, QDate(2020, 1, 1))
+                                        .balance(2.5);
+    QVERIFY2(f.peer.dbPeople.value(50051) == expected,
+             qPrintable(f.peer.dbPeople.value(50051).toText(false)));
+}
+
+void tst_Record::recalculation_alsoWhenTheUpdateFails()
+{
+    KnownPerson f(record().pid(5006, 1));
+    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{56}});
+    f.script.on(QStringLiteral("UPDATE people SET pamId"))
+        .withError(QStringLiteral("1064"), QStringLiteral("syntax"));
+    QStringList events = f.sync(record().pid(5006, 1).calendar(3));
+    QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
+    QCOMPARE(events,
+             lines({"critical THRWorker::dbUpdatePerson(5006.1) - SQL ERROR: "
+                    "syntax (scripted)"})
+                 + QStringList {askingUid(50061)} + reopening(56));
+}
+
+void tst_Record::recalculation_alsoInTestMode()
+{
+    KnownPerson f(record().pid(5007, 1));
+    f.worker.setTestMode(true);
+    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{57}});
+    QCOMPARE(f.sync(record().pid(5007, 1).calendar(3)),
+             QStringList {askingUid(50071)} + reopening(57));
+    QVERIFY(f.peer.lastRecords.contains(50071));
+}
+
+void tst_Record::recalculation_ofAPersonWithoutUid()
+{
+    KnownPerson f(record().pid(5008, 1));
+    QStringList events = f.sync(record().pid(5008, 1).calendar(3));
+    QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
+    QCOMPARE(events,
+             QStringList {askingUid(50081)}
+                 + lines({"warning THRWorker: User (employee) ID NOT found for pid (Personal ID) "
+                          "50081 [employee: '5008.1 Novák Ján (S: 0, K: 3 from ) N-V: 1 Mar 2015 - "
+                          "; ES: 0, RS:  -  '' TPP: 11  DOV: 0 NOC: 0'] - lastCalc not changed "
+                          "(manual recalculation is needed)!"}));
+    // The row has taken the calendar all the same: no second attempt in this pass.
+    f.peer.forceSync = true;
+    QCOMPARE(f.sync(record().pid(5008, 1).calendar(3)), QStringList());
+}
+
+void tst_Record::recalculation_needsNoChangeOfTheRow()
+{
+    // Nothing for the row to take: branch and calendar are the same, the file differs elsewhere.
+    const RecordBuilder person = record().pid(5009, 1).calendar(3, QDate(2020, 1, 1));
+    KnownPerson f(record().pid(5009, 1).calendar(3));
+    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{59}});
+    f.stated(person);
+    QCOMPARE(f.sync(person), QStringList());
+    QCOMPARE(f.sync(RecordBuilder(person).balance(1)),
+             QStringList {askingUid(50091)} + reopening(59));
+}
+
+void tst_Record::calendarDateAloneReopensAttendance()
+{
+    const RecordBuilder person = record().pid(5010, 1).branch(7);
+    const RecordBuilder given = RecordBuilder(person).calendar(3, QDate(2020, 1, 1));
+    KnownPerson f(RecordBuilder(person).calendar(3));
+    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{60}});
+    f.stated(given);
+    f.peer.forceSync = true;
+    QCOMPARE(f.sync(given), QStringList {askingUid(50101)} + reopening(60));
+    // Only on the first visit in a pass.
+    QCOMPARE(f.sync(given), QStringList());
+    // The next pass has loaded the row without the date; the uid is known by now.
+    f.peer.dbPeople.insert(50101, RecordBuilder(person).calendar(3));
+    QCOMPARE(f.sync(given), reopening(60));
+    // A calendar without a date is in line.
+    f.peer.dbPeople.insert(50101, RecordBuilder(person).calendar(3));
+    f.stated(RecordBuilder(person).calendar(3));
+    QCOMPARE(f.sync(RecordBuilder(person).calendar(3)), QStringList());
+}
+
+QTEST_GUILESS_MAIN(tst_Record)
+#include "tst_record.moc"
