@@ -1,0 +1,212 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The TalvenHR authors
+# SPDX-License-Identifier: MIT
+# Shows the main job: an export file goes into an attendance database, twice.
+set -euo pipefail
+cd "$(dirname "$0")"
+. tools/packages.sh
+
+here=$PWD
+data=$here/demo-data
+log=$data/run.log
+export LC_ALL=C.UTF-8
+
+# --- Appearance ---------------------------------------------------------------------------------
+
+bold='' dim='' green='' red='' plain=''
+if [ -t 1 ]; then
+    bold=$'\e[1m' dim=$'\e[2m' green=$'\e[32m' red=$'\e[31m' plain=$'\e[0m'
+fi
+
+title() { printf '\n%s%s%s\n\n' "$bold" "$1" "$plain"; }
+say() { printf '%s\n' "$@"; }
+indent() { sed 's/^/  /'; }
+
+# --- The export file ------------------------------------------------------------------------------
+
+# day OFFSET: a date cell, such as "day -1 month"; an empty OFFSET gives an empty cell.
+day() { [ -z "$1" ] || date -d "$1" '+%Y-%m-%d 00:00:00.000'; }
+
+# employee NUMBER RELATION TITLE NAME SURNAME TITLE_AFTER PHONE FROM TO BRANCH CALENDAR SINCE \
+#          TYPE RELATION_STATE EVIDENCE_STATE BALANCE SUPERVISOR
+employee() {
+    printf '%s|%s|%s|%s|%s|%s|%s|%s|%s|%s|%s|%s|%s|%s|%s|%s|%s|%s\n' "$1" "$2" "$3" "$4" "$5" "$6" \
+        "$7" "$(day "$8")" "$(day "$9")" "${10}" "Stredisko ${10}" "${11}" "$(day "${12}")" \
+        "${13}" "${14}" "${15}" "${16}" "${17}"
+}
+
+header() {
+    echo "OsobniCislo|PoradoveCisloPP|Titul|Jmeno|Prijmeni|TitulZa|Telefon|DatumNastupu|\
+DatumVystupu|Stredisko|StrediskoPopis|Kalendar|KalendarPlatnostOd|TypPracovnihoPomeru|\
+StavPracovnihoPomeru|EvidencniStav|DovolenaZustatek|NadrizenyOsobniCislo"
+}
+
+this_month=$(date +%Y-%m-01)
+
+# Known to the database already; only a few of them differ from their row.
+known_people() {
+    employee 1001 1 Ing. 'Ľubomír' 'Krížik' '' '0900 001 001' 2009-09-01 '' 100 1 '' 11 1 0 22 ''
+    employee 1002 1 '' 'Žofia' 'Šťastná' '' '0900 001 002' 2012-02-01 '' 200 2 '' 11 1 0 14.5 1001
+    employee 1003 1 Ing. 'Jiří' 'Dvořáček' PhD. '0900 001 003' 2015-03-01 '' 210 2 '' 11 1 0 9 1001
+    employee 1004 1 Mgr. 'Ľudmila' "$1" '' '0900 001 004' 2016-10-01 '' 100 1 '' 11 1 0 17 1001
+    employee 1005 1 '' 'Štefan' 'Múčka' '' "$2" 2018-04-01 '' 200 3 '' 11 1 0 3.5 1002
+    employee 1006 1 '' 'Zdeňka' 'Řeháková' '' '0900 001 006' 2019-01-01 '' 210 3 '' 11 1 "$3" 8 1003
+    employee 1007 1 '' 'Ján' 'Vŕba' '' '0900 001 007' 2020-06-01 "$4" 300 2 '' 11 1 0 5 1002
+    employee 1008 1 Bc. 'Kateřina' 'Nováčková' '' '0900 001 008' 2017-05-01 '' 400 1 '' 11 1 0 12 1001
+    employee 1008 2 Bc. 'Kateřina' 'Nováčková' '' '0900 001 008' 2022-01-01 '' 100 0 '' 51 1 0 0 ''
+    employee 1010 1 '' 'Mária' 'Kováčiková' '' '' 2021-03-28 '' 400 1 '' 11 1 "$5" 20 1008
+}
+
+# Not in the database yet; 1012 is there, but inactive.
+new_people() {
+    employee 1012 1 '' 'Peter' 'Holý' '' '0900 001 012' "$this_month" '' 200 2 "$this_month" 11 1 0 20 1002
+    employee 2001 1 MUDr. 'Přemysl' 'Žďárský' CSc. '' "$this_month" '' 100 1 "$this_month" 11 1 0 20 1001
+    employee 2002 1 '' 'Čeněk' 'Ťapka' '' '777 123 456' "$this_month" '' 210 2 "$this_month" 11 1 1 20 1003
+    employee 2003 1 '' 'Ľubica' 'Ôsmaková' '' '' "$this_month" '2099-12-31' 300 2 "$this_month" 53 1 0 0 ''
+    employee 2004 1 '' 'Agáta' 'Šúrová' '' '' 'yesterday' '' 400 1 "$this_month" 65 1 0 20 1008
+    # Has left before we ever met: not added.
+    employee 2005 1 '' 'Vilém' 'Bývalý' '' '' 2019-01-01 2023-12-31 200 2 '' 11 4 3 0 ''
+}
+
+unusable_lines() {
+    employee 0 1 '' 'Bez' 'Čísla' '' '' 2020-01-01 '' 100 1 '' 11 1 0 0 ''
+    employee 2099 1 '' '' '' '' '' 2020-01-01 '' 100 1 '' 11 1 0 0 ''
+    echo '2098|1|a line that the HR system broke off'
+}
+
+write_export() {
+    "$@" >"$data/ron.data.new"
+    mv "$data/ron.data.new" "$data/ron.data"
+}
+
+first_export() {
+    header
+    known_people 'Ďurišová' '' 0 'today + 3 months' 21
+    new_people
+    unusable_lines
+}
+
+# A marriage, a phone, a leave of a state that begins, an earlier last day, a state that ends.
+second_export() {
+    header
+    known_people 'Horváthová' '0905 555 005' 71 'today - 1 day' 0
+    new_people
+    employee 2006 1 '' 'Dorota' 'Ľahká' '' '' 'today' '' 200 2 "$this_month" 54 1 0 0 ''
+    unusable_lines
+}
+
+# --- The database -----------------------------------------------------------------------------------
+
+sql() { build/release/bin/talvenhr sql --private-db "$data/db" "$1"; }
+
+people() {
+    sql "SELECT CONCAT(RPAD(COALESCE(pamId, ''), 8, ' '),
+                       RPAD(CONCAT_WS(' ', NULLIF(title, ''), name, surname, NULLIF(title2, '')),
+                            28, ' '),
+                       RPAD(phone, 14, ' '),
+                       FROM_UNIXTIME(begin, '%Y-%m-%d  '),
+                       RPAD(COALESCE(FROM_UNIXTIME(end, '%Y-%m-%d'), '-'), 12, ' '),
+                       RPAD(COALESCE(b.number, '-'), 8, ' '),
+                       IF(p.status, 'yes     ', 'no      '),
+                       RPAD(COALESCE(FROM_UNIXTIME(rsBegin, 'from %Y-%m-%d '), ''), 16, ' '),
+                       COALESCE(FROM_UNIXTIME(rsEnd, 'to %Y-%m-%d '), ''), rsText)
+           FROM people p LEFT JOIN branches b USING (bid) ORDER BY pid"
+}
+
+columns='person  name                        phone         from        to          branch  active  state'
+
+# changes BEFORE AFTER: the rows that went (red) and came (green).
+changes() {
+    say "  $dim  $columns$plain"
+    diff --unified=0 "$1" "$2" | grep '^[-+][0-9]' |
+        sed -e "s/^-\(.*\)$/$red- \1$plain/" -e "s/^+\(.*\)$/$green+ \1$plain/" | indent || say '  none'
+}
+
+wait_for() {
+    local tries=600
+    until grep -qF "$1" "$log"; do
+        if ! kill -0 "$run" 2>/dev/null || [ $((tries -= 1)) -eq 0 ]; then
+            cat "$log" >&2
+            exit 1
+        fi
+        sleep 0.1
+    done
+}
+
+# messages FROM TO: the plugin's log between two lines, without the stamps and the settings.
+messages() {
+    sed -n "/$1/,/$2/p" "$log" | cut -c25- | sed 's/^ *//' | indent
+}
+
+# --- The show -----------------------------------------------------------------------------------------
+
+ensure_packages "${build_packages[@]}"
+mkdir -p build
+say "${dim}Building …$plain"
+if ! { cmake --preset release && cmake --build --preset release --target talvenhr TalvenHR; } \
+    >build/demo.log 2>&1; then
+    cat build/demo.log
+    exit 1
+fi
+
+rm -rf "$data"
+mkdir -p "$data"
+cat >"$data/TalvenHR.ini" <<EOF
+enabled=true
+; Seconds from tick to tick; a pass runs on the first tick, on every 60th, and when forced.
+timerInterval=1
+syncInterval=60
+importFile=$data/ron.data
+deleteFile=false
+
+[MES]
+21=materská dovolenka
+71=neplatené voľno
+EOF
+write_export first_export
+
+title 'The export file that the HR system left (18 columns)'
+cut -d'|' -f1,2,4,5,8-10,14,16 "$data/ron.data" | sed 's/ 00:00:00.000//g' | cut -c1-100 | indent
+say '' "  ${dim}Shown: numbers, name, first and last day, branch, type, state. The header and the last three"
+say "  lines are no employees.$plain"
+
+title 'The first pass'
+say "  ${dim}talvenhr run --data-dir demo-data --private-db demo-data/db --passes 2$plain" ''
+build/release/bin/talvenhr run --data-dir "$data" --private-db "$data/db" --passes 2 2>"$log" &
+run=$!
+trap 'kill "$run" 2>/dev/null || true' EXIT
+wait_for 'Start TalvenHR'
+people >"$data/before"
+wait_for 'END synchronization #1'
+messages 'BEGIN synchronization #1' 'END synchronization #1'
+people >"$data/first"
+
+title 'What it did to the table people'
+changes "$data/before" "$data/first"
+
+title 'A day later the export has changed; somebody forces a pass'
+write_export second_export
+sql "UPDATE vars SET value = 1 WHERE name = 'OQS.THRWorker.forceSync'"
+say "  ${dim}UPDATE vars SET value = 1 WHERE name = 'OQS.THRWorker.forceSync'$plain" ''
+wait_for 'END synchronization #2'
+messages 'BEGIN synchronization #2' 'END synchronization #2'
+trap - EXIT
+wait "$run" || true
+people >"$data/second"
+
+title 'What it did this time'
+changes "$data/first" "$data/second"
+
+title 'In the end'
+sed -n '/END synchronization #2/,$p' "$log" | tail -n +2 | cut -c1-100 | indent
+
+title 'Play on'
+cat <<EOF
+  Edit   demo-data/ron.data (the export) or demo-data/TalvenHR.ini (the settings), then run
+
+    build/release/bin/talvenhr run --data-dir demo-data --private-db demo-data/db --once
+    build/release/bin/talvenhr sql --private-db demo-data/db
+
+  The first runs a pass (--force makes it a forced one, --log-level 3 shows every line), the second
+  opens a client on the database. ./demo.sh begins afresh.
+EOF

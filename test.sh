@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The TalvenHR authors
+# SPDX-License-Identifier: MIT
+# Installs what is missing, builds, and runs the tests.
+set -euo pipefail
+cd "$(dirname "$0")"
+. tools/packages.sh
+
+usage() {
+    cat <<'EOF'
+Usage: ./test.sh [--all] [PRESET]
+
+Builds with a preset of CMakePresets.json (release, debug or sanitize; release if none is given) and
+runs all its tests. The build stays in build/PRESET and is quick when run again.
+
+  --all   everything that CI runs: release and sanitize with their tests, a build with clang,
+          and the checks of the sources
+EOF
+}
+
+# run_tests PRESET
+run_tests() {
+    cmake --preset "$1" >build/configure.log || { cat build/configure.log; return 1; }
+    cmake --build --preset "$1"
+    ctest --preset "$1" -j "$(nproc)"
+}
+
+presets=(release)
+all=false
+case "${1:-}" in
+    '') ;;
+    --all) all=true; presets=(release sanitize) ;;
+    --help | -h) usage; exit ;;
+    release | debug | sanitize) presets=("$1") ;;
+    *) usage >&2; exit 2 ;;
+esac
+
+ensure_packages "${build_packages[@]}"
+mkdir -p build
+if $all; then
+    ensure_packages clang clang-format shellcheck
+    tools/check-sources.sh
+    cmake --preset clang >build/configure.log || { cat build/configure.log; exit 1; }
+    cmake --build --preset clang
+fi
+for preset in "${presets[@]}"; do
+    echo "== $preset"
+    run_tests "$preset"
+done

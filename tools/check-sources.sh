@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The TalvenHR authors
+# SPDX-License-Identifier: MIT
+# Checks that need no build: format, scripts, API level, and the tests that comments name.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+failed=0
+complain() {
+    echo "check-sources: $1" >&2
+    failed=1
+}
+
+# Every C++ file as .clang-format has it.
+mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
+clang-format --dry-run --Werror "${sources[@]}" || complain "run clang-format -i on the files above"
+
+# Scripts.
+mapfile -t scripts < <(git ls-files --cached --others --exclude-standard '*.sh' .ci/run)
+shellcheck -x "${scripts[@]}" || complain "scripts need attention"
+
+# Servers are built with Qt 5.9: what came later must not be used in the plugin.
+newer_api=(
+    'QStringView|QRandomGenerator|qEnvironmentVariable\(|keyValueBegin|keyValueEnd' # 5.10
+    'QCbor|QSignalMapper::mappedInt|QConcatenateTablesProxyModel'                 # 5.12, 5.13
+    'swapItemsAt|QCalendar'                                                        # 5.13, 5.14
+    'QRecursiveMutex|startOfDay\(|endOfDay\(|Qt::endl|Qt::hex|Qt::dec'              # 5.14
+    'Qt::(Skip|Keep)EmptyParts|moveToTrash|startCommand|splitCommand'              # 5.14, 5.15
+)
+pattern=$(IFS='|'; echo "${newer_api[*]}")
+if git grep -nE "$pattern" -- src; then
+    complain "the lines above use API that Qt 5.9 does not have"
+fi
+
+# "Pinned by tst_X::slot()" in the sources: the slot must exist.
+while read -r pinned; do
+    class=${pinned%%::*}
+    slot=${pinned##*::}
+    git grep -qF "void $class::$slot(" -- tests || complain "no test $pinned"
+done < <(git grep -hA1 'Pinned by' -- src | grep -oE 'tst_[A-Za-z]+::[A-Za-z0-9_]+' | sort -u)
+
+exit "$failed"

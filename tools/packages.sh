@@ -1,0 +1,26 @@
+# shellcheck shell=bash
+# SPDX-FileCopyrightText: 2026 The TalvenHR authors
+# SPDX-License-Identifier: MIT
+# Sourced by test.sh and demo.sh: installs the Debian packages that are missing.
+
+# What it takes to build and run TalvenHR, and to give it a private database.
+# shellcheck disable=SC2034 # used by those who source this
+build_packages=(g++ cmake ninja-build qtbase5-dev libqt5sql5-mysql libbenchmark-dev
+                tzdata mariadb-server-core mariadb-client-core)
+
+# ensure_packages PACKAGE...: installs those that are missing; says nothing when all are there.
+ensure_packages() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null |
+            grep -qx installed || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+
+    echo "Installing: ${missing[*]}"
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    "${as_root[@]}" apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends \
+        "${missing[@]}" >/dev/null
+}
