@@ -97,29 +97,29 @@ second_export() {
 
 # --- The database -----------------------------------------------------------------------------------
 
-sql() { build/release/bin/talvenhr sql --private-db "$data/db" "$1"; }
+sql() { build/release/bin/talvenhr sql --private-db "$data/db" --execute "$1" | tail -n +2; }
 
 people() {
     sql "SELECT CONCAT(RPAD(COALESCE(pamId, ''), 8, ' '),
                        RPAD(CONCAT_WS(' ', NULLIF(title, ''), name, surname, NULLIF(title2, '')),
-                            28, ' '),
+                            30, ' '),
                        RPAD(phone, 14, ' '),
                        FROM_UNIXTIME(begin, '%Y-%m-%d  '),
                        RPAD(COALESCE(FROM_UNIXTIME(end, '%Y-%m-%d'), '-'), 12, ' '),
-                       RPAD(COALESCE(b.number, '-'), 8, ' '),
-                       IF(p.status, 'yes     ', 'no      '),
+                       IF(status, 'yes     ', 'no      '),
                        RPAD(COALESCE(FROM_UNIXTIME(rsBegin, 'from %Y-%m-%d '), ''), 16, ' '),
                        COALESCE(FROM_UNIXTIME(rsEnd, 'to %Y-%m-%d '), ''), rsText)
-           FROM people p LEFT JOIN branches b USING (bid) ORDER BY pid"
+           FROM people ORDER BY pid"
 }
 
-columns='person  name                        phone         from        to          branch  active  state'
+columns='person  name                          phone         from        to          active  state'
 
-# changes BEFORE AFTER: the rows that went (red) and came (green).
+# changes BEFORE AFTER: the rows that went (red) and came (green), by person.
 changes() {
     say "  $dim  $columns$plain"
-    diff --unified=0 "$1" "$2" | grep '^[-+][0-9]' |
-        sed -e "s/^-\(.*\)$/$red- \1$plain/" -e "s/^+\(.*\)$/$green+ \1$plain/" | indent || say '  none'
+    { diff --unified=0 "$1" "$2" || true; } | sed -n 's/^\([-+]\)\([0-9]\)/\1 \2/p' |
+        sort --stable --version-sort --key=2,2 |
+        sed -e "s/^-.*/$red&$plain/" -e "s/^+.*/$green&$plain/" -e 's/ *$//' | indent
 }
 
 wait_for() {

@@ -6,6 +6,7 @@
 #include "failure.h"
 #include "infocommand.h"
 #include "runcommand.h"
+#include "sqlcommand.h"
 
 #include <cstdio>
 
@@ -20,6 +21,7 @@ struct Command
 
 const Command commands[] = {
     {"run", "load the plugin and let it synchronise", runCommand},
+    {"sql", "open a client on the private database", sqlCommand},
     {"info", "show who the plugin is", infoCommand},
 };
 

@@ -33,6 +33,14 @@ Failure PrivateDatabase::start()
     return {ExitDatabase, error};
 }
 
+Failure PrivateDatabase::startOrJoin()
+{
+    QString error;
+    if (server.startOrJoin(&error) && (!server.isRunning() || makeContent(&error)))
+        return {};
+    return {ExitDatabase, error};
+}
+
 void PrivateDatabase::stop()
 {
     server.stop();
@@ -44,6 +52,14 @@ ConnectionParameters PrivateDatabase::parameters() const
     parameters.socket = server.socketPath();
     parameters.database = databaseName();
     return parameters;
+}
+
+Failure PrivateDatabase::converse(const QString &statements, int *exitCode)
+{
+    QString error;
+    if (server.converse(databaseName(), statements, exitCode, &error))
+        return {};
+    return {ExitDatabase, error};
 }
 
 /// A file stands for the time of the loading: where it is found, the loading was broken off.

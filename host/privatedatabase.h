@@ -20,11 +20,16 @@ public:
 
     /// Starts the server and sees to the content.
     Failure start();
+    /// As start(), or joins a `talvenhr run` that is at work on the folder.
+    Failure startOrJoin();
     void stop();
 
     /// The sample company was loaded by this object.
     bool isNew() const { return contentIsNew; }
     ConnectionParameters parameters() const;
+    /// Hands the terminal over to a client, for statements or with none for a conversation. `exitCode`
+    /// is the client's.
+    Failure converse(const QString &statements, int *exitCode);
 
 Q_SIGNALS:
     void died(const QString &reason);

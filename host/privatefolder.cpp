@@ -63,7 +63,7 @@ bool PrivateFolder::take(QString *error)
     if (!makeOrRecognise(error))
         return false;
 
-    lock.reset(new QLockFile(path(QStringLiteral("talvenhr.lock"))));
+    lock.reset(new QLockFile(lockPath()));
     // No age makes a lock stale, only the end of its process.
     lock->setStaleLockTime(0);
     if (!lock->tryLock(0)) {
@@ -86,6 +86,19 @@ bool PrivateFolder::take(QString *error)
 void PrivateFolder::release()
 {
     lock.reset();
+}
+
+QString PrivateFolder::socketOfHolder() const
+{
+    // Looking must not take: a folder that is free stays as it is.
+    if (!QFileInfo::exists(lockPath()))
+        return QString();
+    QLockFile probe(lockPath());
+    probe.setStaleLockTime(0);
+    if (probe.tryLock(0))
+        return QString();
+    QFile note(socketNotePath());
+    return note.open(QIODevice::ReadOnly) ? QFile::decodeName(note.readAll()) : QString();
 }
 
 bool PrivateFolder::hasData() const
@@ -171,15 +184,16 @@ bool PrivateFolder::findSocketPath(QString *error)
 {
     const int room = static_cast<int>(sizeof(sockaddr_un::sun_path)) - 1;
     socket = path(QStringLiteral("server.sock"));
-    if (QFile::encodeName(socket).size() <= room)
-        return true;
-    if (!socketFolder)
-        socketFolder.reset(new QTemporaryDir(QStringLiteral("/tmp/talvenhr-XXXXXX")));
-    if (!socketFolder->isValid()) {
-        *error = QStringLiteral("cannot make a folder for the server's socket: %1")
-                     .arg(socketFolder->errorString());
-        return false;
+    if (QFile::encodeName(socket).size() > room) {
+        if (!socketFolder)
+            socketFolder.reset(new QTemporaryDir(QStringLiteral("/tmp/talvenhr-XXXXXX")));
+        if (!socketFolder->isValid()) {
+            *error = QStringLiteral("cannot make a folder for the server's socket: %1")
+                         .arg(socketFolder->errorString());
+            return false;
+        }
+        socket = socketFolder->filePath(QStringLiteral("server.sock"));
     }
-    socket = socketFolder->filePath(QStringLiteral("server.sock"));
-    return true;
+    // For others who want to join the server.
+    return writeFile(socketNotePath(), QFile::encodeName(socket), error);
 }

@@ -21,6 +21,8 @@ public:
     /// when it is not to be had.
     bool take(QString *error);
     void release();
+    /// The socket of the server of another process that has taken the folder; empty if none has.
+    QString socketOfHolder() const;
 
     /// The data were made to their end, not broken off on the way.
     bool hasData() const;
@@ -38,6 +40,8 @@ public:
 
 private:
     QString path(const QString &name) const;
+    QString lockPath() const { return path(QStringLiteral("talvenhr.lock")); }
+    QString socketNotePath() const { return path(QStringLiteral("server.socket")); }
     bool makeOrRecognise(QString *error) const;
     bool waitForLeftServer(QString *error) const;
     bool findSocketPath(QString *error);

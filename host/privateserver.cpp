@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QThread>
 
 #include <cstring>
 #include <poll.h>
@@ -135,6 +136,25 @@ bool PrivateServer::start(QString *error)
     return false;
 }
 
+bool PrivateServer::startOrJoin(QString *error)
+{
+    joinedSocket = folder.socketOfHolder();
+    if (joinedSocket.isEmpty())
+        return start(error);
+
+    // It may be just starting.
+    QElapsedTimer timer;
+    timer.start();
+    while (!answers(joinedSocket)) {
+        if (timer.elapsed() > startPatience) {
+            *error = QStringLiteral("the private server at '%1' does not answer").arg(joinedSocket);
+            return false;
+        }
+        QThread::msleep(10);
+    }
+    return true;
+}
+
 void PrivateServer::stop()
 {
     endWanted = true;
@@ -195,16 +215,9 @@ bool PrivateServer::runClient(const QString &database, const QByteArray &input,
     if (client.isEmpty())
         return false;
 
-    QStringList arguments {QStringLiteral("--no-defaults"), QStringLiteral("--batch"),
-                           QStringLiteral("--default-character-set=utf8mb4"),
-                           QStringLiteral("--user=root"),
-                           QStringLiteral("--socket=") + socketPath()};
-    if (!database.isEmpty())
-        arguments.append(QStringLiteral("--database=") + database);
-
     ChildProcess process;
     process.setStandardOutputFile(QProcess::nullDevice());
-    process.start(client, arguments);
+    process.start(client, clientOptions(database) << QStringLiteral("--batch"));
     process.write(input);
     process.closeWriteChannel();
     if (endedWell(&process))
@@ -213,6 +226,26 @@ bool PrivateServer::runClient(const QString &database, const QByteArray &input,
     if (error->isEmpty())
         *error = process.errorString();
     return false;
+}
+
+bool PrivateServer::converse(const QString &database, const QString &statements, int *exitCode,
+                             QString *error)
+{
+    const QString client = findProgram(QStringLiteral("mariadb"), error);
+    if (client.isEmpty())
+        return false;
+    QStringList arguments = clientOptions(database);
+    if (!statements.isEmpty())
+        arguments << QStringLiteral("--execute") << statements;
+
+    // Not a ChildProcess: the terminal's signals are for the client.
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.setInputChannelMode(QProcess::ForwardedInputChannel);
+    process.start(client, arguments);
+    process.waitForFinished(-1);
+    *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
+    return true;
 }
 
 /// Also after an attempt that was broken off: whatever that left is removed.
@@ -259,6 +292,16 @@ bool PrivateServer::waitUntilItAnswers(QString *error)
     *error = QStringLiteral("the private server does not answer; see the end of '%1'")
                  .arg(folder.logPath());
     return false;
+}
+
+QStringList PrivateServer::clientOptions(const QString &database) const
+{
+    QStringList options {QStringLiteral("--no-defaults"),
+                         QStringLiteral("--default-character-set=utf8mb4"),
+                         QStringLiteral("--user=root"), QStringLiteral("--socket=") + socketPath()};
+    if (!database.isEmpty())
+        options.append(QStringLiteral("--database=") + database);
+    return options;
 }
 
 QStringList PrivateServer::serverOptions() const

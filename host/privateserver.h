@@ -30,6 +30,9 @@ public:
 
     /// Makes the data on first use and waits until the server answers. False with the reason.
     bool start(QString *error);
+    /// As start(), or joins the server that another process runs in the folder. A server that was
+    /// joined is not stopped.
+    bool startOrJoin(QString *error);
     /// Asks the server to end and waits for it.
     void stop();
     /// Kills the server and waits for its end.
@@ -38,7 +41,10 @@ public:
     /// The data were made by this object.
     bool isFirstUse() const { return firstUse; }
     bool isRunning() const;
-    QString socketPath() const { return folder.socketPath(); }
+    QString socketPath() const
+    {
+        return joinedSocket.isEmpty() ? folder.socketPath() : joinedSocket;
+    }
 
     /// Creates a database whose texts are utf8mb4.
     bool createDatabase(const QString &name, QString *error);
@@ -46,6 +52,10 @@ public:
     bool loadFiles(const QString &database, const QStringList &files, QString *error);
     /// Runs statements as the administrator; an empty database name selects none.
     bool execute(const QString &database, const QString &statements, QString *error);
+    /// Hands the terminal over to the client, for statements or with none for a conversation.
+    /// `exitCode` is the client's. False when there is no client.
+    bool converse(const QString &database, const QString &statements, int *exitCode,
+                  QString *error);
 
 Q_SIGNALS:
     /// The server ended without having been asked to.
@@ -59,9 +69,11 @@ private:
     bool runClient(const QString &database, const QByteArray &input, QString *error) const;
     bool waitUntilItAnswers(QString *error);
     QStringList serverOptions() const;
+    QStringList clientOptions(const QString &database) const;
 
     PrivateFolder folder;
     QStringList furtherOptions;
+    QString joinedSocket; ///< empty unless the server is another process's
     ChildProcess server;
     bool firstUse = false;
     bool endWanted = false;
