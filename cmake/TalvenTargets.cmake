@@ -22,6 +22,7 @@ function(talven_target_defaults target)
         QT_DISABLE_DEPRECATED_BEFORE=0x050700
         QT_NO_DEPRECATED_WARNINGS)
     target_compile_options(${target} PRIVATE
+        $<$<CXX_COMPILER_ID:MSVC>:/utf-8>
         $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall -Wextra -Wpedantic -Wshadow>
         $<$<AND:$<CXX_COMPILER_ID:GNU,Clang>,$<BOOL:${TALVENHR_WARNINGS_AS_ERRORS}>>:-Werror>)
     if(TALVENHR_SANITIZE)

@@ -25,7 +25,8 @@ public:
     virtual void pause() = 0;
     virtual void resume() = 0;
 
-    /// How much the plugin writes into the log: 0 warnings and errors only, up to 3 for every record.
+    /// How much the plugin writes into the log: 0 warnings and errors (and a line for every settings
+    /// key, which comes at any level), up to 3 for every record.
     /// To be called before start().
     virtual void setLogLevel(quint8 level) { logLevel = level; }
 

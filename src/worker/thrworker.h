@@ -25,7 +25,8 @@ class QTimer;
 /// directly from the server's thread; nothing guards them.
 ///
 /// All statements run on the worker's own connection, a clone of the server's, which is open only
-/// during a tick. A failure is logged and ends neither the pass nor the walk over the records.
+/// during a tick. A failure is logged and ends neither the pass nor the walk over the records; only
+/// when the people cannot be read, the records of the pass are dropped.
 class THRWorker : public QObject
 {
     Q_OBJECT
@@ -87,10 +88,11 @@ public:
     uint dbGetUidByPid(uint pid);
     /// As dbGetUidByPid(), through a cache that lives as long as the process.
     uint getUidByPid(uint pid);
-    /// Inserts a person, or revives the inactive row of the same pid. True when a row was written.
+    /// Inserts a person, or revives the row of the same pid. True when a row was written, and in test
+    /// mode, which writes nothing.
     bool dbAddPerson(const EmployeeRecord &record);
-    /// True when a row has changed. With `changeLastCalc` and a valid rsBegin the calculation mark
-    /// moves to the day before rsBegin.
+    /// True when a row has changed, and in test mode, which writes nothing. With `changeLastCalc` and a
+    /// valid rsBegin the calculation mark moves to the day before rsBegin.
     bool dbUpdatePerson(const EmployeeRecord &record, bool changeLastCalc);
     /// Reopens attendance from the day on and moves the calculation mark back to the day before it.
     /// Writes also in test mode. False when either statement failed; the first one stays in force.
@@ -144,7 +146,7 @@ private:
     QHash<uint, uint> branches; ///< branch number to bid
     QString syncCommand;
     quint8 syncCommandRun = 0;
-    QHash<uint, EmployeeRecord> dbPeople; ///< by pid, as the database had them at the pass's begin
+    QHash<uint, EmployeeRecord> dbPeople; ///< by pid, as last read from the database
     QMutex dbMutex; ///< around open and close of db
     uint departmentId = 1;
     QHash<ushort, QString> mes; ///< texts by evidence state

@@ -72,7 +72,7 @@ void THRWorker::loadAndParseData()
     }
     while (!file.atEnd()) {
         const QByteArray bytes = file.readLine();
-        // Not even a line end: the file cannot be read on.
+        // Not even a line end: the file cannot be read on. What was read so far counts as the file.
         if (bytes.isEmpty())
             break;
         // Up to the first NUL byte.

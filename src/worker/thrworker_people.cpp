@@ -111,7 +111,7 @@ uint THRWorker::getUidByPid(uint pid)
 }
 
 // Deliberate: texts stand in the statements as they are, and each arg() rewrites the whole text so
-// far: an apostrophe breaks the statement, and a text holding %5 is filled by the fifth value. Pinned
+// far: an apostrophe breaks the statement, and a text holding %5 is filled by a later value. Pinned
 // by tst_People::textsAreNeitherEscapedNorProtected().
 bool THRWorker::dbAddPerson(const EmployeeRecord &record)
 {
@@ -199,8 +199,9 @@ bool THRWorker::dbUpdatePerson(const EmployeeRecord &record, bool changeLastCalc
                     .arg(dateToSqlBegin(record.datumNastupu)) // %7
                     .arg(dateToSql(record.datumVystupu, true)) // %8
                     .arg(record.pid()) // %9
-                    // Deliberate: together, so that a %N inside rsText is not filled by its own
-                    // neighbours. Pinned by tst_People::dbUpdatePerson_fillsTheIntervalTogether().
+                    // Deliberate: together, so that a marker which one of the three completes in
+                    // an earlier text is not filled by the others. Pinned by
+                    // tst_People::dbUpdatePerson_fillsTheIntervalTogether().
                     .arg(dateToSql(record.rsBegin, false), // %10
                          dateToSql(record.rsEnd, false), // %11
                          record.rsText); // %12

@@ -73,8 +73,9 @@ bool THRWorker::syncKnownPerson(const EmployeeRecord &record, const Changes &cha
                                 bool *needLastCalc)
 {
     EmployeeRecord old = dbPeople.value(record.pid());
-    // Deliberate: the date of the calendar is not read from the database, so a record that has one
-    // reopens attendance on its first visit in a pass, be it unchanged. Pinned by
+    // Deliberate: the date of the calendar is not read from the database, so a changed or forced
+    // record that has one reopens attendance on its first visit in a pass, though calendar and
+    // branch are those of the row. Pinned by
     // tst_Record::calendarDateAloneReopensAttendance().
     *needLastCalc = old.isUsable()
         && (record.calendarID != old.calendarID
