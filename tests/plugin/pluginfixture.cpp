@@ -59,6 +59,7 @@ void PluginFixture::restart(const std::function<void()> &call)
     OrvDbSettings *const settings = worker().orvSettings;
     call();
     QTimer *const timer = worker().timer;
+    QVERIFY2(worker().orvSettings != settings, "the call has not started the worker");
     leftBehind.push_back([settings, timer] {
         delete settings;
         delete timer; // has no parent
