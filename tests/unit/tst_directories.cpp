@@ -43,6 +43,14 @@ struct Fixture
             qFatal("cannot write %s", qPrintable(file));
     }
 
+    /// As configure(), one entry, its key escaped by Qt.
+    void store(const QString &key, const QString &directory)
+    {
+        QSettings writer(QSettings::SystemScope, QStringLiteral("KESTRA-LK"),
+                         QStringLiteral("ORV"));
+        writer.setValue(QStringLiteral("dataDirs/") + key, directory);
+    }
+
     EventLog log;
     QTemporaryDir folder;
 };
@@ -71,6 +79,7 @@ class tst_Directories : public QObject
 private Q_SLOTS:
     void initTestCase();
     void ensureDir_existing();
+    void ensureDir_existingIsLeftAlone();
     void ensureDir_makesTheWholePath();
     void ensureDir_relativePathIsMadeBelowItself();
     void ensureDir_notCreated();
@@ -81,6 +90,7 @@ private Q_SLOTS:
     void dataDir_emptyKeyMeansTheApplicationsDirectory();
     void dataDir_slashesMakeNoGroups();
     void dataDir_nativeSeparators();
+    void dataDir_ignoresTheUsersSettings();
     void dataDir_ignoresTheEnvironment();
     void dataDir_takesTheSecondStandardLocation();
     void dataDir_emptyEntryIsNone_data();
@@ -111,6 +121,24 @@ void tst_Directories::ensureDir_existing()
         QVERIFY(unprivileged.isBound());
         ensureDir(f.folder.path());
     }
+    QCOMPARE(f.log.take(), QStringList());
+}
+
+void tst_Directories::ensureDir_existingIsLeftAlone()
+{
+    Fixture f;
+    // A file is there and can be written to: nothing is made of it and nothing said.
+    QFile file(f.path("file"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    ensureDir(f.path("file"));
+    QVERIFY(QFileInfo(f.path("file")).isFile());
+
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(f.folder.path()));
+    QVERIFY(QDir().mkpath(QStringLiteral("a/b")));
+    ensureDir(QStringLiteral("a/b"));
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(!QFileInfo::exists(f.path("a/b/a")));
     QCOMPARE(f.log.take(), QStringList());
 }
 
@@ -190,17 +218,17 @@ void tst_Directories::ensureDir_emptyPath()
 void tst_Directories::dataDir_takesTheConfiguredOne()
 {
     Fixture f;
-    f.configure(QStringLiteral("[General]\n%7Copt%7Capp=/not/this\n"
-                               "[dataDirs]\n%7Copt%7Capp=/srv/data\n%7Copt%7Cother=/srv/other\n"));
-    QCOMPARE(dataDir(false, optApp()), QStringLiteral("/srv/data"));
-    QCOMPARE(currentDataDir, QStringLiteral("/srv/data"));
+    f.configure(QStringLiteral("[General]\n%7Copt%7Capp=%1\n"
+                               "[dataDirs]\n%7Copt%7Capp=%2\n%7Copt%7Cother=%3\n")
+                    .arg(f.path("not this"), f.path("srv/data"), f.path("srv/other")));
+    QCOMPARE(dataDir(false, optApp()), f.path("srv/data"));
+    QCOMPARE(currentDataDir, f.path("srv/data"));
     QCOMPARE(currentLogsDir, QStringLiteral("untouched"));
-    QCOMPARE(dataDir(false, QStringLiteral("/opt/other")), QStringLiteral("/srv/other"));
-    QCOMPARE(currentDataDir, QStringLiteral("/srv/other"));
+    QCOMPARE(dataDir(false, QStringLiteral("/opt/other")), f.path("srv/other"));
+    QCOMPARE(currentDataDir, f.path("srv/other"));
     // A key is taken as it is, in its own letters.
     QCOMPARE(dataDir(false, QStringLiteral("/opt/APP")), f.path("first/Maker/Server"));
     QCOMPARE(f.log.take(), QStringList());
-    QVERIFY(!QFileInfo::exists(QStringLiteral("/srv/data")));
 }
 
 void tst_Directories::dataDir_emptyKeyMeansTheApplicationsDirectory()
@@ -209,20 +237,17 @@ void tst_Directories::dataDir_emptyKeyMeansTheApplicationsDirectory()
     QString key = QCoreApplication::applicationDirPath();
     QVERIFY(key.startsWith(QLatin1Char('/')));
     key.replace(QLatin1Char('/'), QLatin1Char('|'));
-    {
-        QSettings writer(QSettings::SystemScope, QStringLiteral("KESTRA-LK"),
-                         QStringLiteral("ORV"));
-        writer.setValue(QStringLiteral("dataDirs/") + key, QStringLiteral("/srv/data"));
-    }
-    QCOMPARE(dataDir(false, QString()), QStringLiteral("/srv/data"));
-    QCOMPARE(currentDataDir, QStringLiteral("/srv/data"));
+    f.store(key, f.path("srv/data"));
+    QCOMPARE(dataDir(false, QString()), f.path("srv/data"));
+    QCOMPARE(currentDataDir, f.path("srv/data"));
 }
 
 void tst_Directories::dataDir_slashesMakeNoGroups()
 {
     Fixture f;
-    // These are the keys opt/app and /opt/app as groups would have them.
-    f.configure(QStringLiteral("[dataDirs]\nopt\\app=/srv/grouped\n"));
+    // Where opt/app would be looked for if it were a group and a key.
+    f.configure(QStringLiteral("[dataDirs]\nopt\\app=") + f.path("srv/grouped")
+                + QLatin1Char('\n'));
     QCOMPARE(dataDir(false, QStringLiteral("opt/app")), f.path("first/Maker/Server"));
     QCOMPARE(dataDir(false, optApp()), f.path("first/Maker/Server"));
 }
@@ -230,19 +255,26 @@ void tst_Directories::dataDir_slashesMakeNoGroups()
 void tst_Directories::dataDir_nativeSeparators()
 {
     Fixture f;
-    const QString native = QDir::toNativeSeparators(QStringLiteral("/srv/the data"));
+    f.store(QStringLiteral("|opt|app"), QDir::toNativeSeparators(f.path("srv/the data")));
+    QCOMPARE(dataDir(false, optApp()), f.path("srv/the data"));
+}
+
+void tst_Directories::dataDir_ignoresTheUsersSettings()
+{
+    Fixture f;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, f.path("user"));
     {
-        QSettings writer(QSettings::SystemScope, QStringLiteral("KESTRA-LK"),
-                         QStringLiteral("ORV"));
-        writer.setValue(QStringLiteral("dataDirs/|opt|app"), native);
+        QSettings writer(QSettings::UserScope, QStringLiteral("KESTRA-LK"), QStringLiteral("ORV"));
+        writer.setValue(QStringLiteral("dataDirs/|opt|app"), f.path("srv/data"));
     }
-    QCOMPARE(dataDir(false, optApp()), QStringLiteral("/srv/the data"));
+    QVERIFY(QFileInfo::exists(f.path("user/KESTRA-LK/ORV.conf")));
+    QCOMPARE(dataDir(false, optApp()), f.path("first/Maker/Server"));
 }
 
 void tst_Directories::dataDir_ignoresTheEnvironment()
 {
     Fixture f;
-    qputenv("DATADIRS_|OPT|APP", "/from/the/environment");
+    qputenv("DATADIRS_|OPT|APP", QFile::encodeName(f.path("srv/data")));
     const QString directory = dataDir(false, optApp());
     qunsetenv("DATADIRS_|OPT|APP");
     QCOMPARE(directory, f.path("first/Maker/Server"));
@@ -262,7 +294,7 @@ void tst_Directories::dataDir_emptyEntryIsNone_data()
 {
     QTest::addColumn<QString>("entry");
     QTest::newRow("empty") << QString();
-    QTest::newRow("list") << QStringLiteral("/srv/a, /srv/b");
+    QTest::newRow("list") << QStringLiteral("/nowhere/a, /nowhere/b");
 }
 
 void tst_Directories::dataDir_emptyEntryIsNone()

@@ -67,6 +67,7 @@ private Q_SLOTS:
     void equality_nullTextEqualsEmptyText();
     void equality_invalidDatesAreEqual();
     void equality_balanceHasNoTolerance();
+    void equality_balanceThatIsNoNumberDiffersFromItself();
     void dbLoadPeople_keyComesFromPamId_data();
     void dbLoadPeople_keyComesFromPamId();
 };
@@ -404,6 +405,14 @@ void tst_EmployeeRecord::equality_balanceHasNoTolerance()
     QVERIFY(record().balance(12.5).build() != record().balance(next).build());
     QVERIFY(record().balance(0.3).build() != record().balance(0.1 + 0.2).build());
     QVERIFY(record().balance(-0.0).build() == record().balance(0.0).build());
+}
+
+void tst_EmployeeRecord::equality_balanceThatIsNoNumberDiffersFromItself()
+{
+    const EmployeeRecord employee = record().balance(qQNaN());
+    const EmployeeRecord copy = employee;
+    QVERIFY(!(employee == copy));
+    QVERIFY(employee != copy);
 }
 
 void tst_EmployeeRecord::dbLoadPeople_keyComesFromPamId_data()

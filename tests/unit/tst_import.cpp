@@ -337,6 +337,8 @@ void tst_Import::loadAndParseData_lines_data()
     QTest::newRow("carriage returns and line feeds") << first + "\r\n" + second + "\r\n" << both;
     QTest::newRow("last of those without an end") << first + "\r\n" + second << both;
     QTest::newRow("carriage returns alone end nothing") << first + '\r' + second << QStringList();
+    QTest::newRow("carriage return within a cell")
+        << "1|1|||No\rvák|||||||||||||\n" + second << lines({"1.1 No\rvák", "2.1 Kováč"});
     QTest::newRow("white space around") << " \t" + first + " \n\v" + second + "\f \n" << both;
     QTest::newRow("empty lines") << "\n\n" + first + "\n\n\r\n" + second + "\n\n" << both;
     QTest::newRow("lines of white space") << "   \n" + first + "\n \t \n" + second + "\n  " << both;

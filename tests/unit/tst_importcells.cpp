@@ -69,6 +69,7 @@ private Q_SLOTS:
     void parseLine_dates();
     void parseLine_unreadableLastDayIsNoEnd();
     void dateFromText_takesTheFormatAsGiven();
+    void dateFromText_timeSkippedByAClockChangeIsInvalid();
 };
 
 void tst_ImportCells::parseLine_cellsInOrder()
@@ -316,6 +317,18 @@ void tst_ImportCells::dateFromText_takesTheFormatAsGiven()
     QCOMPARE(THRWorker::dateFromText(QStringLiteral("2024-03-31 00:00:00.000"), format), QDate());
     QCOMPARE(THRWorker::dateFromText(QString(), format), QDate());
     QVERIFY(THRWorker::dateFromText(QString(), format).isNull());
+}
+
+void tst_ImportCells::dateFromText_timeSkippedByAClockChangeIsInvalid()
+{
+    const QString format = QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
+    const QByteArray zone = qgetenv("TZ");
+    const QDate inBratislava = THRWorker::dateFromText(QStringLiteral("2024-03-31 02:30:00.000"),
+                                                       format);
+    const QDate inNewYork = THRWorker::dateFromText(QStringLiteral("2024-03-10 02:30:00.000"),
+                                                    format);
+    QCOMPARE(inBratislava, zone == "Europe/Bratislava" ? QDate() : QDate(2024, 3, 31));
+    QCOMPARE(inNewYork, zone == "America/New_York" ? QDate() : QDate(2024, 3, 10));
 }
 
 QTEST_GUILESS_MAIN(tst_ImportCells)
