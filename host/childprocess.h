@@ -5,8 +5,8 @@
 
 #include <QProcess>
 
-/// A process in a session of its own: Ctrl+C at the terminal does not end it. On Linux it is asked to
-/// end when the host dies, however that happens.
+/// A process in a session of its own: Ctrl+C at the terminal does not end it. On Linux it is asked
+/// to end when the host dies, however that happens.
 ///
 /// To be started on a thread that lives as long as the process is wanted: the system looks at the
 /// end of the starting thread. Owned and used as any QProcess.

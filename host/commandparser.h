@@ -10,8 +10,8 @@
 #include <QStringList>
 #include <QVector>
 
-/// Qt's parser for one command, with a help text of this program's own: grouped, aligned and wrapped.
-/// Every command has --help. Made and used on the stack of the command.
+/// Qt's parser for one command, with a help text of this program's own: grouped, aligned and
+/// wrapped. Every command has --help. Made and used on the stack of the command.
 class CommandParser
 {
 public:

@@ -23,8 +23,8 @@ struct ConnectionParameters
 
 /// The handle that a plugin gets, with which the command looks at the database before.
 ///
-/// Open only within an operation; owned by the command and used on its thread. The plugin works on a
-/// clone of it.
+/// Open only within an operation; owned by the command and used on its thread. The plugin works on
+/// a clone of it.
 class HostDatabase
 {
 public:

@@ -16,8 +16,8 @@ enum class LogFormat {
     Json,
 };
 
-/// Writes each message as one line, in plain text or as a JSON object, and keeps the progress bar out
-/// of the way.
+/// Writes each message as one line, in plain text or as a JSON object, and keeps the progress bar
+/// out of the way.
 ///
 /// Owned by the command; used from the command's thread and from the plugin's worker thread.
 class LogWriter

@@ -71,8 +71,8 @@ bool MessageLog::sawPluginDisabled() const
     return pluginDisabled;
 }
 
-/// The passes are counted by the plugin's debug lines, so rules of the machine or the environment must
-/// not switch these off.
+/// The passes are counted by the plugin's debug lines, so rules of the machine or the environment
+/// must not switch these off.
 void MessageLog::enableAll(QLoggingCategory *category)
 {
     if (current && current->previousFilter)

@@ -28,8 +28,8 @@ public:
     /// The level at which the plugin has to run, so that everything can be counted.
     int pluginLogLevel() const;
 
-    /// Lets no pass begin after so many, or after the running one. Ticks that fell due during a long
-    /// pass would otherwise be made up for at once, before the command comes to end the plugin.
+    /// Lets no pass begin after so many, or after the running one. A tick that fell due during a
+    /// long pass would otherwise come at once, before the command gets to end the plugin.
     void endAfterPasses(int passes);
     void endAfterThisPass();
 

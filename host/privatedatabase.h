@@ -27,8 +27,8 @@ public:
     /// The sample company was loaded by this object.
     bool isNew() const { return contentIsNew; }
     ConnectionParameters parameters() const;
-    /// Hands the terminal over to a client, for statements or with none for a conversation. `exitCode`
-    /// is the client's.
+    /// Hands the terminal over to a client, for statements or with none for a conversation.
+    /// `exitCode` is the client's.
     Failure converse(const QString &statements, int *exitCode);
 
 Q_SIGNALS:

@@ -80,7 +80,13 @@ bool PrivateFolder::take(QString *error)
         lock.reset();
         return false;
     }
+    QDir().mkdir(temporaryPath());
     return waitForLeftServer(error) && findSocketPath(error);
+}
+
+bool PrivateFolder::isKnown() const
+{
+    return QFileInfo::exists(path(markerName()));
 }
 
 void PrivateFolder::release()
@@ -141,7 +147,7 @@ bool PrivateFolder::makeOrRecognise(QString *error) const
     } else if (!info.isDir()) {
         *error = QStringLiteral("'%1' is not a folder").arg(directory);
         return false;
-    } else if (QFileInfo::exists(path(markerName()))) {
+    } else if (isKnown()) {
         return true;
     } else if (!isEmptyFolder(directory)) {
         *error = QStringLiteral("'%1' holds other files and no private database; "

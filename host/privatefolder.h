@@ -20,6 +20,9 @@ public:
     /// Makes the folder (for its owner only) if it is missing, and locks it. False with the reason
     /// when it is not to be had.
     bool take(QString *error);
+    /// The folder was made for a private server, be it complete or not.
+    bool isKnown() const;
+    QString name() const { return directory; }
     void release();
     /// The socket of the server of another process that has taken the folder; empty if none has.
     QString socketOfHolder() const;
@@ -31,11 +34,14 @@ public:
     bool clearData(QString *error);
 
     QString dataPath() const { return path(QStringLiteral("data")); }
+    /// The server's own folder for temporary tables: a starting server removes those of any other
+    /// that it finds.
+    QString temporaryPath() const { return path(QStringLiteral("tmp")); }
     QString logPath() const { return path(QStringLiteral("server.log")); }
     QString installLogPath() const { return path(QStringLiteral("install.log")); }
     QString pidPath() const { return path(QStringLiteral("server.pid")); }
-    /// Short enough for the system; known from take() on. Lies elsewhere if the folder's own path is
-    /// too long.
+    /// Short enough for the system; known from take() on. Lies elsewhere if the folder's own path
+    /// is too long.
     QString socketPath() const { return socket; }
 
 private:

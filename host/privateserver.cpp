@@ -124,20 +124,29 @@ bool PrivateServer::start(QString *error)
         return false;
     }
 
-    endWanted = false;
+    // Whatever ends it before it answers is told by the result.
+    endWanted = true;
     server.setStandardInputFile(QProcess::nullDevice());
     server.setStandardOutputFile(QProcess::nullDevice());
     // Its complaints from before it opens its log.
     server.setStandardErrorFile(folder.logPath(), QIODevice::Append);
     server.start(mariadbd, serverOptions() + furtherOptions);
-    if (waitUntilItAnswers(error))
+    server.waitForStarted(-1);
+    if (waitUntilItAnswers(error)) {
+        endWanted = false;
         return true;
+    }
     kill();
     return false;
 }
 
 bool PrivateServer::startOrJoin(QString *error)
 {
+    if (!folder.isKnown()) {
+        *error = QStringLiteral("there is no private database in '%1'; 'talvenhr run' makes one")
+                     .arg(folder.name());
+        return false;
+    }
     joinedSocket = folder.socketOfHolder();
     if (joinedSocket.isEmpty())
         return start(error);
@@ -257,7 +266,8 @@ bool PrivateServer::makeData(QString *error)
 
     QStringList arguments {
         QStringLiteral("--no-defaults"), QStringLiteral("--auth-root-authentication-method=normal"),
-        QStringLiteral("--skip-test-db"), QStringLiteral("--datadir=") + folder.dataPath()};
+        QStringLiteral("--skip-test-db"), QStringLiteral("--datadir=") + folder.dataPath(),
+        QStringLiteral("--tmpdir=") + folder.temporaryPath()};
     arguments += sizeOptions();
     // Everything is on the disk when it ends.
     arguments.append(QStringLiteral("--innodb-flush-log-at-trx-commit=0"));
@@ -306,14 +316,18 @@ QStringList PrivateServer::clientOptions(const QString &database) const
 
 QStringList PrivateServer::serverOptions() const
 {
-    return sizeOptions()
+    // The machine's own settings are for its own server.
+    return QStringList {QStringLiteral("--no-defaults")} + sizeOptions()
         + QStringList {
             QStringLiteral("--skip-networking"), QStringLiteral("--datadir=") + folder.dataPath(),
+            QStringLiteral("--tmpdir=") + folder.temporaryPath(),
             QStringLiteral("--socket=") + socketPath(),
             QStringLiteral("--pid-file=") + folder.pidPath(),
             QStringLiteral("--log-error=") + folder.logPath(),
             // Without a line for each look whether the server answers.
-            QStringLiteral("--log-warnings=1"), QStringLiteral("--character-set-server=utf8mb4")};
+            QStringLiteral("--log-warnings=1"), QStringLiteral("--character-set-server=utf8mb4"),
+            // A power failure may cost the last second, the death of a process nothing.
+            QStringLiteral("--innodb-flush-log-at-trx-commit=2")};
 }
 
 void PrivateServer::handleEnd(int exitCode, QProcess::ExitStatus status)

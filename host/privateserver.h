@@ -11,10 +11,10 @@
 
 /// A MariaDB server of one's own: data in one folder, reachable through a unix socket only.
 ///
-/// Owned by whoever needs the server and used on one thread, which has to outlive it. The server runs
-/// as the user of the process, ends with the object, and on Linux with the process too. It takes
-/// the process's time zone. Its administrator is root without a password; the folder's permissions
-/// keep others out.
+/// Owned by whoever needs the server and used on one thread, which has to outlive it. The server
+/// runs as the user of the process, ends with the object, and on Linux with the process too. It
+/// takes the process's time zone. Its administrator is root without a password; the folder's
+/// permissions keep others out.
 class PrivateServer : public QObject
 {
     Q_OBJECT
@@ -30,8 +30,8 @@ public:
 
     /// Makes the data on first use and waits until the server answers. False with the reason.
     bool start(QString *error);
-    /// As start(), or joins the server that another process runs in the folder. A server that was
-    /// joined is not stopped.
+    /// As start(), but on data that are there already; joins the server that another process runs in
+    /// the folder. A server that was joined is not stopped.
     bool startOrJoin(QString *error);
     /// Asks the server to end and waits for it.
     void stop();

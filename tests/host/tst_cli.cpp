@@ -67,6 +67,8 @@ void tst_Cli::help_data()
                          << "Usage: talvenhr run [options]";
     QTest::newRow("run, with other options") << "run --once -h"
                                              << "Usage: talvenhr run [options]";
+    QTest::newRow("sql") << "sql --help"
+                         << "Usage: talvenhr sql [options]";
     QTest::newRow("info") << "info --help"
                           << "Usage: talvenhr info [options]";
 }
@@ -135,6 +137,7 @@ void tst_Cli::usageErrors_data()
     row("--walk", "unknown option '--walk'");
     row("info --walk", "unknown option 'walk'");
     row("info walk", "unexpected argument 'walk'");
+    row("sql --walk", "unknown option 'walk'");
     row("run --walk", "unknown option 'walk'");
     row("run walk", "unexpected argument 'walk'");
     row("run --plugin", "missing value after '--plugin'");

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void start_makesUnfinishedDataAnew();
     void start_putsTheSocketElsewhereIfThePathIsLong();
     void start_takesAnEmptyFolder();
+    void start_tellsOfAServerThatDoesNotStart();
 
 private:
     QString path(const QString &name) const { return folder.filePath(name); }
@@ -233,6 +234,22 @@ void tst_PrivateServer::start_takesAnEmptyFolder()
     QVERIFY2(server.start(&error), qPrintable(error));
     QVERIFY(server.isFirstUse());
     QVERIFY(!(QFileInfo(empty).permissions() & (QFile::ReadGroup | QFile::ReadOther)));
+}
+
+void tst_PrivateServer::start_tellsOfAServerThatDoesNotStart()
+{
+    const QString folderPath = path(QStringLiteral("empty"));
+    PrivateServer server(folderPath);
+    const QSignalSpy deaths(&server, SIGNAL(died(QString)));
+    server.setServerOptions({QStringLiteral("--no-such-option")});
+    QVERIFY(!server.start(&error));
+    QCOMPARE(error,
+             QStringLiteral("the private server did not start; see the end of '%1/server.log'")
+                 .arg(folderPath));
+    QCOMPARE(deaths.count(), 0);
+
+    server.setServerOptions({});
+    QVERIFY2(server.start(&error), qPrintable(error));
 }
 
 QTEST_GUILESS_MAIN(tst_PrivateServer)

@@ -22,6 +22,8 @@ class tst_Run : public QObject
 private Q_SLOTS:
     void firstPass_makesThePrivateDatabase();
     void secondRun_keepsTheData();
+    void sql_showsWhatARunWrote();
+    void sql_makesNoDatabase();
     void passes_endsAfterSoMany();
     void once_isOnePassThoughTicksAreOverdue();
     void errorsOfThePassGiveExitCode1();
@@ -92,6 +94,32 @@ void tst_Run::secondRun_keepsTheData()
     QCOMPARE(summary.value(QStringLiteral("updated")).toInt(), 3);
     QCOMPARE(summary.value(QStringLiteral("errors")).toInt(), 0);
     QVERIFY(summary.value(QStringLiteral("seconds")).toDouble() > 0.9);
+}
+
+void tst_Run::sql_showsWhatARunWrote()
+{
+    const QStringList start {QStringLiteral("sql"), QStringLiteral("--private-db"), databasePath(),
+                             QStringLiteral("--execute")};
+    Program query(start + QStringList(QStringLiteral("SELECT name FROM people WHERE pid = 70011")));
+    QCOMPARE(query.finish(), 0);
+    QCOMPARE(query.output(), QStringLiteral("name\nDáša\n"));
+    QCOMPARE(query.lines(), QStringList());
+    Program fault(start + QStringList(QStringLiteral("SELECT kaput")));
+    QCOMPARE(fault.finish(), 1);
+    QVERIFY(fault.lastLine().startsWith(QStringLiteral("ERROR 1054")));
+}
+
+void tst_Run::sql_makesNoDatabase()
+{
+    const QString folder = databasePath() + QStringLiteral("-mistyped");
+    Program query({QStringLiteral("sql"), QStringLiteral("--private-db"), folder,
+                   QStringLiteral("--execute"), QStringLiteral("SELECT 1")});
+    QCOMPARE(query.finish(), 3);
+    QCOMPARE(query.lines(),
+             QStringList(QStringLiteral("talvenhr: there is no private database in '%1'; "
+                                        "'talvenhr run' makes one")
+                             .arg(folder)));
+    QVERIFY(!QFileInfo::exists(folder));
 }
 
 void tst_Run::passes_endsAfterSoMany()

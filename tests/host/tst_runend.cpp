@@ -78,6 +78,12 @@ void tst_RunEnd::signalInMidPass_letsItFinish()
     QCOMPARE(second.lines().count(), 1);
     QVERIFY(second.lastLine().contains(QStringLiteral("is in use by process")));
 
+    // But for a client, which joins its server.
+    Program client({QStringLiteral("sql"), QStringLiteral("--private-db"), databasePath(),
+                    QStringLiteral("--execute"), QStringLiteral("SELECT 5 AS five")});
+    QCOMPARE(client.finish(), 0);
+    QCOMPARE(client.output(), QStringLiteral("five\n5\n"));
+
     program.sendSignal(number);
     QVERIFY(program.waitForLine(first));
     program.sendSignal(number);
@@ -164,6 +170,8 @@ void tst_RunEnd::killedHost_leavesNoServerBehind()
     QSKIP("only Linux tells a child of its parent's end");
 #endif
     Program program(options({}));
+    // It gets no chance to tidy up behind itself.
+    program.setEnvironment(QStringLiteral("TMPDIR"), site.dataDir());
     program.start();
     QVERIFY(program.waitForLine(started));
     const qint64 pid = serverPid();
