@@ -30,8 +30,8 @@ public:
 
     /// Makes the data on first use and waits until the server answers. False with the reason.
     bool start(QString *error);
-    /// As start(), but on data that are there already; joins the server that another process runs in
-    /// the folder. A server that was joined is not stopped.
+    /// As start(), but on data that are there already; joins the server that another process runs
+    /// in the folder. A server that was joined is not stopped.
     bool startOrJoin(QString *error);
     /// Asks the server to end and waits for it.
     void stop();

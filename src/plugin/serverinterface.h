@@ -25,9 +25,9 @@ public:
     virtual void pause() = 0;
     virtual void resume() = 0;
 
-    /// How much the plugin writes into the log: 0 warnings and errors (and a line for every settings
-    /// key, which comes at any level), up to 3 for every record.
-    /// To be called before start().
+    /// How much the plugin writes into the log: 0 warnings and errors (and a line for every
+    /// settings key, which comes at any level), up to 3 for every record. To be called before
+    /// start().
     virtual void setLogLevel(quint8 level) { logLevel = level; }
 
     /// The server's database. A plugin makes its own connection of the same parameters from it, so

@@ -68,7 +68,8 @@ bool TalvenHR::start()
         initialised = init();
     else
         // Deliberate: a direct call on the server's thread, neither queued nor locked, here and in
-        // stop(), pause() and resume(). Pinned by tst_Lifecycle::laterCallsReachTheWorkerDirectly().
+        // stop(), pause() and resume(). Pinned by
+        // tst_Lifecycle::laterCallsReachTheWorkerDirectly().
         worker->start();
 
     // Out of reach as long as init() fails only for a disabled plugin.

@@ -14,9 +14,10 @@ class THRWorker;
 
 /// Keeps the attendance database in line with the HR system, on a thread of its own.
 ///
-/// The server owns the object and calls it from one thread. The object reads TalvenHR.ini, makes the
-/// worker, hands it every setting and the server's database handle, and forwards the calls of the
-/// server to it. It runs no statement itself. QCoreApplication must exist before the object does.
+/// The server owns the object and calls it from one thread. The object reads TalvenHR.ini, makes
+/// the worker, hands it every setting and the server's database handle, and forwards the calls of
+/// the server to it. It runs no statement itself. QCoreApplication must exist before the object
+/// does.
 class Q_DECL_EXPORT TalvenHR : public QObject, public ServerInterface, public VerInfoInterface
 {
     Q_OBJECT

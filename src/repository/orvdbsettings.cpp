@@ -9,8 +9,9 @@
 
 namespace {
 
-/// Two records, the caption alone and then the error unquoted. Deliberate: variableSet() and dbOpen()
-/// write one record with the error in quotes instead. Pinned by tst_OrvDbSettings::errorRecords().
+/// Two records, the caption alone and then the error unquoted. Deliberate: variableSet() and
+/// dbOpen() write one record with the error in quotes instead. Pinned by
+/// tst_OrvDbSettings::errorRecords().
 void reportSqlError(const char *caption, const QSqlQuery &query)
 {
     if (!query.lastError().isValid())

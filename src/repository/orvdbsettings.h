@@ -8,12 +8,14 @@
 #include <QStringList>
 #include <QVariant>
 
-/// Reads and writes the variables by which programs around the attendance database steer each other.
+/// Reads and writes the variables by which programs around the attendance database steer each
+/// other.
 ///
 /// A plain object on the connection that it is given; it keeps nothing but that handle, opens no
 /// transaction and belongs to the connection's thread. Failures go to the log as critical records,
 /// whatever the log level. Names go into the statements as they are: an apostrophe breaks the
-/// statement, and % and _ are wildcards where a prefix is taken. Only variableSet() binds its values.
+/// statement, and % and _ are wildcards where a prefix is taken. Only variableSet() binds its
+/// values.
 class OrvDbSettings
 {
 public:
@@ -36,7 +38,8 @@ public:
     /// Never true for 65536 variables or more.
     bool variableSet(const QMap<QString, QVariant> &values);
 
-    /// Deletes the variable, or with `like` every variable whose name begins so. True when a row went.
+    /// Deletes the variable, or with `like` every variable whose name begins so. True when a row
+    /// went.
     bool variableDel(const QString &name, bool like = false);
 
     /// The variables of these names that exist.

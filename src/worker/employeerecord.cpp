@@ -33,8 +33,8 @@ bool EmployeeRecord::isCurrent() const
         && (!datumVystupu.isValid() || datumVystupu >= QDate::currentDate());
 }
 
-// Deliberate: one arg() after another, so that a text holding %N is itself filled by the later ones.
-// Pinned by tst_EmployeeRecord::toText_fillsMarkersInsideTexts().
+// Deliberate: one arg() after another, so that a text holding %N is itself filled by the later
+// ones. Pinned by tst_EmployeeRecord::toText_fillsMarkersInsideTexts().
 QString EmployeeRecord::toText(bool personal) const
 {
     if (personal) {

@@ -50,7 +50,8 @@ struct EmployeeRecord
     /// decides about it. Dates in the short form of the system's locale.
     QString toText(bool personal) const;
 
-    /// The kind of person in `people.type` for a type of employment relation: 1, 4, or 0 for others.
+    /// The kind of person in `people.type` for a type of employment relation: 1, 4, or 0 for
+    /// others.
     static uint personType(ushort tpp);
     /// The PaM settings block for a type of employment relation: 1, 2, or 0 for no enrolment.
     static uint pamTypeForTpp(ushort tpp);
@@ -63,5 +64,6 @@ inline bool operator!=(const EmployeeRecord &left, const EmployeeRecord &right)
     return !(left == right);
 }
 
-/// How a date shows in log lines: in the short form of the system's locale, an invalid one not at all.
+/// How a date shows in log lines: in the short form of the system's locale, an invalid one not at
+/// all.
 QString shortDate(const QDate &date);

@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// Dates and numbers as the statements of the worker state them, and back.
+// Dates as the statements of the worker state them, and back.
 #include "worker/sqlvalues.h"
 
 #include <QDateTime>
 
 namespace {
 
-/// Stands in for an unknown first day of employment, so that it stays the same over repeated passes.
+/// Stands in for an unknown first day of employment, so that it stays the same over repeated
+/// passes.
 QDate substituteBegin()
 {
     return QDate(2000, 1, 1);
@@ -36,11 +37,6 @@ QDate dateFromDbBegin(uint seconds)
 QDate dateFromDb(uint seconds)
 {
     return seconds == 0 ? QDate() : QDateTime::fromTime_t(seconds).date();
-}
-
-QString numberToSql(uint number)
-{
-    return number == 0 ? QStringLiteral("NULL") : QString::number(number);
 }
 
 qint64 secondsAtMidnight(const QDate &date)

@@ -3,6 +3,8 @@
 // The worker: settings, life, tick and pass.
 #include "worker/thrworker.h"
 
+#include "repository/branchesrepository.h"
+#include "repository/groupsplanrepo.h"
 #include "repository/orvdbsettings.h"
 
 #include <QMutexLocker>
@@ -99,6 +101,10 @@ void THRWorker::setOrvDb(const QSqlDatabase &database)
     db = connection;
     if (orvSettings)
         orvSettings->setDb(db);
+    if (branchesRepo)
+        branchesRepo->setDb(db);
+    // Deliberate: the group plans get no such news. Pinned by
+    // tst_Worker::setOrvDb_leavesTheGroupPlansOnTheirConnection().
 }
 
 bool THRWorker::init()
@@ -110,6 +116,13 @@ bool THRWorker::init()
     timer->setInterval(static_cast<int>(timerInterval));
     connect(timer, SIGNAL(timeout()), this, SLOT(checkSync()));
     orvSettings = new OrvDbSettings(db);
+    branchesRepo = new BranchesRepository(this, true, false);
+    branchesRepo->logLevel = logLevel;
+    branchesRepo->setDb(db);
+    groupsPlanRepo = new GroupsPlanRepo(this);
+    groupsPlanRepo->logLevel = logLevel;
+    groupsPlanRepo->setAutoUpdateMonth(true);
+    groupsPlanRepo->setDb(db);
     return true;
 }
 
@@ -118,9 +131,10 @@ void THRWorker::start()
     if (logLevel)
         qDebug("THRWorker::start()");
 
-    // Deliberate: nothing ever sets initDone, so every start makes timer and settings access anew and
-    // leaves the earlier ones behind: the timer as a child out of reach of stop(), the settings access
-    // unfreed. Pinned by tst_Worker::start_repeatedDoublesTheTicks().
+    // Deliberate: nothing ever sets initDone, so every start makes timer, settings access and
+    // repositories anew and leaves the earlier ones behind: the timer as a child out of reach of
+    // stop(), the repositories as children, the settings access unfreed. Pinned by
+    // tst_Worker::start_repeatedDoublesTheTicks().
     if (!initDone && !init()) {
         qCritical("THRWorker NOT initialized properly - START was terminated!");
         return;
@@ -152,7 +166,8 @@ bool THRWorker::dbCheckOpen()
 
 void THRWorker::dbClose()
 {
-    // Deliberate: the words of dbCheckOpen(). Pinned by tst_Worker::dbClose_speaksTheWordsOfDbCheckOpen().
+    // Deliberate: the words of dbCheckOpen(). Pinned by
+    // tst_Worker::dbClose_speaksTheWordsOfDbCheckOpen().
     if (logLevel > 1)
         qDebug("THRWorker::dbCheckOpen()");
 
@@ -216,20 +231,33 @@ void THRWorker::runPass()
         orvSettings->variableSet(forceVariable(), QVariant(0));
 }
 
-/// First in, first out, whatever the word "stack" says. A record leaves the vector before it is worked
-/// on, and nothing puts it back.
+/// First in, first out, whatever the word "stack" says. A record leaves the vector before it is
+/// worked on, and nothing puts it back.
 void THRWorker::doSync()
 {
     if (importedRecords.isEmpty())
         return;
     if (logLevel > 1)
         qDebug("THRWorker::doSync() - stack count: %i", importedRecords.size());
+    dbLoadBranches();
 
     while (!importedRecords.isEmpty()) {
         const EmployeeRecord record = importedRecords.first();
         importedRecords.removeFirst();
         doSyncRecord(record);
     }
+    addQueuedPeopleToBranches();
+}
+
+/// One call for each branch, however many people join it.
+void THRWorker::addQueuedPeopleToBranches()
+{
+    for (auto it = branchPeople.constBegin(); it != branchPeople.constEnd(); ++it) {
+        if (!it->isEmpty())
+            branchesRepo->addPeopleToBranch(static_cast<ushort>(it.key()),
+                                            it->join(QLatin1Char(',')));
+    }
+    branchPeople.clear();
 }
 
 /// Waits for the end of the command without a time limit. The pass goes on whatever becomes of it.

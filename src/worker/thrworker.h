@@ -13,6 +13,8 @@
 #include <QStringList>
 #include <QVector>
 
+class BranchesRepository;
+class GroupsPlanRepo;
 class OrvDbSettings;
 class QTimer;
 
@@ -58,7 +60,8 @@ public:
     void doSync();
 
     // Export file (thrworker_import.cpp)
-    /// Appends the usable lines of the export file to importedRecords, then removes the file if told.
+    /// Appends the usable lines of the export file to importedRecords, then removes the file if
+    /// told.
     void loadAndParseData();
     /// Appends the record of a line, if the line has as many parts as fields and is usable.
     void parseLine(const QString &line, const QStringList &fields, QChar separator);
@@ -86,21 +89,38 @@ public:
     bool dbCheckPerson(const EmployeeRecord &record);
     /// The uid, 0 when unknown or on error.
     uint dbGetUidByPid(uint pid);
-    /// As dbGetUidByPid(), through a cache that lives as long as the process.
-    uint getUidByPid(uint pid);
-    /// Inserts a person, or revives the row of the same pid. True when a row was written, and in test
-    /// mode, which writes nothing.
+    /// Inserts a person, or revives the row of the same pid. True when a row was written, and in
+    /// test mode, which writes nothing.
     bool dbAddPerson(const EmployeeRecord &record);
-    /// True when a row has changed, and in test mode, which writes nothing. With `changeLastCalc` and a
-    /// valid rsBegin the calculation mark moves to the day before rsBegin.
+    /// True when a row has changed, and in test mode, which writes nothing. With `changeLastCalc`
+    /// and a valid rsBegin the calculation mark moves to the day before rsBegin.
     bool dbUpdatePerson(const EmployeeRecord &record, bool changeLastCalc);
     /// Reopens attendance from the day on and moves the calculation mark back to the day before it.
     /// Writes also in test mode. False when either statement failed; the first one stays in force.
     bool dbChangeLastCalc(uint uid, const QDate &date);
 
+    // Branch and calendar (thrworker_branch.cpp)
+    /// Reads the numbered branches. False when there is none, or on failure, which leaves none.
+    bool dbLoadBranches();
+    /// As dbGetUidByPid(), through a cache that lives as long as the process.
+    uint getUidByPid(uint pid);
+    bool dbCheckPersonInBranch(uint pid, uint bid);
+    /// The group of the branch that carries the calendar, 0 when there is none or on failure.
+    uint getGroupIdByCalendar(uint bid, uint calendarID);
+    /// `since` is a month, yyyyMM.
+    bool dbCheckGroupsPlan(uint gid, uint uid, uint since);
+    /// Queues the person for his branch, if he is no member, and plans the group that carries his
+    /// calendar. True when the calendar is in place or the person was queued.
+    bool doSyncBranchAndCalendar(const EmployeeRecord &record);
+
+    // News for terminals (thrworker_terminal.cpp)
+    /// Tells every terminal in service that holds the person and takes persons. `type` is what has
+    /// happened: I, U or D. A failure is only logged.
+    void addTermSyncPerson(uint pid, QChar type, const QString &ref);
+
 public Q_SLOTS:
-    /// Makes timer and settings access anew and starts ticking; the first tick comes after a
-    /// whole interval.
+    /// Makes timer, settings access and repositories anew and starts ticking; the first tick comes
+    /// after a whole interval.
     void start();
     /// Ends the ticking of the newest timer.
     void stop();
@@ -121,9 +141,11 @@ private:
     };
 
     void runPass();
+    void addQueuedPeopleToBranches();
     Changes changesSinceLast(const EmployeeRecord &record) const;
     bool syncUnknownPerson(const EmployeeRecord &record);
     bool syncKnownPerson(const EmployeeRecord &record, const Changes &changes, bool *needLastCalc);
+    void assignBranchOrWait(const EmployeeRecord &record, bool changed);
     void reopenAttendance(const EmployeeRecord &record);
 
     quint8 logLevel = 0;
@@ -142,8 +164,11 @@ private:
     QHash<uint, EmployeeRecord> lastRecords; ///< by pid, as last seen in export files
     QVector<EmployeeRecord> waitingRecords; ///< whose branch and calendar step failed
     OrvDbSettings *orvSettings = nullptr; ///< owned
+    BranchesRepository *branchesRepo = nullptr; ///< child
     QVector<EmployeeRecord> importedRecords; ///< of this pass, in file order
     QHash<uint, uint> branches; ///< branch number to bid
+    QHash<uint, QStringList> branchPeople; ///< by bid, uids to be added at the end of the pass
+    GroupsPlanRepo *groupsPlanRepo = nullptr; ///< child
     QString syncCommand;
     quint8 syncCommandRun = 0;
     QHash<uint, EmployeeRecord> dbPeople; ///< by pid, as last read from the database

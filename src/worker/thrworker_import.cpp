@@ -37,7 +37,8 @@ QString dateFormat()
     return QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
 }
 
-/// 0 for an empty cell, one that is no number, and a number beyond 32 bits; of others the low 16 bits.
+/// 0 for an empty cell, one that is no number, and a number beyond 32 bits; of others the low 16
+/// bits.
 ushort toUShort(const QString &cell)
 {
     return static_cast<ushort>(cell.toUInt());
@@ -93,8 +94,8 @@ void THRWorker::parseLine(const QString &line, const QStringList &fields, QChar 
 
     const QStringList parts = line.split(separator);
     if (parts.count() != fields.count()) {
-        // Deliberate: alone among the warnings of the file it needs the highest level, so that a bad
-        // line vanishes without a trace at the lower ones. Pinned by
+        // Deliberate: alone among the warnings of the file it needs the highest level, so that a
+        // bad line vanishes without a trace at the lower ones. Pinned by
         // tst_Import::parseLine_wrongCountIsSilentBelowLevel3().
         if (logLevel > 2)
             qWarning("THRWorker::parseLine() - parts count (%i) <> fields count(%i) - "

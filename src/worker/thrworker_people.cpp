@@ -4,6 +4,7 @@
 #include "worker/thrworker.h"
 
 #include "repository/sqlerror.h"
+#include "repository/sqlnumber.h"
 #include "worker/sqlvalues.h"
 
 #include <QDateTime>
@@ -93,21 +94,6 @@ uint THRWorker::dbGetUidByPid(uint pid)
         return 0;
     }
     return query.next() ? query.value(0).toUInt() : 0;
-}
-
-uint THRWorker::getUidByPid(uint pid)
-{
-    // Deliberate: one cache for the process, never cleared: a uid once found stays in use even if the
-    // row is made anew. Pinned by tst_People::getUidByPid_keepsWhatItFound().
-    static QHash<uint, uint> uidCache;
-
-    const uint cached = uidCache.value(pid);
-    if (cached != 0)
-        return cached;
-    const uint uid = dbGetUidByPid(pid);
-    if (uid != 0)
-        uidCache.insert(pid, uid);
-    return uid;
 }
 
 // Deliberate: texts stand in the statements as they are, and each arg() rewrites the whole text so
@@ -216,7 +202,10 @@ bool THRWorker::dbUpdatePerson(const EmployeeRecord &record, bool changeLastCalc
                   SQL_TEXT(query));
         return false;
     }
-    return query.numRowsAffected() > 0;
+    if (query.numRowsAffected() <= 0)
+        return false;
+    addTermSyncPerson(record.pid(), QLatin1Char('U'), QStringLiteral("people"));
+    return true;
 }
 
 bool THRWorker::dbChangeLastCalc(uint uid, const QDate &date)

@@ -5,8 +5,8 @@
 
 namespace {
 
-/// Only some fields count: a new description of the branch, a calendar's date, a state, a balance or
-/// a supervisor do not make the person's row stale.
+/// Only some fields count: a new description of the branch, a calendar's date, a state, a balance
+/// or a supervisor do not make the person's row stale.
 bool differsFromRow(const EmployeeRecord &record, const EmployeeRecord &row)
 {
     return record.osobniCislo != row.osobniCislo || record.poradoveCisloPP != row.poradoveCisloPP
@@ -39,11 +39,12 @@ void THRWorker::doSyncRecord(const EmployeeRecord &record)
                                                   : syncUnknownPerson(record);
     }
 
-    // As the file stated it, without the interval that was worked out. A record that is unchanged and
-    // not current is stored as well, which changes nothing: it equals what is there.
+    // As the file stated it, without the interval that was worked out. A record that is unchanged
+    // and not current is stored as well, which changes nothing: it equals what is there.
     if (written || changes.any || !record.isCurrent())
         lastRecords.insert(record.pid(), record);
 
+    assignBranchOrWait(record, changes.any);
     if (needLastCalc)
         reopenAttendance(record);
 }
@@ -98,6 +99,25 @@ bool THRWorker::syncKnownPerson(const EmployeeRecord &record, const Changes &cha
         dbPeople.insert(record.pid(), old);
     }
     return updated;
+}
+
+/// Has branch and calendar brought into line, for a record that is forced, changed, or has waited.
+/// One that fails waits until the export delivers a wholly equal record again; if its person
+/// changes meanwhile, it stays for good.
+void THRWorker::assignBranchOrWait(const EmployeeRecord &record, bool changed)
+{
+    if (!record.isCurrent())
+        return;
+    const bool waiting = waitingRecords.contains(record);
+    if ((!forceSync && !waiting && !changed) || record.stredisko == 0)
+        return;
+
+    if (doSyncBranchAndCalendar(record)) {
+        if (waiting)
+            waitingRecords.removeAll(record);
+    } else if (!waiting) {
+        waitingRecords.append(record);
+    }
 }
 
 /// Has the attendance of the person calculated again from the first day of the previous month.

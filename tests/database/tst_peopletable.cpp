@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// The person store on a real server: what each operation leaves in the tables, and what it reads back.
+// The person store on a real server: what each operation leaves in the tables, and what it reads
+// back.
 #include "support/databaseworker.h"
 #include "support/localseconds.h"
 
@@ -84,6 +85,8 @@ private Q_SLOTS:
     void dbUpdatePerson_repeatedInTheSameSecondTouchesNothing();
     void dbUpdatePerson_apostropheKeepsTheRow();
     void dbUpdatePerson_hiddenTable();
+    void dbUpdatePerson_isNewsForTerminalsInService();
+    void dbUpdatePerson_isNoNewsWithoutAChange();
 
     void dbLoadPeople_roundTrip_data();
     void dbLoadPeople_roundTrip();
@@ -130,7 +133,8 @@ void tst_PeopleTable::cleanupTestCase()
     database.reset();
 }
 
-/// All of a row but its uid: identity, texts, employment, interval, assignment, calculation, history.
+/// All of a row but its uid: identity, texts, employment, interval, assignment, calculation,
+/// history.
 QStringList tst_PeopleTable::person(uint pid)
 {
     return database->rows(
@@ -379,6 +383,42 @@ void tst_PeopleTable::dbUpdatePerson_hiddenTable()
     QCOMPARE(f.log.take(),
              lines({"critical THRWorker::dbUpdatePerson(1234.1) - SQL ERROR: Table "
                     "'attendance.people' doesn't exist QMYSQL: Unable to execute query"}));
+}
+
+void tst_PeopleTable::dbUpdatePerson_isNewsForTerminalsInService()
+{
+    database->execute(
+        QStringLiteral("INSERT INTO people (uid, pid) VALUES (77, 12341), (78, 12342)"));
+    // In service, off, being set up, without persons, of another person; another kind waits
+    // already.
+    database->execute(QStringLiteral("INSERT INTO term (tid, status, flags, syn) VALUES "
+                                     "(1, 1, 2, 0), (2, 0, 2, 0), (3, 2, 2, 0), (4, 1, 321, 0), "
+                                     "(5, 1, 2, 0), (6, 1, 323, 64)"));
+    database->execute(QStringLiteral("INSERT INTO people_term (tid, uid) VALUES "
+                                     "(1, 77), (2, 77), (3, 77), (4, 77), (5, 78), (6, 77)"));
+    DatabaseWorker f(*database);
+    f.setClock(someMoment);
+    QVERIFY(f.worker.dbUpdatePerson(record(), false));
+    QCOMPARE(f.log.take(), QStringList());
+    QCOMPARE(database->rows(QStringLiteral("SELECT tid, type, ref, ref_col, ref_id, ref_col2, "
+                                           "ref_id2, created, flags FROM term_sync ORDER BY tid")),
+             lines({"1|U|people|uid|77|NULL|NULL|1700000000|2",
+                    "6|U|people|uid|77|NULL|NULL|1700000000|2"}));
+    QCOMPARE(database->rows(QStringLiteral("SELECT tid, syn FROM term ORDER BY tid")),
+             lines({"1|2", "2|0", "3|0", "4|0", "5|0", "6|66"}));
+}
+
+void tst_PeopleTable::dbUpdatePerson_isNoNewsWithoutAChange()
+{
+    database->execute(QStringLiteral("INSERT INTO people (uid, pid) VALUES (77, 12341)"));
+    database->execute(QStringLiteral("INSERT INTO term (tid, status, flags) VALUES (1, 1, 2)"));
+    database->execute(QStringLiteral("INSERT INTO people_term (tid, uid) VALUES (1, 77)"));
+    DatabaseWorker f(*database);
+    f.setClock(someMoment);
+    QVERIFY(f.worker.dbUpdatePerson(record(), false));
+    QVERIFY(!f.worker.dbUpdatePerson(record(), false));
+    QCOMPARE(database->value(QStringLiteral("SELECT COUNT(*) FROM term_sync")),
+             QStringLiteral("1"));
 }
 
 // Loading

@@ -188,6 +188,8 @@ void tst_MessageGate::filteredLevel3EqualsThePluginAtEachLevel()
     QFETCH(int, passes);
     QFETCH(int, levels);
     site.set({testMode});
+    // A uid that was found once is not asked for again in the process: a run before all others.
+    QVERIFY(!patientMessagesAt(2, passes).isEmpty());
     const QVector<Message> everything = patientMessagesAt(3, passes);
     QVERIFY(!everything.isEmpty());
     for (int logLevel = 0; logLevel < levels; ++logLevel) {
@@ -195,8 +197,7 @@ void tst_MessageGate::filteredLevel3EqualsThePluginAtEachLevel()
         const QVector<Message> messages = patientMessagesAt(logLevel, passes);
         for (const Message &message : messages)
             printed.append(message.text);
-        QCOMPARE(printed.join(QLatin1Char('\n')),
-                 belonging(everything, logLevel).join(QLatin1Char('\n')));
+        QCOMPARE(printed, belonging(everything, logLevel));
     }
 }
 

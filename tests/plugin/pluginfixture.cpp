@@ -3,6 +3,8 @@
 // A plugin object on the scripted database, in the test's own executable.
 #include "pluginfixture.h"
 
+#include "repository/branchesrepository.h"
+#include "repository/groupsplanrepo.h"
 #include "repository/orvdbsettings.h"
 
 #include <QTimer>
@@ -58,10 +60,15 @@ void PluginFixture::restart(const std::function<void()> &call)
 {
     OrvDbSettings *const settings = worker().orvSettings;
     call();
-    QTimer *const timer = worker().timer;
     QVERIFY2(worker().orvSettings != settings, "the call has not started the worker");
-    leftBehind.push_back([settings, timer] {
+    // The new children have no parent.
+    QTimer *const timer = worker().timer;
+    BranchesRepository *const branches = worker().branchesRepo;
+    GroupsPlanRepo *const plans = worker().groupsPlanRepo;
+    leftBehind.push_back([settings, timer, branches, plans] {
         delete settings;
-        delete timer; // has no parent
+        delete timer;
+        delete branches;
+        delete plans;
     });
 }

@@ -56,8 +56,8 @@ private:
     std::vector<std::function<void()>> leftBehind;
 };
 
-/// Holds up whoever makes a call of the database with the text, until it is opened or goes. To be made
-/// after the fixture, so that a failed test does not wait for ever.
+/// Holds up whoever makes a call of the database with the text, until it is opened or goes. To be
+/// made after the fixture, so that a failed test does not wait for ever.
 class Gate
 {
 public:

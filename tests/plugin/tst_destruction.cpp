@@ -3,6 +3,8 @@
 // The plugin object's end, in every state, and what it leaves to the next one.
 #include "environment/envirosettings.h"
 #include "pluginfixture.h"
+#include "repository/branchesrepository.h"
+#include "repository/groupsplanrepo.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -59,6 +61,8 @@ void tst_Destruction::destructor_deletesTheWorkerOnItsThread()
     f.createRunning(1);
     const QPointer<THRWorker> worker = f.peer().worker;
     const QPointer<QTimer> timer = f.worker().timer;
+    const QPointer<QObject> branches = f.worker().branchesRepo;
+    const QPointer<QObject> plans = f.worker().groupsPlanRepo;
     const void *thread = nullptr;
     const void *threadOfEnd = nullptr;
     f.onWorkerThread([&thread] { thread = QThread::currentThreadId(); });
@@ -68,6 +72,8 @@ void tst_Destruction::destructor_deletesTheWorkerOnItsThread()
     f.destroy();
     QVERIFY(!worker);
     QVERIFY(!timer);
+    QVERIFY(!branches);
+    QVERIFY(!plans);
     QCOMPARE(threadOfEnd, thread);
     QCOMPARE(f.log.take(), QStringList());
 }
@@ -113,10 +119,13 @@ void tst_Destruction::destructor_afterResume()
     f.restart([&f] { f.plugin->resume(); });
     const QPointer<THRWorker> worker = f.peer().worker;
     const QPointer<QTimer> timer = f.worker().timer;
+    const QPointer<QObject> branches = f.worker().branchesRepo;
+    const QPointer<QObject> plans = f.worker().groupsPlanRepo;
     f.log.clear();
     f.plugin.reset();
     QVERIFY(!worker);
-    // Nobody owns the new timer. It drives nothing any more.
+    // Nobody owns the new repositories, nor the new timer. It drives nothing any more.
+    QVERIFY(branches && plans);
     QVERIFY(timer && timer->isActive());
     QVERIFY(QMetaObject::invokeMethod(timer, "timeout", Qt::DirectConnection));
     QCOMPARE(f.log.take(), QStringList());

@@ -2,7 +2,12 @@
 // SPDX-License-Identifier: MIT
 // The calls of the server and the worker's thread, with a real thread and real timers.
 #include "pluginfixture.h"
+#include "repository/branchesrepository.h"
+#include "repository/groupsplanrepo.h"
+#include "support/recordbuilder.h"
 
+#include <QCoreApplication>
+#include <QFile>
 #include <QRegularExpression>
 #include <QSemaphore>
 #include <QTimer>
@@ -45,6 +50,56 @@ QStringList warningsOfChildren(int children)
     return warnings;
 }
 
+const char addingToBranch[]
+    = "sql exec INSERT INTO brape (bid, uid, since) SELECT 70 bid, uid, UNIX_TIMESTAMP() since "
+      "FROM people WHERE uid IN(5) ON DUPLICATE KEY UPDATE since=UNIX_TIMESTAMP()";
+
+/// An export file of one new person of branch 7, whom the database takes as uid 5 into bid 70, with
+/// one terminal and one administrator. Found uids last as long as the process: the pid is always
+/// 99111.
+void offerPerson(PluginFixture &f)
+{
+    QFile file(f.installation.filePath(QStringLiteral("ron.data")));
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+    file.write(record().pid(9911, 1).branch(7).line().toUtf8() + '\n');
+    f.worker().importFile = file.fileName();
+    const auto answer = [&f](const char *question, const QVariantList &row) {
+        f.script.on(QString::fromLatin1(question))
+            .withRows({QStringLiteral("a"), QStringLiteral("b")}, {row});
+    };
+    answer("SELECT bid, number FROM branches", {70, 7});
+    answer("exec SELECT uid FROM people", {5});
+    answer("SELECT tid FROM term", {3});
+    answer("SELECT aid FROM bradm", {4});
+    f.script.on(QStringLiteral("INSERT INTO people ")).withInsertId(5).withAffected(1);
+    f.script.on(QStringLiteral("INSERT INTO brape")).withAffected(1);
+}
+
+/// What follows from the membership, on an open connection.
+QStringList propagation()
+{
+    return lines({"info BranchesRepository::slotAddedPeopleToBranch(70, '5')",
+                  "info BranchesRepository::getTids4Branch(70)",
+                  "sql exec SELECT tid FROM term WHERE status > 0 AND bid = 70",
+                  "sql exec INSERT INTO people_term (tid, uid) VALUES (3, 5) "
+                  "ON DUPLICATE KEY UPDATE tid=VALUES(tid);",
+                  "sql exec INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, created, "
+                  "flags) SELECT 3 tid, 'I' type, 'people_term' ref, 'uid' ref_col, `uid` ref_id, "
+                  "UNIX_TIMESTAMP() created, 2 flags FROM people WHERE status = 1 AND uid IN(5);",
+                  "sql exec Update `term` SET syn = syn | 2 WHERE status = 1 AND tid = 3",
+                  "info BranchesRepository::getAids4Branch(70)",
+                  "sql exec SELECT aid FROM bradm WHERE bid = 70",
+                  "sql exec INSERT INTO admins_people (aid, uid) VALUES (4, 5) "
+                  "ON DUPLICATE KEY UPDATE uid=VALUES(uid);"});
+}
+
+/// The events from the membership on.
+QStringList fromTheMembership(const QStringList &events)
+{
+    return events.mid(events.indexOf(QString::fromLatin1(addingToBranch)));
+}
+
 void force(ScriptedDatabase &script)
 {
     script.on(QString::fromLatin1(readForce).mid(4))
@@ -61,6 +116,8 @@ private Q_SLOTS:
     void constructor_startsNothing();
     void start_movesTheWorkerToItsThread();
     void start_makesTheTimerOnTheWorkersThread();
+    void start_makesTheRepositoriesOnTheWorkersThread();
+    void start_membershipsArePropagatedWithinThePass();
     void start_runsNoPassAtOnce();
     void start_firstTickComesAfterOneInterval();
     void start_handsOverLevelAndDatabaseOnce();
@@ -79,6 +136,10 @@ private Q_SLOTS:
     void stop_letsARunningPassEnd();
     void stop_afterResumeStopsTheNewTimerWithoutAWord();
     void resume_makesATimerWithoutParent();
+    void resume_makesRepositoriesWithoutParent();
+    void resume_membershipsArePropagatedAfterThePass();
+    void resume_membershipsArePropagatedBesideThePass();
+    void resume_signalOfTheWorkersThreadYieldsFalse();
     void resume_ticksOnTheWorkersThread();
     void resume_tickDuringAPassComesAfterIt();
     void forcedPass_onTheWorkersThread();
@@ -137,6 +198,34 @@ void tst_Lifecycle::start_makesTheTimerOnTheWorkersThread()
     QVERIFY(!timer->isSingleShot());
     QVERIFY(!f.log.contains(QStringLiteral("warning ")));
     f.log.clear();
+}
+
+void tst_Lifecycle::start_makesTheRepositoriesOnTheWorkersThread()
+{
+    PluginFixture f;
+    f.createRunning(1);
+    const QList<QObject *> repositories {f.worker().branchesRepo, f.worker().groupsPlanRepo};
+    for (const QObject *repository : repositories) {
+        QCOMPARE(repository->parent(), f.peer().worker);
+        QCOMPARE(repository->thread(), &f.peer().workerThread);
+    }
+}
+
+void tst_Lifecycle::start_membershipsArePropagatedWithinThePass()
+{
+    PluginFixture f;
+    f.createRunning(1);
+    offerPerson(f);
+    f.tick();
+    const void *thread = nullptr;
+    f.onWorkerThread([&thread] { thread = QThread::currentThreadId(); });
+    QCOMPARE(f.log.threadOf(QStringLiteral("slotAddedPeopleToBranch")), thread);
+    QCOMPARE(
+        fromTheMembership(f.log.take()),
+        lines({addingToBranch}) + propagation()
+            + lines({"debug THRWorker: END synchronization #1 (waiting records: 0)", "sql close"}));
+    QCoreApplication::processEvents();
+    QCOMPARE(f.log.take(), QStringList());
 }
 
 void tst_Lifecycle::start_runsNoPassAtOnce()
@@ -498,6 +587,111 @@ void tst_Lifecycle::resume_makesATimerWithoutParent()
     f.log.clear();
 }
 
+void tst_Lifecycle::resume_makesRepositoriesWithoutParent()
+{
+    PluginFixture f;
+    f.createRunning(0);
+    QObject *const firstBranches = f.worker().branchesRepo;
+    QObject *const firstPlans = f.worker().groupsPlanRepo;
+    f.plugin->pause();
+    f.restart([&f] { f.plugin->resume(); });
+    QVERIFY(f.worker().branchesRepo != firstBranches);
+    QVERIFY(f.worker().groupsPlanRepo != firstPlans);
+    const QList<QObject *> repositories {f.worker().branchesRepo, f.worker().groupsPlanRepo};
+    for (const QObject *repository : repositories) {
+        QVERIFY(!repository->parent());
+        QCOMPARE(repository->thread(), QThread::currentThread());
+    }
+    // The earlier ones stay where they were.
+    QCOMPARE(firstBranches->parent(), f.peer().worker);
+    QCOMPARE(firstPlans->parent(), f.peer().worker);
+    QCOMPARE(firstBranches->thread(), &f.peer().workerThread);
+    f.log.clear();
+}
+
+void tst_Lifecycle::resume_membershipsArePropagatedAfterThePass()
+{
+    PluginFixture f;
+    f.createRunning(1);
+    f.plugin->stop();
+    f.restart([&f] { f.plugin->resume(); });
+    offerPerson(f);
+    f.log.clear();
+    // This thread waits for the pass, and so the slot waits for this thread.
+    f.tick();
+    QCOMPARE(fromTheMembership(f.log.take()),
+             lines({addingToBranch, "debug THRWorker: END synchronization #1 (waiting records: 0)",
+                    "sql close"}));
+
+    // By now the connection is closed: nobody lands on a terminal or under an administrator, and
+    // the two readers alone complain.
+    QCoreApplication::processEvents();
+    QCOMPARE(f.log.threadOf(QStringLiteral("slotAddedPeopleToBranch")),
+             static_cast<const void *>(QThread::currentThreadId()));
+    QCOMPARE(f.log.take(),
+             lines({"info BranchesRepository::slotAddedPeopleToBranch(70, '5')",
+                    "info BranchesRepository::getTids4Branch(70)",
+                    "warning QSqlQuery::exec: database not open",
+                    "critical BranchesRepository::getTids4Branch - ERROR: ",
+                    "info BranchesRepository::getAids4Branch(70)",
+                    "warning QSqlQuery::exec: database not open",
+                    "critical BranchesRepository::getAids4Branch - ERROR: "}));
+}
+
+void tst_Lifecycle::resume_membershipsArePropagatedBesideThePass()
+{
+    PluginFixture f;
+    f.createRunning(1);
+    f.plugin->stop();
+    f.restart([&f] { f.plugin->resume(); });
+    offerPerson(f);
+    f.log.clear();
+    // The pass is about to close its connection when this thread comes to its events.
+    Gate gate(f.script, QStringLiteral("close"));
+    QVERIFY(QMetaObject::invokeMethod(f.peer().worker, "checkSync", Qt::QueuedConnection));
+    QVERIFY(gate.waitUntilReached());
+    QCOMPARE(fromTheMembership(f.log.take()),
+             lines({addingToBranch, "debug THRWorker: END synchronization #1 (waiting records: 0)",
+                    "sql close"}));
+    QCoreApplication::processEvents();
+    QCOMPARE(f.log.threadOf(QStringLiteral("sql exec INSERT INTO people_term")),
+             static_cast<const void *>(QThread::currentThreadId()));
+    QCOMPARE(f.log.take(), propagation());
+    gate.open();
+    f.onWorkerThread();
+    QCOMPARE(f.log.take(), QStringList());
+}
+
+void tst_Lifecycle::resume_signalOfTheWorkersThreadYieldsFalse()
+{
+    PluginFixture f;
+    f.createRunning(0);
+    BranchesRepository *const before = f.worker().branchesRepo;
+    bool yielded = false;
+    f.onWorkerThread([&] {
+        f.worker().db.open();
+        yielded = Q_EMIT before->sigAddedPeopleToBranch(70, QStringLiteral("5"));
+    });
+    QVERIFY(yielded);
+
+    f.plugin->stop();
+    f.restart([&f] { f.plugin->resume(); });
+    f.log.clear();
+    BranchesRepository *const after = f.worker().branchesRepo;
+    f.onWorkerThread(
+        [&] { yielded = Q_EMIT after->sigAddedPeopleToBranch(70, QStringLiteral("5")); });
+    QVERIFY(!yielded);
+    QCOMPARE(f.log.take(), QStringList());
+    QCoreApplication::processEvents();
+    QCOMPARE(f.log.take(),
+             lines({"sql exec SELECT tid FROM term WHERE status > 0 AND bid = 70",
+                    "sql exec SELECT aid FROM bradm WHERE bid = 70"}));
+    // On this thread it is a direct call.
+    QVERIFY(Q_EMIT after->sigAddedPeopleToBranch(70, QStringLiteral("5")));
+    f.onWorkerThread([&f] { f.worker().db.close(); });
+    f.log.clear();
+}
+
 void tst_Lifecycle::resume_ticksOnTheWorkersThread()
 {
     PluginFixture f;
@@ -528,7 +722,8 @@ void tst_Lifecycle::resume_tickDuringAPassComesAfterIt()
     f.log.clear();
     gate.open();
     f.onWorkerThread();
-    // No warning of a pass in progress: the tick has waited in the event loop of the worker's thread.
+    // No warning of a pass in progress: the tick has waited in the event loop of the worker's
+    // thread.
     QCOMPARE(f.log.take().mid(0, 4), lines({"sql close", "sql open", readForce, "sql close"}));
     QCOMPARE(f.worker().tickCount, 1u + uint(ticks.count()));
 }

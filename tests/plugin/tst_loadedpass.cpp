@@ -44,6 +44,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void pass_writesThePeopleOfTheExport();
+    void pass_carriesPeopleToTheirBranch();
     void pass_runsTheExportCommandFirst();
     void pass_messagesCarryNeitherCategoryNorPlace();
     void pass_forcedFromOutside();
@@ -158,6 +159,39 @@ void tst_LoadedPass::pass_writesThePeopleOfTheExport()
                      .arg(midnight(2015, 3, 1))}));
     // Read, then removed.
     QVERIFY(!QFile::exists(installation->filePath(QStringLiteral("ron.data"))));
+}
+
+void tst_LoadedPass::pass_carriesPeopleToTheirBranch()
+{
+    database->execute(QStringLiteral("INSERT INTO branches (bid, number, mgid) VALUES (70, 7, 1)"));
+    database->execute(QStringLiteral("INSERT INTO mastergroups (mgid) VALUES (1)"));
+    database->execute(
+        QStringLiteral("INSERT INTO groups (gid, parent, calendarID) VALUES (11, 1, 3)"));
+    database->execute(
+        QStringLiteral("INSERT INTO term (tid, bid, status, flags) VALUES (3, 70, 1, 2)"));
+    database->execute(QStringLiteral("INSERT INTO bradm (bid, aid) VALUES (70, 4)"));
+    writeExport(
+        {exportHeader(), record().pid(8801, 1).branch(7).calendar(3, QDate(2023, 10, 2)).line()});
+    start(1);
+    QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")), longestWait);
+    delete loader.instance();
+
+    const QStringList events = log->take();
+    QCOMPARE(events.filter(QStringLiteral("critical ")), QStringList());
+    QCOMPARE(events.filter(QStringLiteral("warning ")), QStringList());
+    QCOMPARE(
+        events.filter(QStringLiteral("info BranchesRepository::addPeopleToBranch(70, ")).size(), 1);
+    const QString uid = database->value(QStringLiteral("SELECT uid FROM people WHERE pid=88011"));
+    QCOMPARE(database->rows(QStringLiteral("SELECT bid, uid FROM brape")),
+             QStringList {QStringLiteral("70|") + uid});
+    QCOMPARE(database->rows(QStringLiteral("SELECT tid, uid FROM people_term")),
+             QStringList {QStringLiteral("3|") + uid});
+    QCOMPARE(database->rows(QStringLiteral("SELECT aid, uid FROM admins_people")),
+             QStringList {QStringLiteral("4|") + uid});
+    QCOMPARE(database->rows(QStringLiteral("SELECT tid, type, ref, ref_id FROM term_sync")),
+             QStringList {QStringLiteral("3|I|people_term|") + uid});
+    QCOMPARE(database->rows(QStringLiteral("SELECT gid, uid, since FROM groups_plan")),
+             QStringList {QStringLiteral("11|") + uid + QStringLiteral("|202310")});
 }
 
 void tst_LoadedPass::pass_runsTheExportCommandFirst()

@@ -18,8 +18,8 @@
 #include <QtPlugin>
 #include <QtTest>
 
-// A server is compiled with declarations of its own, so these are not those of the plugin's sources:
-// the order of the virtual operations is what the two sides have agreed upon.
+// A server is compiled with declarations of its own, so these are not those of the plugin's
+// sources: the order of the virtual operations is what the two sides have agreed upon.
 class ServerInterface
 {
 public:

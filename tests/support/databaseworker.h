@@ -10,9 +10,9 @@
 
 #include <QTemporaryDir>
 
-/// One to a test function: `DatabaseWorker f(*database);`. The worker has the rights of the plugin's
-/// own user and what init() makes; no timer ticks. Its connection is open and goes with the object.
-/// The log is empty and at level 0.
+/// One to a test function: `DatabaseWorker f(*database);`. The worker has the rights of the
+/// plugin's own user and what init() makes; no timer ticks. Its connection is open and goes with
+/// the object. The log is empty and at level 0.
 class DatabaseWorker
 {
 public:

@@ -37,9 +37,10 @@ protected:
                     QSqlError::StatementError);
     }
 
-    bool prepare(const QString &statement) override
+    bool prepare(const QString &) override
     {
-        return take(ScriptedDatabase::call(QStringLiteral("prepare ") + statement),
+        // As the caller wrote it: for this driver Qt has put names in the place of each "?".
+        return take(ScriptedDatabase::call(QStringLiteral("prepare ") + lastQuery()),
                     QSqlError::StatementError);
     }
 
@@ -48,8 +49,9 @@ protected:
         QStringList values;
         for (int i = 0; i < boundValueCount(); ++i) {
             const QVariant bound = boundValue(i);
-            const QString name = boundValueName(i);
-            values.append((name.isEmpty() ? QString::number(i) : name) + QLatin1Char('=')
+            const QString name = bindingSyntax() == NamedBinding ? boundValueName(i)
+                                                                 : QString::number(i);
+            values.append(name + QLatin1Char('=')
                           + (bound.isNull() ? QStringLiteral("NULL") : bound.toString()));
         }
         return take(

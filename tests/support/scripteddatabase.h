@@ -38,9 +38,10 @@ struct ScriptedAnswer
 /// The script behind the driver "SCRIPTED", and the handle by which code under test reaches it.
 ///
 /// Each call lands in the EventLog: "sql open", "sql close", "sql exec STATEMENT",
-/// "sql prepare STATEMENT", "sql run NAME=VALUE, NAME=VALUE" (a prepared statement with its values),
-/// "sql begin", "sql commit", "sql rollback". There is one script at a time, shared by all clones of
-/// the handle and by all threads.
+/// "sql prepare STATEMENT", "sql run NAME=VALUE, NAME=VALUE" (a prepared statement with its values;
+/// NAME is a number where the values were bound by their place),
+/// "sql begin", "sql commit", "sql rollback". There is one script at a time, shared by all clones
+/// of the handle and by all threads.
 ///
 /// Without a rule a statement succeeds with no rows, no insert id and no affected rows.
 class ScriptedDatabase
@@ -51,11 +52,13 @@ public:
     ScriptedDatabase(const ScriptedDatabase &) = delete;
     ScriptedDatabase &operator=(const ScriptedDatabase &) = delete;
 
-    /// A handle that is not open, registered under a name of its own; its database is called as told.
+    /// A handle that is not open, registered under a name of its own; its database is called as
+    /// told.
     QSqlDatabase handle(const QString &databaseName = QStringLiteral("scripted"));
 
-    /// The answer to every call that contains the text ("open", "begin", "prepare ..." and statements
-    /// alike). The newest rule wins. With `times` the rule is used up after so many calls.
+    /// The answer to every call that contains the text ("open", "begin", "prepare ..." and
+    /// statements alike). The newest rule wins. With `times` the rule is used up after so many
+    /// calls.
     ScriptedAnswer &on(const QString &text, int times = -1);
 
     /// Numbers all calls from 1; the n-th, or every one from the n-th on, fails.

@@ -9,8 +9,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// One to a test executable, made in initTestCase(). The server has no network, lives in a folder of
-/// its own and ends with the object. It takes the time zone of the process (TZ).
+/// One to a test executable, made in initTestCase(). The server has no network, lives in a folder
+/// of its own and ends with the object. It takes the time zone of the process (TZ).
 class TestDatabase
 {
 public:

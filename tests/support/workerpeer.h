@@ -24,8 +24,11 @@ struct WorkerPeer
         lastRecords(worker.lastRecords),
         waitingRecords(worker.waitingRecords),
         orvSettings(worker.orvSettings),
+        branchesRepo(worker.branchesRepo),
         importedRecords(worker.importedRecords),
         branches(worker.branches),
+        branchPeople(worker.branchPeople),
+        groupsPlanRepo(worker.groupsPlanRepo),
         syncCommand(worker.syncCommand),
         syncCommandRun(worker.syncCommandRun),
         dbPeople(worker.dbPeople),
@@ -50,8 +53,11 @@ struct WorkerPeer
     QHash<uint, EmployeeRecord> &lastRecords;
     QVector<EmployeeRecord> &waitingRecords;
     OrvDbSettings *&orvSettings;
+    BranchesRepository *&branchesRepo;
     QVector<EmployeeRecord> &importedRecords;
     QHash<uint, uint> &branches;
+    QHash<uint, QStringList> &branchPeople;
+    GroupsPlanRepo *&groupsPlanRepo;
     QString &syncCommand;
     quint8 &syncCommandRun;
     QHash<uint, EmployeeRecord> &dbPeople;

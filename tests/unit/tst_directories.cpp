@@ -16,7 +16,8 @@
 
 namespace {
 
-/// A machine of its own: system-wide settings and standard locations in a folder that all may enter.
+/// A machine of its own: system-wide settings and standard locations in a folder that all may
+/// enter.
 struct Fixture
 {
     Fixture()

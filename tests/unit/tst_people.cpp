@@ -66,6 +66,17 @@ QString plainUpdate(const QString &fromTheInterval)
         .arg(seconds(QDate(2015, 3, 1)), fromTheInterval);
 }
 
+/// What the terminals of uid 42, pid 12341, are told of his changed row.
+QStringList noticing()
+{
+    return lines({"sql exec SELECT uid FROM people WHERE pid=12341 LIMIT 1",
+                  "sql exec INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, created, "
+                  "flags) SELECT `tid` tid, 'U' type, 'people' ref, 'uid' ref_col, 42 ref_id, "
+                  "UNIX_TIMESTAMP() created, 2 flags FROM people_term JOIN term USING(tid) "
+                  "WHERE status = 1 AND uid = 42 AND (flags & 2);",
+                  "sql exec CALL updateTermsSync(42, 2);"});
+}
+
 void addLevels()
 {
     QTest::addColumn<int>("level");
@@ -114,6 +125,8 @@ private Q_SLOTS:
     void dbUpdatePerson_lastCalcIsTheMidnightBefore();
     void dbUpdatePerson_result_data();
     void dbUpdatePerson_result();
+    void dbUpdatePerson_failedNoticeChangesNothing_data();
+    void dbUpdatePerson_failedNoticeChangesNothing();
     void dbUpdatePerson_levels_data();
     void dbUpdatePerson_levels();
     void dbUpdatePerson_failure();
@@ -480,9 +493,47 @@ void tst_People::dbUpdatePerson_result()
     f.script.on(QStringLiteral("UPDATE people SET pamId"))
         .withInsertId(5) // means nothing here
         .withAffected(affected);
+    f.script.on(QStringLiteral("SELECT uid FROM people WHERE pid=12341 LIMIT 1"))
+        .withRows({QStringLiteral("uid")}, {{42}});
     QCOMPARE(f.worker.dbUpdatePerson(record(), false), updated);
-    // A row that is as it was is nothing to speak of.
-    QCOMPARE(f.log.takeMessages(), QStringList());
+    // A row that is as it was is no news for terminals, and nothing to speak of.
+    QCOMPARE(f.log.take(),
+             QStringList {plainUpdate(QStringLiteral("rsBegin=NULL, rsEnd=NULL, rsText='', "
+                                                     "type=1, did=1, calendarID=0, bid=NULL  "
+                                                     "WHERE pid=12341"))}
+                 + (updated ? noticing() : QStringList()));
+}
+
+void tst_People::dbUpdatePerson_failedNoticeChangesNothing_data()
+{
+    QTest::addColumn<QString>("failing");
+    QTest::addColumn<int>("statements"); // that run, of those of the notice
+    QTest::addColumn<QString>("line");
+    QTest::newRow("uid") << QStringLiteral("SELECT uid FROM people") << 1
+                         << QStringLiteral("warning THRWorker::addTermSyncPerson(12341) - "
+                                           "uid NOT selected from DB!");
+    QTest::newRow("queue") << QStringLiteral("INSERT INTO `term_sync`") << 2
+                           << QStringLiteral("critical THRWorker::addTermSyncPerson() ERROR: "
+                                             "denied (scripted)");
+    QTest::newRow("marking") << QStringLiteral("CALL updateTermsSync") << 3
+                             << QStringLiteral("critical THRWorker::addTermSyncPerson() - "
+                                               "updateTermsSync() ERROR: denied (scripted)");
+}
+
+void tst_People::dbUpdatePerson_failedNoticeChangesNothing()
+{
+    QFETCH(QString, failing);
+    QFETCH(int, statements);
+    QFETCH(QString, line);
+    WorkerFixture f;
+    f.script.on(QStringLiteral("UPDATE people SET pamId")).withAffected(1);
+    f.script.on(QStringLiteral("SELECT uid FROM people WHERE pid=12341 LIMIT 1"))
+        .withRows({QStringLiteral("uid")}, {{42}});
+    f.script.on(failing).withError(QStringLiteral("1142"), QStringLiteral("denied"));
+    QVERIFY(f.worker.dbUpdatePerson(record(), false));
+    QStringList events = f.log.take();
+    QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
+    QCOMPARE(events, noticing().mid(0, statements) << line);
 }
 
 void tst_People::dbUpdatePerson_levels_data()

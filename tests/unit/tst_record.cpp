@@ -65,6 +65,32 @@ QString askingUid(uint pid)
     return QStringLiteral("sql exec SELECT uid FROM people WHERE pid = %1 LIMIT 1;").arg(pid);
 }
 
+/// What the terminals of a person are told after his row has changed.
+QStringList noticing(uint pid, uint uid)
+{
+    return {QStringLiteral("sql exec SELECT uid FROM people WHERE pid=%1 LIMIT 1").arg(pid),
+            QStringLiteral("sql exec INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, "
+                           "created, flags) SELECT `tid` tid, 'U' type, 'people' ref, "
+                           "'uid' ref_col, %1 ref_id, UNIX_TIMESTAMP() created, 2 flags "
+                           "FROM people_term JOIN term USING(tid) "
+                           "WHERE status = 1 AND uid = %1 AND (flags & 2);")
+                .arg(uid),
+            QStringLiteral("sql exec CALL updateTermsSync(%1, 2);").arg(uid)};
+}
+
+/// The statement that updates record() in a row which changes, and the news of it.
+QStringList updatingAndNoticing(const QString &update = updating())
+{
+    return QStringList {update} + noticing(12341, 41);
+}
+
+QString branchMissing(uint number, const QString &employee)
+{
+    return QStringLiteral("warning THRWorker: Branch '%1' NOT FOUND for employee: '%2'")
+        .arg(number)
+        .arg(employee);
+}
+
 QStringList reopening(uint uid)
 {
     const QDate first = firstOfPreviousMonth();
@@ -78,7 +104,8 @@ QStringList reopening(uint uid)
                 .arg(uid)};
 }
 
-/// A worker to which the person is known as in `row`, and nothing of any earlier export file.
+/// A worker to which the person is known as in `row`, and nothing of any earlier export file. An
+/// update changes the row; the person's uid is 41.
 class KnownPerson : public WorkerFixture
 {
 public:
@@ -86,6 +113,8 @@ public:
     {
         peer.dbPeople.insert(row.pid(), row);
         script.on(QStringLiteral("UPDATE people SET pamId")).withAffected(1);
+        script.on(QStringLiteral("SELECT uid FROM people WHERE pid="))
+            .withRows({QStringLiteral("uid")}, {{41}});
     }
 
     /// The export file has stated this of the person before.
@@ -280,8 +309,18 @@ void tst_Record::unknownPerson_isNotReopened()
     f.peer.branches.insert(7, 70);
     f.worker.doSyncRecord(record().branch(7).calendar(3, QDate(2020, 1, 1)));
     QCOMPARE(f.log.take(),
-             QStringList {adding(QStringLiteral("NULL"), QStringLiteral("NULL, NULL, ''"),
-                                 QStringLiteral("1, 1, 3, 70"))});
+             (QStringList {adding(QStringLiteral("NULL"), QStringLiteral("NULL, NULL, ''"),
+                                  QStringLiteral("1, 1, 3, 70")),
+                           askingUid(12341)}
+              + lines({"sql exec SELECT COUNT(*) FROM brape WHERE bid = 70 AND "
+                       "uid = (SELECT uid FROM people WHERE pid = 12341 LIMIT 1);",
+                       "sql exec SELECT gid FROM branches b LEFT JOIN mastergroups mg ON "
+                       "mg.mgid = b.mgid LEFT JOIN groups g ON g.parent = mg.mgid "
+                       "WHERE bid = 70 AND g.calendarID = 3 LIMIT 1;",
+                       "warning THRWorker: Group ID NOT found for Branch 7 and calendar 3 "
+                       "[employee: '1234.1 Novák Ján (S: 7, K: 3 from 1 Jan 2020) "
+                       "N-V: 1 Mar 2015 - ; ES: 0, RS:  -  '' TPP: 11  DOV: 0 NOC: 0']!"})));
+    QVERIFY(f.peer.waitingRecords.isEmpty()); // queued for the branch, which is enough
 }
 
 void tst_Record::unknownPerson_stateIsAppliedToTheCopyAlone()
@@ -303,7 +342,7 @@ void tst_Record::unknownPerson_stateIsAppliedToTheCopyAlone()
 void tst_Record::knownPerson_firstRecordUpdatesEvenIfIdentical()
 {
     KnownPerson f(record());
-    QCOMPARE(f.sync(record()), QStringList {updating()});
+    QCOMPARE(f.sync(record()), updatingAndNoticing());
     QVERIFY(f.peer.lastRecords.value(12341) == record().build());
 }
 
@@ -328,7 +367,7 @@ void tst_Record::knownPerson_forcedUnchangedDoesNothing()
     QCOMPARE(f.sync(record()), QStringList());
     // A row that differs is updated, though the file did not change.
     f.peer.dbPeople.insert(12341, record().phone(QStringLiteral("111")));
-    QCOMPARE(f.sync(record()), QStringList {updating()});
+    QCOMPARE(f.sync(record()), updatingAndNoticing());
 }
 
 void tst_Record::knownPerson_comparedFields_data()
@@ -411,12 +450,12 @@ void tst_Record::knownPerson_evidenceStateAloneMovesLastCalc()
     KnownPerson f(row);
     f.stated(record().es(1));
     QCOMPARE(f.sync(record().es(2)),
-             QStringList {
+             updatingAndNoticing(
                  updating(QString(),
                           QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='MD', lastCalc=%3, type=1, "
                                          "did=1, calendarID=0, bid=NULL WHERE pid=12341")
                               .arg(seconds(QDate(2020, 1, 1)), seconds(QDate(2020, 2, 1)),
-                                   seconds(QDate(2019, 12, 31))))});
+                                   seconds(QDate(2019, 12, 31))))));
     QVERIFY(f.peer.lastRecords.value(12341) == record().es(2).build());
 }
 
@@ -427,12 +466,12 @@ void tst_Record::knownPerson_employmentTypeAloneUpdates()
     KnownPerson f(row);
     f.stated(record().tpp(51));
     // Without lastCalc: the state is the same.
-    QCOMPARE(
-        f.sync(record().tpp(11)),
-        QStringList {updating(QString(),
-                              QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='MD', type=1, "
-                                             "did=1, calendarID=0, bid=NULL  WHERE pid=12341")
-                                  .arg(seconds(QDate(2020, 1, 1)), seconds(QDate(2020, 2, 1))))});
+    QCOMPARE(f.sync(record().tpp(11)),
+             updatingAndNoticing(
+                 updating(QString(),
+                          QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='MD', type=1, "
+                                         "did=1, calendarID=0, bid=NULL  WHERE pid=12341")
+                              .arg(seconds(QDate(2020, 1, 1)), seconds(QDate(2020, 2, 1))))));
 }
 
 void tst_Record::knownPerson_stateIsAppliedToTheRowsInterval()
@@ -442,11 +481,11 @@ void tst_Record::knownPerson_stateIsAppliedToTheRowsInterval()
     f.stated(record().es(21));
     QCOMPARE(
         f.sync(record()),
-        QStringList {updating(
+        updatingAndNoticing(updating(
             QString(),
             QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='MD', lastCalc=%3, type=1, "
                            "did=1, calendarID=0, bid=NULL WHERE pid=12341")
-                .arg(seconds(QDate(2020, 1, 1)), seconds(today()), seconds(QDate(2019, 12, 31))))});
+                .arg(seconds(QDate(2020, 1, 1)), seconds(today()), seconds(QDate(2019, 12, 31))))));
     // Neither what is remembered nor the row that was loaded takes the closed interval.
     QVERIFY(!f.peer.lastRecords.value(12341).rsBegin.isValid());
     QVERIFY(!f.peer.dbPeople.value(12341).rsEnd.isValid());
@@ -466,7 +505,7 @@ void tst_Record::knownPerson_failedUpdateIsNotRepeated()
     QVERIFY(f.peer.lastRecords.value(12341) == given);
     QCOMPARE(f.sync(given), QStringList());
     f.peer.forceSync = true;
-    QCOMPARE(f.sync(given), QStringList {updating(QStringLiteral("111"))});
+    QCOMPARE(f.sync(given), updatingAndNoticing(updating(QStringLiteral("111"))));
 }
 
 void tst_Record::knownPerson_untouchedRowIsNotRepeated()
@@ -485,13 +524,13 @@ void tst_Record::knownPerson_thatHasEndedIsUpdated()
     const QDate yesterday = today().addDays(-1);
     const EmployeeRecord given = record().employed(QDate(2015, 3, 1), yesterday);
     QCOMPARE(f.sync(given),
-             QStringList {
+             updatingAndNoticing(
                  QStringLiteral("sql exec UPDATE people SET pamId=1234.1, title='', name='Ján', "
                                 "surname='Novák', title2='', phone='', begin=%1, end=%2, "
                                 "edited=UNIX_TIMESTAMP(), editor=0, rsBegin=NULL, rsEnd=NULL, "
                                 "rsText='', type=1, did=1, calendarID=0, bid=NULL  WHERE pid=12341")
                      .arg(seconds(QDate(2015, 3, 1)))
-                     .arg(localSeconds(yesterday, 23, 59, 59))});
+                     .arg(localSeconds(yesterday, 23, 59, 59))));
     QVERIFY(f.peer.lastRecords.value(12341) == given);
 }
 
@@ -508,9 +547,9 @@ void tst_Record::twoLinesOfOnePerson_secondIsComparedWithTheFirst()
                                       .arg(seconds(QDate(2020, 1, 1)), seconds(QDate(2020, 2, 1)));
     const EmployeeRecord first = record().phone(QStringLiteral("111"));
     const EmployeeRecord second = record().phone(QStringLiteral("222"));
-    QCOMPARE(f.sync(first), QStringList {updating(QStringLiteral("111"), firstInterval)});
+    QCOMPARE(f.sync(first), updatingAndNoticing(updating(QStringLiteral("111"), firstInterval)));
     // The state no longer counts as changed.
-    QCOMPARE(f.sync(second), QStringList {updating(QStringLiteral("222"), laterInterval)});
+    QCOMPARE(f.sync(second), updatingAndNoticing(updating(QStringLiteral("222"), laterInterval)));
     QVERIFY(f.peer.lastRecords.value(12341) == second);
 }
 
@@ -529,32 +568,50 @@ void tst_Record::twoLinesOfOneNewPerson_secondIsAddedToo()
 void tst_Record::recalculation_ofChangedAssignment_data()
 {
     QTest::addColumn<EmployeeRecord>("given");
+    QTest::addColumn<QString>("assignment"); // as a message states it
     QTest::addColumn<bool>("reopened");
     // A person a row, known with branch 7 and calendar 3.
     const auto person = [](uint number) { return record().pid(number, 1).branch(7).calendar(3); };
-    QTest::newRow("nothing") << person(5101).build() << false;
-    QTest::newRow("calendar") << person(5102).calendar(4).build() << true;
-    QTest::newRow("no calendar any more") << person(5103).calendar(0).build() << true;
-    QTest::newRow("date of the calendar")
-        << person(5104).calendar(3, QDate(2020, 1, 1)).build() << true;
-    QTest::newRow("branch") << person(5105).branch(8).build() << true;
-    QTest::newRow("no branch any more") << person(5106).branch(0).build() << true;
+    QTest::newRow("nothing") << person(5101).build() << QStringLiteral("S: 7, K: 3 from ") << false;
+    QTest::newRow("calendar") << person(5102).calendar(4).build()
+                              << QStringLiteral("S: 7, K: 4 from ") << true;
+    QTest::newRow("no calendar any more")
+        << person(5103).calendar(0).build() << QStringLiteral("S: 7, K: 0 from ") << true;
+    QTest::newRow("date of the calendar") << person(5104).calendar(3, QDate(2020, 1, 1)).build()
+                                          << QStringLiteral("S: 7, K: 3 from 1 Jan 2020") << true;
+    QTest::newRow("branch") << person(5105).branch(8).build() << QStringLiteral("S: 8, K: 3 from ")
+                            << true;
+    QTest::newRow("no branch any more")
+        << person(5106).branch(0).build() << QStringLiteral("S: 0, K: 3 from ") << true;
     QTest::newRow("description of the branch")
-        << person(5107).branch(7, QStringLiteral("Sklad")).build() << false;
-    QTest::newRow("balance") << person(5108).balance(1.5).build() << false;
+        << person(5107).branch(7, QStringLiteral("Sklad")).build()
+        << QStringLiteral("S: 7, K: 3 from ") << false;
+    QTest::newRow("calendar's date and branch")
+        << person(5108).branch(8).calendar(3, QDate(2020, 1, 1)).build()
+        << QStringLiteral("S: 8, K: 3 from 1 Jan 2020") << true;
 }
 
 void tst_Record::recalculation_ofChangedAssignment()
 {
     QFETCH(EmployeeRecord, given);
+    QFETCH(QString, assignment);
     QFETCH(bool, reopened);
     KnownPerson f(record().pid(given.osobniCislo, 1).branch(7).calendar(3));
     f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{51}});
     QStringList events = f.sync(given);
     // The first record of a person always updates.
     QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
-    QCOMPARE(events,
-             reopened ? QStringList {askingUid(given.pid())} + reopening(51) : QStringList());
+    QStringList expected = noticing(given.pid(), 51);
+    // The branch comes before the recalculation, and is not in the database.
+    if (given.stredisko != 0)
+        expected.append(
+            branchMissing(given.stredisko,
+                          QStringLiteral("%1.1 Novák Ján (%2) N-V: 1 Mar 2015 - ; ES: 0, "
+                                         "RS:  -  '' TPP: 11  DOV: 0 NOC: 0")
+                              .arg(QString::number(given.osobniCislo), assignment)));
+    if (reopened)
+        expected += QStringList {askingUid(given.pid())} + reopening(51);
+    QCOMPARE(events, expected);
 }
 
 void tst_Record::recalculation_comesAfterTheUpdate()
@@ -574,7 +631,9 @@ void tst_Record::recalculation_comesAfterTheUpdate()
                             "rsText='', type=1, did=1, calendarID=3, bid=NULL  "
                             "WHERE pid=50021")
                             .arg(seconds(QDate(2015, 3, 1))),
-                        QStringLiteral("debug THRWorker::dbGetUidByPid(50021)"), askingUid(50021),
+                        QStringLiteral("debug THRWorker::addTermSyncPerson(50021, U, people)")}
+         + noticing(50021, 52)
+         + QStringList {QStringLiteral("debug THRWorker::dbGetUidByPid(50021)"), askingUid(50021),
                         QStringLiteral("debug THRWorker::dbChangeLastCalc(52, %1)")
                             .arg(QLocale::system().toString(firstOfPreviousMonth(),
                                                             QLocale::ShortFormat))}
@@ -594,10 +653,15 @@ void tst_Record::recalculation_notForAnUnusableRow()
     QFETCH(EmployeeRecord, row);
     KnownPerson f(row);
     const EmployeeRecord given = record().pid(500, 30).branch(7).calendar(3, QDate(2020, 1, 1));
-    const QStringList events = f.sync(given);
-    QCOMPARE(events.size(), 1);
-    QVERIFY(events.first().startsWith(
+    QStringList events = f.sync(given);
+    QVERIFY(events.takeFirst().startsWith(
         QStringLiteral("sql exec UPDATE people SET pamId=500.30, title='', name='Ján', ")));
+    QCOMPARE(events,
+             (noticing(50030, 41) << branchMissing(
+                  7,
+                  QStringLiteral("500.30 Novák Ján (S: 7, K: 3 from 1 Jan 2020) "
+                                 "N-V: 1 Mar 2015 - ; ES: 0, RS:  -  '' TPP: 11  "
+                                 "DOV: 0 NOC: 0"))));
     // The row stays as it was loaded.
     QVERIFY(f.peer.dbPeople.value(50030) == row);
 }
@@ -611,7 +675,11 @@ void tst_Record::recalculation_notRepeatedForASecondLine()
     QVERIFY(f.sync(given).contains(reopening(54).first()));
     // The file has another balance in its second line, and the pass is forced.
     f.peer.forceSync = true;
-    QCOMPARE(f.sync(RecordBuilder(given).balance(2)), QStringList());
+    QCOMPARE(f.sync(RecordBuilder(given).balance(2)),
+             QStringList {branchMissing(
+                 7,
+                 QStringLiteral("5004.1 Novák Ján (S: 7, K: 3 from 1 Jan 2020) N-V: 1 Mar 2015 "
+                                "- ; ES: 0, RS:  -  '' TPP: 11  DOV: 2 NOC: 0"))});
 }
 
 void tst_Record::recalculation_rowTakesTheAssignmentOnly()
@@ -666,7 +734,7 @@ void tst_Record::recalculation_ofAPersonWithoutUid()
     QStringList events = f.sync(record().pid(5008, 1).calendar(3));
     QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
     QCOMPARE(events,
-             QStringList {askingUid(50081)}
+             noticing(50081, 41) + QStringList {askingUid(50081)}
                  + lines({"warning THRWorker: User (employee) ID NOT found for pid (Personal ID) "
                           "50081 [employee: '5008.1 Novák Ján (S: 0, K: 3 from ) N-V: 1 Mar 2015 - "
                           "; ES: 0, RS:  -  '' TPP: 11  DOV: 0 NOC: 0'] - lastCalc not changed "
@@ -696,16 +764,24 @@ void tst_Record::calendarDateAloneReopensAttendance()
     f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{60}});
     f.stated(given);
     f.peer.forceSync = true;
-    QCOMPARE(f.sync(given), QStringList {askingUid(50101)} + reopening(60));
+    const QStringList noBranch {branchMissing(
+        7,
+        QStringLiteral("5010.1 Novák Ján (S: 7, K: 3 from 1 Jan 2020) N-V: 1 Mar 2015 - ; "
+                       "ES: 0, RS:  -  '' TPP: 11  DOV: 0 NOC: 0"))};
+    QCOMPARE(f.sync(given), noBranch + QStringList {askingUid(50101)} + reopening(60));
     // Only on the first visit in a pass.
-    QCOMPARE(f.sync(given), QStringList());
+    QCOMPARE(f.sync(given), noBranch);
     // The next pass has loaded the row without the date; the uid is known by now.
     f.peer.dbPeople.insert(50101, RecordBuilder(person).calendar(3));
-    QCOMPARE(f.sync(given), reopening(60));
+    QCOMPARE(f.sync(given), noBranch + reopening(60));
     // A calendar without a date is in line.
     f.peer.dbPeople.insert(50101, RecordBuilder(person).calendar(3));
     f.stated(RecordBuilder(person).calendar(3));
-    QCOMPARE(f.sync(RecordBuilder(person).calendar(3)), QStringList());
+    QCOMPARE(f.sync(RecordBuilder(person).calendar(3)),
+             QStringList {branchMissing(
+                 7,
+                 QStringLiteral("5010.1 Novák Ján (S: 7, K: 3 from ) N-V: 1 Mar 2015 - ; "
+                                "ES: 0, RS:  -  '' TPP: 11  DOV: 0 NOC: 0"))});
 }
 
 QTEST_GUILESS_MAIN(tst_Record)

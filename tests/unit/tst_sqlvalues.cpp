@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // Dates and numbers on their way into statements and back, in the time zone of the process.
+#include "repository/sqlnumber.h"
 #include "support/localseconds.h"
 #include "worker/sqlvalues.h"
 

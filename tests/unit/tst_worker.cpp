@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The worker's settings, life, tick and pass: statements, log lines and their order.
+#include "repository/branchesrepository.h"
+#include "repository/groupsplanrepo.h"
 #include "repository/orvdbsettings.h"
 #include "support/workerfixture.h"
 
@@ -19,6 +21,17 @@ const char loadPeople[]
     = "sql exec SELECT p.pid, p.pamId, p.title, p.name, p.surname, p.title2, p.phone, p.begin, "
       "p.end, p.rsBegin, p.rsEnd, p.rsText, p.calendarID, b.number FROM people p LEFT JOIN branches b "
       "USING(bid) WHERE p.status;";
+
+const char loadBranches[] = "sql exec SELECT bid, number FROM branches WHERE number IS NOT NULL;";
+
+QString addingToBranch(uint bid, const char *uids)
+{
+    return QStringLiteral("sql exec INSERT INTO brape (bid, uid, since) SELECT %1 bid, uid, "
+                          "UNIX_TIMESTAMP() since FROM people WHERE uid IN(%2) "
+                          "ON DUPLICATE KEY UPDATE since=UNIX_TIMESTAMP()")
+        .arg(bid)
+        .arg(QString::fromLatin1(uids));
+}
 
 void force(ScriptedDatabase &script)
 {
@@ -42,8 +55,15 @@ private Q_SLOTS:
     void setOrvDb_clonesUnderTheNameOfTheDatabase();
     void setOrvDb_takesUpTheRegisteredConnection();
     void setOrvDb_updatesTheSettings();
+    void setOrvDb_updatesTheBranches();
+    void setOrvDb_leavesTheGroupPlansOnTheirConnection();
+    void setOrvDb_beforeInit();
     void init_makesTimerAndSettings();
+    void init_makesTheRepositories_data();
+    void init_makesTheRepositories();
+    void init_connectsTheAddedSignalsOnly();
     void start_repeatedDoublesTheTicks();
+    void start_repeatedLeavesTheRepositoriesBehind();
     void start_logs();
     void stop_speaksTheWordsOfInit();
     void dbCheckOpen_opensOnce();
@@ -64,9 +84,6 @@ private Q_SLOTS:
     void checkSync_peopleNotLoaded();
     void checkSync_levelZeroPrintsNothing();
     void checkSync_failedClearIsNotLookedAt();
-    void doSync_worksInFileOrder();
-    void doSync_aFailedRecordStopsNothing();
-    void doSync_withoutRecordsIsSilent();
     void runCommand_data();
     void runCommand();
     void runCommand_empty();
@@ -118,7 +135,10 @@ void tst_Worker::startValues()
     QVERIFY(peer.waitingRecords.isEmpty());
     QVERIFY(!peer.orvSettings);
     QVERIFY(peer.importedRecords.isEmpty());
+    QVERIFY(!peer.branchesRepo);
     QVERIFY(peer.branches.isEmpty());
+    QVERIFY(peer.branchPeople.isEmpty());
+    QVERIFY(!peer.groupsPlanRepo);
     QVERIFY(peer.syncCommand.isEmpty());
     QCOMPARE(peer.syncCommandRun, quint8(0));
     QVERIFY(peer.dbPeople.isEmpty());
@@ -212,6 +232,129 @@ void tst_Worker::setOrvDb_updatesTheSettings()
     QCOMPARE(f.log.take(), lines({"sql close"}));
 }
 
+void tst_Worker::setOrvDb_updatesTheBranches()
+{
+    WorkerFixture f;
+    f.init();
+    f.peer.db.close();
+    f.worker.setOrvDb(f.script.handle(QStringLiteral("another")));
+    f.peer.db.open();
+    f.log.take();
+    f.script.on(QStringLiteral("INSERT INTO brape")).withAffected(1);
+    f.script.on(QStringLiteral("SELECT tid FROM term")).withRows({QStringLiteral("tid")}, {{3}});
+    // Also the terminal queue of the repository is on the connection that is open.
+    QVERIFY(f.peer.branchesRepo->addPeopleToBranch(70, QStringLiteral("5")));
+    QCOMPARE(f.log.take(),
+             QStringList {addingToBranch(70, "5")}
+                 + lines({"sql exec SELECT tid FROM term WHERE status > 0 AND bid = 70",
+                          "sql exec INSERT INTO people_term (tid, uid) VALUES (3, 5) "
+                          "ON DUPLICATE KEY UPDATE tid=VALUES(tid);",
+                          "sql exec INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, "
+                          "created, flags) SELECT 3 tid, 'I' type, 'people_term' ref, "
+                          "'uid' ref_col, `uid` ref_id, UNIX_TIMESTAMP() created, 2 flags "
+                          "FROM people WHERE status = 1 AND uid IN(5);",
+                          "sql exec Update `term` SET syn = syn | 2 WHERE status = 1 AND tid = 3",
+                          "sql exec SELECT aid FROM bradm WHERE bid = 70"}));
+}
+
+void tst_Worker::setOrvDb_leavesTheGroupPlansOnTheirConnection()
+{
+    WorkerFixture f;
+    f.init();
+    QSqlDatabase first = f.peer.db;
+    f.worker.setOrvDb(f.script.handle(QStringLiteral("another")));
+    QVERIFY(f.peer.db.connectionName() != first.connectionName());
+    f.peer.db.open();
+    f.log.take();
+    f.script.on(QStringLiteral("INSERT INTO groups_plan")).withAffected(1);
+    GroupsPlan plan;
+    plan.gid = 11;
+    plan.uid = 5;
+    plan.since = 0;
+    const char adding[] = "sql exec INSERT INTO groups_plan (gid, uid, since) VALUES(11, 5, 0) "
+                          "ON DUPLICATE KEY UPDATE gid=VALUES(gid), uid=VALUES(uid), "
+                          "since=VALUES(since);";
+    // The first connection is still open, and only the plans are on it.
+    QVERIFY(f.peer.groupsPlanRepo->add(plan));
+    QCOMPARE(f.log.take(), lines({adding}));
+    first.close();
+    QCOMPARE(f.log.take(), lines({"sql close"}));
+    QVERIFY(f.peer.db.isOpen());
+    QVERIFY(!f.peer.groupsPlanRepo->add(plan));
+    QCOMPARE(f.log.take(),
+             lines({"warning QSqlQuery::exec: database not open",
+                    "critical GroupsPlanRepo::add - ERROR[-1]: "}));
+}
+
+void tst_Worker::setOrvDb_beforeInit()
+{
+    EventLog log;
+    ScriptedDatabase script;
+    THRWorker worker;
+    worker.setOrvDb(script.handle());
+    const WorkerPeer peer(worker);
+    QVERIFY(!peer.orvSettings);
+    QVERIFY(!peer.branchesRepo);
+    QVERIFY(!peer.groupsPlanRepo);
+    QVERIFY(!peer.db.isOpen());
+    QCOMPARE(log.take(), QStringList());
+}
+
+void tst_Worker::init_makesTheRepositories_data()
+{
+    QTest::addColumn<int>("level");
+    for (const int level : {0, 1, 3, 255})
+        QTest::newRow(qPrintable(QString::number(level))) << level;
+}
+
+void tst_Worker::init_makesTheRepositories()
+{
+    QFETCH(int, level);
+    WorkerFixture f;
+    f.worker.setLogLevel(static_cast<quint8>(level));
+    f.worker.init();
+    f.log.clear();
+    QCOMPARE(f.peer.branchesRepo->parent(), &f.worker);
+    QCOMPARE(f.peer.branchesRepo->logLevel, static_cast<quint8>(level));
+    QCOMPARE(f.peer.groupsPlanRepo->parent(), &f.worker);
+    QCOMPARE(f.peer.groupsPlanRepo->logLevel, static_cast<quint8>(level));
+    // Both are on the worker's connection, and a plan that is added refreshes the months.
+    f.peer.branchesRepo->logLevel = 0;
+    f.peer.groupsPlanRepo->logLevel = 0;
+    f.script.on(QStringLiteral("INSERT INTO groups_plan")).withAffected(1);
+    GroupsPlan plan;
+    plan.gid = 11;
+    plan.uid = 5;
+    plan.since = 202310;
+    QVERIFY(f.peer.groupsPlanRepo->add(plan));
+    QVERIFY(!f.peer.branchesRepo->addPeopleToBranch(70, QStringLiteral("5")));
+    QCOMPARE(f.log.take(),
+             lines({"sql exec INSERT INTO groups_plan (gid, uid, since) VALUES(11, 5, 202310) "
+                    "ON DUPLICATE KEY UPDATE gid=VALUES(gid), uid=VALUES(uid), "
+                    "since=VALUES(since);",
+                    "sql exec INSERT INTO groups_month  (gid, uid, month) SELECT "
+                    "getCurrentGid(p.uid, monthFromTimestamp(a.date), p.gid) gid, a.uid, "
+                    "monthFromTimestamp(a.date) month  FROM atten a LEFT JOIN people p USING(uid) "
+                    "WHERE a.uid=5 AND monthFromTimestamp(a.date) >= 202310 "
+                    "GROUP BY monthFromTimestamp(a.date) HAVING gid IS NOT NULL "
+                    "ON DUPLICATE KEY UPDATE gid=VALUES(gid), uid=VALUES(uid), "
+                    "month=VALUES(month);"})
+                 << addingToBranch(70, "5"));
+}
+
+void tst_Worker::init_connectsTheAddedSignalsOnly()
+{
+    WorkerFixture f;
+    f.init();
+    f.script.on(QStringLiteral("DELETE FROM brape")).withAffected(1);
+    // A slot would yield true: there is neither terminal nor administrator.
+    QVERIFY(Q_EMIT f.peer.branchesRepo->sigAddedPeopleToBranch(70, QStringLiteral("5")));
+    QVERIFY(!Q_EMIT f.peer.branchesRepo->sigDeletedPeopleFromBranch(70, QStringLiteral("5")));
+    f.log.clear();
+    QVERIFY(f.peer.branchesRepo->delPeopleFromBranch(70, QStringLiteral("5")));
+    QCOMPARE(f.log.take(), lines({"sql exec DELETE FROM brape WHERE bid = 70 AND uid IN(5)"}));
+}
+
 void tst_Worker::init_makesTimerAndSettings()
 {
     WorkerFixture f;
@@ -259,6 +402,35 @@ void tst_Worker::start_repeatedDoublesTheTicks()
     f.worker.stop();
     QVERIFY(first->isActive());
     QVERIFY(!f.peer.timer->isActive());
+    delete firstSettings;
+}
+
+void tst_Worker::start_repeatedLeavesTheRepositoriesBehind()
+{
+    WorkerFixture f;
+    f.worker.start();
+    const OrvDbSettings *firstSettings = f.peer.orvSettings;
+    QObject *const firstBranches = f.peer.branchesRepo;
+    QObject *const firstPlans = f.peer.groupsPlanRepo;
+    f.worker.setLogLevel(2);
+    f.worker.start();
+    QVERIFY(f.peer.branchesRepo != firstBranches);
+    QVERIFY(f.peer.groupsPlanRepo != firstPlans);
+    QCOMPARE(firstBranches->parent(), &f.worker);
+    QCOMPARE(firstPlans->parent(), &f.worker);
+    // Two timers, two of each repository.
+    QCOMPARE(f.worker.children().size(), 6);
+    // The newest are in use, with the level of their time.
+    QCOMPARE(f.peer.branchesRepo->logLevel, quint8(2));
+    QCOMPARE(f.peer.groupsPlanRepo->logLevel, quint8(2));
+    f.log.clear();
+    f.worker.setLogLevel(0);
+    f.peer.branchPeople.insert(70, lines({"5"}));
+    f.peer.importedRecords = {record().relationState(4)};
+    f.worker.doSync();
+    QCOMPARE(f.log.take(),
+             lines({loadBranches, "info BranchesRepository::addPeopleToBranch(70, '5')"})
+                 << addingToBranch(70, "5"));
     delete firstSettings;
 }
 
@@ -476,6 +648,7 @@ void tst_Worker::checkSync_wholeTickInOrder()
                     "debug THRWorker::runCommand(): 'true'", "debug THRWorker::loadAndParseData()",
                     "debug THRWorker::dbLoadPeople()", loadPeople,
                     "debug THRWorker::doSync() - stack count: 1",
+                    "debug THRWorker::dbLoadBranches()", loadBranches,
                     "debug THRWorker::dbAddPerson(1234.1  Ján Novák  (T: ) N-V: 1 Mar 2015 -  "
                     "TPP: 11  K: 0  DOV: 0, S: 0)",
                     "warning THRWorker::dbAddPerson(1234.1) - Testing mode is active, "
@@ -539,46 +712,6 @@ void tst_Worker::checkSync_failedClearIsNotLookedAt()
              lines({readForce, prepareForce, "critical variableSet ERROR: \"denied (scripted)\"",
                     "sql close"}));
     QCOMPARE(f.peer.inProgress, false);
-}
-
-void tst_Worker::doSync_worksInFileOrder()
-{
-    WorkerFixture f;
-    f.worker.setLogLevel(2);
-    f.worker.setTestMode(true);
-    f.peer.importedRecords = {record().pid(3, 1), record().pid(1, 1), record().pid(2, 1)};
-    f.worker.doSync();
-    QCOMPARE(f.log.takeMatching({QStringLiteral("stack count"), QStringLiteral("Testing mode")}),
-             lines({"debug THRWorker::doSync() - stack count: 3",
-                    "warning THRWorker::dbAddPerson(3.1) - Testing mode is active, "
-                    "person not really add!",
-                    "warning THRWorker::dbAddPerson(1.1) - Testing mode is active, "
-                    "person not really add!",
-                    "warning THRWorker::dbAddPerson(2.1) - Testing mode is active, "
-                    "person not really add!"}));
-    QVERIFY(f.peer.importedRecords.isEmpty());
-}
-
-void tst_Worker::doSync_aFailedRecordStopsNothing()
-{
-    WorkerFixture f;
-    f.script.on(QStringLiteral("INSERT INTO people"), 1)
-        .withError(QStringLiteral("1064"), QStringLiteral("syntax"));
-    f.peer.importedRecords = {record().pid(1, 1), record().pid(2, 1)};
-    f.worker.doSync();
-    const QStringList events = f.log.take();
-    QCOMPARE(events.filter(QStringLiteral("INSERT INTO people")).size(), 2);
-    QCOMPARE(events.filter(QStringLiteral("critical")),
-             lines({"critical THRWorker::dbAddPerson(1.1) - SQL ERROR: syntax (scripted)"}));
-    QVERIFY(f.peer.importedRecords.isEmpty());
-}
-
-void tst_Worker::doSync_withoutRecordsIsSilent()
-{
-    WorkerFixture f;
-    f.worker.setLogLevel(3);
-    f.worker.doSync();
-    QCOMPARE(f.log.take(), QStringList());
 }
 
 void tst_Worker::runCommand_data()
