@@ -6,6 +6,12 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . tools/packages.sh
 
+if [ $# -gt 0 ]; then
+    echo 'Usage: ./demo.sh (takes no arguments; begins afresh in demo-data/)'
+    case $1 in --help | -h) exit ;; esac
+    exit 2
+fi
+
 here=$PWD
 data=$here/demo-data
 log=$data/run.log

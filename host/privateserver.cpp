@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <QThread>
 
@@ -266,12 +267,15 @@ bool PrivateServer::makeData(QString *error)
 
     QStringList arguments {
         QStringLiteral("--no-defaults"), QStringLiteral("--auth-root-authentication-method=normal"),
-        QStringLiteral("--skip-test-db"), QStringLiteral("--datadir=") + folder.dataPath(),
-        QStringLiteral("--tmpdir=") + folder.temporaryPath()};
+        QStringLiteral("--skip-test-db"), QStringLiteral("--datadir=") + folder.dataPath()};
     arguments += sizeOptions();
     // Everything is on the disk when it ends.
     arguments.append(QStringLiteral("--innodb-flush-log-at-trx-commit=0"));
     ChildProcess process;
+    // Not as an option: the script would cut it at a blank.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TMPDIR"), folder.temporaryPath());
+    process.setProcessEnvironment(environment);
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(folder.installLogPath());
     process.setProcessChannelMode(QProcess::MergedChannels);

@@ -17,9 +17,16 @@ ensure_packages() {
     done
     [ ${#missing[@]} -gt 0 ] || return 0
 
-    echo "Installing: ${missing[*]}"
     local as_root=()
-    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            echo "Packages are missing. As root: apt-get install --no-install-recommends" \
+                "${missing[*]}" >&2
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    echo "Installing: ${missing[*]}"
     "${as_root[@]}" apt-get update -qq
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends \
         "${missing[@]}" >/dev/null

@@ -65,8 +65,9 @@ void tst_Package::example_buildsAgainstThePackageAndRuns()
 {
     const QString build = folder.filePath(QStringLiteral("examples-build"));
     run(QStringLiteral(TALVENHR_CMAKE),
-        {QStringLiteral("-S"), QStringLiteral(TALVENHR_EXAMPLES_FOLDER), QStringLiteral("-B"),
-         build, QStringLiteral("-DCMAKE_PREFIX_PATH=") + folder.path(),
+        {QStringLiteral("-G"), QStringLiteral(TALVENHR_GENERATOR), QStringLiteral("-S"),
+         QStringLiteral(TALVENHR_EXAMPLES_FOLDER), QStringLiteral("-B"), build,
+         QStringLiteral("-DCMAKE_PREFIX_PATH=") + folder.path(),
          QStringLiteral("-DCMAKE_CXX_COMPILER=" TALVENHR_CXX)});
     run(QStringLiteral(TALVENHR_CMAKE), {QStringLiteral("--build"), build});
 
