@@ -10,8 +10,6 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
-#include <langinfo.h>
-
 namespace {
 
 const uint longWait = 5000; // milliseconds
@@ -23,9 +21,11 @@ bool wantsProgress(const RunOptions &options)
         && ProgressBar::isPossible();
 }
 
-bool localeIsUtf8()
+/// Whether Czech and Slovak names survive on their way into the log.
+bool localeKeepsLetters()
 {
-    return qstrcmp(nl_langinfo(CODESET), "UTF-8") == 0;
+    const QString letters = QStringLiteral("Ľř");
+    return QString::fromLocal8Bit(letters.toLocal8Bit()) == letters;
 }
 
 } // namespace
@@ -85,7 +85,7 @@ Failure RunSession::prepare()
             privateDatabase ? privateDatabase->parameters() : options.connection, options.force))
         return failure;
 
-    if (!localeIsUtf8())
+    if (!localeKeepsLetters())
         writer->warn(QStringLiteral("names will show as '?' in this locale; set LC_ALL=C.UTF-8"));
     return plugin.load();
 }

@@ -186,9 +186,8 @@ void tst_Run::noDatabaseOption_usesAPrivateServerOfTheUser()
     QVERIFY(QFileInfo(folder).isDir());
     const QStringList lines = program.lines();
     QVERIFY2(lines.value(0).contains(folder), qPrintable(lines.value(0)));
-    QCOMPARE(lines.value(1),
-             QStringLiteral("talvenhr: warning: names will show as '?' in this locale; "
-                            "set LC_ALL=C.UTF-8"));
+    // Qt writes UTF-8 also in this locale, so there is nothing to warn of.
+    QCOMPARE(lines.filter(QStringLiteral("in this locale")), QStringList());
 }
 
 void tst_Run::passwordFromTheEnvironmentIsNotHandedOn()
