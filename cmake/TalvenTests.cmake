@@ -3,13 +3,19 @@
 
 find_package(Qt5 REQUIRED COMPONENTS Test)
 
+# Sets the clock of a process.
+file(GLOB faketime_folders "/usr/lib/*/faketime" "/usr/lib/faketime")
+find_library(TALVENHR_FAKETIME_LIBRARY libfaketime.so.1 PATHS ${faketime_folders} REQUIRED)
+
 # talven_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [LABELS <label>...]
-#                 [TIMEOUT <seconds>] [TIME_ZONES <zone>...] [ENVIRONMENT <NAME=value>...])
+#                 [TIMEOUT <seconds>] [TIME_ZONES <zone>...] [ENVIRONMENT <NAME=value>...]
+#                 [FROZEN_CLOCK])
 #
 # An executable of Qt Test, registered with CTest. With TIME_ZONES it is registered once for each zone,
-# as <name>.<zone>; otherwise it runs in the zone of Bratislava.
+# as <name>.<zone>; otherwise it runs in the zone of Bratislava. With FROZEN_CLOCK it can set the
+# machine's clock for itself (tests/support/machineclock.h).
 function(talven_add_test name)
-    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS;TIME_ZONES;ENVIRONMENT" ${ARGN})
+    cmake_parse_arguments(arg "FROZEN_CLOCK" "TIMEOUT" "SOURCES;LIBRARIES;LABELS;TIME_ZONES;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     talven_target_defaults(${name})
     target_link_libraries(${name} PRIVATE talvenhr_testsupport ${arg_LIBRARIES})
@@ -19,6 +25,12 @@ function(talven_add_test name)
     endif()
     # Dates, hashes and letters come out the same everywhere.
     set(environment LC_ALL=C.UTF-8 QT_HASH_SEED=0 ${arg_ENVIRONMENT})
+    if(arg_FROZEN_CLOCK)
+        list(APPEND environment "LD_PRELOAD=${TALVENHR_FAKETIME_LIBRARY}" FAKETIME=+0
+            FAKETIME_NO_CACHE=1 FAKETIME_DONT_FAKE_MONOTONIC=1
+            # The sanitizer wants to be the first library of all, and need not be.
+            ASAN_OPTIONS=verify_asan_link_order=0)
+    endif()
     if(NOT arg_TIME_ZONES)
         add_test(NAME ${name} COMMAND ${name})
         set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment};TZ=Europe/Bratislava"

@@ -3,15 +3,17 @@
 // A worker on the private server, driven by hand.
 #include "support/databaseworker.h"
 
+#include "support/recordeddatabase.h"
+
 #include <QFile>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QtTest>
 
-DatabaseWorker::DatabaseWorker(TestDatabase &database) :
+DatabaseWorker::DatabaseWorker(TestDatabase &database, Calls calls) :
     peer(worker)
 {
-    worker.setOrvDb(database.handle());
+    worker.setOrvDb(calls == Recorded ? recordedHandle(database.handle()) : database.handle());
     connection.name = peer.db.connectionName();
     if (!peer.db.open())
         qFatal("no connection: %s", qPrintable(peer.db.lastError().text()));

@@ -16,7 +16,12 @@
 class DatabaseWorker
 {
 public:
-    explicit DatabaseWorker(TestDatabase &database);
+    enum Calls {
+        Unrecorded,
+        Recorded, ///< the calls of the database land in the log as well
+    };
+
+    explicit DatabaseWorker(TestDatabase &database, Calls calls = Unrecorded);
 
     /// One tick, on this thread. It ends with a closed connection.
     void tick();

@@ -124,6 +124,12 @@ QString TestDatabase::value(const QString &statement)
     return rows(statement).value(0).section(QLatin1Char('|'), 0, 0);
 }
 
+void TestDatabase::setClock(qint64 seconds)
+{
+    // Run by the server for every new connection, but for an administrator's.
+    execute(QStringLiteral("SET GLOBAL init_connect = 'SET timestamp = %1'").arg(seconds));
+}
+
 void TestDatabase::hideTable(const QString &table)
 {
     execute(QStringLiteral("RENAME TABLE `%1` TO `%1_hidden`").arg(table));

@@ -42,6 +42,9 @@ public:
     /// The first value of the first row.
     QString value(const QString &statement);
 
+    /// What UNIX_TIMESTAMP() is in every connection that the plugin's user opens from now on.
+    void setClock(qint64 seconds);
+
     /// Makes a table fail: it is renamed until showTable() is called.
     void hideTable(const QString &table);
     void showTable(const QString &table);
