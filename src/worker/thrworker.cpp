@@ -240,6 +240,7 @@ void THRWorker::doSync()
     if (logLevel > 1)
         qDebug("THRWorker::doSync() - stack count: %i", importedRecords.size());
     dbLoadBranches();
+    checkDovolenkaFond(3);
 
     while (!importedRecords.isEmpty()) {
         const EmployeeRecord record = importedRecords.first();

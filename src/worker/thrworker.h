@@ -99,6 +99,14 @@ public:
     /// Writes also in test mode. False when either statement failed; the first one stays in force.
     bool dbChangeLastCalc(uint uid, const QDate &date);
 
+    // PaM (thrworker_pam.cpp)
+    /// Puts the person on the list of selected people of the one PaM block. False when there is no
+    /// block or more than one, and on failure.
+    bool addPersonIntoPam(uint pid);
+    /// Enrols the person in a PaM settings block. True when the row stands, and in test mode, which
+    /// writes nothing.
+    bool dbAddPersonIntoPam(uint pid, uint pamSettingsID);
+
     // Branch and calendar (thrworker_branch.cpp)
     /// Reads the numbered branches. False when there is none, or on failure, which leaves none.
     bool dbLoadBranches();
@@ -112,6 +120,34 @@ public:
     /// Queues the person for his branch, if he is no member, and plans the group that carries his
     /// calendar. True when the calendar is in place or the person was queued.
     bool doSyncBranchAndCalendar(const EmployeeRecord &record);
+
+    // Leave fund (thrworker_fund.cpp)
+    /// Sets fundId to the fund of this number, if there is one.
+    void checkDovolenkaFond(ushort iid);
+    /// True when no correction of today exists. False also on failure.
+    bool dbCheckFundMove(uint pid);
+    /// True when the attendance of the person is at rest. `uid` is set as soon as the person is
+    /// found.
+    bool dbCheckAttendance(uint pid, uint *uid);
+    /// The balance in hundredths: all moves before this month, and this month's corrections before
+    /// today. `ok` is false when either could not be read; it then counts as 0.
+    int loadFundStatusAndMove3(uint pid, bool *ok);
+    /// Writes the correction of today, in hundredths, in place of an earlier one of today. True
+    /// when a row was written.
+    bool writeFundMove3(uint uid, int value);
+
+    // Supervisor (thrworker_supervisor.cpp)
+    /// Gives the supervisor's mark of a person to the administrator whom the record names, and
+    /// takes it from all others, in one transaction.
+    void processNadOsCis(const EmployeeRecord &record);
+    /// The administrator with this personal number, 0 when there is none or on failure.
+    uint dbGetAidByOsCis(uint osCis);
+    /// Takes the mark from the administrators of a person but for one. The rows changed, -1 on
+    /// failure.
+    int dbResetAdminPeopleRequest(uint aid, uint uid);
+    /// Gives the mark to an administrator, and makes the link that it stands on. The rows that the
+    /// database counts, -1 on failure.
+    int dbSetAdminPeopleRequest(uint aid, uint uid);
 
     // News for terminals (thrworker_terminal.cpp)
     /// Tells every terminal in service that holds the person and takes persons. `type` is what has
@@ -132,21 +168,40 @@ private Q_SLOTS:
 private:
     friend struct WorkerPeer; // the tests' view of the members
 
-    /// What a record changes against the last one of the same person in an export file.
+    /// What the leave fund says of a person before anything is compared.
+    struct FundCheck
+    {
+        uint uid = 0; ///< 0 when the person was not found
+        bool fundMoveOk = false;
+        bool attendanceOk = false;
+        bool fundPending = false; ///< the checks pass now and failed the last time
+
+        bool passed() const { return fundMoveOk && attendanceOk; }
+    };
+
+    /// What a record asks for, against the last one of the same person in an export file.
     struct Changes
     {
-        bool any;
-        bool evidenceState;
-        bool employmentType;
+        bool changed; ///< anything differs, or the leave balance is to be brought into line
+        bool esChanged; ///< another evidence state
+        bool tppChanged; ///< another type of employment relation
+        bool nocChanged; ///< a supervisor is named, and not the one of the last time
+        bool fundStep; ///< the leave balance is to be brought into line
     };
 
     void runPass();
     void addQueuedPeopleToBranches();
-    Changes changesSinceLast(const EmployeeRecord &record) const;
+    FundCheck checkFund(uint pid);
+    Changes changesSinceLast(const EmployeeRecord &record, const FundCheck &fund) const;
     bool syncUnknownPerson(const EmployeeRecord &record);
-    bool syncKnownPerson(const EmployeeRecord &record, const Changes &changes, bool *needLastCalc);
+    bool syncKnownPerson(const EmployeeRecord &record, const Changes &changes, uint uid,
+                         bool *needLastCalc);
+    bool correctBalance(const EmployeeRecord &record, uint uid);
     void assignBranchOrWait(const EmployeeRecord &record, bool changed);
     void reopenAttendance(const EmployeeRecord &record);
+    bool isCalculated(uint pid, uint *uid);
+    bool hasOpenDays(uint uid);
+    bool moveSupervisorMark(uint aid, uint uid);
 
     quint8 logLevel = 0;
     bool initDone = false;
@@ -174,5 +229,7 @@ private:
     QHash<uint, EmployeeRecord> dbPeople; ///< by pid, as last read from the database
     QMutex dbMutex; ///< around open and close of db
     uint departmentId = 1;
+    quint16 fundId = 0; ///< the leave fund, 0 when there is none
     QHash<ushort, QString> mes; ///< texts by evidence state
+    QHash<uint, bool> fundRetry; ///< by pid: the last checks of the fund failed
 };

@@ -146,7 +146,12 @@ bool THRWorker::dbAddPerson(const EmployeeRecord &record)
                   SQL_TEXT(query));
         return false;
     }
-    return query.lastInsertId().toInt() > 0 || query.numRowsAffected() > 0;
+    // Before the statements that follow: the insert id belongs to the connection's last one.
+    const bool written = query.lastInsertId().toInt() > 0 || query.numRowsAffected() > 0;
+    if (!addPersonIntoPam(record.pid()))
+        qWarning("THRWorker::dbAddPerson(%s) - addPersonIntoPam() FAILED!",
+                 qPrintable(record.pamId()));
+    return written;
 }
 
 bool THRWorker::dbUpdatePerson(const EmployeeRecord &record, bool changeLastCalc)

@@ -112,7 +112,10 @@ private Q_SLOTS:
 
 private:
     QStringList people();
+    /// Who stands on the list of the PaM block, and the rows of all who are enrolled.
+    QStringList enrolled();
     void force();
+    QString forceVariable();
 
     std::unique_ptr<TestDatabase> database;
 };
@@ -129,6 +132,7 @@ void tst_Pass::init()
 {
     database->clear();
     database->execute(QStringLiteral("INSERT INTO branches (bid, number) VALUES (70, 7), (80, 8)"));
+    database->execute(QStringLiteral("INSERT INTO vars VALUES ('exportPam.1.active', '1')"));
 }
 
 void tst_Pass::cleanupTestCase()
@@ -142,9 +146,23 @@ QStringList tst_Pass::people()
         QStringLiteral("SELECT pamId, name, surname, phone, status FROM people ORDER BY pid"));
 }
 
+QStringList tst_Pass::enrolled()
+{
+    return database->rows(
+               QStringLiteral("SELECT value FROM vars WHERE name='exportPam.1.selPeople'"))
+        + database->rows(QStringLiteral("SELECT pid, id FROM people_pam JOIN people USING(uid) "
+                                        "ORDER BY pid"));
+}
+
 void tst_Pass::force()
 {
     database->execute(QStringLiteral("REPLACE INTO vars VALUES ('OQS.THRWorker.forceSync', '1')"));
+}
+
+QString tst_Pass::forceVariable()
+{
+    return database->value(
+        QStringLiteral("SELECT value FROM vars WHERE name='OQS.THRWorker.forceSync'"));
 }
 
 // What a pass writes
@@ -185,6 +203,8 @@ void tst_Pass::firstPass_addsAndUpdates()
              QStringList {QStringLiteral("Mgr.|PhD.|%1|%2|NULL|4|1|NULL|5")
                               .arg(localSeconds(QDate(2020, 2, 29)))
                               .arg(localSeconds(QDate(2050, 6, 30), 23, 59, 59))});
+    // Only who is new.
+    QCOMPARE(enrolled(), lines({"10021", "10021|2"}));
 }
 
 void tst_Pass::firstPass_updatesIdenticalPeopleToo()
@@ -275,7 +295,8 @@ void tst_Pass::forcedPass_clearsTheVariable()
     QCOMPARE(takeOutcome(f.log),
              lines({"debug THRWorker: BEGIN synchronization #2 (force: YES)",
                     "debug THRWorker: END synchronization #2 (waiting records: 0)"}));
-    QCOMPARE(database->rows(QStringLiteral("SELECT name, value FROM vars")),
+    QCOMPARE(database->rows(QStringLiteral("SELECT name, value FROM vars "
+                                           "WHERE name NOT LIKE 'exportPam.%'")),
              lines({"OQS.THRWorker.forceSync|0"}));
     f.tick();
     QCOMPARE(f.peer.syncCount, 2u);
@@ -290,7 +311,7 @@ void tst_Pass::forcedPass_clearsTheVariableWithoutAFile()
     force();
     f.tick();
     QCOMPARE(f.peer.syncCount, 1u);
-    QCOMPARE(database->value(QStringLiteral("SELECT value FROM vars")), QStringLiteral("0"));
+    QCOMPARE(forceVariable(), QStringLiteral("0"));
 }
 
 void tst_Pass::forcedPass_bringsChangedRowsBackIntoLine()
@@ -373,6 +394,7 @@ void tst_Pass::personThatComesBack_isRevived()
     // The row keeps its branch; its person joins the one of the file.
     QCOMPARE(database->rows(QStringLiteral("SELECT bid FROM people")), lines({"80"}));
     QCOMPARE(database->rows(QStringLiteral("SELECT bid, uid FROM brape")), lines({"70|77"}));
+    QCOMPARE(enrolled(), lines({"10011", "10011|1"}));
 }
 
 void tst_Pass::evidenceState_opensAndClosesAnInterval()
@@ -442,6 +464,7 @@ void tst_Pass::refusedPerson_stopsNobodyElse()
                                 "error in your SQL syntax; ")),
              qPrintable(outcome.first()));
     QCOMPARE(people(), lines({"1001.1|Ján|Novák||1", "1003.1|Ján|Novák||1"}));
+    QCOMPARE(enrolled(), lines({"10011,10031", "10011|1", "10031|1"}));
     // It is remembered, and so not tried again.
     f.tick();
     QCOMPARE(takeOutcome(f.log), QStringList());
@@ -481,8 +504,11 @@ void tst_Pass::testMode_writesNoPerson()
                     "N-V: 1 Mar 2015 - ; ES: 0, RS:  -  '' TPP: 11  DOV: 0 NOC: 0) - Testing mode "
                     "is active, person not really update!",
                     "warning THRWorker::dbAddPerson(1002.1) - Testing mode is active, "
-                    "person not really add!"}));
+                    "person not really add!",
+                    "warning THRWorker::dbAddPersonIntoPam(pid: 10021, pamSettingsID: 1) - "
+                    "Testing mode is active, person not really add into PaM!"}));
     QCOMPARE(database->rows(QString::fromLatin1(allPeople)), before);
+    QCOMPARE(enrolled(), QStringList());
 }
 
 // Recalculation; found uids last as long as the process, so each function has a uid and pid of its
@@ -612,7 +638,7 @@ void tst_Pass::peopleNotLoaded_dropsTheLoad()
                  QStringLiteral("debug THRWorker: END synchronization #1 (waiting records: 0)")}));
     QVERIFY(f.peer.importedRecords.isEmpty());
     QVERIFY(f.peer.lastRecords.isEmpty());
-    QCOMPARE(database->value(QStringLiteral("SELECT value FROM vars")), QStringLiteral("0"));
+    QCOMPARE(forceVariable(), QStringLiteral("0"));
     // The file is gone, and its content with it.
     QVERIFY(!QFileInfo::exists(path));
     force();

@@ -74,6 +74,11 @@ private Q_SLOTS:
     void dbAddPerson_repeatedInTheSameSecondTouchesNothing();
     void dbAddPerson_apostropheIsRefused();
     void dbAddPerson_hiddenTable();
+    void dbAddPerson_listsThePersonInPam();
+    void dbAddPerson_staysAddedWithoutAList_data();
+    void dbAddPerson_staysAddedWithoutAList();
+    void dbAddPerson_hiddenVariablesKeepThePerson();
+    void dbAddPerson_resultIsNotThatOfTheList();
 
     void dbUpdatePerson_everyColumn();
     void dbUpdatePerson_withoutLastCalcKeepsTheMark();
@@ -126,6 +131,7 @@ void tst_PeopleTable::initTestCase()
 void tst_PeopleTable::init()
 {
     database->clear();
+    database->execute(QStringLiteral("INSERT INTO vars VALUES ('exportPam.1.active', '1')"));
 }
 
 void tst_PeopleTable::cleanupTestCase()
@@ -248,6 +254,81 @@ void tst_PeopleTable::dbAddPerson_hiddenTable()
     QCOMPARE(f.log.take(),
              lines({"critical THRWorker::dbAddPerson(1234.1) - SQL ERROR: Table "
                     "'attendance.people' doesn't exist QMYSQL: Unable to execute query"}));
+}
+
+void tst_PeopleTable::dbAddPerson_listsThePersonInPam()
+{
+    database->execute(
+        QStringLiteral("INSERT INTO vars VALUES ('exportPam.1.selPeople', '123412,,5')"));
+    database->execute(QStringLiteral("INSERT INTO people SET pid=77"));
+    DatabaseWorker f(*database);
+    f.setClock(someMoment);
+    const QString list = QStringLiteral(
+        "SELECT value FROM vars WHERE name='exportPam.1.selPeople'");
+    QVERIFY(f.worker.dbAddPerson(record()));
+    QCOMPARE(database->rows(list), lines({"123412,5,12341"}));
+    // Who stands there stays where he is; an apostrophe keeps a person out of both.
+    QVERIFY(f.worker.dbAddPerson(record().pid(7, 7)));
+    QVERIFY(f.worker.dbAddPerson(record()));
+    QVERIFY(!f.worker.dbAddPerson(record().pid(8, 8).phone(QStringLiteral("'"))));
+    QCOMPARE(database->rows(list), lines({"123412,5,12341,77"}));
+    QCOMPARE(f.log.takeMessages().size(), 1);
+    // The row for PaM is not its business.
+    QCOMPARE(database->rows(QStringLiteral("SELECT * FROM people_pam")), QStringList());
+}
+
+void tst_PeopleTable::dbAddPerson_staysAddedWithoutAList_data()
+{
+    QTest::addColumn<QString>("statement");
+    QTest::newRow("no block") << QStringLiteral("DELETE FROM vars");
+    QTest::newRow("two blocks") << QStringLiteral(
+        "INSERT INTO vars VALUES ('exportPam.2.active', '0')");
+}
+
+void tst_PeopleTable::dbAddPerson_staysAddedWithoutAList()
+{
+    QFETCH(QString, statement);
+    database->execute(statement);
+    const QString variables = QStringLiteral("SELECT name, value FROM vars ORDER BY name");
+    const QStringList before = database->rows(variables);
+    DatabaseWorker f(*database);
+    QVERIFY(f.worker.dbAddPerson(record()));
+    QCOMPARE(f.log.take(),
+             lines({"warning THRWorker::dbAddPerson(1234.1) - addPersonIntoPam() FAILED!"}));
+    QCOMPARE(database->rows(QStringLiteral("SELECT pid, status FROM people")), lines({"12341|1"}));
+    QCOMPARE(database->rows(variables), before);
+}
+
+void tst_PeopleTable::dbAddPerson_hiddenVariablesKeepThePerson()
+{
+    DatabaseWorker f(*database);
+    const HiddenTable hidden(*database, "vars");
+    QVERIFY(f.worker.dbAddPerson(record()));
+    QCOMPARE(
+        f.log.take(),
+        lines({"critical OrvDbSettings::variableGetMultiple - SQL ERROR:",
+               "critical Table 'attendance.vars' doesn't exist QMYSQL: Unable to execute query",
+               "warning THRWorker::dbAddPerson(1234.1) - addPersonIntoPam() FAILED!"}));
+    QCOMPARE(database->rows(QStringLiteral("SELECT pid, status FROM people")), lines({"12341|1"}));
+}
+
+void tst_PeopleTable::dbAddPerson_resultIsNotThatOfTheList()
+{
+    DatabaseWorker f(*database);
+    f.setClock(someMoment);
+    QVERIFY(f.worker.dbAddPerson(record()));
+    QVERIFY(f.worker.dbAddPerson(record())); // sets `edited`
+    // Writing a list now has an insert id, and rows; the person has neither.
+    database->execute(QStringLiteral("DELETE FROM vars WHERE name='exportPam.1.selPeople'"));
+    database->execute(QStringLiteral("ALTER TABLE vars ADD id INT UNSIGNED NOT NULL "
+                                     "AUTO_INCREMENT UNIQUE"));
+    const bool added = f.worker.dbAddPerson(record());
+    const QStringList list = database->rows(
+        QStringLiteral("SELECT value, id FROM vars WHERE name='exportPam.1.selPeople'"));
+    database->execute(QStringLiteral("ALTER TABLE vars DROP COLUMN id"));
+    QVERIFY(!added);
+    QCOMPARE(list, lines({"12341|2"}));
+    QCOMPARE(f.log.take(), QStringList());
 }
 
 // Updating

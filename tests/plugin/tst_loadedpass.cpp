@@ -83,6 +83,7 @@ void tst_LoadedPass::cleanupTestCase()
 void tst_LoadedPass::init()
 {
     database->clear();
+    database->execute(QStringLiteral("INSERT INTO vars VALUES ('exportPam.1.active', '1')"));
     log = std::make_unique<EventLog>();
     installation = std::make_unique<Installation>();
     installation->writeIni(
@@ -157,6 +158,13 @@ void tst_LoadedPass::pass_writesThePeopleOfTheExport()
                  QStringLiteral("772|77.2||Žofia|Ťažká|||4|1|4|%1|NULL").arg(midnight(2020, 7, 1)),
                  QStringLiteral("12341|1234.1|Ing.|Ján|Novák|PhD.|0905 123|1|1|4|%1|NULL")
                      .arg(midnight(2015, 3, 1))}));
+    // In file order, and each by his type of employment.
+    QCOMPARE(database->rows(QStringLiteral("SELECT value FROM vars "
+                                           "WHERE name='exportPam.1.selPeople'")),
+             lines({"12341,772"}));
+    QCOMPARE(database->rows(QStringLiteral("SELECT pid, id FROM people_pam JOIN people USING(uid) "
+                                           "ORDER BY pid")),
+             lines({"772|2", "12341|1"}));
     // Read, then removed.
     QVERIFY(!QFile::exists(installation->filePath(QStringLiteral("ron.data"))));
 }
@@ -259,8 +267,13 @@ void tst_LoadedPass::pass_inTestModeWritesNothing()
     delete loader.instance();
     QCOMPARE(log->take().filter(QStringLiteral("warning ")),
              lines({"warning THRWorker::dbAddPerson(1234.1) - Testing mode is active, "
-                    "person not really add!"}));
+                    "person not really add!",
+                    "warning THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 1) - "
+                    "Testing mode is active, person not really add into PaM!"}));
     QCOMPARE(database->rows(QStringLiteral("SELECT pid FROM people")), QStringList());
+    QCOMPARE(database->rows(QStringLiteral("SELECT uid FROM people_pam")), QStringList());
+    QCOMPARE(database->rows(QStringLiteral("SELECT name FROM vars")),
+             lines({"exportPam.1.active"}));
 }
 
 void tst_LoadedPass::pass_databaseThatIsAway()

@@ -10,12 +10,13 @@
 
 #include <QTemporaryDir>
 
-/// One to a test function: `WorkerFixture f;`. The worker's connection is open and its start() has
-/// not run; the log is empty and at level 0.
+/// One to a test function: `WorkerFixture f;`. The worker's connection is open, it can read and set
+/// variables, and its start() has not run; the log is empty and at level 0.
 class WorkerFixture
 {
 public:
     WorkerFixture();
+    ~WorkerFixture();
 
     /// Makes what start() makes, without a timer that ticks.
     void init();
@@ -23,6 +24,8 @@ public:
     void tick();
     /// Writes an export file of these lines into a folder of its own and tells the worker of it.
     QString writeExport(const QStringList &lines);
+    /// There is one PaM block, and it lists these people.
+    void listInPam(const QString &pids);
     QString filePath(const QString &name) const;
 
     // In this order: the log must outlive the worker, and the script the worker's connection.
@@ -32,5 +35,6 @@ public:
     WorkerPeer peer;
 
 private:
+    OrvDbSettings *const settings; // the worker's until init() makes others
     QTemporaryDir folder;
 };

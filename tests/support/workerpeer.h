@@ -34,7 +34,9 @@ struct WorkerPeer
         dbPeople(worker.dbPeople),
         dbMutex(worker.dbMutex),
         departmentId(worker.departmentId),
-        mes(worker.mes)
+        fundId(worker.fundId),
+        mes(worker.mes),
+        fundRetry(worker.fundRetry)
     { }
 
     quint8 &logLevel;
@@ -63,5 +65,7 @@ struct WorkerPeer
     QHash<uint, EmployeeRecord> &dbPeople;
     QMutex &dbMutex;
     uint &departmentId;
+    quint16 &fundId;
     QHash<ushort, QString> &mes;
+    QHash<uint, bool> &fundRetry;
 };

@@ -39,6 +39,30 @@ RecordBuilder fullRecord()
         .supervisor(5);
 }
 
+/// What is asked, once record() has been inserted, by a PaM block that lists him already.
+QStringList asking()
+{
+    return lines({"sql exec SELECT name, value FROM vars WHERE name LIKE 'exportPam.%.active%'",
+                  "sql exec SELECT value FROM vars WHERE name='exportPam.1.selPeople' LIMIT 1"});
+}
+
+/// As asking(), and the list that is written when it did not hold record().
+QStringList listing(const char *people)
+{
+    return asking()
+        + lines({"sql prepare INSERT INTO vars (name, value) VALUES(:name, :value) "
+                 "ON DUPLICATE KEY UPDATE value=VALUES(value);"})
+        + QStringList {QStringLiteral("sql run :name=exportPam.1.selPeople, :value=")
+                       + QString::fromLatin1(people)};
+}
+
+/// A worker to whose database record() can be added: PaM lists him.
+class Listed : public WorkerFixture
+{
+public:
+    Listed() { listInPam(QStringLiteral("12341")); }
+};
+
 QString seconds(const QDate &day)
 {
     return QString::number(localSeconds(day));
@@ -116,6 +140,13 @@ private Q_SLOTS:
     void dbAddPerson_levels_data();
     void dbAddPerson_levels();
     void dbAddPerson_failure();
+    void dbAddPerson_listsInPamWhateverTheResult_data();
+    void dbAddPerson_listsInPamWhateverTheResult();
+    void dbAddPerson_failedListingChangesNothing_data();
+    void dbAddPerson_failedListingChangesNothing();
+    void dbAddPerson_failedListingIsWarnedOfAtEveryLevel_data();
+    void dbAddPerson_failedListingIsWarnedOfAtEveryLevel();
+    void dbAddPerson_pidZeroIsNotListed();
 
     void dbUpdatePerson_statementWithLastCalc();
     void dbUpdatePerson_statementWithoutLastCalc();
@@ -291,7 +322,7 @@ void tst_People::dbChangeLastCalc_secondStatementFails()
 
 void tst_People::dbAddPerson_statement()
 {
-    WorkerFixture f;
+    Listed f;
     f.worker.setDepartmentId(9);
     f.peer.branches.insert(7, 70);
     f.worker.dbAddPerson(fullRecord());
@@ -301,19 +332,21 @@ void tst_People::dbAddPerson_statement()
                                           "'+421 900 111 222', %1, %2, UNIX_TIMESTAMP(), %3, %4, "
                                           "'materská', 4, 9, 3, 70")
                                .arg(seconds(QDate(2015, 3, 1)), lastSecond(QDate(2024, 3, 31)),
-                                    seconds(QDate(2024, 4, 1)), seconds(QDate(2024, 10, 27))))});
+                                    seconds(QDate(2024, 4, 1)), seconds(QDate(2024, 10, 27))))}
+                 + asking());
 }
 
 void tst_People::dbAddPerson_absentValues()
 {
-    WorkerFixture f;
+    Listed f;
     f.worker.setDepartmentId(0);
     f.worker.dbAddPerson(record().employed(QDate()).name(QString(), QStringLiteral("Novák")));
     QCOMPARE(f.log.take(),
              QStringList {insertion(QStringLiteral("'12341', '1234.1', '', '', 'Novák', '', '', "
                                                    "%1, NULL, UNIX_TIMESTAMP(), NULL, NULL, '', "
                                                    "1, NULL, 0, NULL")
-                                        .arg(seconds(QDate(2000, 1, 1))))});
+                                        .arg(seconds(QDate(2000, 1, 1))))}
+                 + asking());
 }
 
 void tst_People::dbAddPerson_result_data()
@@ -336,7 +369,7 @@ void tst_People::dbAddPerson_result()
     QFETCH(QVariant, insertId);
     QFETCH(int, affected);
     QFETCH(bool, added);
-    WorkerFixture f;
+    Listed f;
     f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(insertId).withAffected(affected);
     QCOMPARE(f.worker.dbAddPerson(record()), added);
     QCOMPARE(f.log.takeMessages(), QStringList());
@@ -355,21 +388,30 @@ void tst_People::dbAddPerson_levels()
 {
     QFETCH(int, level);
     QFETCH(bool, speaks);
-    WorkerFixture f;
+    Listed f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.dbAddPerson(fullRecord());
-    QStringList events = f.log.take();
-    QVERIFY(events.takeLast().startsWith(QStringLiteral("sql exec INSERT INTO people ")));
-    QCOMPARE(events,
-             speaks ? lines({"debug THRWorker::dbAddPerson(1234.1 Ing. Ján Novák PhD. "
-                             "(T: +421 900 111 222) N-V: 1 Mar 2015 - 31 Mar 2024 "
-                             "TPP: 51  K: 3  DOV: 12.5, S: 7)"})
-                    : QStringList());
+    QStringList expected;
+    if (speaks)
+        expected += lines({"debug THRWorker::dbAddPerson(1234.1 Ing. Ján Novák PhD. "
+                           "(T: +421 900 111 222) N-V: 1 Mar 2015 - 31 Mar 2024 "
+                           "TPP: 51  K: 3  DOV: 12.5, S: 7)"});
+    expected.append(
+        insertion(QStringLiteral("'12341', '1234.1', 'Ing.', 'Ján', 'Novák', 'PhD.', "
+                                 "'+421 900 111 222', %1, %2, UNIX_TIMESTAMP(), %3, %4, "
+                                 "'materská', 4, 1, 3, NULL")
+                      .arg(seconds(QDate(2015, 3, 1)), lastSecond(QDate(2024, 3, 31)),
+                           seconds(QDate(2024, 4, 1)), seconds(QDate(2024, 10, 27)))));
+    if (level == 2)
+        expected += lines({"debug THRWorker::addPersonIntoPam(12341)"});
+    QCOMPARE(f.log.take(), expected + asking());
 }
 
 void tst_People::dbAddPerson_failure()
 {
+    // Nobody is listed who was not written.
     WorkerFixture f;
+    f.listInPam(QString());
     f.script.on(QStringLiteral("INSERT INTO people"))
         .withInsertId(5)
         .withAffected(1)
@@ -380,6 +422,98 @@ void tst_People::dbAddPerson_failure()
     QCOMPARE(events.at(1),
              QStringLiteral("critical THRWorker::dbAddPerson(1234.1) - SQL ERROR: "
                             "syntax (scripted)"));
+}
+
+void tst_People::dbAddPerson_listsInPamWhateverTheResult_data()
+{
+    dbAddPerson_result_data();
+}
+
+void tst_People::dbAddPerson_listsInPamWhateverTheResult()
+{
+    QFETCH(QVariant, insertId);
+    QFETCH(int, affected);
+    QFETCH(bool, added);
+    WorkerFixture f;
+    f.listInPam(QStringLiteral("51,77"));
+    f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(insertId).withAffected(affected);
+    // The list is written, which says nothing of the person.
+    f.script.on(QStringLiteral("run :name="))
+        .withInsertId(added ? 0 : 9)
+        .withAffected(added ? 0 : 1);
+    QCOMPARE(f.worker.dbAddPerson(record()), added);
+    QCOMPARE(f.log.take(),
+             QStringList {plainInsertion(QStringLiteral("1, 1, 0, NULL"))}
+                 + listing("51,77,12341"));
+}
+
+void tst_People::dbAddPerson_failedListingChangesNothing_data()
+{
+    QTest::addColumn<QStringList>("blocks");
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("no block") << QStringList() << QStringList(asking().mid(0, 1));
+    QTest::newRow("two blocks") << lines({"exportPam.1.active", "exportPam.2.active"})
+                                << QStringList(asking().mid(0, 1));
+    QTest::newRow("list not written") << lines({"exportPam.1.active"})
+                                      << (listing("12341") << QStringLiteral(
+                                              "critical variableSet ERROR: \"denied (scripted)\""));
+}
+
+void tst_People::dbAddPerson_failedListingChangesNothing()
+{
+    QFETCH(QStringList, blocks);
+    QFETCH(QStringList, expected);
+    QVector<QVariantList> rows;
+    for (const QString &block : blocks)
+        rows.append({block, QStringLiteral("1")});
+    for (const int affected : {1, 0}) {
+        WorkerFixture f;
+        f.script.on(QStringLiteral("LIKE 'exportPam.%.active%'"))
+            .withRows({QStringLiteral("name"), QStringLiteral("value")}, rows);
+        f.script.on(QStringLiteral("run :name="))
+            .withError(QStringLiteral("1142"), QStringLiteral("denied"));
+        f.script.on(QStringLiteral("INSERT INTO people")).withAffected(affected);
+        QCOMPARE(f.worker.dbAddPerson(record()), affected == 1);
+        QCOMPARE(f.log.take(),
+                 QStringList {plainInsertion(QStringLiteral("1, 1, 0, NULL"))} + expected
+                     + lines({"warning THRWorker::dbAddPerson(1234.1) - addPersonIntoPam() "
+                              "FAILED!"}));
+    }
+}
+
+void tst_People::dbAddPerson_failedListingIsWarnedOfAtEveryLevel_data()
+{
+    QTest::addColumn<int>("level");
+    for (const int level : {0, 1, 2, 3})
+        QTest::newRow(qPrintable(QString::number(level))) << level;
+}
+
+void tst_People::dbAddPerson_failedListingIsWarnedOfAtEveryLevel()
+{
+    QFETCH(int, level);
+    WorkerFixture f;
+    f.worker.setLogLevel(static_cast<quint8>(level));
+    f.worker.dbAddPerson(record());
+    const QStringList events = f.log.take();
+    QCOMPARE(events.filter(QStringLiteral("warning ")),
+             lines({"warning THRWorker::dbAddPerson(1234.1) - addPersonIntoPam() FAILED!"}));
+    QVERIFY(events.last().startsWith(QStringLiteral("warning ")));
+}
+
+void tst_People::dbAddPerson_pidZeroIsNotListed()
+{
+    WorkerFixture f;
+    f.listInPam(QString());
+    f.script.on(QStringLiteral("INSERT INTO people")).withAffected(1);
+    // Together beyond 32 bits.
+    QVERIFY(f.worker.dbAddPerson(record().pid(4294967295u, 1)));
+    QCOMPARE(f.log.take(),
+             QStringList {insertion(QStringLiteral("'0', '4294967295.1', '', 'Ján', 'Novák', '', "
+                                                   "'', %1, NULL, UNIX_TIMESTAMP(), NULL, NULL, "
+                                                   "'', 1, 1, 0, NULL")
+                                        .arg(seconds(QDate(2015, 3, 1))))}
+                 + lines({"warning THRWorker::dbAddPerson(4294967295.1) - addPersonIntoPam() "
+                          "FAILED!"}));
 }
 
 // Updating a person
@@ -619,17 +753,15 @@ void tst_People::writes_personType()
 {
     QFETCH(int, tpp);
     QFETCH(QString, type);
-    WorkerFixture f;
+    Listed f;
     const EmployeeRecord employee = record().tpp(static_cast<ushort>(tpp));
     f.worker.dbAddPerson(employee);
     f.worker.dbUpdatePerson(employee, false);
-    QCOMPARE(
-        f.log.take(),
-        (QStringList {plainInsertion(QStringLiteral("%1, 1, 0, NULL").arg(type)),
-                      plainUpdate(QStringLiteral("rsBegin=NULL, rsEnd=NULL, rsText='', type=%1, "
-                                                 "did=1, calendarID=0, bid=NULL  "
-                                                 "WHERE pid=12341")
-                                      .arg(type))}));
+    QCOMPARE(f.log.take(),
+             (QStringList {plainInsertion(QStringLiteral("%1, 1, 0, NULL").arg(type))} + asking()
+              << plainUpdate(QStringLiteral("rsBegin=NULL, rsEnd=NULL, rsText='', type=%1, did=1, "
+                                            "calendarID=0, bid=NULL  WHERE pid=12341")
+                                 .arg(type))));
 }
 
 void tst_People::writes_branch_data()
@@ -647,17 +779,15 @@ void tst_People::writes_branch()
 {
     QFETCH(uint, stredisko);
     QFETCH(QString, bid);
-    WorkerFixture f;
+    Listed f;
     f.peer.branches = {{7u, 70u}, {9u, 0u}, {4294967295u, 4294967295u}};
     f.worker.dbAddPerson(record().branch(stredisko));
     f.worker.dbUpdatePerson(record().branch(stredisko), false);
-    QCOMPARE(
-        f.log.take(),
-        (QStringList {plainInsertion(QStringLiteral("1, 1, 0, %1").arg(bid)),
-                      plainUpdate(QStringLiteral("rsBegin=NULL, rsEnd=NULL, rsText='', type=1, "
-                                                 "did=1, calendarID=0, bid=%1  "
-                                                 "WHERE pid=12341")
-                                      .arg(bid))}));
+    QCOMPARE(f.log.take(),
+             (QStringList {plainInsertion(QStringLiteral("1, 1, 0, %1").arg(bid))} + asking()
+              << plainUpdate(QStringLiteral("rsBegin=NULL, rsEnd=NULL, rsText='', type=1, did=1, "
+                                            "calendarID=0, bid=%1  WHERE pid=12341")
+                                 .arg(bid))));
 }
 
 void tst_People::textsAreNeitherEscapedNorProtected_data()
@@ -718,10 +848,10 @@ void tst_People::textsAreNeitherEscapedNorProtected()
     QFETCH(EmployeeRecord, employee);
     QFETCH(QString, inserted);
     QFETCH(QString, updated);
-    WorkerFixture f;
+    Listed f;
     f.peer.branches.insert(7, 70);
     f.worker.dbAddPerson(employee);
-    QCOMPARE(f.log.take(), QStringList {inserted});
+    QCOMPARE(f.log.take(), QStringList {inserted} + asking());
     f.worker.dbUpdatePerson(employee, false);
     QCOMPARE(f.log.take(), QStringList {updated});
 }

@@ -44,6 +44,23 @@ QString adding()
                   QStringLiteral("1, 1, 0, NULL"));
 }
 
+/// What follows a statement that adds record(): a PaM block is asked for, which lists him already.
+QStringList asking(const QString &add = adding())
+{
+    return QStringList {add}
+    + lines({"sql exec SELECT name, value FROM vars WHERE name LIKE 'exportPam.%.active%'",
+             "sql exec SELECT value FROM vars WHERE name='exportPam.1.selPeople' LIMIT 1"});
+}
+
+/// As asking(), and the row for PaM once record() was added as a person of type 11.
+QStringList enrolling(const QString &add = adding())
+{
+    return asking(add)
+        + lines({"sql exec SELECT uid FROM people WHERE pid=12341",
+                 "sql exec INSERT INTO people_pam (uid, id) VALUES(41, 1) "
+                 "ON DUPLICATE KEY UPDATE id=VALUES(id)"});
+}
+
 /// The statement that updates record() of this phone; all from the interval on as given.
 QString updating(const QString &phone, const QString &fromTheInterval)
 {
@@ -103,6 +120,29 @@ QStringList reopening(uint uid)
                 .arg(seconds(first.addDays(-1)))
                 .arg(uid)};
 }
+
+/// A worker to which record() is unknown; PaM lists him all the same. With a uid the person can be
+/// added and enrolled, otherwise nothing changes a row.
+class NewPerson : public WorkerFixture
+{
+public:
+    explicit NewPerson(uint uid = 0)
+    {
+        listInPam(QStringLiteral("12341"));
+        if (uid == 0)
+            return;
+        script.on(QStringLiteral("INSERT INTO people (")).withInsertId(uid).withAffected(1);
+        script.on(QStringLiteral("SELECT uid FROM people WHERE pid="))
+            .withRows({QStringLiteral("uid")}, {{uid}});
+        script.on(QStringLiteral("INSERT INTO people_pam ")).withAffected(1);
+    }
+
+    QStringList sync(const EmployeeRecord &given)
+    {
+        worker.doSyncRecord(given);
+        return log.take();
+    }
+};
 
 /// A worker to which the person is known as in `row`, and nothing of any earlier export file. An
 /// update changes the row; the person's uid is 41.
@@ -207,27 +247,25 @@ void tst_Record::doSyncRecord_levels()
 
 void tst_Record::unknownPerson_isAddedAndRemembered()
 {
-    WorkerFixture f;
-    f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(5).withAffected(1);
-    f.worker.doSyncRecord(record());
-    QCOMPARE(f.log.take(), QStringList {adding()});
+    NewPerson f(41);
+    QCOMPARE(f.sync(record()), enrolling());
     QCOMPARE(f.peer.lastRecords.keys(), QList<uint> {12341});
     QVERIFY(f.peer.lastRecords.value(12341) == record().build());
     QVERIFY(f.peer.dbPeople.isEmpty());
+    // Without a fund.
+    QVERIFY(f.peer.fundRetry.isEmpty());
 
-    f.worker.doSyncRecord(record());
-    QCOMPARE(f.log.take(), QStringList());
+    QCOMPARE(f.sync(record()), QStringList());
 }
 
 void tst_Record::unknownPerson_isAddedWithTheIntervalOfToday()
 {
-    WorkerFixture f;
+    NewPerson f;
     f.worker.setMes({{ushort(21), QStringLiteral("MD")}});
-    f.worker.doSyncRecord(record().es(21));
-    QCOMPARE(f.log.take(),
-             QStringList {adding(QStringLiteral("NULL"),
-                                 seconds(today()) + QStringLiteral(", NULL, 'MD'"),
-                                 QStringLiteral("1, 1, 0, NULL"))});
+    QCOMPARE(
+        f.sync(record().es(21)),
+        asking(adding(QStringLiteral("NULL"), seconds(today()) + QStringLiteral(", NULL, 'MD'"),
+                      QStringLiteral("1, 1, 0, NULL"))));
 }
 
 void tst_Record::unknownPerson_isAddedOnlyIfCurrent_data()
@@ -247,47 +285,41 @@ void tst_Record::unknownPerson_isAddedOnlyIfCurrent()
 {
     QFETCH(EmployeeRecord, given);
     QFETCH(QString, end);
-    WorkerFixture f;
+    NewPerson f(41);
     QStringList expected;
     if (!end.isEmpty())
-        expected.append(
+        expected = enrolling(
             adding(end, QStringLiteral("NULL, NULL, ''"), QStringLiteral("1, 1, 0, NULL")));
-    f.worker.doSyncRecord(given);
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.sync(given), expected);
     // Remembered in either case.
     QVERIFY(f.peer.lastRecords.value(12341) == given);
 }
 
 void tst_Record::unknownPerson_failedAddIsNotRepeated()
 {
-    WorkerFixture f;
+    NewPerson f;
     f.script.on(QStringLiteral("INSERT INTO people"), 1)
         .withError(QStringLiteral("1064"), QStringLiteral("syntax"));
-    f.worker.doSyncRecord(record());
-    QCOMPARE(f.log.take(),
+    QCOMPARE(f.sync(record()),
              (QStringList {adding(),
                            QStringLiteral("critical THRWorker::dbAddPerson(1234.1) - SQL ERROR: "
                                           "syntax (scripted)")}));
     QVERIFY(f.peer.lastRecords.value(12341) == record().build());
 
-    f.worker.doSyncRecord(record());
-    QCOMPARE(f.log.take(), QStringList());
+    QCOMPARE(f.sync(record()), QStringList());
     // Until a forced pass or a change.
     f.peer.forceSync = true;
-    f.worker.doSyncRecord(record());
-    QCOMPARE(f.log.take(), QStringList {adding()});
+    QCOMPARE(f.sync(record()), asking());
     f.peer.forceSync = false;
-    f.worker.doSyncRecord(record().balance(1));
-    QCOMPARE(f.log.take(), QStringList {adding()});
+    QCOMPARE(f.sync(record().balance(1)), asking());
 }
 
 void tst_Record::unknownPerson_forcedUnchangedIsAddedAgain()
 {
-    WorkerFixture f;
+    NewPerson f(41);
     f.peer.lastRecords.insert(12341, record());
     f.peer.forceSync = true;
-    f.worker.doSyncRecord(record());
-    QCOMPARE(f.log.take(), QStringList {adding()});
+    QCOMPARE(f.sync(record()), enrolling());
 }
 
 void tst_Record::unknownPerson_forcedUnchangedNotCurrentStaysOut()
@@ -304,14 +336,12 @@ void tst_Record::unknownPerson_forcedUnchangedNotCurrentStaysOut()
 
 void tst_Record::unknownPerson_isNotReopened()
 {
-    WorkerFixture f;
-    f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(5).withAffected(1);
+    NewPerson f(41);
     f.peer.branches.insert(7, 70);
-    f.worker.doSyncRecord(record().branch(7).calendar(3, QDate(2020, 1, 1)));
-    QCOMPARE(f.log.take(),
-             (QStringList {adding(QStringLiteral("NULL"), QStringLiteral("NULL, NULL, ''"),
-                                  QStringLiteral("1, 1, 3, 70")),
-                           askingUid(12341)}
+    QCOMPARE(f.sync(record().branch(7).calendar(3, QDate(2020, 1, 1))),
+             (enrolling(adding(QStringLiteral("NULL"), QStringLiteral("NULL, NULL, ''"),
+                               QStringLiteral("1, 1, 3, 70")))
+              + QStringList {askingUid(12341)}
               + lines({"sql exec SELECT COUNT(*) FROM brape WHERE bid = 70 AND "
                        "uid = (SELECT uid FROM people WHERE pid = 12341 LIMIT 1);",
                        "sql exec SELECT gid FROM branches b LEFT JOIN mastergroups mg ON "
@@ -325,11 +355,9 @@ void tst_Record::unknownPerson_isNotReopened()
 
 void tst_Record::unknownPerson_stateIsAppliedToTheCopyAlone()
 {
-    WorkerFixture f;
-    f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(5).withAffected(1);
+    NewPerson f(41);
     f.worker.setMes({{ushort(21), QStringLiteral("MD")}});
-    f.worker.doSyncRecord(record().es(21));
-    f.log.clear();
+    f.sync(record().es(21));
     const EmployeeRecord kept = f.peer.lastRecords.value(12341);
     QVERIFY(!kept.rsBegin.isValid());
     QVERIFY(!kept.rsEnd.isValid());
@@ -426,20 +454,30 @@ void tst_Record::knownPerson_comparedFields()
 void tst_Record::knownPerson_fieldsOutsideTheComparison_data()
 {
     QTest::addColumn<EmployeeRecord>("given");
-    QTest::newRow("strediskoPopis") << record().branch(0, QStringLiteral("Sklad")).build();
-    QTest::newRow("stavPracovnihoPomeru") << record().relationState(2).build();
-    QTest::newRow("stavPracovnihoPomeru that ends") << record().relationState(4).build();
-    QTest::newRow("dovolenaZustatek") << record().balance(1.5).build();
-    QTest::newRow("nadOsCis named") << record().supervisor(6).build();
-    QTest::newRow("nadOsCis gone") << record().supervisor(0).build();
+    QTest::addColumn<QStringList>("events");
+    const auto add = [](const char *name, const EmployeeRecord &given,
+                        const QStringList &events = QStringList()) {
+        QTest::newRow(name) << given << events;
+    };
+    const RecordBuilder employee = record().supervisor(5);
+    add("strediskoPopis", RecordBuilder(employee).branch(0, QStringLiteral("Sklad")));
+    add("stavPracovnihoPomeru", RecordBuilder(employee).relationState(2));
+    add("stavPracovnihoPomeru that ends", RecordBuilder(employee).relationState(4));
+    add("dovolenaZustatek", RecordBuilder(employee).balance(1.5));
+    // No news for the row, but for the administrators.
+    add("nadOsCis named", record().supervisor(6),
+        lines({"sql exec SELECT aid FROM admins WHERE personalNumber = 6",
+               "warning THRWorker - admin s osobnym cislom 6 nebol najdeny!"}));
+    add("nadOsCis gone", record().supervisor(0));
 }
 
 void tst_Record::knownPerson_fieldsOutsideTheComparison()
 {
     QFETCH(EmployeeRecord, given);
+    QFETCH(QStringList, events);
     KnownPerson f(record());
     f.stated(record().supervisor(5));
-    QCOMPARE(f.sync(given), QStringList());
+    QCOMPARE(f.sync(given), events);
     QVERIFY(f.peer.lastRecords.value(12341) == given);
 }
 
@@ -555,11 +593,9 @@ void tst_Record::twoLinesOfOnePerson_secondIsComparedWithTheFirst()
 
 void tst_Record::twoLinesOfOneNewPerson_secondIsAddedToo()
 {
-    WorkerFixture f;
-    f.script.on(QStringLiteral("INSERT INTO people")).withInsertId(5).withAffected(1);
-    f.worker.doSyncRecord(record());
-    f.worker.doSyncRecord(record().balance(2));
-    QCOMPARE(f.log.take(), (QStringList {adding(), adding()}));
+    NewPerson f(41);
+    QCOMPARE(f.sync(record()), enrolling());
+    QCOMPARE(f.sync(record().balance(2)), enrolling());
 }
 
 // Attendance that has to be calculated again. Found uids last as long as the process: each of these

@@ -7,6 +7,7 @@
 #include "support/workerfixture.h"
 
 #include <QMetaMethod>
+#include <QRegularExpression>
 #include <QTimer>
 #include <QtTest>
 
@@ -23,6 +24,7 @@ const char loadPeople[]
       "USING(bid) WHERE p.status;";
 
 const char loadBranches[] = "sql exec SELECT bid, number FROM branches WHERE number IS NOT NULL;";
+const char findFund[] = "sql exec SELECT fid FROM funds WHERE iid = 3 AND unit=2;";
 
 QString addingToBranch(uint bid, const char *uids)
 {
@@ -143,7 +145,9 @@ void tst_Worker::startValues()
     QCOMPARE(peer.syncCommandRun, quint8(0));
     QVERIFY(peer.dbPeople.isEmpty());
     QCOMPARE(peer.departmentId, 1u);
+    QCOMPARE(peer.fundId, quint16(0));
     QVERIFY(peer.mes.isEmpty());
+    QVERIFY(peer.fundRetry.isEmpty());
 }
 
 void tst_Worker::setTimerInterval_data()
@@ -429,7 +433,7 @@ void tst_Worker::start_repeatedLeavesTheRepositoriesBehind()
     f.peer.importedRecords = {record().relationState(4)};
     f.worker.doSync();
     QCOMPARE(f.log.take(),
-             lines({loadBranches, "info BranchesRepository::addPeopleToBranch(70, '5')"})
+             lines({loadBranches, findFund, "info BranchesRepository::addPeopleToBranch(70, '5')"})
                  << addingToBranch(70, "5"));
     delete firstSettings;
 }
@@ -643,18 +647,31 @@ void tst_Worker::checkSync_wholeTickInOrder()
     f.writeExport({record().line()});
     f.tick();
     QCOMPARE(f.log.take(),
-             lines({"debug THRWorker::checkSync(): #1", "debug THRWorker::dbCheckOpen()",
-                    "sql open", readForce, "debug THRWorker: BEGIN synchronization #1 (force: NO)",
-                    "debug THRWorker::runCommand(): 'true'", "debug THRWorker::loadAndParseData()",
-                    "debug THRWorker::dbLoadPeople()", loadPeople,
+             lines({"debug THRWorker::checkSync(): #1",
+                    "debug THRWorker::dbCheckOpen()",
+                    "sql open",
+                    readForce,
+                    "debug THRWorker: BEGIN synchronization #1 (force: NO)",
+                    "debug THRWorker::runCommand(): 'true'",
+                    "debug THRWorker::loadAndParseData()",
+                    "debug THRWorker::dbLoadPeople()",
+                    loadPeople,
                     "debug THRWorker::doSync() - stack count: 1",
-                    "debug THRWorker::dbLoadBranches()", loadBranches,
+                    "debug THRWorker::dbLoadBranches()",
+                    loadBranches,
+                    "debug THRWorker::checkDovolenkaFond()",
+                    findFund,
+                    "info THRWorker::checkDovolenkaFond(): fid=0",
                     "debug THRWorker::dbAddPerson(1234.1  Ján Novák  (T: ) N-V: 1 Mar 2015 -  "
                     "TPP: 11  K: 0  DOV: 0, S: 0)",
                     "warning THRWorker::dbAddPerson(1234.1) - Testing mode is active, "
                     "person not really add!",
+                    "debug THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 1)",
+                    "warning THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 1) - "
+                    "Testing mode is active, person not really add into PaM!",
                     "debug THRWorker: END synchronization #1 (waiting records: 0)",
-                    "debug THRWorker::dbCheckOpen()", "sql close"}));
+                    "debug THRWorker::dbCheckOpen()",
+                    "sql close"}));
     QCOMPARE(f.peer.inProgress, false);
 }
 
@@ -694,9 +711,23 @@ void tst_Worker::checkSync_levelZeroPrintsNothing()
 {
     WorkerFixture f;
     f.init();
-    f.writeExport({exportHeader(), record().line(), QStringLiteral("bad line")});
+    // All that is written succeeds: a failure is told of at every level.
+    f.script.on(QStringLiteral("SELECT fid FROM funds")).withRows({QStringLiteral("fid")}, {{2}});
+    f.script.on(QStringLiteral("INSERT INTO people ")).withInsertId(41).withAffected(1);
+    f.listInPam(QString());
+    f.script.on(QStringLiteral("SELECT uid FROM people WHERE pid="))
+        .withRows({QStringLiteral("uid")}, {{41}});
+    f.script.on(QStringLiteral("INSERT INTO people_pam ")).withAffected(1);
+    f.script.on(QStringLiteral("SELECT aid FROM admins")).withRows({QStringLiteral("aid")}, {{6}});
+    f.script.on(QStringLiteral("SELECT uid FROM people WHERE pid = "))
+        .withRows({QStringLiteral("uid")}, {{41}});
+    f.writeExport({exportHeader(), record().supervisor(5).line(), QStringLiteral("bad line")});
     f.tick();
-    QCOMPARE(f.log.takeMessages(), QStringList());
+    const QStringList events = f.log.take();
+    QCOMPARE(events.filter(QRegularExpression(QStringLiteral("^(?!sql )"))), QStringList());
+    // Every step was taken.
+    QCOMPARE(events.filter(QStringLiteral("INSERT INTO people_pam ")).size(), 1);
+    QCOMPARE(events.filter(QStringLiteral("INSERT INTO admins_people ")).size(), 1);
 }
 
 void tst_Worker::checkSync_failedClearIsNotLookedAt()
