@@ -44,9 +44,9 @@ QString help()
                          "Exit codes:\n"
                          "  0  all went well\n"
                          "  1  the plugin logged errors\n"
-                         "  2  bad command or option, plugin not to be loaded, or settings not "
+                         "  2  bad command or option, plugin or settings not "
                          "usable\n"
-                         "  3  database not to be reached or not usable\n"
+                         "  3  database cannot be reached or used\n"
                          "  4  timed out\n");
 }
 

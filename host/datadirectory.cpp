@@ -31,6 +31,12 @@ uint tickMilliseconds(uint timerInterval)
     return qMax(timerInterval * 1000U, 1000U);
 }
 
+QString absoluteImportFile(const QString &importFile)
+{
+    return QFileInfo(importFile.isEmpty() ? QStringLiteral("ron.data") : importFile)
+        .absoluteFilePath();
+}
+
 } // namespace
 
 DataDirectory::DataDirectory(const QString &name)
@@ -67,6 +73,8 @@ Failure DataDirectory::readSettings(PluginSettings *settings) const
     settings->syncInterval = ini.value(QStringLiteral("syncInterval"), 60).toUInt();
     settings->tickMilliseconds = tickMilliseconds(
         ini.value(QStringLiteral("timerInterval"), 60).toUInt());
+    settings->importFile = absoluteImportFile(
+        ini.value(QStringLiteral("importFile"), QVariant()).toString());
     if (ini.status() != QSettings::NoError)
         return {ExitUsage,
                 QStringLiteral("the settings '%1' are not a valid INI file").arg(iniFile())};

@@ -13,6 +13,7 @@ struct PluginSettings
     bool enabled = false;
     uint syncInterval = 0; ///< ticks
     uint tickMilliseconds = 0;
+    QString importFile; ///< absolute
 };
 
 /// Tells the plugins that this process loads where their data directory is, without a trace on the

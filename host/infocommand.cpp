@@ -109,7 +109,7 @@ int infoCommand(const QStringList &arguments)
     parser.addOption(QStringLiteral("json"), QString(), QStringLiteral("as one JSON object"));
     parser.addSection(QStringLiteral("Exit codes"),
                       QStringLiteral("  0  all went well\n"
-                                     "  2  bad option, or plugin not to be loaded"));
+                                     "  2  bad option, or plugin cannot be loaded"));
 
     Failure failure = parser.parse(arguments);
     if (!failure && parser.helpWanted()) {

@@ -113,6 +113,10 @@ void MessageLog::take(QtMsgType type, const QString &text)
             endWorkerThread();
         Q_EMIT passEnded();
         break;
+    case PassWatch::ExportMissing:
+        if (!isShown(type, text, logLevel))
+            Q_EMIT exportMissing();
+        break;
     case PassWatch::DatabaseNotOpen:
         Q_EMIT databaseNotOpen();
         break;

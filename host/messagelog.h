@@ -39,6 +39,8 @@ public:
 
 Q_SIGNALS:
     void passEnded();
+    /// A pass has found no export file, and no shown message says so.
+    void exportMissing();
     void databaseNotOpen();
 
 private:

@@ -26,12 +26,7 @@ PassWatch::Event PassWatch::see(QtMsgType type, const QString &text)
     case QtDebugMsg:
         return seeDebug(text);
     case QtWarningMsg:
-        if (text == QLatin1String("TalvenHR is DISABLED"))
-            return PluginDisabled;
-        if (text == QLatin1String("THRWorker::checkSync() - database not open!"))
-            return DatabaseNotOpen;
-        seePersonTrouble(text, QStringLiteral(") - Testing mode is active, "));
-        return Nothing;
+        return seeWarning(text);
     case QtCriticalMsg:
         seePersonTrouble(text, QStringLiteral(") - SQL ERROR: "));
         return Nothing;
@@ -61,6 +56,7 @@ PassWatch::Event PassWatch::seeDebug(const QString &text)
     } else if (begins(text, "THRWorker::doSync() - stack count: ")) {
         passRecords = lastNumber(text);
         runFigures.records += passRecords;
+        exportMissing = false;
     } else if (begins(text, "THRWorker: BEGIN synchronization #")) {
         passRunning = true;
         passRecords = 0;
@@ -72,6 +68,22 @@ PassWatch::Event PassWatch::seeDebug(const QString &text)
         runFigures.waiting = lastNumber(text);
         return PassEnded;
     }
+    return Nothing;
+}
+
+PassWatch::Event PassWatch::seeWarning(const QString &text)
+{
+    if (text == QLatin1String("TalvenHR is DISABLED"))
+        return PluginDisabled;
+    if (text == QLatin1String("THRWorker::checkSync() - database not open!"))
+        return DatabaseNotOpen;
+    if (begins(text, "THRWorker::loadAndParseData() - file '")
+        && text.endsWith(QLatin1String("' NOT found!"))) {
+        const bool isNews = !exportMissing;
+        exportMissing = true;
+        return isNews ? ExportMissing : Nothing;
+    }
+    seePersonTrouble(text, QStringLiteral(") - Testing mode is active, "));
     return Nothing;
 }
 

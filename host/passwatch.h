@@ -29,6 +29,7 @@ public:
         PassBegan,
         RecordBegan, ///< only at log level 3
         PassEnded,
+        ExportMissing, ///< where there was one in the pass before, or none before
         DatabaseNotOpen, ///< a tick was lost
         PluginDisabled,
     };
@@ -43,10 +44,12 @@ public:
 
 private:
     Event seeDebug(const QString &text);
+    Event seeWarning(const QString &text);
     void seePersonTrouble(const QString &text, const QString &trouble);
 
     RunFigures runFigures;
     bool passRunning = false;
+    bool exportMissing = false;
     int passRecords = 0;
     int begunRecords = 0;
 };

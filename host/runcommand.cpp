@@ -18,13 +18,12 @@ void addSections(CommandParser *parser)
         QStringLiteral("Ctrl+C"),
         QStringLiteral("  A running pass comes to its end first, however often it is asked for.\n"
                        "  At a terminal, Ctrl+C also reaches the export command."));
-    parser->addSection(
-        QStringLiteral("Exit codes"),
-        QStringLiteral("  0  all went well\n"
-                       "  1  the plugin logged errors\n"
-                       "  2  bad option, plugin not to be loaded, or settings not usable\n"
-                       "  3  database not to be reached or not usable\n"
-                       "  4  timed out"));
+    parser->addSection(QStringLiteral("Exit codes"),
+                       QStringLiteral("  0  all went well\n"
+                                      "  1  the plugin logged errors\n"
+                                      "  2  bad option, plugin or settings not usable\n"
+                                      "  3  database cannot be reached or used\n"
+                                      "  4  timed out"));
     parser->addSection(
         QStringLiteral("Examples"),
         QStringLiteral("  talvenhr run --data-dir demo --once\n"

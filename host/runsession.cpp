@@ -40,6 +40,7 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     log.endAfterPasses(options.passes);
     connect(&signalWatch, SIGNAL(caught()), this, SLOT(endForSignal()));
     connect(&log, SIGNAL(passEnded()), this, SLOT(countPass()), Qt::QueuedConnection);
+    connect(&log, SIGNAL(exportMissing()), this, SLOT(tellMissingExport()), Qt::QueuedConnection);
     connect(&log, SIGNAL(databaseNotOpen()), this, SLOT(endForLostTick()), Qt::QueuedConnection);
 }
 
@@ -168,6 +169,11 @@ void RunSession::endForLostTick()
     fail(
         {ExitDatabase, QStringLiteral("the database cannot be opened any more; check its server")});
     finish();
+}
+
+void RunSession::tellMissingExport()
+{
+    writer->say(QStringLiteral("no export file at '%1'").arg(settings.importFile));
 }
 
 void RunSession::countPass()

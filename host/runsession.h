@@ -37,6 +37,7 @@ private Q_SLOTS:
     void endForTimeout();
     void endForDeadServer(const QString &reason);
     void endForLostTick();
+    void tellMissingExport();
     void countPass();
 
 private:

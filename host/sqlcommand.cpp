@@ -25,7 +25,7 @@ void addOptions(CommandParser *parser)
                        QStringLiteral("  0  all went well\n"
                                       "  1  a statement failed\n"
                                       "  2  bad option\n"
-                                      "  3  database not to be reached"));
+                                      "  3  database cannot be reached"));
     parser->addSection(QStringLiteral("Examples"),
                        QStringLiteral("  talvenhr sql\n"
                                       "  talvenhr sql --execute \"SELECT pamId, name, surname FROM "

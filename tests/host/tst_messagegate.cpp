@@ -88,6 +88,7 @@ private Q_SLOTS:
 
 private:
     void loadContent();
+    void writeExport();
     QVector<Message> messagesAt(int logLevel, int passes);
     QVector<Message> patientMessagesAt(int logLevel, int passes);
 
@@ -126,17 +127,30 @@ void tst_MessageGate::loadContent()
         qPrintable(error));
 }
 
+/// Somebody known, somebody new, a supervisor whom nobody knows, and what gives warnings and
+/// errors.
+void tst_MessageGate::writeExport()
+{
+    QString underSupervisor = Site::employee(7001, QStringLiteral("Dáša"));
+    underSupervisor.replace(QRegularExpression(QStringLiteral("0$")), QStringLiteral("1002"));
+    QString underNobody = Site::employee(7003, QStringLiteral("Jiří"));
+    underNobody.replace(QRegularExpression(QStringLiteral("0$")), QStringLiteral("9999"));
+    const QStringList lines {Site::header(),
+                             Site::employee(1001, QStringLiteral("Ľubomír")),
+                             QStringLiteral("too|short"),
+                             underSupervisor,
+                             Site::employee(7002, QStringLiteral("D'Arc")),
+                             underNobody};
+    site.writeFile(QStringLiteral("ron.data"), lines.join(QLatin1Char('\n')));
+}
+
 /// What the plugin itself logs when it runs at the level; nothing if it ran another number of
 /// passes.
 QVector<Message> tst_MessageGate::messagesAt(int logLevel, int passes)
 {
     loadContent();
+    writeExport();
     site.writeFile(QStringLiteral("passes"), QString());
-    const QStringList lines {Site::header(), Site::employee(1001, QStringLiteral("Ľubomír")),
-                             QStringLiteral("too|short"),
-                             Site::employee(7001, QStringLiteral("Dáša")),
-                             Site::employee(7002, QStringLiteral("D'Arc"))};
-    site.writeFile(QStringLiteral("ron.data"), lines.join(QLatin1Char('\n')));
     ConnectionParameters parameters;
     parameters.socket = server->socketPath();
     HostDatabase database;
@@ -203,23 +217,17 @@ void tst_MessageGate::filteredLevel3EqualsThePluginAtEachLevel()
 
 void tst_MessageGate::filteredLevel3EqualsTheProgramAtEachLevel()
 {
-    // In test mode nothing is written, so that all can run at the same time.
-    loadContent();
     site.set({QStringLiteral("testMode=true"), QStringLiteral("deleteFile=false")});
-    std::vector<std::unique_ptr<Program>> programs;
-    for (int logLevel = 0; logLevel <= 3; ++logLevel) {
-        programs.emplace_back(
-            new Program(site.runOptions(words(QStringLiteral("--once --log-level %1 --socket %2")
-                                                  .arg(logLevel)
-                                                  .arg(server->socketPath())))));
-        programs.back()->start();
-    }
-
     QVector<QStringList> texts;
-    for (const auto &program : programs) {
-        QCOMPARE(program->finish(), 0);
+    for (int logLevel = 0; logLevel <= 3; ++logLevel) {
+        loadContent();
+        writeExport();
+        Program program(site.runOptions(words(QStringLiteral("--once --log-level %1 --socket %2")
+                                                  .arg(logLevel)
+                                                  .arg(server->socketPath()))));
+        QCOMPARE(program.finish(), 0);
         // Without the time and the summary.
-        QStringList lines = program->lines();
+        QStringList lines = program.lines();
         QVERIFY(lines.takeLast().startsWith(QStringLiteral("talvenhr: 1 pass, ")));
         lines.replaceInStrings(QRegularExpression(QStringLiteral("^\\S+ ")), QString());
         texts.append(lines);

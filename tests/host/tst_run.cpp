@@ -26,6 +26,7 @@ private Q_SLOTS:
     void sql_makesNoDatabase();
     void passes_endsAfterSoMany();
     void once_isOnePassThoughTicksAreOverdue();
+    void missingExportIsToldOnce();
     void errorsOfThePassGiveExitCode1();
     void noDatabaseOption_usesAPrivateServerOfTheUser();
     void passwordFromTheEnvironmentIsNotHandedOn();
@@ -146,6 +147,26 @@ void tst_Run::once_isOnePassThoughTicksAreOverdue()
     QCOMPARE(program.finish(), 0);
     QCOMPARE(program.linesWith(QStringLiteral("BEGIN synchronization")).count(), 1);
     site.set({QStringLiteral("syncCommandRun=0")});
+}
+
+/// The plugin itself says so at level 2 and above.
+void tst_Run::missingExportIsToldOnce()
+{
+    Site bare;
+    bare.set({QStringLiteral("importFile=") + bare.path(QStringLiteral("none.data")),
+              QStringLiteral("syncInterval=1")});
+    const QString line = QStringLiteral("no export file at '%1'")
+                             .arg(bare.path(QStringLiteral("none.data")));
+    const QStringList passes = bare.runOptions({QStringLiteral("--private-db"), databasePath(),
+                                                QStringLiteral("--passes"), QStringLiteral("2")});
+    Program program(passes);
+    QCOMPARE(program.finish(), 0);
+    QCOMPARE(program.linesWith(QStringLiteral("talvenhr: ") + line).count(), 1);
+
+    Program talkative(passes + QStringList {QStringLiteral("--log-level"), QStringLiteral("2")});
+    QCOMPARE(talkative.finish(), 0);
+    QCOMPARE(talkative.linesWith(line).count(), 0);
+    QCOMPARE(talkative.linesWith(QStringLiteral("none.data' NOT found!")).count(), 2);
 }
 
 void tst_Run::errorsOfThePassGiveExitCode1()
