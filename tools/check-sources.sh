@@ -39,4 +39,14 @@ while read -r pinned; do
     git grep -qF "void $class::$slot(" -- tests || complain "no test $pinned"
 done < <(git grep -hoE 'tst_[A-Za-z]+::[A-Za-z0-9_]+' -- src docs | sort -u)
 
+# What administrators look up: every warning and error of the plugin, every key, every column.
+mapfile -t plugin < <(git ls-files --cached --others --exclude-standard 'src/*.cpp')
+while read -r text; do
+    grep -qF -- "\`$text" docs/administration.md || complain "docs/administration.md lacks: $text"
+done < <({
+    tools/literals.pl 'qWarning|qCritical|reportSqlError' "${plugin[@]}"
+    tools/literals.pl 'settings->value\(QStringLiteral' "${plugin[@]}"
+    grep -oE '"[A-Z][A-Za-z]+"' src/worker/thrworker_import.cpp | tr -d '"'
+} | sort -u)
+
 exit "$failed"
