@@ -15,6 +15,7 @@ fi
 here=$PWD
 data=$here/demo-data
 log=$data/run.log
+pid=20011 # the new employee whose road the demo shows: 2001.1
 export LC_ALL=C.UTF-8
 
 # --- Appearance ---------------------------------------------------------------------------------
@@ -126,16 +127,54 @@ snapshot() {
                FROM brape JOIN people p USING (uid) JOIN branches b ON b.bid = brape.bid"
         sql "SELECT CONCAT($who, 'on terminal ', t.tid, ' ', t.name)
                FROM people_term JOIN people p USING (uid) JOIN term t USING (tid)"
-        sql "SELECT CONCAT($who, 'under administrator ', a.aid, ' ', a.name)
+        sql "SELECT CONCAT($who, 'under administrator ', a.aid, ' ', a.name,
+                           IF(admins_people.request, ', the supervisor', ''))
                FROM admins_people JOIN people p USING (uid) JOIN admins a USING (aid)"
         sql "SELECT CONCAT($who, 'group from ', g.since, ' on: ', groups.name)
                FROM groups_plan g JOIN people p USING (uid) JOIN groups ON groups.gid = g.gid"
+        sql "SELECT CONCAT($who, 'enrolled in PaM, settings ', m.id)
+               FROM people_pam m JOIN people p USING (uid)"
     } | sort >"$data/memberships.$1"
     sql "SELECT CONCAT($who, 'terminal ', s.tid, ': ',
                        IF(s.type = 'U', 'changed', 'added'),
                        ', notice ', ROW_NUMBER() OVER (PARTITION BY s.ref_id, s.tid))
            FROM term_sync s JOIN people p ON p.uid = s.ref_id AND s.ref_col = 'uid'" |
         sort >"$data/queue.$1"
+    sql "SELECT CONCAT($who, 'correction of ', FROM_UNIXTIME(f.day, '%Y-%m-%d: '),
+                       IF(f.value > 0, '+', ''), ROUND(f.value / 100, 2), ' days')
+           FROM funds_move f JOIN people p USING (uid)
+          WHERE f.type = 3 AND f.day = midnightFromTs(UNIX_TIMESTAMP())" | sort >"$data/leave.$1"
+}
+
+# road NAME: all that the database holds of the one employee whom the demo follows.
+road() {
+    sql "WITH one AS (SELECT * FROM people WHERE pid = $pid)
+         SELECT CONCAT('person       ', pamId, ' ', title, ' ', name, ' ', surname, ' ', title2,
+                       FROM_UNIXTIME(begin, ', from %Y-%m-%d, type '), type) line FROM one
+         UNION ALL
+         SELECT CONCAT('PaM          settings ', m.id,
+                       IF(FIND_IN_SET(pid, v.value), ', on the list of selected people', ''))
+           FROM one JOIN people_pam m USING (uid) JOIN vars v ON v.name = 'exportPam.1.selPeople'
+         UNION ALL
+         SELECT CONCAT('branch       ', b.number, ' ', b.name)
+           FROM one JOIN brape USING (uid) JOIN branches b ON b.bid = brape.bid
+         UNION ALL
+         SELECT CONCAT('terminal     ', t.tid, ' ', t.name)
+           FROM one JOIN people_term USING (uid) JOIN term t USING (tid)
+         UNION ALL
+         SELECT CONCAT('supervisor   ', a.name) FROM one
+           JOIN admins_people l USING (uid) JOIN admins a USING (aid) WHERE l.request = 1
+         UNION ALL
+         SELECT CONCAT('calendar     ', g.name, ', planned from ', l.since)
+           FROM one JOIN groups_plan l USING (uid) JOIN groups g ON g.gid = l.gid
+         UNION ALL
+         SELECT CONCAT('leave        ', ROUND(COALESCE(SUM(f.value), 0) / 100, 2), ' days')
+           FROM one LEFT JOIN funds_move f ON f.uid = one.uid AND f.fid = 2
+         UNION ALL
+         SELECT CONCAT('queue        terminal ', s.tid, ': ',
+                       IF(s.type = 'U', 'changed', 'added'), ' (', COUNT(*), ')')
+           FROM one JOIN term_sync s ON s.ref_id = one.uid AND s.ref_col = 'uid'
+          GROUP BY s.tid, s.type" >"$data/road.$1"
 }
 
 # changes TABLE BEFORE AFTER: the rows that went (red) and came (green), by person.
@@ -154,6 +193,8 @@ show_changes() {
     changes memberships "$1" "$2"
     say '' "  ${dim}The queue to the terminals$plain"
     changes queue "$1" "$2"
+    say '' "  ${dim}Leave$plain"
+    changes leave "$1" "$2"
 }
 
 wait_for() {
@@ -167,9 +208,16 @@ wait_for() {
     done
 }
 
-# messages FROM TO: the plugin's log between two lines, without the stamps and the settings.
+# messages PASS: what the plugin logged of the one employee in a pass, and all warnings and errors.
+# Dots stand for the lines of the others. Left out are the stamps.
 messages() {
-    sed -n "/$1/,/$2/p" "$log" | cut -c25- | sed 's/^ *//' | indent
+    cut -c25- "$log" | sed 's/^ *//' | awk -v pass="#$1" -v pid="$pid" -v bid=1 '
+        /(BEGIN|END) synchronization/ && index($0, pass) { print_it = 1; inside = /BEGIN/ }
+        inside && /dbCheckFundMove\(/ { mine = index($0, "(pid: " pid ")") }
+        inside && /BranchesRepository::/ { mine = $0 ~ "\\(" bid "[,)]" }
+        inside && (mine || /^(warning|critical)/) { print_it = 1 }
+        print_it { print; print_it = 0; dots = 0; next }
+        inside && !dots { print "…"; dots = 1 }' | indent
 }
 
 # --- The show -----------------------------------------------------------------------------------------
@@ -212,23 +260,34 @@ trap 'kill "$run" 2>/dev/null || true' EXIT
 wait_for 'Start TalvenHR'
 snapshot before
 wait_for 'END synchronization #1'
-messages 'BEGIN synchronization #1' 'END synchronization #1'
 snapshot first
+road first
+say "  ${dim}What the log says of one new employee, 2001.1; all of it is in demo-data/run.log$plain" ''
+messages 1
 
-title 'What it did to the database'
+title 'The road of one employee: what the database now holds of 2001.1'
+indent <"$data/road.first"
+say '' "  ${dim}The leave comes with the next pass: when the fund was asked, there was no such person yet.$plain"
+
+title 'What the pass did for everybody'
 show_changes before first
+say '' "  ${dim}On the first pass after a start everybody counts as changed, so that terminals are told of people"
+say "  whose rows show no change.$plain"
 
-title 'A day later the export has changed; somebody forces a pass'
+title 'The export has changed; somebody forces a pass'
 write_export second_export
 sql "UPDATE vars SET value = 1 WHERE name = 'OQS.THRWorker.forceSync'"
 say "  ${dim}UPDATE vars SET value = 1 WHERE name = 'OQS.THRWorker.forceSync'$plain" ''
 wait_for 'END synchronization #2'
-messages 'BEGIN synchronization #2' 'END synchronization #2'
 trap - EXIT
 wait "$run" || true
 snapshot second
+road second
+messages 2
+say '' "  ${dim}New on the road of 2001.1$plain"
+comm -13 "$data/road.first" "$data/road.second" | sed "s/.*/$green+ &$plain/" | indent
 
-title 'What it did this time'
+title 'What it did this time for everybody'
 show_changes first second
 
 title 'In the end'
