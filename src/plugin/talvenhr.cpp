@@ -147,9 +147,9 @@ void TalvenHR::passOnSettings()
     worker->setDepartmentId(settings->value(QStringLiteral("departmentId"), 1).toUInt());
 }
 
-/// The group MES: texts by state code. Deliberate: a key that is no number lands on code 0, a key
-/// beyond 16 bits on its low 16 bits, and the last key of a code wins, without a message. Pinned by
-/// tst_Settings::stateTexts().
+/// The group MES: texts by state code. Deliberate: a key that is no 32-bit number lands on code
+/// 0, a key beyond 16 bits on its low 16 bits, and the last key of a code wins, without a message.
+/// Pinned by tst_Settings::stateTexts().
 void TalvenHR::passOnStateTexts()
 {
     QHash<ushort, QString> mes;

@@ -132,9 +132,9 @@ void THRWorker::start()
         qDebug("THRWorker::start()");
 
     // Deliberate: nothing ever sets initDone, so every start makes timer, settings access and
-    // repositories anew and leaves the earlier ones behind: the timer as a child out of reach of
-    // stop(), the repositories as children, the settings access unfreed. Pinned by
-    // tst_Worker::start_repeatedDoublesTheTicks().
+    // repositories anew and leaves the earlier ones behind: timer (out of reach of stop()) and
+    // repositories, children where they were made on this thread, and the settings access. Pinned
+    // by tst_Worker::start_repeatedDoublesTheTicks().
     if (!initDone && !init()) {
         qCritical("THRWorker NOT initialized properly - START was terminated!");
         return;

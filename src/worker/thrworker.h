@@ -103,8 +103,8 @@ public:
     /// Puts the person on the list of selected people of the one PaM block. False when there is no
     /// block or more than one, and on failure.
     bool addPersonIntoPam(uint pid);
-    /// Enrols the person in a PaM settings block. True when the row stands, and in test mode, which
-    /// writes nothing.
+    /// Enrols the person in a PaM settings block. True when a row was written, and in test mode,
+    /// which writes nothing.
     bool dbAddPersonIntoPam(uint pid, uint pamSettingsID);
 
     // Branch and calendar (thrworker_branch.cpp)

@@ -99,7 +99,8 @@ THRWorker::Changes THRWorker::changesSinceLast(const EmployeeRecord &record,
 }
 
 /// Adds the person, if the employment has not ended. True when the person was added. The balance
-/// has to wait: the person had no row when the fund was asked.
+/// is none of its business: a person without a row was not at rest when the fund was asked, so that
+/// a later pass corrects it.
 bool THRWorker::syncUnknownPerson(const EmployeeRecord &record)
 {
     if (!record.isCurrent())
