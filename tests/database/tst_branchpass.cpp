@@ -38,23 +38,6 @@ QString seconds(const QDate &day)
     return QString::number(localSeconds(day));
 }
 
-/// Hides a table for as long as it lives.
-class HiddenTable
-{
-public:
-    HiddenTable(TestDatabase &hidingDatabase, const char *tableName) :
-        database(hidingDatabase),
-        table(QString::fromLatin1(tableName))
-    {
-        database.hideTable(table);
-    }
-    ~HiddenTable() { database.showTable(table); }
-
-private:
-    TestDatabase &database;
-    const QString table;
-};
-
 } // namespace
 
 // All functions share one database: each has people of its own. The queue of the terminals is empty

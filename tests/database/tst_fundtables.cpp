@@ -13,23 +13,6 @@
 
 namespace {
 
-/// Hides a table for as long as it lives.
-class HiddenTable
-{
-public:
-    HiddenTable(TestDatabase &hidingDatabase, const char *tableName) :
-        database(hidingDatabase),
-        table(QString::fromLatin1(tableName))
-    {
-        database.hideTable(table);
-    }
-    ~HiddenTable() { database.showTable(table); }
-
-private:
-    TestDatabase &database;
-    const QString table;
-};
-
 /// A day in the middle of a month.
 const QDate someDay(2024, 3, 15);
 

@@ -8,27 +8,6 @@
 
 #include <memory>
 
-namespace {
-
-/// Hides a table for as long as it lives.
-class HiddenTable
-{
-public:
-    HiddenTable(TestDatabase &hidingDatabase, const char *tableName) :
-        database(hidingDatabase),
-        table(QString::fromLatin1(tableName))
-    {
-        database.hideTable(table);
-    }
-    ~HiddenTable() { database.showTable(table); }
-
-private:
-    TestDatabase &database;
-    const QString table;
-};
-
-} // namespace
-
 class tst_PamTables : public QObject
 {
     Q_OBJECT

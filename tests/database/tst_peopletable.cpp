@@ -14,23 +14,6 @@ namespace {
 
 const qint64 someMoment = 1700000000;
 
-/// Hides a table for as long as it lives.
-class HiddenTable
-{
-public:
-    HiddenTable(TestDatabase &hidingDatabase, const char *tableName) :
-        database(hidingDatabase),
-        table(QString::fromLatin1(tableName))
-    {
-        database.hideTable(table);
-    }
-    ~HiddenTable() { database.showTable(table); }
-
-private:
-    TestDatabase &database;
-    const QString table;
-};
-
 QString seconds(const QDate &day)
 {
     return QString::number(localSeconds(day));

@@ -10,23 +10,6 @@
 
 namespace {
 
-/// Hides a table for as long as it lives.
-class HiddenTable
-{
-public:
-    HiddenTable(TestDatabase &hidingDatabase, const char *tableName) :
-        database(hidingDatabase),
-        table(QString::fromLatin1(tableName))
-    {
-        database.hideTable(table);
-    }
-    ~HiddenTable() { database.showTable(table); }
-
-private:
-    TestDatabase &database;
-    const QString table;
-};
-
 /// Does something at each row of `admins_people` that is written, for as long as it lives.
 class Trigger
 {

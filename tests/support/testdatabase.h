@@ -59,3 +59,20 @@ private:
     QString failure;
     int handles = 0;
 };
+
+/// Makes a table fail for as long as it lives.
+class HiddenTable
+{
+public:
+    HiddenTable(TestDatabase &hidingDatabase, const char *tableName) :
+        database(hidingDatabase),
+        table(QString::fromLatin1(tableName))
+    {
+        database.hideTable(table);
+    }
+    ~HiddenTable() { database.showTable(table); }
+
+private:
+    TestDatabase &database;
+    const QString table;
+};
