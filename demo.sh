@@ -69,7 +69,7 @@ new_people() {
     employee 1012 1 '' 'Peter' 'Holý' '' '0900 001 012' "$this_month" '' 200 2 "$this_month" 11 1 0 20 1002
     employee 2001 1 MUDr. 'Přemysl' 'Žďárský' CSc. '' "$this_month" '' 100 1 "$this_month" 11 1 0 20 1001
     employee 2002 1 '' 'Čeněk' 'Ťapka' '' '777 123 456' "$this_month" '' 210 2 "$this_month" 11 1 1 20 1003
-    employee 2003 1 '' 'Ľubica' 'Ôsmaková' '' '' "$this_month" '2099-12-31' 300 2 "$this_month" 53 1 0 0 ''
+    employee 2003 1 '' 'Ľubica' 'Ôsmaková' '' '' "$this_month" '2037-12-31' 300 2 "$this_month" 53 1 0 0 ''
     employee 2004 1 '' 'Agáta' 'Šúrová' '' '' 'yesterday' '' 400 1 "$this_month" 65 1 0 20 1008
     # Has left before we ever met: not added.
     employee 2005 1 '' 'Vilém' 'Bývalý' '' '' 2019-01-01 2023-12-31 200 2 '' 11 4 3 0 ''
@@ -187,7 +187,7 @@ changes() {
 
 # show_changes BEFORE AFTER
 show_changes() {
-    say "  ${dim}  person  name                          phone         from        to          branch  active$plain"
+    say "  ${dim}  person  name                          phone         from        to          branch  active  state$plain"
     changes people "$1" "$2"
     say '' "  ${dim}Branch, terminals, administrators, groups$plain"
     changes memberships "$1" "$2"
@@ -248,8 +248,8 @@ EOF
 write_export first_export
 
 title 'The export file that the HR system left (18 columns)'
-cut -d'|' -f1,2,4,5,8-10,12,14,16 "$data/ron.data" | sed 's/ 00:00:00.000//g' | cut -c1-100 | indent
-say '' "  ${dim}Shown: numbers, name, first and last day, branch, calendar, type, state. The header and the last three"
+cut -d'|' -f1,2,4,5,8-10,12,14,16,18 "$data/ron.data" | sed 's/ 00:00:00.000//g' | tail -n +2 | indent
+say '' "  ${dim}Shown: numbers, name, first and last day, branch, calendar, type, state, supervisor. The last three"
 say "  lines are no employees.$plain"
 
 title 'The first pass'
@@ -267,12 +267,14 @@ messages 1
 
 title 'The road of one employee: what the database now holds of 2001.1'
 indent <"$data/road.first"
-say '' "  ${dim}The leave comes with the next pass: when the fund was asked, there was no such person yet.$plain"
+say '' "  ${dim}PaM is the export of times for pay. The leave comes with the next pass: when the fund was asked (NO OK),"
+say "  there was no such person yet.$plain"
 
 title 'What the pass did for everybody'
 show_changes before first
 say '' "  ${dim}On the first pass after a start everybody counts as changed, so that terminals are told of people"
-say "  whose rows show no change.$plain"
+say "  whose rows show no change. Only terminals in service that take persons are told. Leave is not corrected"
+say "  for whom it is right already, or whose attendance is not calculated (1005.1).$plain"
 
 title 'The export has changed; somebody forces a pass'
 write_export second_export
@@ -289,6 +291,7 @@ comm -13 "$data/road.first" "$data/road.second" | sed "s/.*/$green+ &$plain/" | 
 
 title 'What it did this time for everybody'
 show_changes first second
+say '' "  ${dim}Who changes branches stays in the old one, too, until somebody takes him out.$plain"
 
 title 'In the end'
 sed -n '/END synchronization #2/,$p' "$log" | tail -n +2 | cut -c1-100 | indent
