@@ -6,8 +6,8 @@
 DELETE FROM term_sync;
 UPDATE term SET syn = 0;
 
--- At 06:30 attendance was calculated. The sixth person's own calculation has not come yet: the day
--- of today was just opened for it.
+-- At 06:30 attendance was calculated. The sixth person's mark has not moved yet, and today's day was
+-- just opened for her.
 UPDATE atten SET ok = 1 WHERE ok < 0;
 UPDATE people
    SET lastCalc = UNIX_TIMESTAMP('2024-03-17'), calc = UNIX_TIMESTAMP('2024-03-18 06:30:00')

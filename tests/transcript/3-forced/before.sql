@@ -9,7 +9,7 @@ UPDATE vars SET value = '1' WHERE name = 'OQS.THRWorker.forceSync';
 DELETE FROM term_sync;
 UPDATE term SET syn = 0;
 
--- At 07:30 attendance was calculated, the sixth person's only at 07:50.
+-- At 07:30 attendance was calculated; the sixth person's calculation began at 07:50.
 UPDATE atten SET ok = 1 WHERE ok < 0;
 UPDATE people
    SET lastCalc = UNIX_TIMESTAMP('2024-03-17'), calc = UNIX_TIMESTAMP('2024-03-18 07:30:00')
