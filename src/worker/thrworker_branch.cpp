@@ -134,7 +134,7 @@ bool THRWorker::doSyncBranchAndCalendar(const EmployeeRecord &record)
     GroupsPlan plan;
     plan.gid = gid;
     plan.uid = uid;
-    plan.since = GroupsPlanRepo::monthFromDate(record.kalendarPlatnostOd);
+    plan.since = record.kalendarPlatnostOd.toString(QStringLiteral("yyyyMM")).toUInt();
     if (dbCheckGroupsPlan(plan.gid, plan.uid, plan.since))
         return true;
     if (!groupsPlanRepo->add(plan)) {
