@@ -34,8 +34,8 @@ class tst_SqlModes : public QObject
 private Q_SLOTS:
     void pass_data();
     void pass();
-    void backslashBeforeTheEndOfAText_data();
-    void backslashBeforeTheEndOfAText();
+    void surnameOfANewPerson_data();
+    void surnameOfANewPerson();
 };
 
 void tst_SqlModes::pass_data()
@@ -87,18 +87,24 @@ void tst_SqlModes::pass()
              troubles);
 }
 
-void tst_SqlModes::backslashBeforeTheEndOfAText_data()
+void tst_SqlModes::surnameOfANewPerson_data()
 {
     QTest::addColumn<QString>("mode");
+    QTest::addColumn<QString>("surname");
     QTest::addColumn<QStringList>("rows");
-    QTest::newRow("swallows the apostrophe behind it") << QString() << QStringList();
-    QTest::newRow("is a letter like others")
-        << QStringLiteral("NO_BACKSLASH_ESCAPES") << QStringList {QStringLiteral("AC\\DC\\")};
+    const QString backslash = QStringLiteral("AC\\DC\\");
+    QTest::newRow("a backslash swallows the apostrophe behind it")
+        << QString() << backslash << QStringList();
+    QTest::newRow("a backslash is a letter like others")
+        << QStringLiteral("NO_BACKSLASH_ESCAPES") << backslash << QStringList {backslash};
+    QTest::newRow("the empty texts beside it are refused")
+        << QStringLiteral("EMPTY_STRING_IS_NULL") << QStringLiteral("Malá") << QStringList();
 }
 
-void tst_SqlModes::backslashBeforeTheEndOfAText()
+void tst_SqlModes::surnameOfANewPerson()
 {
     QFETCH(QString, mode);
+    QFETCH(QString, surname);
     QFETCH(QStringList, rows);
     TestDatabase database;
     QVERIFY2(database.error().isEmpty(), qPrintable(database.error()));
@@ -107,8 +113,7 @@ void tst_SqlModes::backslashBeforeTheEndOfAText()
 
     DatabaseWorker f(database);
     f.peer.db.close();
-    f.writeExport(
-        {RecordBuilder().pid(4711, 1).name(QString(), QStringLiteral("AC\\DC\\")).line()});
+    f.writeExport({RecordBuilder().pid(4711, 1).name(QString(), surname).line()});
     f.tick();
     QCOMPARE(database.rows(QStringLiteral("SELECT surname FROM people")), rows);
     QCOMPARE(f.log.takeMatching({QStringLiteral("critical ")}).count(), rows.isEmpty() ? 1 : 0);
