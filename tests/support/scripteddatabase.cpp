@@ -13,6 +13,8 @@
 #include <QSqlRecord>
 #include <QSqlResult>
 
+#include <limits>
+
 namespace {
 
 ScriptedDatabase *current = nullptr;
@@ -229,9 +231,14 @@ ScriptedAnswer &ScriptedDatabase::on(const QString &text, int times)
 
 void ScriptedDatabase::failCall(int number, bool andAllLater)
 {
+    failCalls(number, andAllLater ? std::numeric_limits<int>::max() : number);
+}
+
+void ScriptedDatabase::failCalls(int first, int last)
+{
     const QMutexLocker locker(&scriptMutex);
-    failingCall = number;
-    laterCallsFail = andAllLater;
+    firstFailingCall = first;
+    lastFailingCall = last;
 }
 
 int ScriptedDatabase::callCount() const
@@ -255,7 +262,7 @@ ScriptedAnswer ScriptedDatabase::answerTo(const QString &call)
 {
     const QMutexLocker locker(&scriptMutex);
     ++calls;
-    if (failingCall > 0 && (calls == failingCall || (laterCallsFail && calls > failingCall)))
+    if (firstFailingCall > 0 && calls >= firstFailingCall && calls <= lastFailingCall)
         return ScriptedAnswer().withError(QStringLiteral("9999"), QStringLiteral("told to fail"));
     for (auto rule = rules.rbegin(); rule != rules.rend(); ++rule) {
         if ((*rule)->left == 0 || !call.contains((*rule)->text))

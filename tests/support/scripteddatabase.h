@@ -63,6 +63,8 @@ public:
 
     /// Numbers all calls from 1; the n-th, or every one from the n-th on, fails.
     void failCall(int number, bool andAllLater = false);
+    /// As failCall(), all from the first to the last; they fail no more after failCall(0).
+    void failCalls(int first, int last);
     int callCount() const;
 
     /// For the driver: writes the call down and gives its answer.
@@ -81,7 +83,7 @@ private:
     // Addresses of answers must last: a rule is filled after it was made.
     std::vector<std::unique_ptr<Rule>> rules;
     int calls = 0;
-    int failingCall = 0;
-    bool laterCallsFail = false;
+    int firstFailingCall = 0;
+    int lastFailingCall = 0;
     QStringList connectionNames;
 };
