@@ -6,6 +6,7 @@
 #include "support/eventlog.h"
 
 #include <QLibraryInfo>
+#include <QMutexLocker>
 #include <QPluginLoader>
 #include <QSqlDriver>
 #include <QSqlDriverPlugin>
@@ -18,9 +19,19 @@
 
 namespace {
 
-void writeDown(const QString &call)
+QMutex hookMutex;
+RecordedCallHook::Function hookFunction;
+
+/// Writes the call down. The error with which it has to fail; not valid when it goes on.
+QSqlError announce(const QString &call)
 {
     EventLog::record(QStringLiteral("sql ") + call);
+    RecordedCallHook::Function hook;
+    {
+        const QMutexLocker locker(&hookMutex);
+        hook = hookFunction;
+    }
+    return hook ? hook(call) : QSqlError();
 }
 
 /// Hands everything on to a query of the real driver.
@@ -35,14 +46,16 @@ public:
 protected:
     bool reset(const QString &statement) override
     {
-        writeDown(QStringLiteral("exec ") + statement);
-        return take(query.exec(statement));
+        const QSqlError fault = announce(QStringLiteral("exec ") + statement);
+        return fault.isValid() ? refuse(fault) : take(query.exec(statement));
     }
 
     bool prepare(const QString &) override
     {
         // As the caller wrote it: for this driver Qt has put names in the place of each "?".
-        writeDown(QStringLiteral("prepare ") + lastQuery());
+        const QSqlError fault = announce(QStringLiteral("prepare ") + lastQuery());
+        if (fault.isValid())
+            return refuse(fault);
         const bool prepared = query.prepare(lastQuery());
         setLastError(query.lastError());
         return prepared;
@@ -62,8 +75,9 @@ protected:
                 values.append(QString::number(i) + QLatin1Char('=') + text);
             }
         }
-        writeDown(QStringLiteral("run ") + values.join(QStringLiteral(", ")));
-        return take(query.exec());
+        const QSqlError fault = announce(QStringLiteral("run ")
+                                         + values.join(QStringLiteral(", ")));
+        return fault.isValid() ? refuse(fault) : take(query.exec());
     }
 
     QVariant data(int column) override { return query.value(column); }
@@ -85,6 +99,13 @@ private:
         setActive(done);
         setAt(QSql::BeforeFirstRow);
         return done;
+    }
+
+    bool refuse(const QSqlError &fault)
+    {
+        setLastError(fault);
+        setActive(false);
+        return false;
     }
 
     bool moved(bool found)
@@ -122,8 +143,10 @@ public:
     bool open(const QString &name, const QString &user, const QString &password,
               const QString &host, int port, const QString &options) override
     {
-        writeDown(QStringLiteral("open"));
-        const bool opened = outcome(real->open(name, user, password, host, port, options));
+        const QSqlError fault = announce(QStringLiteral("open"));
+        const bool opened = fault.isValid()
+            ? refuse(fault)
+            : outcome(real->open(name, user, password, host, port, options));
         setOpen(opened);
         setOpenError(!opened);
         return opened;
@@ -133,7 +156,7 @@ public:
     {
         if (!isOpen())
             return;
-        writeDown(QStringLiteral("close"));
+        announce(QStringLiteral("close"));
         real->close();
         setOpen(false);
     }
@@ -142,20 +165,20 @@ public:
 
     bool beginTransaction() override
     {
-        writeDown(QStringLiteral("begin"));
-        return outcome(real->beginTransaction());
+        const QSqlError fault = announce(QStringLiteral("begin"));
+        return fault.isValid() ? refuse(fault) : outcome(real->beginTransaction());
     }
 
     bool commitTransaction() override
     {
-        writeDown(QStringLiteral("commit"));
-        return outcome(real->commitTransaction());
+        const QSqlError fault = announce(QStringLiteral("commit"));
+        return fault.isValid() ? refuse(fault) : outcome(real->commitTransaction());
     }
 
     bool rollbackTransaction() override
     {
-        writeDown(QStringLiteral("rollback"));
-        return outcome(real->rollbackTransaction());
+        const QSqlError fault = announce(QStringLiteral("rollback"));
+        return fault.isValid() ? refuse(fault) : outcome(real->rollbackTransaction());
     }
 
 private:
@@ -163,6 +186,12 @@ private:
     {
         setLastError(real->lastError());
         return done;
+    }
+
+    bool refuse(const QSqlError &fault)
+    {
+        setLastError(fault);
+        return false;
     }
 
     const std::unique_ptr<QSqlDriver> real = realDriver();
@@ -185,4 +214,16 @@ QSqlDatabase recordedHandle(const QSqlDatabase &database)
     handle.setPort(database.port());
     handle.setConnectOptions(database.connectOptions());
     return handle;
+}
+
+RecordedCallHook::RecordedCallHook(const Function &function)
+{
+    const QMutexLocker locker(&hookMutex);
+    hookFunction = function;
+}
+
+RecordedCallHook::~RecordedCallHook()
+{
+    const QMutexLocker locker(&hookMutex);
+    hookFunction = nullptr;
 }

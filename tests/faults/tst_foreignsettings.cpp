@@ -1,0 +1,270 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A pass on a server with another time zone or other letters than the plugin's.
+#include "faults/faultround.h"
+
+#include <QtTest>
+
+#include <memory>
+
+class tst_ForeignSettings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void cleanup();
+    void timeZone_changesNothingOnMostDays_data();
+    void timeZone_changesNothingOnMostDays();
+    void timeZoneWest_secondBalanceOfADayReplacesTheFirst();
+    void timeZoneEast_secondBalanceOfADayIsRight();
+    void timeZoneSame_secondBalanceOfADayWaits();
+    void timeZone_countsTheFirstOfAMonthToTheMonthBefore();
+    void lettersOfTheSession_arePutRight();
+    void lettersOfTheTable_thatHasThem();
+    void lettersOfTheTable_refusedByAStrictServer();
+    void lettersOfTheTable_lostOnALenientServer();
+
+private:
+    void setTimeZone(const QString &zone);
+    void setLetters(const QString &set);
+    /// A pass after which the fund holds 12.50, then one of an export with this balance.
+    QStringList changeBalanceTwice(FaultRound &round, const QString &balance);
+    QString balance(FaultRound &round);
+    QStringList names();
+    /// The export with another name for C, who is new.
+    static QStringList exportNaming(const ServerCompany &company);
+
+    std::unique_ptr<FaultBench> bench;
+    TestDatabase *database = nullptr;
+    const UndisturbedRun *undisturbed = nullptr;
+};
+
+void tst_ForeignSettings::initTestCase()
+{
+    bench = std::make_unique<FaultBench>();
+    database = &bench->database;
+    undisturbed = bench->undisturbed.get();
+    QVERIFY2(undisturbed, qPrintable(database->error()));
+}
+
+void tst_ForeignSettings::cleanupTestCase()
+{
+    bench.reset();
+}
+
+void tst_ForeignSettings::cleanup()
+{
+    setTimeZone(QStringLiteral("SYSTEM"));
+    setLetters(QStringLiteral("utf8mb4"));
+    database->execute(QStringLiteral("SET GLOBAL sql_mode = DEFAULT"));
+    bench->clock.set(companyNow());
+}
+
+/// For new connections; the administrator's keeps the zone of the process.
+void tst_ForeignSettings::setTimeZone(const QString &zone)
+{
+    database->execute(QStringLiteral("SET GLOBAL time_zone = '%1'").arg(zone));
+}
+
+void tst_ForeignSettings::setLetters(const QString &set)
+{
+    database->execute(QStringLiteral("ALTER TABLE people CONVERT TO CHARACTER SET %1").arg(set));
+}
+
+QString tst_ForeignSettings::balance(FaultRound &round)
+{
+    return database->value(QStringLiteral("SELECT SUM(value) FROM funds_move WHERE uid = %1")
+                               .arg(round.company.uid(QStringLiteral("B"))));
+}
+
+QStringList tst_ForeignSettings::changeBalanceTwice(FaultRound &round, const QString &second)
+{
+    round.pass();
+    if (balance(round) != QLatin1String("1250"))
+        qFatal("the first balance is not right");
+    round.company.calculateAttendance();
+    QStringList file = round.company.exportLines();
+    file.replaceInStrings(QStringLiteral("|12.5|"), QStringLiteral("|%1|").arg(second));
+    round.f.writeExport(file);
+    return round.pass().filter(QRegularExpression(QStringLiteral("^(warning|critical) ")));
+}
+
+QStringList tst_ForeignSettings::names()
+{
+    return database->rows(QStringLiteral("SELECT name, surname FROM people WHERE type = 4"));
+}
+
+QStringList tst_ForeignSettings::exportNaming(const ServerCompany &company)
+{
+    QStringList file = company.exportLines();
+    file.last().replace(QStringLiteral("Ján|Novák"), QStringLiteral("Ľudmila|Ďurišová"));
+    return file;
+}
+
+// Time zones
+
+void tst_ForeignSettings::timeZone_changesNothingOnMostDays_data()
+{
+    QTest::addColumn<QString>("zone");
+    QTest::addColumn<QStringList>("complaints");
+    QTest::newRow("west") << QStringLiteral("-05:00") << QStringList();
+    QTest::newRow("Greenwich") << QStringLiteral("+00:00") << QStringList();
+    // The correction of today is not found, is written once more, and changes nothing.
+    QTest::newRow("east") << QStringLiteral("+08:00")
+                          << lines({"warning THRWorker::doSyncRecord() - funds_move type (type=3, "
+                                    "valeu=200) not writed for uid 102 (pid: 90021)"});
+}
+
+void tst_ForeignSettings::timeZone_changesNothingOnMostDays()
+{
+    QFETCH(QString, zone);
+    QFETCH(QStringList, complaints);
+    setTimeZone(zone);
+    FaultRound round(*database);
+    const QString difference = eventDifference(round.pass(),
+                                               ExpectedPass(0, Fault(), serverTable()).events());
+    QVERIFY2(difference.isEmpty(), qPrintable(difference));
+    QCOMPARE(contentDifference(undisturbed->contentAfter(), round.company.content()),
+             QStringList());
+    round.company.calculateAttendance();
+    round.company.force();
+    QCOMPARE(round.pass().filter(QRegularExpression(QStringLiteral("^(warning|critical) "))),
+             complaints);
+    round.company.calculateAttendance();
+    QCOMPARE(contentDifference(undisturbed->contentInTheEnd(), round.company.content()),
+             QStringList());
+}
+
+/// The correction of today lies before the server's midnight. So it is not found, counts towards
+/// the balance, and is replaced by what still lacks: 100 in the place of 200.
+void tst_ForeignSettings::timeZoneWest_secondBalanceOfADayReplacesTheFirst()
+{
+    setTimeZone(QStringLiteral("+00:00"));
+    FaultRound round(*database);
+    QCOMPARE(changeBalanceTwice(round, QStringLiteral("13.5")), QStringList());
+    QCOMPARE(balance(round), QStringLiteral("1150"));
+
+    // On the next day nobody asks again, unless the pass is forced.
+    const QDateTime tomorrow = companyNow().addDays(1);
+    bench->clock.set(tomorrow);
+    database->setClock(tomorrow.toSecsSinceEpoch());
+    setTimeZone(QStringLiteral("SYSTEM"));
+    round.company.calculateAttendance();
+    round.pass();
+    QCOMPARE(balance(round), QStringLiteral("1150"));
+    round.company.force();
+    round.pass();
+    QCOMPARE(balance(round), QStringLiteral("1350"));
+}
+
+/// The correction of today is not found either, but it does not count yet: the new one has all.
+void tst_ForeignSettings::timeZoneEast_secondBalanceOfADayIsRight()
+{
+    setTimeZone(QStringLiteral("+08:00"));
+    FaultRound round(*database);
+    QCOMPARE(changeBalanceTwice(round, QStringLiteral("13.5")), QStringList());
+    QCOMPARE(balance(round), QStringLiteral("1350"));
+}
+
+/// What it is like in one time zone.
+void tst_ForeignSettings::timeZoneSame_secondBalanceOfADayWaits()
+{
+    FaultRound round(*database);
+    QCOMPARE(changeBalanceTwice(round, QStringLiteral("13.5")), QStringList());
+    QCOMPARE(balance(round), QStringLiteral("1250"));
+    const QDateTime tomorrow = companyNow().addDays(1);
+    bench->clock.set(tomorrow);
+    database->setClock(tomorrow.toSecsSinceEpoch());
+    round.company.calculateAttendance();
+    round.pass();
+    QCOMPARE(balance(round), QStringLiteral("1350"));
+}
+
+/// The local midnight of 1 February is an hour of 31 January in Greenwich.
+void tst_ForeignSettings::timeZone_countsTheFirstOfAMonthToTheMonthBefore()
+{
+    setTimeZone(QStringLiteral("+00:00"));
+    FaultRound round(*database);
+    database->execute(
+        QStringLiteral("DELETE FROM atten WHERE `date` >= UNIX_TIMESTAMP('2026-02-01') "
+                       "AND `date` < UNIX_TIMESTAMP('2026-03-01')"));
+    database->execute(QStringLiteral("INSERT INTO atten (uid, `date`, ok) VALUES "
+                                     "(%1, UNIX_TIMESTAMP('2026-02-01'), 1)")
+                          .arg(round.company.uid(QStringLiteral("B"))));
+    round.pass();
+    QCOMPARE(database->rows(QStringLiteral("SELECT month, gid FROM groups_month ORDER BY month")),
+             lines({"202601|15", "202603|15"}));
+}
+
+// Letters
+
+/// The driver asks for UTF-8 itself, whatever the server has chosen.
+void tst_ForeignSettings::lettersOfTheSession_arePutRight()
+{
+    FaultRound round(*database);
+    database->execute(
+        QStringLiteral("SET GLOBAL init_connect = 'SET timestamp = %1; SET NAMES latin1'")
+            .arg(companyNow().toSecsSinceEpoch()));
+    for (const char *variable : {"client", "connection", "results", "server"})
+        database->execute(
+            QStringLiteral("SET GLOBAL character_set_%1 = latin1").arg(QLatin1String(variable)));
+    round.f.writeExport(exportNaming(round.company));
+    QCOMPARE(round.pass().filter(QRegularExpression(QStringLiteral("^(warning|critical) "))),
+             QStringList());
+    for (const char *variable : {"client", "connection", "results", "server"})
+        database->execute(
+            QStringLiteral("SET GLOBAL character_set_%1 = utf8mb4").arg(QLatin1String(variable)));
+    QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
+}
+
+void tst_ForeignSettings::lettersOfTheTable_thatHasThem()
+{
+    FaultRound round(*database);
+    setLetters(QStringLiteral("cp1250"));
+    round.f.writeExport(exportNaming(round.company));
+    QCOMPARE(round.pass().filter(QRegularExpression(QStringLiteral("^(warning|critical) "))),
+             QStringList());
+    QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
+}
+
+void tst_ForeignSettings::lettersOfTheTable_refusedByAStrictServer()
+{
+    FaultRound round(*database);
+    setLetters(QStringLiteral("latin1"));
+    round.f.writeExport(exportNaming(round.company));
+    const QStringList complaints = round.pass().filter(
+        QRegularExpression(QStringLiteral("^(warning|critical) ")));
+    QCOMPARE(complaints.size(), 1);
+    QVERIFY2(complaints.first().startsWith(
+                 QStringLiteral("critical THRWorker::dbAddPerson(9003.1) - SQL ERROR: "
+                                "Incorrect string value: '\\xC4\\xBDudmi"))
+                 && complaints.first().contains(
+                     QStringLiteral("for column `attendance`.`people`.`name`")),
+             qPrintable(complaints.first()));
+    QCOMPARE(names(), QStringList());
+
+    setLetters(QStringLiteral("utf8mb4"));
+    round.recover();
+    QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
+}
+
+/// Not a word of it; the next forced pass with the right letters finds that the row differs.
+void tst_ForeignSettings::lettersOfTheTable_lostOnALenientServer()
+{
+    FaultRound round(*database);
+    setLetters(QStringLiteral("latin1"));
+    database->execute(QStringLiteral("SET GLOBAL sql_mode = ''"));
+    round.f.writeExport(exportNaming(round.company));
+    QCOMPARE(round.pass().filter(QRegularExpression(QStringLiteral("^(warning|critical) "))),
+             QStringList());
+    QCOMPARE(names(), QStringList {QStringLiteral("?udmila|?urišová")});
+
+    setLetters(QStringLiteral("utf8mb4"));
+    round.recover();
+    QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
+}
+
+QTEST_GUILESS_MAIN(tst_ForeignSettings)
+#include "tst_foreignsettings.moc"

@@ -1,0 +1,208 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A pass whose connection is cut before any one of its calls, and one in which any one call fails.
+#include "faults/faultround.h"
+#include "support/recordeddatabase.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+/// Cuts the plugin's connection as an administrator does, and sees it go.
+void cutConnection(TestDatabase &database)
+{
+    const QString connections = QStringLiteral("SELECT id FROM information_schema.processlist "
+                                               "WHERE user = 'talvenhr'");
+    const QStringList ids = database.rows(connections);
+    QCOMPARE(ids.size(), 1);
+    database.execute(QStringLiteral("KILL CONNECTION ") + ids.first());
+    QElapsedTimer patience;
+    patience.start();
+    while (!database.rows(connections).isEmpty())
+        QVERIFY(patience.elapsed() < 10000);
+}
+
+/// Fails one call of the next pass, and leaves the connection alone.
+std::unique_ptr<RecordedCallHook> refusing(int call)
+{
+    const auto calls = std::make_shared<int>(0);
+    return std::make_unique<RecordedCallHook>([calls, call](const QString &) {
+        return ++*calls == call ? QSqlError(QStringLiteral("driver"), QStringLiteral("refused"),
+                                            QSqlError::StatementError, QStringLiteral("1114"))
+                                : QSqlError();
+    });
+}
+
+} // namespace
+
+class tst_LostConnection : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void connectionCut_endsAllThatFollows_data();
+    void connectionCut_endsAllThatFollows();
+    void connectionCut_plainPassSeesThoseWhoseLeaveWaits();
+    void statementRefused_othersGoOn_data();
+    void statementRefused_othersGoOn();
+    void commitRefused_nextTransactionCommits();
+    void commitRefused_endOfThePassUndoesAllThatFollows();
+
+private:
+    std::unique_ptr<FaultBench> bench;
+    TestDatabase *database = nullptr;
+    const UndisturbedRun *undisturbed = nullptr;
+};
+
+void tst_LostConnection::initTestCase()
+{
+    bench = std::make_unique<FaultBench>();
+    database = &bench->database;
+    undisturbed = bench->undisturbed.get();
+    QVERIFY2(undisturbed, qPrintable(database->error()));
+}
+
+void tst_LostConnection::cleanupTestCase()
+{
+    bench.reset();
+}
+
+void tst_LostConnection::connectionCut_endsAllThatFollows_data()
+{
+    QTest::addColumn<int>("call");
+    const QStringList ids = ExpectedPass(0, Fault(), serverTable()).calls();
+    // Not before the first, which opens it.
+    for (int i = 1; i < ids.size(); ++i)
+        QTest::addRow("before call %d: %s", i + 1, qPrintable(ids.at(i))) << i + 1;
+}
+
+/// What was written stands, but for a transaction under way; all later calls fail at once.
+void tst_LostConnection::connectionCut_endsAllThatFollows()
+{
+    QFETCH(int, call);
+    FaultRound round(*database);
+    int calls = 0;
+    auto hook = std::make_unique<RecordedCallHook>([&](const QString &) {
+        if (++calls == call)
+            cutConnection(*database);
+        return QSqlError();
+    });
+    round.comparePass(
+        *undisturbed, {call, 1000},
+        {QStringLiteral("2006"), QStringLiteral("(MySQL s|S)erver has gone away QMYSQL.*")},
+        [&] { hook.reset(); });
+    // Which is what an undisturbed pass has written by then.
+    const Fault fault {call, 1000};
+    QCOMPARE(undisturbed->contentAfter(ExpectedPass(0, fault, serverTable()), fault),
+             undisturbed->contentBefore(call));
+
+    const QString id = ExpectedPass(0, Fault(), serverTable()).calls().at(call - 1);
+    const bool prepared = QStringList {QStringLiteral("A.listed"), QStringLiteral("C.listed"),
+                                       QStringLiteral("cleared")}
+                              .contains(id);
+    QCOMPARE(round.driverComplaints(), prepared ? 1 : 0);
+}
+
+/// The force variable, still set, makes the next pass a forced one. Without it only those are
+/// looked at again whose balance had to wait: A, who was new, but neither B nor C.
+void tst_LostConnection::connectionCut_plainPassSeesThoseWhoseLeaveWaits()
+{
+    FaultRound round(*database);
+    int calls = 0;
+    auto hook = std::make_unique<RecordedCallHook>([&](const QString &) {
+        if (++calls == numberOf(QStringLiteral("C.move")))
+            cutConnection(*database);
+        return QSqlError();
+    });
+    round.pass();
+    hook.reset();
+    QCOMPARE(database->value(QStringLiteral("SELECT value FROM vars "
+                                            "WHERE name = 'OQS.THRWorker.forceSync'")),
+             QStringLiteral("1"));
+    database->execute(QStringLiteral("UPDATE vars SET value = '0' "
+                                     "WHERE name = 'OQS.THRWorker.forceSync'"));
+    const QStringList before = round.company.content();
+    round.pass();
+    QCOMPARE(
+        contentDifference(before, round.company.content()),
+        lines({"+admins_people 8|A|0", "+admins_people 9|A|0", "+brape 1|A|2026-03-17 12:00:00",
+               "+funds_move A|3|2026-03-17 00:00:00|202603|300", "+people_term 31|A",
+               "+people_term 32|A", "+term 31|2", "+term 32|2",
+               "+term_sync 31|I|people_term|uid|A|2026-03-17 12:00:00|2",
+               "+term_sync 32|I|people_term|uid|A|2026-03-17 12:00:00|2", "-term 31|0",
+               "-term 32|0"}));
+    round.recover();
+    QCOMPARE(contentDifference(undisturbed->contentInTheEnd(), round.company.content()),
+             QStringList());
+}
+
+void tst_LostConnection::statementRefused_othersGoOn_data()
+{
+    QTest::addColumn<int>("call");
+    const QStringList ids = ExpectedPass(0, Fault(), serverTable()).calls();
+    // Not the last, which closes the connection; the commits have tests of their own.
+    for (int i = 0; i + 1 < ids.size(); ++i) {
+        if (!ids.at(i).endsWith(QLatin1String(".commit")))
+            QTest::addRow("call %d: %s", i + 1, qPrintable(ids.at(i))) << i + 1;
+    }
+}
+
+/// As when a table is full: the connection stays.
+void tst_LostConnection::statementRefused_othersGoOn()
+{
+    QFETCH(int, call);
+    FaultRound round(*database);
+    std::unique_ptr<RecordedCallHook> hook = refusing(call);
+    round.comparePass(*undisturbed, {call, call},
+                      {QStringLiteral("1114"), QStringLiteral("refused driver")},
+                      [&] { hook.reset(); });
+}
+
+/// Nobody looks at what becomes of a commit: its transaction goes on, and the next one's begin
+/// commits it.
+void tst_LostConnection::commitRefused_nextTransactionCommits()
+{
+    FaultRound round(*database);
+    std::unique_ptr<RecordedCallHook> hook = refusing(numberOf(QStringLiteral("A.commit")));
+    const QString difference = eventDifference(round.pass(),
+                                               ExpectedPass(0, Fault(), serverTable()).events());
+    QVERIFY2(difference.isEmpty(), qPrintable(difference));
+    hook.reset();
+    QCOMPARE(contentDifference(undisturbed->contentAfter(), round.company.content()),
+             QStringList());
+}
+
+/// Without a next one the transaction takes in all that follows, and the end of the tick undoes it:
+/// not a word in the log, and the database as it was before the transaction.
+void tst_LostConnection::commitRefused_endOfThePassUndoesAllThatFollows()
+{
+    FaultRound round(*database);
+    std::unique_ptr<RecordedCallHook> hook = refusing(numberOf(QStringLiteral("B.commit")));
+    const QStringList events = round.pass();
+    hook.reset();
+    QCOMPARE(events.filter(QRegularExpression(QStringLiteral("^(warning|critical) "))),
+             QStringList());
+    QVERIFY(events.join(QLatin1Char(' ')).contains(QStringLiteral("exec INSERT INTO brape")));
+    // The server notices that the connection has gone.
+    QTRY_COMPARE(database->value(QStringLiteral("SELECT COUNT(*) FROM "
+                                                "information_schema.processlist "
+                                                "WHERE user = 'talvenhr'")),
+                 QStringLiteral("0"));
+    QCOMPARE(contentDifference(undisturbed->contentBefore(numberOf(QStringLiteral("B.begin"))),
+                               round.company.content()),
+             QStringList());
+
+    // As if the connection had been lost there.
+    round.recover();
+    QCOMPARE(
+        contentDifference(undisturbed->contentInTheEnd(), round.company.content()),
+        lossesOf(ExpectedPass(0, {numberOf(QStringLiteral("B.commit")), 1000}, serverTable())));
+}
+
+QTEST_GUILESS_MAIN(tst_LostConnection)
+#include "tst_lostconnection.moc"
