@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The built library, loaded as a server loads it, with a look at its members.
+#include "loadedplugin.h"
+
+#include <QFile>
+#include <QSemaphore>
+#include <QTimer>
+#include <QtTest>
+
+LoadedPlugin::LoadedPlugin()
+{
+    loader.setFileName(QStringLiteral(TALVENHR_PLUGIN_FILE));
+    loader.setLoadHints({}); // otherwise the library stays in memory when it is unloaded
+}
+
+LoadedPlugin::~LoadedPlugin()
+{
+    unload();
+}
+
+void LoadedPlugin::writeIni(const QStringList &lines)
+{
+    installation.writeIni(QStringList {QStringLiteral("enabled=true"),
+                                       QStringLiteral("timerInterval=3600"),
+                                       QStringLiteral("importFile=") + exportPath()}
+                          + lines);
+}
+
+void LoadedPlugin::writeExport(const QStringList &lines)
+{
+    const QString draft = exportPath() + QStringLiteral(".new");
+    QFile::remove(exportPath());
+    QFile file(draft);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    for (const QString &line : lines)
+        file.write(line.toUtf8() + '\n');
+    file.close();
+    QVERIFY(file.rename(exportPath()));
+}
+
+void LoadedPlugin::create(quint8 logLevel, const QSqlDatabase &handle)
+{
+    if (!loader.isLoaded() && !loader.load())
+        qFatal("%s", qPrintable(loader.errorString()));
+    plugin = static_cast<TalvenHR *>(loader.instance());
+    plugin->setLogLevel(logLevel);
+    plugin->setDatabase(handle);
+}
+
+void LoadedPlugin::start()
+{
+    QVERIFY(server().start());
+    onWorkerThread();
+}
+
+void LoadedPlugin::destroy()
+{
+    delete plugin;
+    plugin = nullptr;
+}
+
+void LoadedPlugin::unload()
+{
+    plugin = nullptr;
+    if (loader.isLoaded())
+        loader.unload();
+}
+
+bool LoadedPlugin::isMapped() const
+{
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    return maps.open(QIODevice::ReadOnly)
+        && maps.readAll().contains(QFile::encodeName(loader.fileName()));
+}
+
+void LoadedPlugin::onWorkerThread(const std::function<void()> &step)
+{
+    QObject trigger;
+    QObject::connect(&trigger, &QObject::objectNameChanged, peer().worker, step,
+                     Qt::BlockingQueuedConnection);
+    trigger.setObjectName(QStringLiteral("now"));
+}
+
+void LoadedPlugin::tick()
+{
+    QVERIFY(QMetaObject::invokeMethod(peer().worker, "checkSync", Qt::BlockingQueuedConnection));
+}
+
+void LoadedPlugin::tickEvery(int interval)
+{
+    onWorkerThread([this, interval] { worker().timer->start(interval); });
+}
