@@ -1,0 +1,250 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A day of the plugin in a minute: thousands of ticks, hundreds of passes over changing exports,
+// and a server that goes and comes back.
+#include "busycompany.h"
+#include "loadedplugin.h"
+#include "resources.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTimer>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+const int tickInterval = 1; // milliseconds
+const int longestWait = 60000; // milliseconds
+const char ticksVariable[] = "TALVENHR_SOAK_TICKS"; // environment: how many ticks at least
+const uint defaultTicks = 6000;
+const uint ticksToAPass = 10;
+const uint ticksToARestart = 1400;
+const int fewestRestarts = 4;
+
+/// What the allocator may keep for itself between the warm-up and the end.
+const qint64 heapPlay = 256 * 1024; // bytes
+const qint64 residentPlay = 8 * 1024 * 1024; // bytes
+
+} // namespace
+
+class tst_Soak : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void day();
+
+private:
+    struct Progress
+    {
+        uint ticks;
+        uint passes;
+    };
+
+    Progress progress();
+    void round(bool withExport, bool forced);
+    void restartServer(bool withExport);
+    bool waitFor(const char *event);
+    void checkLog(const QStringList &events) const;
+    void compareRows();
+    int serverConnections();
+    Resources betweenTicks();
+    void print(const Resources &warm, const Resources &end, qint64 warmResident,
+               qint64 milliseconds);
+
+    std::unique_ptr<TestDatabase> database;
+    QSqlDatabase handle;
+    std::unique_ptr<LoadedPlugin> plugin;
+    std::unique_ptr<BusyCompany> company;
+    int exports = 0;
+    int forcedPasses = 0;
+    int restarted = 0;
+    int mostConnections = 0;
+};
+
+void tst_Soak::initTestCase()
+{
+    countObjects();
+    database = std::make_unique<TestDatabase>();
+    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
+    handle = database->handle();
+    plugin = std::make_unique<LoadedPlugin>();
+    plugin->writeIni({QStringLiteral("syncInterval=%1").arg(ticksToAPass)});
+    company = std::make_unique<BusyCompany>(*database, 20261121, 40);
+    plugin->create(1, handle);
+    plugin->start();
+    plugin->tickEvery(tickInterval);
+}
+
+void tst_Soak::cleanupTestCase()
+{
+    if (plugin) {
+        plugin->unload();
+        plugin->log.clear();
+    }
+    plugin.reset();
+    QSqlDatabase::removeDatabase(QStringLiteral("OQS.attendance.TalvenHR"));
+    const QString name = handle.connectionName();
+    handle = QSqlDatabase();
+    QSqlDatabase::removeDatabase(name);
+    database.reset();
+}
+
+tst_Soak::Progress tst_Soak::progress()
+{
+    Progress progress {};
+    plugin->onWorkerThread([this, &progress] {
+        progress = {plugin->worker().tickCount, plugin->worker().syncCount};
+    });
+    return progress;
+}
+
+bool tst_Soak::waitFor(const char *event)
+{
+    const QString text = QString::fromLatin1(event);
+    return QTest::qWaitFor([this, &text] { return plugin->log.contains(text); }, longestWait);
+}
+
+/// A pass, with or without a new export, forced or in its turn.
+void tst_Soak::round(bool withExport, bool forced)
+{
+    checkLog(plugin->log.take());
+    if (withExport) {
+        plugin->writeExport(company->nextExport());
+        ++exports;
+    }
+    if (forced) {
+        database->execute(
+            QStringLiteral("REPLACE INTO vars VALUES ('OQS.THRWorker.forceSync', '1')"));
+        ++forcedPasses;
+        QVERIFY(waitFor("(force: YES)"));
+    }
+    if (withExport)
+        QVERIFY(
+            QTest::qWaitFor([this] { return !QFile::exists(plugin->exportPath()); }, longestWait));
+    else
+        QVERIFY(waitFor("BEGIN synchronization"));
+    plugin->onWorkerThread(); // the pass is over
+    mostConnections = qMax(mostConnections, serverConnections());
+    QCOMPARE(company->queuedNotices(), company->owedNotices());
+}
+
+/// Nothing but what a pass says when all goes well.
+void tst_Soak::checkLog(const QStringList &events) const
+{
+    QCOMPARE(events.filter(QRegularExpression(QStringLiteral("^(warning|critical) "))),
+             QStringList());
+}
+
+/// The server goes between two passes, is missed by some ticks, and comes back. An export that
+/// arrives meanwhile waits for it.
+void tst_Soak::restartServer(bool withExport)
+{
+    checkLog(plugin->log.take());
+    if (withExport)
+        database->server().kill();
+    else
+        database->server().stop();
+    QVERIFY(waitFor("database not open!"));
+    if (withExport) {
+        plugin->writeExport(company->nextExport());
+        ++exports;
+    }
+    plugin->log.clear();
+    QVERIFY(waitFor("database not open!"));
+    QCOMPARE(QFile::exists(plugin->exportPath()), withExport);
+    database->restart();
+    ++restarted;
+    QVERIFY(waitFor("END synchronization"));
+    plugin->log.clear();
+}
+
+void tst_Soak::compareRows()
+{
+    QCOMPARE(company->rows(), company->owedRows());
+}
+
+int tst_Soak::serverConnections()
+{
+    return database
+        ->value(QStringLiteral(
+            "SELECT COUNT(*) FROM information_schema.processlist WHERE user = 'talvenhr'"))
+        .toInt();
+}
+
+/// With an empty log, and without a tick under way.
+Resources tst_Soak::betweenTicks()
+{
+    checkLog(plugin->log.take());
+    Resources resources {};
+    plugin->onWorkerThread([&resources] { resources = Resources::now(); });
+    return resources;
+}
+
+void tst_Soak::print(const Resources &warm, const Resources &end, qint64 warmResident,
+                     qint64 milliseconds)
+{
+    const Progress done = progress();
+    printFigures(QStringLiteral("%1 ticks, %2 passes (%3 forced), %4 exports, %5 restarts, %6 s")
+                     .arg(done.ticks)
+                     .arg(done.passes)
+                     .arg(forcedPasses)
+                     .arg(exports)
+                     .arg(restarted)
+                     .arg(milliseconds / 1000.0, 0, 'f', 1));
+    printFigures(QStringLiteral("resident: %1 KiB warm, %2 KiB at the end, %3 KiB at most; "
+                                "heap %4 bytes more")
+                     .arg(warmResident / 1024)
+                     .arg(residentBytes() / 1024)
+                     .arg(peakResidentBytes() / 1024)
+                     .arg(end.heapBytes - warm.heapBytes));
+    printFigures(QStringLiteral("%1; at most %2 of the plugin's at the server")
+                     .arg(countsOf(end))
+                     .arg(mostConnections));
+    printFigures(QStringLiteral("%1 people, %2 rows in term_sync")
+                     .arg(company->people())
+                     .arg(company->queuedNotices()));
+}
+
+void tst_Soak::day()
+{
+    const uint ticks = qMax(uint(qEnvironmentVariableIntValue(ticksVariable)), defaultTicks);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    Resources warm {};
+    qint64 warmResident = 0;
+    std::mt19937 random(1);
+    for (uint rounds = 1; progress().ticks < ticks; ++rounds) {
+        if (warmResident == 0 && progress().ticks >= ticks / 3) {
+            warm = betweenTicks();
+            warmResident = residentBytes();
+        }
+        round(random() % 3 != 0, random() % 4 == 0);
+        if (progress().ticks > ticksToARestart * uint(restarted + 1))
+            restartServer(restarted % 2 == 0);
+        if (rounds % 20 == 0)
+            compareRows();
+        if (QTest::currentTestFailed())
+            return;
+    }
+    compareRows();
+    const qint64 milliseconds = elapsed.elapsed();
+    const Resources end = betweenTicks();
+    print(warm, end, warmResident, milliseconds);
+    QVERIFY(progress().passes >= ticks / ticksToAPass);
+    QVERIFY(restarted >= fewestRestarts);
+    QVERIFY(mostConnections <= 1);
+    QCOMPARE(countsOf(end), countsOf(warm));
+    QVERIFY(end.heapBytes - warm.heapBytes < heapPlay);
+    if (heapIsMeasured())
+        QVERIFY(residentBytes() - warmResident < residentPlay);
+    plugin->onWorkerThread([this] { plugin->worker().timer->stop(); });
+    QVERIFY(QTest::qWaitFor([this] { return serverConnections() == 0; }, longestWait));
+}
+
+QTEST_GUILESS_MAIN(tst_Soak)
+#include "tst_soak.moc"
