@@ -4,9 +4,10 @@
 #include "loadedplugin.h"
 
 #include <QFile>
-#include <QSemaphore>
 #include <QTimer>
 #include <QtTest>
+
+#include <algorithm>
 
 LoadedPlugin::LoadedPlugin()
 {
@@ -70,8 +71,13 @@ void LoadedPlugin::unload()
 bool LoadedPlugin::isMapped() const
 {
     QFile maps(QStringLiteral("/proc/self/maps"));
-    return maps.open(QIODevice::ReadOnly)
-        && maps.readAll().contains(QFile::encodeName(loader.fileName()));
+    if (!maps.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s", qPrintable(maps.fileName()));
+    const QList<QByteArray> lines = maps.readAll().split('\n');
+    const QByteArray file = QFile::encodeName(loader.fileName());
+    return std::any_of(lines.begin(), lines.end(), [&file](const QByteArray &line) {
+        return line.contains(" r-xp ") && line.endsWith(file);
+    });
 }
 
 void LoadedPlugin::onWorkerThread(const std::function<void()> &step)
@@ -80,6 +86,13 @@ void LoadedPlugin::onWorkerThread(const std::function<void()> &step)
     QObject::connect(&trigger, &QObject::objectNameChanged, peer().worker, step,
                      Qt::BlockingQueuedConnection);
     trigger.setObjectName(QStringLiteral("now"));
+}
+
+Resources LoadedPlugin::resourcesBetweenTicks()
+{
+    Resources resources {};
+    onWorkerThread([&resources] { resources = Resources::now(); });
+    return resources;
 }
 
 void LoadedPlugin::tick()

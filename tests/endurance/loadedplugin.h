@@ -4,6 +4,7 @@
 #pragma once
 
 #include "plugin/installation.h"
+#include "resources.h"
 #include "support/eventlog.h"
 #include "support/pluginpeer.h"
 #include "support/workerpeer.h"
@@ -41,6 +42,8 @@ public:
 
     /// Runs the step on the worker's thread and waits for its end. No tick is under way meanwhile.
     void onWorkerThread(const std::function<void()> &step = [] {});
+    /// What the process holds while no tick is under way.
+    Resources resourcesBetweenTicks();
     /// One tick on the worker's thread, to its end.
     void tick();
     /// The worker's timer ticks at this interval from now on (milliseconds); before the first call

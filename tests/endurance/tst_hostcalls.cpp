@@ -281,7 +281,7 @@ void tst_HostCalls::calls_besidePassesThatChangePeople()
     QVERIFY(waitUntilTaken()); // all people are there
     QCOMPARE(company->rows(), company->owedRows());
     call(Resume); // the first timer is out of reach from now on
-    const Resources before = Resources::now();
+    const Resources before = plugin->resourcesBetweenTicks();
     const int madeBefore = made[Start] + made[Resume];
 
     for (int done = 0; done < calls; done += callsBetweenExports) {
@@ -292,7 +292,7 @@ void tst_HostCalls::calls_besidePassesThatChangePeople()
     }
     stopTicks();
 
-    const Resources after = Resources::now();
+    const Resources after = plugin->resourcesBetweenTicks();
     readLog();
     printFigures(QStringLiteral("%1 calls, %2 of them in mid-pass, %3 passes; %4")
                      .arg(made[Start] + made[Stop] + made[Pause] + made[Resume])
@@ -314,7 +314,7 @@ void tst_HostCalls::calls_besidePassesThatTakePeopleOn()
 {
     allowedLines += toList(linesOfRepositories);
     call(Resume); // the first timer is out of reach from now on
-    const Resources before = Resources::now();
+    const Resources before = plugin->resourcesBetweenTicks();
     const int calls = callsWanted();
     for (int done = 0; done < calls; done += callsBetweenExports) {
         offerExport(BusyCompany::EverythingChanges);
@@ -327,7 +327,7 @@ void tst_HostCalls::calls_besidePassesThatTakePeopleOn()
     QVERIFY(waitUntilTaken());
     stopTicks();
 
-    const Resources after = Resources::now();
+    const Resources after = plugin->resourcesBetweenTicks();
     readLog();
     printFigures(QStringLiteral("%1 calls, %2 of them in mid-pass, %3 passes; %4")
                      .arg(made[Start] + made[Stop] + made[Pause] + made[Resume])

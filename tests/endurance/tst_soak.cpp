@@ -23,6 +23,9 @@ const uint ticksToAPass = 10;
 const uint ticksToARestart = 1400;
 const int fewestRestarts = 4;
 
+/// One, and those that the server has not taken off its list since they were closed.
+const int mostAtTheServer = 3;
+
 /// What the allocator may keep for itself between the warm-up and the end.
 const qint64 heapPlay = 256 * 1024; // bytes
 const qint64 residentPlay = 8 * 1024 * 1024; // bytes
@@ -180,9 +183,7 @@ int tst_Soak::serverConnections()
 Resources tst_Soak::betweenTicks()
 {
     checkLog(plugin->log.take());
-    Resources resources {};
-    plugin->onWorkerThread([&resources] { resources = Resources::now(); });
-    return resources;
+    return plugin->resourcesBetweenTicks();
 }
 
 void tst_Soak::print(const Resources &warm, const Resources &end, qint64 warmResident,
@@ -237,7 +238,7 @@ void tst_Soak::day()
     print(warm, end, warmResident, milliseconds);
     QVERIFY(progress().passes >= ticks / ticksToAPass);
     QVERIFY(restarted >= fewestRestarts);
-    QVERIFY(mostConnections <= 1);
+    QVERIFY(mostConnections <= mostAtTheServer);
     QCOMPARE(countsOf(end), countsOf(warm));
     QVERIFY(end.heapBytes - warm.heapBytes < heapPlay);
     if (heapIsMeasured())
