@@ -36,6 +36,9 @@ class tst_Soak : public QObject
 {
     Q_OBJECT
 
+public:
+    tst_Soak();
+
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
@@ -68,6 +71,12 @@ private:
     int restarted = 0;
     int mostConnections = 0;
 };
+
+/// A day may be as long as it is wanted to be: Qt's own limit is five minutes a function.
+tst_Soak::tst_Soak()
+{
+    qputenv("QTEST_FUNCTION_TIMEOUT", "2000000000"); // milliseconds
+}
 
 void tst_Soak::initTestCase()
 {
