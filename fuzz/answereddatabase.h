@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A database that answers from bytes and knows which calls a pass may make.
+#pragma once
+
+#include <QSqlDatabase>
+#include <QVariant>
+
+#include <cstddef>
+#include <cstdint>
+
+/// What becomes of the calls of one input. There is one at a time, the one that lives.
+///
+/// A byte of 0, and every call when the bytes are used up, is the answer of a healthy database in
+/// which persons and branches exist. Any other byte fails the call, with or without an error, gives
+/// no rows, or rows of odd cells, which take further bytes. The uid of a pid is always the same,
+/// for the process remembers it: pid + 1000, and none for pids divisible by 8 or above 65535.
+///
+/// Ends the process on a statement that no pass runs, on one that comes while the connection is
+/// closed, on a prepared value that is not bound, and on a transaction inside another.
+class AnsweredDatabase
+{
+public:
+    AnsweredDatabase(const uint8_t *bytes, std::size_t size, bool forced, bool opens,
+                     bool markersInTexts);
+    ~AnsweredDatabase();
+    AnsweredDatabase(const AnsweredDatabase &) = delete;
+    AnsweredDatabase &operator=(const AnsweredDatabase &) = delete;
+
+    /// A handle of the process, not open.
+    static QSqlDatabase handle();
+
+    bool isInTransaction() const { return inTransaction; }
+    /// The people could be read at least once.
+    bool gavePeople() const { return peopleGiven; }
+
+private:
+    friend class AnsweredDriver;
+    friend class AnsweredResult;
+
+    uint8_t next();
+    QVariant oddCell();
+
+    const uint8_t *bytes;
+    std::size_t left;
+    const bool forced;
+    const bool opens;
+    const bool markersInTexts;
+    bool inTransaction = false;
+    bool peopleGiven = false;
+};
