@@ -9,8 +9,8 @@
 
 namespace {
 
-/// {u} a number without a sign, {i} with one, {n} one with a sign or NULL, {t} any text, {l}
-/// numbers with commas, {p} pairs of numbers with commas.
+/// {u} a number without a sign, {k} one that is not 0, {i} a number with a sign, {n} one with a
+/// sign or NULL, {t} any text, {l} numbers with commas, {p} pairs of numbers with commas.
 struct Shape
 {
     PassStatement statement;
@@ -28,7 +28,7 @@ const Shape shapes[] = {
     {PassStatement::LeaveFund, "SELECT fid FROM funds WHERE iid = 3 AND unit=2;"},
     {PassStatement::CorrectionsOfToday,
      "SELECT COUNT(*) FROM funds_move WHERE type=3 AND day = midnightFromTs(UNIX_TIMESTAMP()) "
-     "AND fid = {u} AND uid=(SELECT uid FROM people WHERE pid = {u});"},
+     "AND fid = {k} AND uid=(SELECT uid FROM people WHERE pid = {u});"},
     {PassStatement::Calculated,
      "SELECT p.uid, calc, (SELECT COUNT(*) FROM atten a WHERE a.uid = p.uid AND !a.lock "
      "AND a.ok = -1) uncalc FROM people p WHERE pid = {u}"},
@@ -37,14 +37,14 @@ const Shape shapes[] = {
      "AND date >= midnightFromTs(UNIX_TIMESTAMP())"},
     {PassStatement::Balance,
      "SELECT SUM(fm.value) FROM funds_move fm JOIN people p USING(uid) "
-     "WHERE fm.day < {u}  AND fm.fid = {u} AND p.pid = {u}"},
+     "WHERE fm.day < {u}  AND fm.fid = {k} AND p.pid = {u}"},
     {PassStatement::Corrections,
      "SELECT SUM(fm.value) FROM funds_move fm JOIN people p USING(uid) WHERE fm.type=3 "
      "AND fm.day >= {u} AND fm.day < midnightFromTs(UNIX_TIMESTAMP()) "
-     "AND fm.fid = {u} AND p.pid = {u}"},
+     "AND fm.fid = {k} AND p.pid = {u}"},
     {PassStatement::WriteCorrection,
      "INSERT INTO funds_move (type, day, month, value, fid, uid) "
-     "VALUES(3, {u}, monthFromTimestamp({u}), {i}, {u}, {u}) "
+     "VALUES(3, {u}, monthFromTimestamp({u}), {i}, {k}, {u}) "
      "ON DUPLICATE KEY UPDATE value=VALUES(value)"},
     {PassStatement::AddPerson,
      "INSERT INTO people (pid, pamId, title, name, surname, title2, phone, begin, end, created, "
@@ -68,47 +68,47 @@ const Shape shapes[] = {
     {PassStatement::PamList, "SELECT value FROM vars WHERE name='{t}' LIMIT 1"},
     {PassStatement::PersonForPam, "SELECT uid FROM people WHERE pid={u}"},
     {PassStatement::EnrolInPam,
-     "INSERT INTO people_pam (uid, id) VALUES({u}, {u}) ON DUPLICATE KEY UPDATE id=VALUES(id)"},
+     "INSERT INTO people_pam (uid, id) VALUES({k}, {k}) ON DUPLICATE KEY UPDATE id=VALUES(id)"},
     {PassStatement::UidByPid, "SELECT uid FROM people WHERE pid = {u} LIMIT 1;"},
     {PassStatement::PersonForTerminals, "SELECT uid FROM people WHERE pid={u} LIMIT 1"},
     {PassStatement::QueueNews,
      "INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, created, flags) "
-     "SELECT `tid` tid, 'U' type, 'people' ref, 'uid' ref_col, {u} ref_id, "
+     "SELECT `tid` tid, 'U' type, 'people' ref, 'uid' ref_col, {k} ref_id, "
      "UNIX_TIMESTAMP() created, 2 flags FROM people_term JOIN term USING(tid) "
-     "WHERE status = 1 AND uid = {u} AND (flags & 2);"},
-    {PassStatement::CallUpdateTermsSync, "CALL updateTermsSync({u}, 2);"},
+     "WHERE status = 1 AND uid = {k} AND (flags & 2);"},
+    {PassStatement::CallUpdateTermsSync, "CALL updateTermsSync({k}, 2);"},
     {PassStatement::ReopenDays,
-     "UPDATE atten SET ok = -1 WHERE `lock` =0 AND `man`=0 AND `date` >= {i} AND uid ={u}"},
+     "UPDATE atten SET ok = -1 WHERE `lock` =0 AND `man`=0 AND `date` >= {i} AND uid ={k}"},
     {PassStatement::MoveMark,
-     "UPDATE people set lastCalc = {i}, calc = 0 WHERE lastCalc > {i} AND uid={u}"},
-    {PassStatement::AdminByNumber, "SELECT aid FROM admins WHERE personalNumber = {u}"},
+     "UPDATE people set lastCalc = {i}, calc = 0 WHERE lastCalc > {i} AND uid={k}"},
+    {PassStatement::AdminByNumber, "SELECT aid FROM admins WHERE personalNumber = {k}"},
     {PassStatement::TakeSupervisorMarks,
-     "UPDATE admins_people SET request =0 WHERE uid={u} AND aid != {u}"},
+     "UPDATE admins_people SET request =0 WHERE uid={k} AND aid != {k}"},
     {PassStatement::GiveSupervisorMark,
-     "INSERT INTO admins_people (aid, uid, request) VALUES({u}, {u}, 1) "
+     "INSERT INTO admins_people (aid, uid, request) VALUES({k}, {k}, 1) "
      "ON DUPLICATE KEY UPDATE request=1"},
     {PassStatement::InBranch,
-     "SELECT COUNT(*) FROM brape WHERE bid = {u} "
+     "SELECT COUNT(*) FROM brape WHERE bid = {k} "
      "AND uid = (SELECT uid FROM people WHERE pid = {u} LIMIT 1);"},
     {PassStatement::GroupByCalendar,
      "SELECT gid FROM branches b LEFT JOIN mastergroups mg ON mg.mgid = b.mgid "
-     "LEFT JOIN groups g ON g.parent = mg.mgid WHERE bid = {u} AND g.calendarID = {u} LIMIT 1;"},
+     "LEFT JOIN groups g ON g.parent = mg.mgid WHERE bid = {k} AND g.calendarID = {k} LIMIT 1;"},
     {PassStatement::InGroupsPlan,
-     "SELECT COUNT(*) FROM groups_plan WHERE gid = {u} AND uid = {u} AND since = {u};"},
+     "SELECT COUNT(*) FROM groups_plan WHERE gid = {k} AND uid = {u} AND since = {u};"},
     {PassStatement::AddGroupsPlan,
-     "INSERT INTO groups_plan (gid, uid, since) VALUES({u}, {u}, {u}) "
+     "INSERT INTO groups_plan (gid, uid, since) VALUES({k}, {k}, {u}) "
      "ON DUPLICATE KEY UPDATE gid=VALUES(gid), uid=VALUES(uid), since=VALUES(since);"},
     {PassStatement::UpdateMonths,
      "INSERT INTO groups_month  (gid, uid, month) "
      "SELECT getCurrentGid(p.uid, monthFromTimestamp(a.date), p.gid) gid, a.uid, "
      "monthFromTimestamp(a.date) month  FROM atten a LEFT JOIN people p USING(uid) "
-     "WHERE a.uid={u} AND monthFromTimestamp(a.date) >= {u} "
+     "WHERE a.uid={k} AND monthFromTimestamp(a.date) >= {k} "
      "GROUP BY monthFromTimestamp(a.date) HAVING gid IS NOT NULL "
      "ON DUPLICATE KEY UPDATE gid=VALUES(gid), uid=VALUES(uid), month=VALUES(month);"},
     {PassStatement::AddToBranch,
-     "INSERT INTO brape (bid, uid, since) SELECT {u} bid, uid, UNIX_TIMESTAMP() since "
+     "INSERT INTO brape (bid, uid, since) SELECT {k} bid, uid, UNIX_TIMESTAMP() since "
      "FROM people WHERE uid IN({l}) ON DUPLICATE KEY UPDATE since=UNIX_TIMESTAMP()"},
-    {PassStatement::TermsOfBranch, "SELECT tid FROM term WHERE status > 0 AND bid = {u}"},
+    {PassStatement::TermsOfBranch, "SELECT tid FROM term WHERE status > 0 AND bid = {k}"},
     {PassStatement::PutOnTerm,
      "INSERT INTO people_term (tid, uid) VALUES {p} ON DUPLICATE KEY UPDATE tid=VALUES(tid);"},
     {PassStatement::NoticeToTerm,
@@ -116,7 +116,7 @@ const Shape shapes[] = {
      "SELECT {u} tid, 'I' type, 'people_term' ref, 'uid' ref_col, `uid` ref_id, "
      "UNIX_TIMESTAMP() created, 2 flags FROM people WHERE status = 1 AND uid IN({l});"},
     {PassStatement::MarkTerm, "Update `term` SET syn = syn | 2 WHERE status = 1 AND tid = {u}"},
-    {PassStatement::AdminsOfBranch, "SELECT aid FROM bradm WHERE bid = {u}"},
+    {PassStatement::AdminsOfBranch, "SELECT aid FROM bradm WHERE bid = {k}"},
     {PassStatement::PutUnderAdmins,
      "INSERT INTO admins_people (aid, uid) VALUES {p} ON DUPLICATE KEY UPDATE uid=VALUES(uid);"},
 };
@@ -210,6 +210,8 @@ int afterPlace(QChar place, const QString &text, int from)
     switch (place.toLatin1()) {
     case 'u':
         return afterNumber(text, from);
+    case 'k':
+        return text.midRef(from, 1) == QLatin1String("0") ? -1 : afterNumber(text, from);
     case 'i':
         return afterSigned(text, from);
     case 'n':
