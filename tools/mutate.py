@@ -1,0 +1,465 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The TalvenHR authors
+# SPDX-License-Identifier: MIT
+"""Changes src/ in one small way after another, and finds out whether a test notices.
+
+Works on a copy of the tracked files, in build/mutation unless --work names another folder; the
+checkout is only read. There the classes are one shared library, so that a change costs the
+compilation of one file and no test is linked again. The tests run one after another, those first
+that bear the file's name, up to the first that fails. A test that takes ten times its usual time
+has noticed, too.
+
+Results go to results.jsonl in the work folder as they come; --resume keeps those that are there for
+mutants that were killed or do not compile. tools/mutants-equivalent.txt lists the mutants that
+change nothing that can be observed, each with the reason. Exit code 1 when a mutant survives that
+it does not list, or when it lists one that does not survive.
+"""
+
+import argparse
+import collections
+import concurrent.futures
+import fnmatch
+import json
+import os
+import pathlib
+import queue
+import random
+import re
+import shlex
+import shutil
+import signal
+import subprocess
+import sys
+import threading
+import time
+
+import mutants
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+EQUIVALENT = ROOT / 'tools' / 'mutants-equivalent.txt'
+
+# One library for all tests, which shows all its classes; the copy alone is changed.
+COPY_CHANGES = {
+    'src/CMakeLists.txt': [('add_library(talvenhr_core STATIC', 'add_library(talvenhr_core SHARED')],
+    'tests/plugin/CMakeLists.txt': [('add_library(talvenhr_plugintest STATIC',
+                                     'add_library(talvenhr_plugintest SHARED')],
+    'cmake/TalvenTargets.cmake': [('CXX_VISIBILITY_PRESET hidden', 'CXX_VISIBILITY_PRESET default'),
+                                  ('VISIBILITY_INLINES_HIDDEN ON', 'VISIBILITY_INLINES_HIDDEN OFF')],
+}
+PLUGIN_SOURCE = 'src/plugin/talvenhr.cpp'
+PRECOMPILED = ['QtCore', 'QtSql']
+
+# Tests whose names do not begin as the source's does.
+FAVOURITES = {
+    'src/plugin/talvenhr.cpp': ['settings', 'lifecycle', 'inifile', 'destruction', 'plugin'],
+    'src/repository/branchesrepository.cpp': ['branches'],
+    'src/repository/branchesrepository_propagation.cpp': ['propagation'],
+    'src/repository/branchesrepository_triples.cpp': ['triples'],
+    'src/repository/termsyncrepository.cpp': ['termsync', 'propagation'],
+    'src/worker/thrworker.cpp': ['worker', 'dosync', 'lifecycle'],
+    'src/worker/thrworker_branch.cpp': ['branch', 'people'],
+    'src/worker/thrworker_fund.cpp': ['fund', 'recordfund'],
+    'src/worker/thrworker_import.cpp': ['import', 'importcells'],
+    'src/worker/thrworker_people.cpp': ['people', 'peoplereads'],
+    'src/worker/thrworker_record.cpp': ['record', 'recordfund', 'recordcalls', 'waiting', 'dosync'],
+    'src/worker/thrworker_supervisor.cpp': ['supervisor'],
+}
+# In this order, and database last: its tests start a server each.
+LABELS = ['unit', 'faults', 'plugin', 'database']
+
+Test = collections.namedtuple('Test', 'name command environment label')
+
+
+def run(command, **options):
+    """Runs a command to its end; a failure ends the program with its output."""
+    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                          **options)
+    if done.returncode:
+        sys.exit(f'{done.stdout}\nmutate: failed: {shlex.join(map(str, command))}')
+    return done.stdout
+
+
+class Build:
+    """The copy, built once as it is."""
+
+    def __init__(self, work):
+        self.work = work
+        self.tree = work / 'tree'
+        self.folder = work / 'build'
+        self.copy()
+        self.configure()
+        with open(self.folder / 'compile_commands.json', encoding='utf-8') as source:
+            self.compilations = json.load(source)
+        self.precompile()
+
+    def copy(self):
+        """Brings the copy up to date; a file that is unchanged keeps its time."""
+        listed = run(['git', 'ls-files', '--cached', '--others', '--exclude-standard'], cwd=ROOT)
+        for name in listed.splitlines():
+            if not (ROOT / name).is_file():
+                continue
+            content = (ROOT / name).read_bytes()
+            for old, new in COPY_CHANGES.get(name, []):
+                if old.encode() not in content:
+                    sys.exit(f'mutate: {name} has no: {old}')
+                content = content.replace(old.encode(), new.encode())
+            target = self.tree / name
+            if not target.is_file() or target.read_bytes() != content:
+                target.parent.mkdir(parents=True, exist_ok=True)
+                target.write_bytes(content)
+                shutil.copymode(ROOT / name, target)
+
+    def configure(self):
+        launcher = ['-DCMAKE_CXX_COMPILER_LAUNCHER=ccache'] if shutil.which('ccache') else []
+        run(['cmake', '-G', 'Ninja', '-S', self.tree, '-B', self.folder, '-DCMAKE_BUILD_TYPE=None',
+             '-DCMAKE_CXX_FLAGS=-O0', '-DCMAKE_EXPORT_COMPILE_COMMANDS=ON',
+             '-DCMAKE_EXE_LINKER_FLAGS=-Wl,--enable-new-dtags',
+             '-DTALVENHR_BUILD_BENCHMARKS=OFF', *launcher])
+        print('mutate: building the copy', flush=True)
+        run(['nice', 'ninja', '-C', self.folder, f'-j{os.cpu_count()}'])
+
+    def compiler(self, compilation):
+        """The command of a compilation without its input and output."""
+        words = shlex.split(compilation['command'])
+        if words[0].endswith('ccache'):
+            words = words[1:]
+        return words[:words.index('-o')]
+
+    def compilations_of(self, target):
+        """The compilations of a target's sources, by file relative to the tree."""
+        folder = f'/{target}.dir/'
+        return {os.path.relpath(one['file'], self.tree): one for one in self.compilations
+                if folder in one['output' if 'output' in one else 'command']}
+
+    def precompile(self):
+        """Qt's headers, read once. For the library's own sources only: the options must agree."""
+        first = next(iter(self.compilations_of('talvenhr_core').values()))
+        header = self.work / 'precompiled.h'
+        header.write_text(''.join(f'#include <{name}>\n' for name in PRECOMPILED))
+        run([*self.compiler(first), '-x', 'c++-header', '-o', f'{header}.gch', '-c', header],
+            cwd=self.folder)
+        self.precompiled = header
+
+    def objects(self, target):
+        """The object files of a target by source; of generated sources, too."""
+        found = {}
+        for file, one in self.compilations_of(target).items():
+            words = shlex.split(one['command'])
+            found[file] = (self.folder / words[words.index('-o') + 1], one)
+        return found
+
+    def tests(self):
+        """The tests that run the library, in the order in which they are asked."""
+        listing = json.loads(run(['ctest', '--show-only=json-v1'], cwd=self.folder))
+        found = []
+        for test in listing['tests']:
+            properties = {one['name']: one['value'] for one in test['properties']}
+            label = next((one for one in LABELS if one in properties.get('LABELS', [])), None)
+            if label:
+                environment = dict(one.split('=', 1) for one in properties['ENVIRONMENT'])
+                found.append(Test(test['name'], test['command'], environment, label))
+        # The zone of most of the tests first, then the others.
+        other_zone = re.compile(r'\.(UTC|America.*)$')
+        return sorted(found, key=lambda test: (LABELS.index(test.label),
+                                               bool(other_zone.search(test.name))))
+
+
+class Job:
+    """A place to compile one mutant and to run tests on it."""
+
+    def __init__(self, build, number):
+        self.build = build
+        self.folder = build.work / f'job-{number}'
+        self.temporary = self.folder / 't'
+        self.folder.mkdir(parents=True, exist_ok=True)
+
+    def make(self, mutant):
+        """Compiles and links the mutant. False when it is no valid C++."""
+        for stale in ('include', 'lib'):
+            shutil.rmtree(self.folder / stale, ignore_errors=True)
+        (self.folder / 'lib').mkdir()
+        source = (self.build.tree / mutant.file).read_text(encoding='utf-8')
+        changed = mutants.apply(source, mutant)
+        if mutant.file == PLUGIN_SOURCE:
+            return self.make_library('talvenhr_plugintest', mutant.file, changed) \
+                and self.make_library('TalvenHR', mutant.file, changed)
+        return self.make_library('talvenhr_core', mutant.file, changed)
+
+    def make_library(self, target, file, changed):
+        objects = self.build.objects(target)
+        replaced = {}
+        if file.endswith('.h'):
+            header = self.folder / 'include' / os.path.relpath(file, 'src')
+            header.parent.mkdir(parents=True)
+            header.write_text(changed, encoding='utf-8')
+            sources = [one for one in objects if one.startswith('src/')]
+        else:
+            sources = [file]
+        for name in sources:
+            output = self.folder / (name.replace('/', '_') + '.o')
+            given = self.build.tree / name
+            if name == file:
+                given = self.folder / os.path.basename(name)
+                given.write_text(changed, encoding='utf-8')
+            if not self.compile(objects[name][1], given, output):
+                return False
+            replaced[name] = output
+        files = [replaced.get(name, path) for name, (path, _) in objects.items()]
+        command = ['g++', '-shared', '-Wl,-Bsymbolic', '-o', self.library(target), *files]
+        if target != 'talvenhr_core':
+            command += self.libraries_below(target)
+        return subprocess.run([*map(str, command), '-lQt5Sql', '-lQt5Core'], capture_output=True,
+                              check=False).returncode == 0
+
+    def libraries_below(self, target):
+        core = self.build.folder / 'src'
+        support = self.build.folder / 'tests' / 'support' / 'libtalvenhr_testsupport.a'
+        below = [] if target == 'TalvenHR' else [support, '-lQt5Test']
+        return [*below, f'-L{core}', '-ltalvenhr_core']
+
+    def library(self, target):
+        if target == 'TalvenHR':
+            return self.build.folder / 'plugin' / 'libTalvenHR.so'
+        return self.folder / 'lib' / f'lib{target}.so'
+
+    def compile(self, compilation, source, output):
+        words = self.build.compiler(compilation)
+        if (self.folder / 'include').is_dir():
+            words.insert(1, f'-I{self.folder / "include"}')
+        if '-DQT_PLUGIN' not in words and 'plugintest' not in compilation['command']:
+            words += ['-include', str(self.build.precompiled)]
+        command = [*words, '-w', '-o', str(output), '-c', str(source)]
+        return subprocess.run(command, cwd=self.build.folder, capture_output=True,
+                              check=False).returncode == 0
+
+    def test(self, test, limit):
+        """Runs one test: 'passed', 'killed', or 'timeout' after so many seconds."""
+        shutil.rmtree(self.temporary, ignore_errors=True)
+        self.temporary.mkdir()
+        environment = {**os.environ, **test.environment, 'TMPDIR': str(self.temporary),
+                       'HOME': str(self.temporary), 'LD_LIBRARY_PATH': str(self.folder / 'lib')}
+        process = subprocess.Popen([*test.command, '-nocrashhandler'], cwd=self.temporary,
+                                   env=environment, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   start_new_session=True)
+        try:
+            return 'passed' if process.wait(limit) == 0 else 'killed'
+        except subprocess.TimeoutExpired:
+            return 'timeout'
+        finally:
+            # The test's own children, too: a server, an export command.
+            try:
+                os.killpg(process.pid, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+            process.wait()
+
+
+class Campaign:
+    """Asks the tests about one mutant after another."""
+
+    def __init__(self, build, labels, results):
+        self.build = build
+        self.tests = [test for test in build.tests() if test.label in labels]
+        self.results = results
+        self.kills = collections.Counter()
+        self.lock = threading.Lock()
+        self.done = 0
+
+    def measure(self):
+        """Runs all tests on what is unchanged; they must pass. Sets the limit of each, in seconds."""
+        job = Job(self.build, 'base')
+        self.limits = {}
+        for test in self.tests:
+            begin = time.monotonic()
+            if job.test(test, 600) != 'passed':
+                sys.exit(f'mutate: {test.name} fails on the unchanged sources')
+            self.limits[test.name] = 10 + 10 * (time.monotonic() - begin)
+        print(f'mutate: {len(self.tests)} tests pass on the unchanged sources', flush=True)
+
+    def order(self, mutant):
+        """The tests, those first that have killed most mutants of the file or bear its name."""
+        stem = re.sub(r'^thrworker_', '', pathlib.Path(mutant.file).stem)
+        favourites = FAVOURITES.get(mutant.file, [stem])
+
+        def rank(test):
+            name = test.name.split('.')[0].removeprefix('tst_')
+            zone = 'UTC' in test.name or 'America' in test.name
+            place = favourites.index(name) if name in favourites else len(favourites)
+            return place, zone, -self.kills[mutant.file, test.name]
+
+        favoured = [test for test in self.tests
+                    if test.name.split('.')[0].removeprefix('tst_') in favourites]
+        favoured.sort(key=rank)
+        rest = [test for test in self.tests if test not in favoured]
+        rest.sort(key=lambda test: (LABELS.index(test.label),
+                                    -self.kills[mutant.file, test.name]))
+        return favoured + rest
+
+    def try_one(self, job, mutant):
+        """The status of a mutant, and the test that decided it."""
+        if not job.make(mutant):
+            return 'invalid', ''
+        for test in self.order(mutant):
+            outcome = job.test(test, self.limits[test.name])
+            if outcome != 'passed':
+                self.kills[mutant.file, test.name] += 1
+                return outcome, test.name
+        return 'survived', ''
+
+    def note(self, mutant, begin, outcome, total):
+        status, test = outcome
+        seconds = round(time.monotonic() - begin, 2)
+        entry = {'key': mutant.key, 'file': mutant.file, 'operator': mutant.operator,
+                 'line': mutant.line, 'status': status, 'test': test, 'seconds': seconds}
+        with self.lock:
+            self.done += 1
+            with open(self.results, 'a', encoding='utf-8') as target:
+                target.write(json.dumps(entry, ensure_ascii=False) + '\n')
+            if status == 'survived':
+                print(f'survived ({self.done} of {total}): line {mutant.line}: {mutant.key}',
+                      flush=True)
+
+    def run(self, chosen, jobs):
+        """All mutants on so many jobs; those of the plugin object on one, for there is one plugin."""
+        places = queue.Queue()
+        for number in range(jobs):
+            places.put(Job(self.build, number))
+
+        def work(mutant):
+            job = places.get()
+            begin = time.monotonic()
+            try:
+                self.note(mutant, begin, self.try_one(job, mutant), len(chosen))
+            finally:
+                places.put(job)
+
+        shared = [mutant for mutant in chosen if mutant.file != PLUGIN_SOURCE]
+        with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+            for done in [pool.submit(work, mutant) for mutant in shared]:
+                done.result()
+        plugin = Job(self.build, 0).library('TalvenHR')
+        kept = plugin.read_bytes()
+        try:
+            for mutant in chosen:
+                if mutant.file == PLUGIN_SOURCE:
+                    work(mutant)
+        finally:
+            plugin.write_bytes(kept)
+
+
+def all_mutants(pattern):
+    found = []
+    for path in sorted((ROOT / 'src').rglob('*')):
+        name = str(path.relative_to(ROOT))
+        if path.suffix in ('.cpp', '.h') and fnmatch.fnmatch(name, pattern):
+            found += mutants.mutants_of(name, path.read_text(encoding='utf-8'))
+    return found
+
+
+def read_equivalent():
+    """The keys of the list. Ends the program at one without a reason above it."""
+    keys = set()
+    reason = False
+    for number, line in enumerate(EQUIVALENT.read_text(encoding='utf-8').splitlines(), 1):
+        if not line.strip():
+            reason = False
+        elif line.startswith('#'):
+            reason = True
+        elif not reason:
+            sys.exit(f'{EQUIVALENT}:{number}: no reason')
+        else:
+            keys.add(line.strip())
+    return keys
+
+
+def read_results(path):
+    """The newest result of each mutant by its key."""
+    results = {}
+    if path.is_file():
+        for line in path.read_text(encoding='utf-8').splitlines():
+            entry = json.loads(line)
+            results[entry['key']] = entry
+    return results
+
+
+def report(chosen, results, equivalent):
+    """Prints the figures and what is not as listed. True when all is as listed."""
+    table = collections.defaultdict(collections.Counter)
+    survivors, killed_though_listed = [], []
+    for mutant in chosen:
+        entry = results.get(mutant.key)
+        status = entry['status'] if entry else 'not run'
+        if status == 'survived' and mutant.key in equivalent:
+            status = 'equivalent'
+        elif status == 'survived':
+            survivors.append(mutant)
+        elif mutant.key in equivalent and entry:
+            killed_though_listed.append(mutant)
+        table[mutant.file][status] += 1
+        table[mutant.operator][status] += 1
+        table['all'][status] += 1
+    statuses = ['killed', 'timeout', 'equivalent', 'survived', 'invalid', 'not run']
+    print(f'{"":50}' + ''.join(f'{status:>12}' for status in statuses))
+    for name, counts in table.items():
+        print(f'{name:50}' + ''.join(f'{counts[status]:12}' for status in statuses))
+    for mutant in survivors:
+        print(f'Survived (line {mutant.line}):\n{mutant.key}')
+    for mutant in killed_though_listed:
+        print(f'Listed as equivalent, yet not survived:\n{mutant.key}')
+    known = {mutant.key for mutant in all_mutants('*')}
+    gone = sorted(equivalent - known)
+    for key in gone:
+        print(f'Listed as equivalent, yet no mutant:\n{key}')
+    return not survivors and not killed_though_listed and not gone
+
+
+def options():
+    parser = argparse.ArgumentParser(description=__doc__.split('\n\n')[0])
+    parser.add_argument('--list', action='store_true', help='only list the mutants')
+    parser.add_argument('--report', action='store_true', help='only the figures of the last run')
+    parser.add_argument('--only', default='*', metavar='GLOB', help='files, as src/worker/*.cpp')
+    parser.add_argument('--sample', type=int, metavar='N', help='N mutants, spread over all')
+    parser.add_argument('--seed', type=int, default=1, metavar='S', help='of the sample')
+    parser.add_argument('--jobs', type=int, default=1, metavar='N', help='mutants at a time')
+    parser.add_argument('--labels', default=','.join(LABELS), help='labels of the tests to ask')
+    parser.add_argument('--resume', action='store_true',
+                        help='do not repeat mutants that were killed or did not compile')
+    parser.add_argument('--again', action='store_true',
+                        help='with --resume: repeat those that survived')
+    parser.add_argument('--work', type=pathlib.Path, default=ROOT / 'build' / 'mutation',
+                        metavar='DIR', help='where the copy is built')
+    return parser.parse_args()
+
+
+def main():
+    arguments = options()
+    found = all_mutants(arguments.only)
+    if arguments.sample and arguments.sample < len(found):
+        picked = sorted(random.Random(arguments.seed).sample(range(len(found)), arguments.sample))
+        found = [found[index] for index in picked]
+    if arguments.list:
+        for mutant in found:
+            print(f'{mutant.line}: {mutant.key}')
+        print(f'{len(found)} mutants')
+        return 0
+
+    work = arguments.work.resolve()
+    work.mkdir(parents=True, exist_ok=True)
+    path = work / 'results.jsonl'
+    equivalent = read_equivalent()
+    if not arguments.report:
+        if not arguments.resume:
+            path.unlink(missing_ok=True)
+        results = read_results(path)
+        repeated = {'survived'} if arguments.again else set()
+        chosen = [mutant for mutant in found if mutant.key not in results
+                  or results[mutant.key]['status'] in repeated]
+        campaign = Campaign(Build(work), arguments.labels.split(','), path)
+        campaign.measure()
+        campaign.run(chosen, arguments.jobs)
+    return 0 if report(found, read_results(path), equivalent) else 1
+
+
+if __name__ == '__main__':
+    sys.exit(main())
