@@ -37,6 +37,8 @@ def not_run(file, lines):
         text = texts[number - 1].strip()
         branches = line['branches']
         missed = sum(1 for branch in branches if branch['count'] == 0)
+        if line.get('gcovr/noncode'):
+            continue
         if line['count'] == 0:
             yield entry(file, 'line', text), number
         elif missed:

@@ -184,7 +184,7 @@ class Finder:
         elif token.kind == 'string':
             self.find_blank(token)
         elif token.kind == 'number' and token.text.isdigit():
-            if not self.is_gate_limit(index):
+            if not self.is_gate_limit(index) and not self.is_pure(index):
                 self.replace('number', token, str(int(token.text) + 1))
         elif token.text in ('&&', '||') and spaced(self.source, token):
             self.replace('logic', token, '||' if token.text == '&&' else '&&')
@@ -216,6 +216,10 @@ class Finder:
     def is_gate_limit(self, index):
         return self.tokens[index - 2].text == 'logLevel' \
             and self.tokens[index - 1].text in ('>', '==')
+
+    def is_pure(self, index):
+        """The 0 is that of a function without a body."""
+        return self.tokens[index - 1].text == '=' and self.tokens[index - 2].text in (')', 'const')
 
     def find_gate(self, index, token):
         """A message comes one level too early, or one too late."""

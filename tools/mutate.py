@@ -46,7 +46,8 @@ COPY_CHANGES = {
     'cmake/TalvenTargets.cmake': [('CXX_VISIBILITY_PRESET hidden', 'CXX_VISIBILITY_PRESET default'),
                                   ('VISIBILITY_INLINES_HIDDEN ON', 'VISIBILITY_INLINES_HIDDEN OFF')],
 }
-PLUGIN_SOURCE = 'src/plugin/talvenhr.cpp'
+PLUGIN_SOURCES = ('src/plugin/talvenhr.cpp', 'src/plugin/talvenhr.h',
+                  'src/plugin/serverinterface.h', 'src/plugin/verinfointerface.h')
 PRECOMPILED = ['QtCore', 'QtSql']
 
 # Tests whose names do not begin as the source's does.
@@ -64,8 +65,8 @@ FAVOURITES = {
     'src/worker/thrworker_record.cpp': ['record', 'recordfund', 'recordcalls', 'waiting', 'dosync'],
     'src/worker/thrworker_supervisor.cpp': ['supervisor'],
 }
-# In this order, and database last: its tests start a server each.
-LABELS = ['unit', 'faults', 'plugin', 'database']
+# In this order: the fault sweep takes long, and the tests on a database start a server each.
+LABELS = ['unit', 'plugin', 'faults', 'database']
 
 Test = collections.namedtuple('Test', 'name command environment label')
 
@@ -180,7 +181,7 @@ class Job:
         (self.folder / 'lib').mkdir()
         source = (self.build.tree / mutant.file).read_text(encoding='utf-8')
         changed = mutants.apply(source, mutant)
-        if mutant.file == PLUGIN_SOURCE:
+        if mutant.file in PLUGIN_SOURCES:
             return self.make_library('talvenhr_plugintest', mutant.file, changed) \
                 and self.make_library('TalvenHR', mutant.file, changed)
         return self.make_library('talvenhr_core', mutant.file, changed)
@@ -190,7 +191,7 @@ class Job:
         replaced = {}
         if file.endswith('.h'):
             header = self.folder / 'include' / os.path.relpath(file, 'src')
-            header.parent.mkdir(parents=True)
+            header.parent.mkdir(parents=True, exist_ok=True)
             header.write_text(changed, encoding='utf-8')
             sources = [one for one in objects if one.startswith('src/')]
         else:
@@ -240,19 +241,32 @@ class Job:
                        'HOME': str(self.temporary), 'LD_LIBRARY_PATH': str(self.folder / 'lib')}
         process = subprocess.Popen([*test.command, '-nocrashhandler'], cwd=self.temporary,
                                    env=environment, stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                                    start_new_session=True)
+        late = threading.Event()
+        # All of the group: the test's own children, too, a server or an export command.
+        watch = threading.Timer(limit, lambda: (late.set(), end_group(process)))
+        watch.start()
         try:
-            return 'passed' if process.wait(limit) == 0 else 'killed'
-        except subprocess.TimeoutExpired:
-            return 'timeout'
+            # The first failure decides, the rest of the test can be spared.
+            failed = any(line.startswith((b'FAIL!', b'XPASS', b'QFATAL'))
+                         for line in process.stdout)
+            if late.is_set():
+                return 'timeout'
+            return 'killed' if failed or process.wait() != 0 else 'passed'
         finally:
-            # The test's own children, too: a server, an export command.
-            try:
-                os.killpg(process.pid, signal.SIGKILL)
-            except ProcessLookupError:
-                pass
+            watch.cancel()
+            end_group(process)
+            process.stdout.close()
             process.wait()
+
+
+def end_group(process):
+    """Ends a process and those that it started, if they are still there."""
+    try:
+        os.killpg(process.pid, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
 
 
 class Campaign:
@@ -334,7 +348,7 @@ class Campaign:
             finally:
                 places.put(job)
 
-        shared = [mutant for mutant in chosen if mutant.file != PLUGIN_SOURCE]
+        shared = [mutant for mutant in chosen if mutant.file not in PLUGIN_SOURCES]
         with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
             for done in [pool.submit(work, mutant) for mutant in shared]:
                 done.result()
@@ -342,7 +356,7 @@ class Campaign:
         kept = plugin.read_bytes()
         try:
             for mutant in chosen:
-                if mutant.file == PLUGIN_SOURCE:
+                if mutant.file in PLUGIN_SOURCES:
                     work(mutant)
         finally:
             plugin.write_bytes(kept)

@@ -72,6 +72,17 @@ QStringList people(const WorkerFixture &f)
     return names;
 }
 
+QtMessageHandler handlerBefore;
+QString fileToEmpty;
+
+/// Empties a file as soon as a line of it is parsed.
+void emptyTheFile(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (text.startsWith(QStringLiteral("THRWorker::parseLine(")))
+        QFile::resize(fileToEmpty, 0);
+    handlerBefore(type, context, text);
+}
+
 QString warningNotFound(const QString &path)
 {
     return QStringLiteral("warning THRWorker::loadAndParseData() - file '") + path
@@ -127,6 +138,7 @@ private Q_SLOTS:
     void loadAndParseData_emptyLinesAreNotParsed();
     void loadAndParseData_lineOfAMillionCharacters();
     void loadAndParseData_manyLinesInFileOrder();
+    void loadAndParseData_fileThatIsEmptiedMeanwhile();
     void loadAndParseData_appends();
     void checkSync_fileThatStaysIsSynchronisedAgain();
     void checkSync_nothingReadTouchesNothing_data();
@@ -406,6 +418,24 @@ void tst_Import::loadAndParseData_manyLinesInFileOrder()
     f.writeExport(file);
     f.worker.loadAndParseData();
     QCOMPARE(people(f), expected);
+}
+
+void tst_Import::loadAndParseData_fileThatIsEmptiedMeanwhile()
+{
+    WorkerFixture f;
+    QStringList file;
+    for (uint number = 1; number <= 3000; ++number)
+        file.append(record().pid(number, 1).line());
+    fileToEmpty = f.writeExport(file);
+    f.worker.setLogLevel(3);
+    handlerBefore = qInstallMessageHandler(emptyTheFile);
+    f.worker.loadAndParseData();
+    qInstallMessageHandler(handlerBefore);
+    // What was read ahead counts; the rest of the former size is not waited for.
+    QCOMPARE(QFileInfo(fileToEmpty).size(), 0);
+    QCOMPARE(people(f).value(0), QStringLiteral("1.1 Novák"));
+    QVERIFY(f.peer.importedRecords.size() < file.size());
+    f.log.clear();
 }
 
 void tst_Import::loadAndParseData_appends()

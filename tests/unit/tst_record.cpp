@@ -411,6 +411,8 @@ void tst_Record::knownPerson_comparedFields_data()
         false);
     // Both have the pid 123.
     add("osobniCislo, poradoveCisloPP", record().pid(12, 3), record().pid(1, 23));
+    // Both have the pid 0, for it does not fit.
+    add("poradoveCisloPP", record().pid(4294967295, 1), record().pid(4294967295, 2));
     add("titul", record(), record().titles(QStringLiteral("Ing."), QString()));
     add("jmeno", record(), record().name(QStringLiteral("ján"), QStringLiteral("Novák")));
     add("prijmeni", record(), record().name(QStringLiteral("Ján"), QStringLiteral("Nový")));

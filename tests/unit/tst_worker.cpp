@@ -824,6 +824,9 @@ void tst_Worker::isqlProcessErrorOccurred_data()
         QTest::newRow(qPrintable(texts.at(error)))
             << error << QStringLiteral("critical THRWorker: isql process ") + texts.at(error);
     }
+    QTest::newRow("none of them") << 6
+                                  << QStringLiteral(
+                                         "critical THRWorker: isql process Unknown Error");
 }
 
 void tst_Worker::isqlProcessErrorOccurred()
