@@ -29,6 +29,7 @@ class tst_DoSync : public QObject
 
 private Q_SLOTS:
     void doSync_worksInFileOrder();
+    void doSync_aRecordLeavesTheVectorBeforeItIsWorkedOn();
     void doSync_aFailedRecordStopsNothing();
     void doSync_loadsTheBranchesBeforeTheFirstRecord();
     void doSync_goesOnWithoutBranches();
@@ -66,6 +67,20 @@ void tst_DoSync::doSync_worksInFileOrder()
                     "warning THRWorker::dbAddPersonIntoPam(pid: 21, pamSettingsID: 1) - "
                     "Testing mode is active, person not really add into PaM!"}));
     QVERIFY(f.peer.importedRecords.isEmpty());
+}
+
+void tst_DoSync::doSync_aRecordLeavesTheVectorBeforeItIsWorkedOn()
+{
+    WorkerFixture f;
+    f.listInPam(QStringLiteral("11,21"));
+    QVector<int> left;
+    f.script.on(QStringLiteral("INSERT INTO people ")).doing([&] {
+        left.append(f.peer.importedRecords.size());
+    });
+    f.peer.importedRecords = {record().pid(1, 1), record().pid(2, 1)};
+    f.worker.doSync();
+    QCOMPARE(left, (QVector<int> {1, 0}));
+    f.log.clear();
 }
 
 void tst_DoSync::doSync_aFailedRecordStopsNothing()

@@ -76,6 +76,7 @@ private Q_SLOTS:
     void checkSync_syncIntervalOfOnePassesOnEveryTick();
     void checkSync_defaultPassesOnTicks1And60And120();
     void checkSync_skippedWhileInProgress();
+    void checkSync_isInProgressFromTheForceFlagToTheClose();
     void checkSync_databaseNotOpen();
     void checkSync_lostFirstTickIsNotMadeUp();
     void checkSync_forcedTickClearsTheFlag();
@@ -552,6 +553,23 @@ void tst_Worker::checkSync_skippedWhileInProgress()
     QCOMPARE(f.peer.tickCount, 1u);
     QCOMPARE(f.peer.inProgress, true);
     QCOMPARE(f.peer.syncCount, 0u);
+}
+
+void tst_Worker::checkSync_isInProgressFromTheForceFlagToTheClose()
+{
+    WorkerFixture f;
+    f.init();
+    f.peer.tickCount = 1; // no pass is due
+    const auto tickAgain = [&f] { f.tick(); };
+    f.script.on(QStringLiteral("SELECT value FROM vars"), 1).doing(tickAgain);
+    f.script.on(QStringLiteral("close"), 1).doing(tickAgain);
+    f.tick();
+    const QString skipped = QStringLiteral(
+        "warning THRWorker::checkSync() - synchronization is in progress, "
+        "this iteration was skipped!");
+    QCOMPARE(f.log.take().count(skipped), 2);
+    QCOMPARE(f.peer.tickCount, 4u);
+    QCOMPARE(f.peer.inProgress, false);
 }
 
 void tst_Worker::checkSync_databaseNotOpen()
