@@ -10,9 +10,9 @@ usage() {
     cat <<'END'
 Usage: tools/fuzz.sh [--seconds N | --runs N] [TARGET...]
 
-Runs the fuzz targets import, settings and pass, or those named, one after another, each for a minute
-or as long as told. They begin with fuzz/corpus and with what earlier runs found, which stays in
-build/fuzz/found. An input that breaks something ends the script, which then tells its file.
+Runs the fuzz targets import, settings and pass, or those named, side by side, for a minute or as long
+as told. They begin with fuzz/corpus and with what earlier runs found, which stays in
+build/fuzz/found. An input that breaks something is told with its file, and fails the script.
 END
 }
 
@@ -41,17 +41,38 @@ mkdir -p build
 cmake --preset fuzz >build/configure.log || { cat build/configure.log; exit 1; }
 cmake --build --preset fuzz
 
+# run_target TARGET: its words go to build/fuzz/TARGET.log.
+run_target() {
+    mkdir -p "build/fuzz/found/$1"
+    "build/fuzz/fuzz/fuzz_$1" "$limit" -max_len=512 "-dict=fuzz/$1.dict" -print_final_stats=1 \
+        "-artifact_prefix=build/fuzz/found/$1-" "build/fuzz/found/$1" "fuzz/corpus/$1" \
+        >"build/fuzz/$1.log" 2>&1
+}
+
+# summary TARGET: executions, edges and inputs that it came to.
+summary() {
+    local edges inputs
+    edges=$(grep -oE 'cov: [0-9]+' "build/fuzz/$1.log" | tail -n 1)
+    inputs=$(grep -oE 'corp: [0-9]+' "build/fuzz/$1.log" | tail -n 1)
+    echo "$1: $(awk '/stat::number_of_executed_units/ { print $2 }' "build/fuzz/$1.log") executions," \
+        "${edges#cov: } edges, ${inputs#corp: } inputs"
+}
+
+pids=()
 for target in "${targets[@]}"; do
-    echo "== $target"
-    found=build/fuzz/found/$target
-    mkdir -p "$found"
-    prefix=build/fuzz/found/$target-
-    if ! "build/fuzz/fuzz/fuzz_$target" "$limit" -max_len=512 "-dict=fuzz/$target.dict" \
-        -print_final_stats=1 "-artifact_prefix=$prefix" "$found" "fuzz/corpus/$target"; then
-        broken=$(find build/fuzz/found -maxdepth 1 -type f -name "$target-*" -printf '%T@ %p\n' |
-            sort -n | tail -n 1 | cut -d ' ' -f 2-)
-        echo "fuzz: broken by ${broken:-no input}; run it again with" \
-            "build/fuzz/fuzz/fuzz_$target ${broken:-}" >&2
-        exit 1
-    fi
+    run_target "$target" &
+    pids+=($!)
 done
+failed=0
+for i in "${!targets[@]}"; do
+    if wait "${pids[i]}"; then
+        summary "${targets[i]}"
+        continue
+    fi
+    failed=1
+    tail -n 30 "build/fuzz/${targets[i]}.log" >&2
+    broken=$(grep -oE 'build/fuzz/found/[a-z]+-[a-z]+-[0-9a-f]+' "build/fuzz/${targets[i]}.log" | tail -n 1)
+    echo "fuzz: broken by ${broken:-no input}; run it again with" \
+        "build/fuzz/fuzz/fuzz_${targets[i]} ${broken:-}" >&2
+done
+exit "$failed"
