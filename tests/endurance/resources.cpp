@@ -124,6 +124,12 @@ bool heapIsMeasured()
 #endif
 }
 
+bool heapIsExact()
+{
+    return heapIsMeasured() && qgetenv("GLIBC_TUNABLES").contains("arena_max=1:")
+        && qgetenv("GLIBC_TUNABLES").contains("tcache_count=0");
+}
+
 qint64 residentBytes()
 {
     return statusLine("VmRSS:");

@@ -33,6 +33,10 @@ void printFigures(const QString &line);
 /// False where a sanitizer has put an allocator of its own in place.
 bool heapIsMeasured();
 
+/// Without the allocator's pools for each thread and its caches, which come and go with threads.
+/// CTest runs the tests so.
+bool heapIsExact();
+
 /// Bytes of the process in memory, now and at most so far.
 qint64 residentBytes();
 qint64 peakResidentBytes();
