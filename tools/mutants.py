@@ -179,6 +179,8 @@ class Finder:
     def find_at(self, index, token):
         """Those that change one token, or a condition that a token begins."""
         before = self.tokens[index - 1].text if index else ''
+        if self.is_default_argument(index):
+            return
         if token.kind == 'word':
             self.find_at_word(index, token)
         elif token.kind == 'string':
@@ -216,6 +218,11 @@ class Finder:
     def is_gate_limit(self, index):
         return self.tokens[index - 2].text == 'logLevel' \
             and self.tokens[index - 1].text in ('>', '==')
+
+    def is_default_argument(self, index):
+        """It is the callers, not the library, that are compiled with it."""
+        return self.tokens[index - 1].text == '=' and self.tokens[index + 1:] != [] \
+            and self.tokens[index + 1].text in ',)' and self.file.endswith('.h')
 
     def is_pure(self, index):
         """The 0 is that of a function without a body."""

@@ -9,10 +9,10 @@ compilation of one file and no test is linked again. The tests run one after ano
 that bear the file's name, up to the first that fails. A test that takes ten times its usual time
 has noticed, too.
 
-Results go to results.jsonl in the work folder as they come; --resume keeps those that are there for
-mutants that were killed or do not compile. tools/mutants-equivalent.txt lists the mutants that
-change nothing that can be observed, each with the reason. Exit code 1 when a mutant survives that
-it does not list, or when it lists one that does not survive.
+Results go to results.jsonl in the work folder as they come; --resume goes on from there.
+tools/mutants-equivalent.txt lists the mutants that change nothing that can be observed, each with the
+reason. Exit code 1 when a mutant survives that it does not list, or when it lists one that does not
+survive.
 """
 
 import argparse
@@ -227,9 +227,9 @@ def options():
     parser.add_argument('--jobs', type=int, default=1, metavar='N', help='mutants at a time')
     parser.add_argument('--labels', default=','.join(LABELS), help='labels of the tests to ask')
     parser.add_argument('--resume', action='store_true',
-                        help='do not repeat mutants that were killed or did not compile')
+                        help='keep the results of earlier runs, and go on with the others')
     parser.add_argument('--again', action='store_true',
-                        help='with --resume: repeat those that survived')
+                        help='with --resume: repeat those that survived and are not listed')
     parser.add_argument('--work', type=pathlib.Path, default=ROOT / 'build' / 'mutation',
                         metavar='DIR', help='where the copy is built')
     return parser.parse_args()
@@ -257,9 +257,9 @@ def main():
         if not arguments.resume:
             path.unlink(missing_ok=True)
         results = read_results(path)
-        repeated = {'survived'} if arguments.again else set()
         chosen = [mutant for mutant in found if mutant.key not in results
-                  or results[mutant.key]['status'] in repeated]
+                  or arguments.again and results[mutant.key]['status'] == 'survived'
+                  and mutant.key not in equivalent]
         campaign = Campaign(Build(ROOT, work), arguments.labels.split(','), path)
         campaign.measure()
         campaign.run(chosen, arguments.jobs)

@@ -228,6 +228,7 @@ void tst_Worker::setOrvDb_updatesTheSettings()
 {
     WorkerFixture f;
     f.init();
+    f.peer.db.close();
     f.worker.setOrvDb(f.script.handle(QStringLiteral("another")));
     f.peer.db.open();
     f.log.take();
