@@ -121,6 +121,7 @@ class tst_People : public QObject
 
 private Q_SLOTS:
     void getUidByPid_keepsWhatItFound();
+    void getUidByPid_keepsTheLeastUid();
     void getUidByPid_doesNotKeepThatThereIsNone();
     void getUidByPid_doesNotKeepAFailure();
 
@@ -197,6 +198,16 @@ void tst_People::getUidByPid_keepsWhatItFound()
     // The one question that bypasses the cache.
     QCOMPARE(later.worker.dbGetUidByPid(770011), 0u);
     QCOMPARE(later.log.take(), lines({question}));
+}
+
+void tst_People::getUidByPid_keepsTheLeastUid()
+{
+    WorkerFixture f;
+    f.script.on(QStringLiteral("SELECT uid FROM people"), 1)
+        .withRows({QStringLiteral("uid")}, {{1}});
+    QCOMPARE(f.worker.getUidByPid(770014), 1u);
+    QCOMPARE(f.worker.getUidByPid(770014), 1u);
+    QCOMPARE(f.log.take(), lines({"sql exec SELECT uid FROM people WHERE pid = 770014 LIMIT 1;"}));
 }
 
 void tst_People::getUidByPid_doesNotKeepThatThereIsNone()
