@@ -204,7 +204,8 @@ class Job:
         shutil.rmtree(self.temporary, ignore_errors=True)
         self.temporary.mkdir()
         environment = {**os.environ, **test.environment, 'TMPDIR': str(self.temporary),
-                       'HOME': str(self.temporary), 'LD_LIBRARY_PATH': str(self.folder / 'lib')}
+                       'HOME': str(self.temporary),
+                       'LD_LIBRARY_PATH': f'{self.folder / "lib"}:{self.build.folder / "src"}'}
         process = subprocess.Popen([*test.command, '-nocrashhandler'], cwd=self.temporary,
                                    env=environment, stdin=subprocess.DEVNULL,
                                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
