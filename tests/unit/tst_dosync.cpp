@@ -29,6 +29,7 @@ class tst_DoSync : public QObject
 
 private Q_SLOTS:
     void doSync_worksInFileOrder();
+    void doSync_countsTheRecordsFromLevel2();
     void doSync_aRecordLeavesTheVectorBeforeItIsWorkedOn();
     void doSync_aFailedRecordStopsNothing();
     void doSync_loadsTheBranchesBeforeTheFirstRecord();
@@ -67,6 +68,18 @@ void tst_DoSync::doSync_worksInFileOrder()
                     "warning THRWorker::dbAddPersonIntoPam(pid: 21, pamSettingsID: 1) - "
                     "Testing mode is active, person not really add into PaM!"}));
     QVERIFY(f.peer.importedRecords.isEmpty());
+}
+
+void tst_DoSync::doSync_countsTheRecordsFromLevel2()
+{
+    WorkerFixture f;
+    for (const quint8 level : {quint8(1), quint8(2)}) {
+        f.worker.setLogLevel(level);
+        f.listInPam(QStringLiteral("11"));
+        f.peer.importedRecords = {record().pid(1, 1)};
+        f.worker.doSync();
+        QCOMPARE(f.log.takeMatching({QStringLiteral("stack count")}).size(), level - 1);
+    }
 }
 
 void tst_DoSync::doSync_aRecordLeavesTheVectorBeforeItIsWorkedOn()
