@@ -61,7 +61,8 @@ public:
 
     /// The events of a pass: calls, warnings and criticals, with the numbers of the table.
     QStringList pass();
-    /// As after a start of the plugin: what the worker remembers is gone.
+    /// As after a start of the plugin: what the worker remembers is gone. The uids that the process
+    /// has found stay.
     void restart();
     /// How often Qt's driver has complained in its own words, which no pass() tells: it wants to
     /// tidy up a prepared statement, and the connection has gone.

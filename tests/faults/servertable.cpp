@@ -6,6 +6,8 @@
 #include "faults/failuretable.h"
 #include "support/localseconds.h"
 
+#include <algorithm>
+
 namespace {
 
 using Words = QVector<QPair<QString, QString>>;
@@ -298,4 +300,18 @@ QStringList lossesOf(const ExpectedPass &pass)
     QStringList losses = valuesOf(lossTable(), pass);
     losses.sort();
     return losses;
+}
+
+QStringList idleOutcomes(const QVector<Fault> &faults)
+{
+    QVector<Outcome> idle = changeTable() + lossTable();
+    for (const Fault &fault : faults) {
+        const ExpectedPass pass(0, fault, serverTable());
+        const auto happens = [&](const Outcome &one) { return pass.holdsAll(one.when); };
+        idle.erase(std::remove_if(idle.begin(), idle.end(), happens), idle.end());
+    }
+    QStringList texts;
+    for (const Outcome &one : qAsConst(idle))
+        texts.append(one.when);
+    return texts;
 }

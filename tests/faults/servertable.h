@@ -25,3 +25,6 @@ QStringList changesOf(const ExpectedPass &pass);
 /// What stays different for good, once the database is well and the attendance calculated, after a
 /// forced pass and one more.
 QStringList lossesOf(const ExpectedPass &pass);
+
+/// What changesOf() and lossesOf() never come to for the passes with these faults, by its `when`.
+QStringList idleOutcomes(const QVector<Fault> &faults);

@@ -85,7 +85,11 @@ private:
         if (nextStatement.isEmpty())
             return;
         bool somebodyWaits = !waitsForOther;
+        QElapsedTimer patience;
+        patience.start();
         while (!somebodyWaits) {
+            if (patience.elapsed() > longestWait)
+                qFatal("nobody waits for a lock: %s", qPrintable(nextStatement));
             QSqlQuery query(session);
             somebodyWaits = query.exec(QString::fromLatin1(waiting)) && query.next()
                 && query.value(0).toInt() > 0;
@@ -127,6 +131,7 @@ class tst_Contention : public QObject
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
+    void cleanup();
     void lockedRow_failsTheCallThatNeedsIt_data();
     void lockedRow_failsTheCallThatNeedsIt();
     void deadlock_failsOneStatement();
@@ -151,13 +156,20 @@ void tst_Contention::cleanupTestCase()
     bench.reset();
 }
 
+void tst_Contention::cleanup()
+{
+    database->execute(QStringLiteral("SET GLOBAL innodb_lock_wait_timeout = 50"));
+    database->execute(QStringLiteral("SET GLOBAL lock_wait_timeout = 86400"));
+}
+
 void tst_Contention::lockedRow_failsTheCallThatNeedsIt_data()
 {
     QTest::addColumn<QString>("call");
     QTest::addColumn<QString>("lock");
 
     const auto add = [](const char *call, const char *lock) {
-        QTest::newRow(call) << QString::fromLatin1(call) << QString::fromLatin1(lock);
+        QTest::addRow("%s: %s", call, lock)
+            << QString::fromLatin1(call) << QString::fromLatin1(lock);
     };
     add("A.listed", "SELECT * FROM vars WHERE name = 'exportPam.1.selPeople' FOR UPDATE");
     add("B.update", "SELECT * FROM people WHERE uid = {B} FOR UPDATE");
@@ -169,6 +181,9 @@ void tst_Contention::lockedRow_failsTheCallThatNeedsIt_data()
     add("B.set", "SELECT * FROM admins_people WHERE aid = 6 AND uid = {B} FOR UPDATE");
     add("B.planReopened", "SELECT * FROM atten WHERE uid = {B} FOR UPDATE");
     add("2.join", "INSERT INTO brape (bid, uid, since) VALUES (2, {B}, 0)");
+    // A table as a whole, as a backup or a change of its columns holds it.
+    add("people", "LOCK TABLES people WRITE");
+    add("B.correction", "LOCK TABLES funds_move WRITE");
 }
 
 /// The server waits for a second, and gives up the one statement.
@@ -177,6 +192,7 @@ void tst_Contention::lockedRow_failsTheCallThatNeedsIt()
     QFETCH(QString, call);
     QFETCH(QString, lock);
     database->execute(QStringLiteral("SET GLOBAL innodb_lock_wait_timeout = 1"));
+    database->execute(QStringLiteral("SET GLOBAL lock_wait_timeout = 1"));
     FaultRound round(*database);
     lock.replace(QLatin1String("{B}"), round.company.uid(QStringLiteral("B")));
     const QSqlDatabase handle = database->handle();
@@ -193,7 +209,6 @@ void tst_Contention::lockedRow_failsTheCallThatNeedsIt()
     Fault fault;
     fault.ids = QStringList {call};
     round.comparePass(*undisturbed, fault, timeout, [&] { hook.reset(); });
-    database->execute(QStringLiteral("SET GLOBAL innodb_lock_wait_timeout = 50"));
 }
 
 /// The statement is undone as a whole, and nothing else.

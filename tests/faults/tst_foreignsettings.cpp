@@ -17,18 +17,26 @@ private Q_SLOTS:
     void cleanup();
     void timeZone_changesNothingOnMostDays_data();
     void timeZone_changesNothingOnMostDays();
-    void timeZoneWest_secondBalanceOfADayReplacesTheFirst();
-    void timeZoneEast_secondBalanceOfADayIsRight();
+    void timeZoneWest_secondBalanceAtNoonReplacesTheFirst();
+    void timeZoneEast_secondBalanceAtNoonIsRight();
+    void timeZone_secondBalanceFromAnHourOn_data();
+    void timeZone_secondBalanceFromAnHourOn();
     void timeZoneSame_secondBalanceOfADayWaits();
     void timeZone_countsTheFirstOfAMonthToTheMonthBefore();
+    void timeZone_correctionOnTheFirstCountsToTheMonthBefore();
     void lettersOfTheSession_arePutRight();
     void lettersOfTheTable_thatHasThem();
     void lettersOfTheTable_refusedByAStrictServer();
     void lettersOfTheTable_lostOnALenientServer();
+    void textLongerThanItsColumn_data();
+    void textLongerThanItsColumn();
 
 private:
     void setTimeZone(const QString &zone);
     void setLetters(const QString &set);
+    void setLettersOfSessions(const QString &set);
+    void setSurnameLength(int letters);
+    void setMoment(const QDateTime &moment);
     /// A pass after which the fund holds 12.50, then one of an export with this balance.
     QStringList changeBalanceTwice(FaultRound &round, const QString &balance);
     QString balance(FaultRound &round);
@@ -58,6 +66,8 @@ void tst_ForeignSettings::cleanup()
 {
     setTimeZone(QStringLiteral("SYSTEM"));
     setLetters(QStringLiteral("utf8mb4"));
+    setSurnameLength(128);
+    setLettersOfSessions(QStringLiteral("utf8mb4"));
     database->execute(QStringLiteral("SET GLOBAL sql_mode = DEFAULT"));
     bench->clock.set(companyNow());
 }
@@ -71,6 +81,28 @@ void tst_ForeignSettings::setTimeZone(const QString &zone)
 void tst_ForeignSettings::setLetters(const QString &set)
 {
     database->execute(QStringLiteral("ALTER TABLE people CONVERT TO CHARACTER SET %1").arg(set));
+}
+
+/// For new connections.
+void tst_ForeignSettings::setLettersOfSessions(const QString &set)
+{
+    for (const char *variable : {"client", "connection", "results", "server"})
+        database->execute(
+            QStringLiteral("SET GLOBAL character_set_%1 = %2").arg(QLatin1String(variable), set));
+}
+
+void tst_ForeignSettings::setSurnameLength(int letters)
+{
+    database->execute(
+        QStringLiteral("ALTER TABLE people MODIFY surname VARCHAR(%1) NOT NULL DEFAULT ''")
+            .arg(letters));
+}
+
+/// For the process, and for new connections of the plugin.
+void tst_ForeignSettings::setMoment(const QDateTime &moment)
+{
+    bench->clock.set(moment);
+    database->setClock(moment.toSecsSinceEpoch());
 }
 
 QString tst_ForeignSettings::balance(FaultRound &round)
@@ -139,7 +171,7 @@ void tst_ForeignSettings::timeZone_changesNothingOnMostDays()
 
 /// The correction of today lies before the server's midnight. So it is not found, counts towards
 /// the balance, and is replaced by what still lacks: 100 in the place of 200.
-void tst_ForeignSettings::timeZoneWest_secondBalanceOfADayReplacesTheFirst()
+void tst_ForeignSettings::timeZoneWest_secondBalanceAtNoonReplacesTheFirst()
 {
     setTimeZone(QStringLiteral("+00:00"));
     FaultRound round(*database);
@@ -147,9 +179,7 @@ void tst_ForeignSettings::timeZoneWest_secondBalanceOfADayReplacesTheFirst()
     QCOMPARE(balance(round), QStringLiteral("1150"));
 
     // On the next day nobody asks again, unless the pass is forced.
-    const QDateTime tomorrow = companyNow().addDays(1);
-    bench->clock.set(tomorrow);
-    database->setClock(tomorrow.toSecsSinceEpoch());
+    setMoment(companyNow().addDays(1));
     setTimeZone(QStringLiteral("SYSTEM"));
     round.company.calculateAttendance();
     round.pass();
@@ -160,12 +190,39 @@ void tst_ForeignSettings::timeZoneWest_secondBalanceOfADayReplacesTheFirst()
 }
 
 /// The correction of today is not found either, but it does not count yet: the new one has all.
-void tst_ForeignSettings::timeZoneEast_secondBalanceOfADayIsRight()
+void tst_ForeignSettings::timeZoneEast_secondBalanceAtNoonIsRight()
 {
     setTimeZone(QStringLiteral("+08:00"));
     FaultRound round(*database);
     QCOMPARE(changeBalanceTwice(round, QStringLiteral("13.5")), QStringList());
     QCOMPARE(balance(round), QStringLiteral("1350"));
+}
+
+/// Noon is not every hour: what counts is whether the server's midnight lies behind the machine's.
+void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn_data()
+{
+    QTest::addColumn<QString>("zone");
+    QTest::addColumn<QTime>("time");
+    QTest::addColumn<QString>("fund");
+    const auto add = [](const char *name, const char *zone, const QTime &time, const char *fund) {
+        QTest::newRow(name) << QString::fromLatin1(zone) << time << QString::fromLatin1(fund);
+    };
+    add("6 hours west, before 6", "-05:00", QTime(5, 59), "1350");
+    add("6 hours west, from 6 on", "-05:00", QTime(6, 0), "1150");
+    add("7 hours east, before 17", "+08:00", QTime(16, 59), "1350");
+    add("7 hours east, from 17 on", "+08:00", QTime(17, 0), "1150");
+}
+
+void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn()
+{
+    QFETCH(QString, zone);
+    QFETCH(QTime, time);
+    QFETCH(QString, fund);
+    setTimeZone(zone);
+    FaultRound round(*database);
+    setMoment(QDateTime(companyNow().date(), time));
+    QCOMPARE(changeBalanceTwice(round, QStringLiteral("13.5")), QStringList());
+    QCOMPARE(balance(round), fund);
 }
 
 /// What it is like in one time zone.
@@ -174,21 +231,20 @@ void tst_ForeignSettings::timeZoneSame_secondBalanceOfADayWaits()
     FaultRound round(*database);
     QCOMPARE(changeBalanceTwice(round, QStringLiteral("13.5")), QStringList());
     QCOMPARE(balance(round), QStringLiteral("1250"));
-    const QDateTime tomorrow = companyNow().addDays(1);
-    bench->clock.set(tomorrow);
-    database->setClock(tomorrow.toSecsSinceEpoch());
+    setMoment(companyNow().addDays(1));
     round.company.calculateAttendance();
     round.pass();
     QCOMPARE(balance(round), QStringLiteral("1350"));
 }
 
-/// The local midnight of 1 February is an hour of 31 January in Greenwich.
+/// The local midnight of 1 February is an hour of 31 January in Greenwich. Planning anew finds the
+/// right month, and leaves the other.
 void tst_ForeignSettings::timeZone_countsTheFirstOfAMonthToTheMonthBefore()
 {
     setTimeZone(QStringLiteral("+00:00"));
     FaultRound round(*database);
     database->execute(
-        QStringLiteral("DELETE FROM atten WHERE `date` >= UNIX_TIMESTAMP('2026-02-01') "
+        QStringLiteral("DELETE FROM atten WHERE `date` >= UNIX_TIMESTAMP('2026-01-01') "
                        "AND `date` < UNIX_TIMESTAMP('2026-03-01')"));
     database->execute(QStringLiteral("INSERT INTO atten (uid, `date`, ok) VALUES "
                                      "(%1, UNIX_TIMESTAMP('2026-02-01'), 1)")
@@ -196,6 +252,28 @@ void tst_ForeignSettings::timeZone_countsTheFirstOfAMonthToTheMonthBefore()
     round.pass();
     QCOMPARE(database->rows(QStringLiteral("SELECT month, gid FROM groups_month ORDER BY month")),
              lines({"202601|15", "202603|15"}));
+
+    setTimeZone(QStringLiteral("SYSTEM"));
+    database->execute(QStringLiteral("DELETE FROM groups_plan"));
+    round.recover();
+    QCOMPARE(database->rows(QStringLiteral("SELECT month FROM groups_month ORDER BY month")),
+             lines({"202601", "202602", "202603"}));
+}
+
+/// A forced pass finds the balance right, and lets the month stand.
+void tst_ForeignSettings::timeZone_correctionOnTheFirstCountsToTheMonthBefore()
+{
+    setTimeZone(QStringLiteral("+00:00"));
+    FaultRound round(*database);
+    setMoment(QDateTime(QDate(2026, 4, 1), QTime(12, 0)));
+    round.pass();
+    const QString month = QStringLiteral("SELECT month FROM funds_move "
+                                         "WHERE day = UNIX_TIMESTAMP('2026-04-01')");
+    QCOMPARE(database->rows(month), lines({"202603"}));
+    setTimeZone(QStringLiteral("SYSTEM"));
+    setMoment(QDateTime(QDate(2026, 4, 2), QTime(12, 0)));
+    round.recover();
+    QCOMPARE(database->rows(month).value(0), QStringLiteral("202603"));
 }
 
 // Letters
@@ -207,15 +285,10 @@ void tst_ForeignSettings::lettersOfTheSession_arePutRight()
     database->execute(
         QStringLiteral("SET GLOBAL init_connect = 'SET timestamp = %1; SET NAMES latin1'")
             .arg(companyNow().toSecsSinceEpoch()));
-    for (const char *variable : {"client", "connection", "results", "server"})
-        database->execute(
-            QStringLiteral("SET GLOBAL character_set_%1 = latin1").arg(QLatin1String(variable)));
+    setLettersOfSessions(QStringLiteral("latin1"));
     round.f.writeExport(exportNaming(round.company));
     QCOMPARE(round.pass().filter(QRegularExpression(QStringLiteral("^(warning|critical) "))),
              QStringList());
-    for (const char *variable : {"client", "connection", "results", "server"})
-        database->execute(
-            QStringLiteral("SET GLOBAL character_set_%1 = utf8mb4").arg(QLatin1String(variable)));
     QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
 }
 
@@ -264,6 +337,41 @@ void tst_ForeignSettings::lettersOfTheTable_lostOnALenientServer()
     setLetters(QStringLiteral("utf8mb4"));
     round.recover();
     QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
+}
+
+void tst_ForeignSettings::textLongerThanItsColumn_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QStringList>("surnames");
+    QTest::addColumn<QStringList>("complaints");
+    QTest::newRow("strict server")
+        << QStringLiteral("STRICT_TRANS_TABLES") << QStringList()
+        << lines({"critical THRWorker::dbAddPerson(9003.1) - SQL ERROR: Data too long for column "
+                  "'surname' at row 1 QMYSQL: Unable to execute query"});
+    QTest::newRow("lenient server")
+        << QString() << QStringList {QString(128, QLatin1Char('x'))} << QStringList();
+}
+
+void tst_ForeignSettings::textLongerThanItsColumn()
+{
+    QFETCH(QString, mode);
+    QFETCH(QStringList, surnames);
+    QFETCH(QStringList, complaints);
+    FaultRound round(*database);
+    database->execute(QStringLiteral("SET GLOBAL sql_mode = '%1'").arg(mode));
+    const QString surname(129, QLatin1Char('x'));
+    QStringList file = round.company.exportLines();
+    file.last().replace(QStringLiteral("Novák"), surname);
+    round.f.writeExport(file);
+    QCOMPARE(round.pass().filter(QRegularExpression(QStringLiteral("^(warning|critical) "))),
+             complaints);
+    const QString stored = QStringLiteral("SELECT surname FROM people WHERE type = 4");
+    QCOMPARE(database->rows(stored), surnames);
+
+    setSurnameLength(200);
+    round.recover();
+    QCOMPARE(database->rows(stored), QStringList {surname});
+    database->execute(QStringLiteral("DELETE FROM people"));
 }
 
 QTEST_GUILESS_MAIN(tst_ForeignSettings)

@@ -50,6 +50,7 @@ private Q_SLOTS:
     void connectionCut_plainPassSeesThoseWhoseLeaveWaits();
     void statementRefused_othersGoOn_data();
     void statementRefused_othersGoOn();
+    void outcomes_allHappen();
     void commitRefused_nextTransactionCommits();
     void commitRefused_endOfThePassUndoesAllThatFollows();
 
@@ -161,6 +162,16 @@ void tst_LostConnection::statementRefused_othersGoOn()
     round.comparePass(*undisturbed, {call, call},
                       {QStringLiteral("1114"), QStringLiteral("refused driver")},
                       [&] { hook.reset(); });
+}
+
+/// No row of the outcomes is idle in the two tests above.
+void tst_LostConnection::outcomes_allHappen()
+{
+    QVector<Fault> faults;
+    const int calls = ExpectedPass(0, Fault(), serverTable()).calls().size();
+    for (int call = 1; call < calls; ++call)
+        faults << Fault {call, call} << Fault {call, 1000};
+    QCOMPARE(idleOutcomes(faults), QStringList());
 }
 
 /// Nobody looks at what becomes of a commit: its transaction goes on, and the next one's begin
