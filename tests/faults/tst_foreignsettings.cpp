@@ -204,13 +204,16 @@ void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn_data()
     QTest::addColumn<QString>("zone");
     QTest::addColumn<QTime>("time");
     QTest::addColumn<QString>("fund");
-    const auto add = [](const char *name, const char *zone, const QTime &time, const char *fund) {
-        QTest::newRow(name) << QString::fromLatin1(zone) << time << QString::fromLatin1(fund);
+    QTest::addColumn<int>("complaints"); // of a forced pass after that
+    const auto add = [](const char *name, const char *zone, const QTime &time, const char *fund,
+                        int complaints) {
+        QTest::newRow(name) << QString::fromLatin1(zone) << time << QString::fromLatin1(fund)
+                            << complaints;
     };
-    add("6 hours west, before 6", "-05:00", QTime(5, 59), "1350");
-    add("6 hours west, from 6 on", "-05:00", QTime(6, 0), "1150");
-    add("7 hours east, before 17", "+08:00", QTime(16, 59), "1350");
-    add("7 hours east, from 17 on", "+08:00", QTime(17, 0), "1150");
+    add("6 hours west, before 6", "-05:00", QTime(5, 59), "1350", 2);
+    add("6 hours west, from 6 on", "-05:00", QTime(6, 0), "1150", 0);
+    add("7 hours east, before 17", "+08:00", QTime(16, 59), "1350", 2);
+    add("7 hours east, from 17 on", "+08:00", QTime(17, 0), "1150", 0);
 }
 
 void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn()
@@ -218,11 +221,16 @@ void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn()
     QFETCH(QString, zone);
     QFETCH(QTime, time);
     QFETCH(QString, fund);
+    QFETCH(int, complaints);
     setTimeZone(zone);
     FaultRound round(*database);
     setMoment(QDateTime(companyNow().date(), time));
     QCOMPARE(changeBalanceTwice(round, QStringLiteral("13.5")), QStringList());
     QCOMPARE(balance(round), fund);
+
+    round.company.calculateAttendance();
+    round.company.force();
+    QCOMPARE(round.pass().filter(QStringLiteral(") not writed for uid ")).size(), complaints);
 }
 
 /// What it is like in one time zone.
@@ -344,12 +352,15 @@ void tst_ForeignSettings::textLongerThanItsColumn_data()
     QTest::addColumn<QString>("mode");
     QTest::addColumn<QStringList>("surnames");
     QTest::addColumn<QStringList>("complaints");
+    const QString cut(128, QLatin1Char('x'));
     QTest::newRow("strict server")
-        << QStringLiteral("STRICT_TRANS_TABLES") << QStringList()
-        << lines({"critical THRWorker::dbAddPerson(9003.1) - SQL ERROR: Data too long for column "
+        << QStringLiteral("STRICT_TRANS_TABLES") << lines({"Novák", "Novák"})
+        << lines({"critical THRWorker::dbUpdatePerson(9002.1) - SQL ERROR: Data too long for "
+                  "column 'surname' at row 1 QMYSQL: Unable to execute query",
+                  "critical THRWorker::dbAddPerson(9003.1) - SQL ERROR: Data too long for column "
                   "'surname' at row 1 QMYSQL: Unable to execute query"});
     QTest::newRow("lenient server")
-        << QString() << QStringList {QString(128, QLatin1Char('x'))} << QStringList();
+        << QString() << QStringList {QStringLiteral("Novák"), cut, cut} << QStringList();
 }
 
 void tst_ForeignSettings::textLongerThanItsColumn()
@@ -361,16 +372,17 @@ void tst_ForeignSettings::textLongerThanItsColumn()
     database->execute(QStringLiteral("SET GLOBAL sql_mode = '%1'").arg(mode));
     const QString surname(129, QLatin1Char('x'));
     QStringList file = round.company.exportLines();
-    file.last().replace(QStringLiteral("Novák"), surname);
+    file[2].replace(QStringLiteral("Novák"), surname);
+    file[3].replace(QStringLiteral("Novák"), surname);
     round.f.writeExport(file);
     QCOMPARE(round.pass().filter(QRegularExpression(QStringLiteral("^(warning|critical) "))),
              complaints);
-    const QString stored = QStringLiteral("SELECT surname FROM people WHERE type = 4");
+    const QString stored = QStringLiteral("SELECT surname FROM people ORDER BY pid");
     QCOMPARE(database->rows(stored), surnames);
 
     setSurnameLength(200);
     round.recover();
-    QCOMPARE(database->rows(stored), QStringList {surname});
+    QCOMPARE(database->rows(stored), (QStringList {QStringLiteral("Novák"), surname, surname}));
     database->execute(QStringLiteral("DELETE FROM people"));
 }
 
