@@ -46,12 +46,14 @@ const char *const knownLines[] = {
     "dbCheckAttendance|processNadOsCis|writeFundMove3|loadFundStatusAndMove3|dbAddPersonIntoPam|"
     "addPersonIntoPam|dbResetAdminPeopleRequest|dbSetAdminPeopleRequest|dbGetAidByOsCis)\\(.*",
     "info BranchesRepository::.*",
-    "debug THRWorker: (BEGIN|END) synchronization #\\d+ \\((force: YES|waiting records: \\d+)\\)",
 };
 
-/// What else may be said where repositories are at work: by the slots that find the connection
-/// closed, and by a repository that a pass has caught between its making and its connection.
-const char *const linesOfRepositories[] = {
+/// What else may be said where people are taken on: by passes that are forced, or leave new people
+/// waiting for the calculation of their attendance; by the slots that find the connection closed;
+/// and by a repository that a pass has caught between its making and its connection.
+const char *const linesOfNewPeople[] = {
+    "debug THRWorker: (BEGIN synchronization #\\d+ \\(force: YES\\)|"
+    "END synchronization #\\d+ \\(waiting records: [1-9]\\d*\\))",
     "warning QSqlQuery::\\w+: .*",
     "critical (BranchesRepository|GroupsPlanRepo)::\\w+ - ERROR.*",
     "warning BranchesRepository::slotAddedPeopleToBranch\\(\\) - .* FAILED!",
@@ -312,7 +314,7 @@ void tst_HostCalls::calls_besidePassesThatChangePeople()
 /// does not come to its events before the passes are over.
 void tst_HostCalls::calls_besidePassesThatTakePeopleOn()
 {
-    allowedLines += toList(linesOfRepositories);
+    allowedLines += toList(linesOfNewPeople);
     call(Resume); // the first timer is out of reach from now on
     const Resources before = plugin->resourcesBetweenTicks();
     const int calls = callsWanted();
@@ -337,6 +339,7 @@ void tst_HostCalls::calls_besidePassesThatTakePeopleOn()
     QCOMPARE(withoutTerminals(company->rows()), withoutTerminals(company->owedRows()));
     QCOMPARE(after.handles, before.handles);
     QCOMPARE(after.threads, before.threads);
+    QCOMPARE(after.connections, before.connections);
     QVERIFY(QTest::qWaitFor([this] { return serverConnections() == 0; }, longestWait));
 
     const auto slotCalls = [this] {

@@ -4,14 +4,15 @@
 //
 // What is tested elsewhere:
 //
-// | An empty file                               | tst_Import::loadAndParseData_emptyFile | | A
-// directory, a pipe, a link to nothing      | tst_Import::loadAndParseData_notARegularFile     | |
-// A file that may not be read, or not removed | tst_Import::loadAndParseData_notOpened, -Removed |
-// | Carriage returns, NUL bytes, a byte order   | tst_Import::loadAndParseData_lines | | mark in
-// front, white space, bad lines       |                                                  | | Wrong
-// numbers of cells                      | tst_Import::parseLine_wrongCount                 | |
-// Numbers and dates cell by cell              | tst_ImportCells                                  |
-// | Numbers, dates and texts in statements      | tst_HostileTexts |
+// - an empty file: tst_Import::loadAndParseData_emptyFile;
+// - a directory, a pipe, a link to nothing: tst_Import::loadAndParseData_notARegularFile;
+// - a file that may not be read, or not removed: tst_Import::loadAndParseData_notOpened and
+//   loadAndParseData_notRemoved;
+// - carriage returns, NUL bytes, a byte order mark in front, white space, bad lines:
+//   tst_Import::loadAndParseData_lines;
+// - wrong numbers of cells: tst_Import::parseLine_wrongCount;
+// - numbers and dates cell by cell: tst_ImportCells;
+// - numbers, dates and texts in statements: tst_HostileTexts.
 #include "support/workerfixture.h"
 
 #include <QFile>
