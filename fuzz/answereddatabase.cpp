@@ -330,6 +330,11 @@ QSqlDatabase AnsweredDatabase::handle()
     return QSqlDatabase::database(name, false);
 }
 
+QString AnsweredDatabase::errorText()
+{
+    return oddError(QSqlError::StatementError).text();
+}
+
 uint8_t AnsweredDatabase::next()
 {
     if (left == 0)

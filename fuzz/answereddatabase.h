@@ -11,10 +11,12 @@
 
 /// What becomes of the calls of one input. There is one at a time, the one that lives.
 ///
-/// A byte of 0, and every call when the bytes are used up, is the answer of a healthy database in
-/// which persons and branches exist. Any other byte fails the call, with or without an error, gives
-/// no rows, or rows of odd cells, which take further bytes. The uid of a pid is always the same,
-/// for the process remembers it: pid + 1000, and none for pids divisible by 8 or above 65535.
+/// The low four bits of a byte choose: 1 to 8 a trouble (the call fails, with or without an error;
+/// an error beside success; no rows; rows of NULLs or of odd cells, which take further bytes; an
+/// unknown number of changed rows), all others the answer of a healthy database in which persons
+/// and branches exist. So are the calls answered that come when the bytes are used up. The lookup
+/// of a uid takes no byte and never fails; its answer is always the same, for the process remembers
+/// it: pid + 1000, and none for pids divisible by 8 or above 65535.
 ///
 /// Ends the process on a statement that no pass runs, on one that comes while the connection is
 /// closed, on a prepared value that is not bound, and on a transaction inside another.
@@ -29,6 +31,8 @@ public:
 
     /// A handle of the process, not open.
     static QSqlDatabase handle();
+    /// The text of the error of every statement that fails with one.
+    static QString errorText();
 
     bool isInTransaction() const { return inTransaction; }
     /// The people could be read at least once.
