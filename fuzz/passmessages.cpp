@@ -52,7 +52,6 @@ const GatedMessage gatedMessages[] = {
     {2, "debug THRWorker::doSync() - stack count: ", nullptr},
     {2, "debug THRWorker::dbLoadPeople()", nullptr},
     {2, "debug THRWorker::dbLoadBranches()", nullptr},
-    {2, "debug THRWorker::dbCheckPerson(", nullptr},
     {2, "debug THRWorker::dbGetUidByPid(", nullptr},
     {2, "debug THRWorker::dbChangeLastCalc(", nullptr},
     {2, "debug THRWorker::addPersonIntoPam(", nullptr},
