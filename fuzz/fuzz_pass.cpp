@@ -110,7 +110,7 @@ void checkMembers(const WorkerPeer &peer)
 /// Who waits is current, has a branch, is in the file and waits once.
 void checkWaiting(const WorkerPeer &peer, const ExportModel &model)
 {
-    const QVector<EmployeeRecord> &waiting = peer.waitingRecords;
+    const QVector<EmployeeRecord> waiting = peer.waitingRecords.toVector();
     for (const EmployeeRecord &record : waiting) {
         const bool legal = record.stredisko != 0 && record.isCurrent() && isIn(record, model)
             && (waiting.count(record) == 1 || record.dovolenaZustatek != record.dovolenaZustatek);

@@ -5,6 +5,8 @@
 
 #include <QLocale>
 
+#include <limits>
+
 QString shortDate(const QDate &date)
 {
     return QLocale::system().toString(date, QLocale::ShortFormat);
@@ -12,7 +14,14 @@ QString shortDate(const QDate &date)
 
 uint EmployeeRecord::pid() const
 {
-    return QStringLiteral("%1%2").arg(osobniCislo).arg(poradoveCisloPP).toUInt();
+    quint64 scale = 10;
+    while (poradoveCisloPP >= scale)
+        scale *= 10;
+    const quint64 largest = std::numeric_limits<uint>::max();
+    if (osobniCislo > largest / scale)
+        return 0;
+    const quint64 joined = osobniCislo * scale + poradoveCisloPP;
+    return joined <= largest ? static_cast<uint>(joined) : 0;
 }
 
 QString EmployeeRecord::pamId() const

@@ -57,6 +57,9 @@ struct EmployeeRecord
     static uint pamTypeForTpp(ushort tpp);
 };
 
+// A vector that grows may move its records as plain bytes.
+Q_DECLARE_TYPEINFO(EmployeeRecord, Q_MOVABLE_TYPE);
+
 /// All 21 fields equal; a null text equals an empty one, and the balance has no tolerance.
 bool operator==(const EmployeeRecord &left, const EmployeeRecord &right);
 inline bool operator!=(const EmployeeRecord &left, const EmployeeRecord &right)

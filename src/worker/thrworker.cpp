@@ -12,6 +12,8 @@
 #include <QTimer>
 #include <QVariant>
 
+#include <algorithm>
+
 namespace {
 
 const uint shortestTimerInterval = 1000; // milliseconds
@@ -242,11 +244,10 @@ void THRWorker::doSync()
     dbLoadBranches();
     checkDovolenkaFond(3);
 
-    while (!importedRecords.isEmpty()) {
-        const EmployeeRecord record = importedRecords.first();
-        importedRecords.removeFirst();
-        doSyncRecord(record);
-    }
+    // From the end, where a record leaves the vector without moving all others.
+    std::reverse(importedRecords.begin(), importedRecords.end());
+    while (!importedRecords.isEmpty())
+        doSyncRecord(importedRecords.takeLast());
     addQueuedPeopleToBranches();
 }
 

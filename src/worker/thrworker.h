@@ -4,6 +4,8 @@
 #pragma once
 
 #include "worker/employeerecord.h"
+#include "worker/exportcells.h"
+#include "worker/waitingrecords.h"
 
 #include <QHash>
 #include <QMutex>
@@ -217,10 +219,11 @@ private:
     bool deleteFile = false;
     bool forceSync = false;
     QHash<uint, EmployeeRecord> lastRecords; ///< by pid, as last seen in export files
-    QVector<EmployeeRecord> waitingRecords; ///< whose branch and calendar step failed
+    WaitingRecords waitingRecords; ///< whose branch and calendar step failed
     OrvDbSettings *orvSettings = nullptr; ///< owned
     BranchesRepository *branchesRepo = nullptr; ///< child
-    QVector<EmployeeRecord> importedRecords; ///< of this pass, in file order
+    QVector<EmployeeRecord> importedRecords; ///< of this pass, in file order until it drains
+    DateCache exportDates; ///< of one reading
     QHash<uint, uint> branches; ///< branch number to bid
     QHash<uint, QStringList> branchPeople; ///< by bid, uids to be added at the end of the pass
     GroupsPlanRepo *groupsPlanRepo = nullptr; ///< child

@@ -5,25 +5,39 @@
 
 #include "repository/sqlerror.h"
 #include "repository/sqlnumber.h"
+#include "worker/answercache.h"
 #include "worker/sqlvalues.h"
 
 #include <QDateTime>
 #include <QVariant>
 
+#include <utility>
+
 namespace {
+
+/// Local days by the seconds with which a row states them, but for 0.
+using DayCache = AnswerCache<uint, QDate>;
 
 /// Fills osobniCislo and poradoveCisloPP from the text key of a row: its first and its last part,
 /// and 0 for the second where there is no dot.
 void readPamId(const QVariant &column, EmployeeRecord *record)
 {
-    const QStringList parts = column.toString().split(QLatin1Char('.'));
-    record->osobniCislo = parts.isEmpty() ? column.toUInt() : parts.first().toUInt();
-    record->poradoveCisloPP = parts.count() > 1 ? parts.last().toUInt() : 0;
+    const QString text = column.toString();
+    const int firstDot = text.indexOf(QLatin1Char('.'));
+    record->osobniCislo = numberFromCell(text.leftRef(firstDot));
+    record->poradoveCisloPP = firstDot < 0
+        ? 0
+        : numberFromCell(text.midRef(text.lastIndexOf(QLatin1Char('.')) + 1));
 }
 
 /// The row of dbLoadPeople(). Column 0, the stored pid, is not read: what pamId gives is the key.
-EmployeeRecord personFromRow(const QSqlQuery &row)
+EmployeeRecord personFromRow(const QSqlQuery &row, DayCache *days)
 {
+    const auto day = [&](int column, QDate (*fromDb)(uint)) {
+        const uint seconds = row.value(column).toUInt();
+        return seconds == 0 ? fromDb(seconds)
+                            : days->answer(seconds, [&] { return fromDb(seconds); });
+    };
     EmployeeRecord record;
     readPamId(row.value(1), &record);
     record.titul = row.value(2).toString();
@@ -31,10 +45,10 @@ EmployeeRecord personFromRow(const QSqlQuery &row)
     record.prijmeni = row.value(4).toString();
     record.titulZa = row.value(5).toString();
     record.telefon = row.value(6).toString();
-    record.datumNastupu = dateFromDbBegin(row.value(7).toUInt());
-    record.datumVystupu = dateFromDb(row.value(8).toUInt());
-    record.rsBegin = dateFromDb(row.value(9).toUInt());
-    record.rsEnd = dateFromDb(row.value(10).toUInt());
+    record.datumNastupu = day(7, dateFromDbBegin);
+    record.datumVystupu = day(8, dateFromDb);
+    record.rsBegin = day(9, dateFromDb);
+    record.rsEnd = day(10, dateFromDb);
     record.rsText = row.value(11).toString();
     record.calendarID = row.value(12).toUInt();
     record.stredisko = row.value(13).toUInt();
@@ -59,9 +73,12 @@ bool THRWorker::dbLoadPeople()
     }
 
     dbPeople.clear();
+    dbPeople.reserve(importedRecords.size());
+    DayCache days;
     while (query.next()) {
-        const EmployeeRecord person = personFromRow(query);
-        dbPeople.insert(person.pid(), person);
+        EmployeeRecord person = personFromRow(query, &days);
+        const uint pid = person.pid();
+        dbPeople[pid] = std::move(person);
     }
     return true;
 }

@@ -238,7 +238,7 @@ void tst_DaysBranch::waitingRecord_isTriedWhenItComesAgain()
     // The row has been written while there was no branch.
     QCOMPARE(company.rows(branch), lines({"NULL"}));
     QCOMPARE(passOfTheDay(second, 1), QStringList());
-    QCOMPARE(company.worker->peer.waitingRecords.at(0).telefon, QString());
+    QCOMPARE(company.worker->peer.waitingRecords.toVector().at(0).telefon, QString());
 
     // It would have stayed for good, had the person not become the same again.
     QCOMPARE(passOfTheDay(first, 0), (written("", "9") + asked + reopening(uid, april)));

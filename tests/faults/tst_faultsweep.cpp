@@ -430,7 +430,7 @@ void tst_FaultSweep::compareMembers(const Company &company, const ExpectedPass &
                      && !expected.holds(letter(person) + QStringLiteral(".atRest")));
     }
     QStringList waiting;
-    for (const EmployeeRecord &record : peer.waitingRecords)
+    for (const EmployeeRecord &record : peer.waitingRecords.toVector())
         waiting.append(letter(record.osobniCislo - company.number(1) + 1));
     std::sort(waiting.begin(), waiting.end()); // the one that waited before stands first
     QCOMPARE(waiting, expected.waiting());

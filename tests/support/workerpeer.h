@@ -53,7 +53,7 @@ struct WorkerPeer
     bool &deleteFile;
     bool &forceSync;
     QHash<uint, EmployeeRecord> &lastRecords;
-    QVector<EmployeeRecord> &waitingRecords;
+    WaitingRecords &waitingRecords;
     OrvDbSettings *&orvSettings;
     BranchesRepository *&branchesRepo;
     QVector<EmployeeRecord> &importedRecords;

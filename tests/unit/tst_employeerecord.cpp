@@ -46,6 +46,7 @@ private Q_SLOTS:
     void startValues();
     void pid_joinsTheDigits_data();
     void pid_joinsTheDigits();
+    void pid_isThatOfTheJoinedText();
     void pamId_joinsWithADot();
     void isUsable_data();
     void isUsable();
@@ -128,6 +129,27 @@ void tst_EmployeeRecord::pid_joinsTheDigits()
     QFETCH(uint, poradoveCisloPP);
     QFETCH(uint, pid);
     QCOMPARE(record().pid(osobniCislo, poradoveCisloPP).build().pid(), pid);
+}
+
+/// All numbers of digits on both sides, and the places where one more begins.
+void tst_EmployeeRecord::pid_isThatOfTheJoinedText()
+{
+    QVector<uint> numbers {0, 4294967294u, 4294967295u, 429496729, 42949672, 1844674407};
+    for (uint scale = 1; scale <= 1000000000; scale *= 10) {
+        for (uint digit = 1; digit <= 4; ++digit)
+            numbers << digit * scale << digit * scale - 1 << digit * scale + 7;
+        if (scale == 1000000000)
+            break;
+    }
+    int fitting = 0;
+    for (const uint first : qAsConst(numbers)) {
+        for (const uint second : qAsConst(numbers)) {
+            const uint expected = (QString::number(first) + QString::number(second)).toUInt();
+            QCOMPARE(record().pid(first, second).build().pid(), expected);
+            fitting += expected != 0;
+        }
+    }
+    QVERIFY(fitting > 1000);
 }
 
 void tst_EmployeeRecord::pamId_joinsWithADot()

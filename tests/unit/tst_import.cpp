@@ -146,6 +146,7 @@ private Q_SLOTS:
     void loadAndParseData_deleteFile_data();
     void loadAndParseData_deleteFile();
     void loadAndParseData_emptyFile();
+    void loadAndParseData_asksTheTimeZoneAnew();
     void loadAndParseData_lines_data();
     void loadAndParseData_lines();
     void loadAndParseData_emptyLinesAreNotParsed();
@@ -335,6 +336,28 @@ void tst_Import::loadAndParseData_deleteFile()
     QCOMPARE(f.log.take(), QStringList());
     QCOMPARE(people(f), lines({"1234.1 Novák"}));
     QCOMPARE(QFileInfo::exists(path), !deleteFile);
+}
+
+/// The machine may have moved, or its zone have other rules, since the last reading.
+void tst_Import::loadAndParseData_asksTheTimeZoneAnew()
+{
+    const QByteArray zone = qgetenv("TZ");
+    WorkerFixture f;
+    f.worker.setDeleteFile(false);
+    // An hour that Bratislava skips.
+    f.writeExport({lineWith(7, QStringLiteral("2024-03-31 02:30:00.000"))});
+    qputenv("TZ", "Europe/Bratislava");
+    f.worker.loadAndParseData();
+    qputenv("TZ", "UTC");
+    f.worker.loadAndParseData();
+    qputenv("TZ", "Europe/Bratislava");
+    f.worker.loadAndParseData();
+    qputenv("TZ", zone);
+
+    QCOMPARE(f.peer.importedRecords.size(), 3);
+    QVERIFY(!f.peer.importedRecords.at(0).datumNastupu.isValid());
+    QCOMPARE(f.peer.importedRecords.at(1).datumNastupu, QDate(2024, 3, 31));
+    QVERIFY(!f.peer.importedRecords.at(2).datumNastupu.isValid());
 }
 
 void tst_Import::loadAndParseData_emptyFile()

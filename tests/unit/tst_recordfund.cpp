@@ -1157,7 +1157,7 @@ void tst_RecordFund::supervisorThatDisappearsIsNoChange()
     const QStringList branchAlone {noBranch(shown(6501, "S: 9, K: 0 from ", "0"))};
     QCOMPARE(f.sync(without), branchAlone);
     QVERIFY(f.peer.lastRecords.value(65011) == without);
-    QCOMPARE(f.peer.waitingRecords, QVector<EmployeeRecord> {without});
+    QCOMPARE(f.peer.waitingRecords.toVector(), QVector<EmployeeRecord> {without});
     // Force does not make it one.
     f.stated(employee(6501).branch(9).supervisor(5));
     f.peer.forceSync = true;

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The cells of the export file. Nothing is trimmed, and what cannot be read is no error.
+#pragma once
+
+#include "worker/answercache.h"
+
+#include <QDate>
+#include <QString>
+
+/// Also for the parts of a pamId. 0 for an empty cell, one that is no number, and a number beyond
+/// 32 bits.
+uint numberFromCell(const QStringRef &cell);
+/// 0 for a cell that is no number.
+double balanceFromCell(const QStringRef &cell);
+
+/// Dates by the milliseconds since Julian day 0 that their cells state.
+using DateCache = AnswerCache<qint64, QDate>;
+
+/// The date of a cell that states it with its time; invalid when the cell has another form, a date
+/// without a time among them.
+QDate dateFromCell(const QStringRef &cell, DateCache *cache);
