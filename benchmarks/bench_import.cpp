@@ -1,53 +1,102 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// Reading the export file: the whole file to records, by number of lines and log level.
+// Reading the export file: the whole file to records, beside a reader that only splits it.
+#include "company.h"
 #include "worker/thrworker.h"
 
-#include <QTemporaryFile>
+#include <QDateTime>
 
+#include <array>
 #include <benchmark/benchmark.h>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+/// The worker lets its tests, and this benchmark, see its members.
+struct WorkerPeer
+{
+    static void dropRecords(THRWorker *worker) { worker->importedRecords = {}; }
+};
 
 namespace {
 
 void silence(QtMsgType, const QMessageLogContext &, const QString &) { }
 
-/// An export file of so many employees.
-void writeExport(QTemporaryFile *file, int lines)
+void countEach(benchmark::State &state, int count)
 {
-    if (!file->open())
-        qFatal("no temporary file");
-    for (int number = 1; number <= lines; ++number) {
-        file->write(
-            QStringLiteral("%1|1|Ing.|Ľubomír|Krížik||0900 001 001|2015-03-01 00:00:00.000||"
-                           "100|Riaditeľstvo|1|2024-01-01 00:00:00.000|11|1|0|12.5|1001\n")
-                .arg(number)
-                .toUtf8());
-    }
-    file->close();
+    state.counters["each"] = benchmark::Counter(
+        count, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-/// Arguments: lines, log level.
+/// Arguments: lines, log level. The messages of level 3 go nowhere.
 void loadAndParseData(benchmark::State &state)
 {
-    QTemporaryFile file;
-    writeExport(&file, static_cast<int>(state.range(0)));
+    const int lines = static_cast<int>(state.range(0));
+    company() = Company();
+    company().people = lines;
+    const QTemporaryDir folder;
+    const QString path = writeExport(folder);
     const QtMessageHandler previous = qInstallMessageHandler(silence);
+    THRWorker worker;
+    worker.setLogLevel(static_cast<quint8>(state.range(1)));
+    worker.setImportFile(path);
     for (auto _ : state) {
-        THRWorker worker;
-        worker.setLogLevel(static_cast<quint8>(state.range(1)));
-        worker.setImportFile(file.fileName());
         worker.loadAndParseData();
         benchmark::DoNotOptimize(worker);
+        state.PauseTiming();
+        WorkerPeer::dropRecords(&worker);
+        state.ResumeTiming();
     }
     qInstallMessageHandler(previous);
-    state.SetItemsProcessed(state.iterations() * state.range(0));
+    countEach(state, lines);
+}
+
+/// The floor: each line of the same file as 18 views, and nothing is made of them.
+void splitOnly(benchmark::State &state)
+{
+    const int lines = static_cast<int>(state.range(0));
+    company() = Company();
+    company().people = lines;
+    const QTemporaryDir folder;
+    const std::string path = writeExport(folder).toStdString();
+    for (auto _ : state) {
+        std::ifstream file(path);
+        std::string line;
+        std::array<std::string_view, 18> views;
+        while (std::getline(file, line)) {
+            std::string_view rest = line;
+            for (std::string_view &view : views) {
+                const std::size_t end = rest.find('|');
+                view = rest.substr(0, end);
+                rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+            }
+            benchmark::DoNotOptimize(views);
+        }
+    }
+    countEach(state, lines);
+}
+
+/// What a date costs in the way that takes any form.
+void dateByFormat(benchmark::State &state)
+{
+    const QString cell = QStringLiteral("2015-03-01 00:00:00.000");
+    const QString format = QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(QDateTime::fromString(cell, format).date());
+    countEach(state, 1);
 }
 
 } // namespace
 
 BENCHMARK(loadAndParseData)
     ->ArgNames({"lines", "level"})
-    ->ArgsProduct({{1000, 10000}, {0, 3}})
+    ->ArgsProduct({{1000, 10000, 100000, 1000000}, {0, 3}})
     ->Unit(benchmark::kMillisecond);
+BENCHMARK(splitOnly)
+    ->ArgName("lines")
+    ->RangeMultiplier(10)
+    ->Range(1000, 1000000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(dateByFormat)->Unit(benchmark::kMicrosecond);
 
 BENCHMARK_MAIN();

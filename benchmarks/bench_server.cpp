@@ -1,0 +1,212 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// One pass on a private MariaDB, in turn with the very calls of that pass made by a bare client.
+#include "company.h"
+#include "replay.h"
+#include "support/recordeddatabase.h"
+#include "support/testdatabase.h"
+#include "worker/thrworker.h"
+
+#include <QElapsedTimer>
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+
+namespace {
+
+void silence(QtMsgType, const QMessageLogContext &, const QString &) { }
+
+enum Kind { First, Unchanged, UnchangedWithFund, Forced, Changed, Waiting, OneBranch };
+const char *const kindNames[] = {"first",   "unchanged", "unchanged, fund", "forced",
+                                 "changed", "waiting",   "one branch"};
+
+TestDatabase &server()
+{
+    static TestDatabase database;
+    return database;
+}
+
+/// The company's branches with their calendar, one terminal each, and a block of PaM; nobody in it.
+void setUpDatabase(Kind kind)
+{
+    TestDatabase &database = server();
+    if (!database.error().isEmpty())
+        qFatal("%s", qPrintable(database.error()));
+    database.clear();
+    const int branches = kind == Waiting ? 0 : company().people / 100 + 1;
+    for (int number = 1; number <= branches; ++number) {
+        database.execute(QStringLiteral("INSERT INTO branches (bid, number, name, mgid) "
+                                        "VALUES (%1, %1, 'Branch', 1)")
+                             .arg(number));
+        database.execute(QStringLiteral("INSERT INTO term (name, bid, status, flags) "
+                                        "VALUES ('Door', %1, 1, 2)")
+                             .arg(number));
+    }
+    database.execute(QStringLiteral("INSERT INTO mastergroups (mgid) VALUES (1)"));
+    database.execute(
+        QStringLiteral("INSERT INTO groups (gid, parent, calendarID) VALUES (1, 1, 1)"));
+    database.execute(QStringLiteral("INSERT INTO vars (name, value) VALUES "
+                                    "('exportPam.1.active', '1'), ('exportPam.1.selPeople', '')"));
+    if (kind == UnchangedWithFund)
+        database.execute(QStringLiteral("INSERT INTO funds (fid, iid, unit) VALUES (1, 3, 2)"));
+}
+
+void force()
+{
+    server().execute(QStringLiteral("REPLACE INTO vars (name, value) "
+                                    "VALUES ('OQS.THRWorker.forceSync', '1')"));
+}
+
+/// A worker on the server, over a handle that may record its calls.
+class Plugin
+{
+public:
+    explicit Plugin(bool recorded) :
+        handle(recorded ? recordedHandle(server().handle()) : server().handle())
+    {
+        worker->setOrvDb(handle);
+        worker->setSyncInterval(1);
+        worker->init();
+    }
+    ~Plugin()
+    {
+        worker.reset();
+        QSqlDatabase::removeDatabase(QStringLiteral("OQS.attendance.TalvenHR"));
+    }
+
+    void tick(const QString &path)
+    {
+        worker->setImportFile(path);
+        QMetaObject::invokeMethod(worker.get(), "checkSync", Qt::DirectConnection);
+    }
+
+private:
+    QSqlDatabase handle;
+    std::unique_ptr<THRWorker> worker = std::make_unique<THRWorker>();
+};
+
+/// The exports of one kind of pass, and what comes before a pass of it.
+class Scene
+{
+public:
+    Scene(Kind kindOfPass, int people) :
+        kind(kindOfPass)
+    {
+        company() = Company();
+        company().people = people;
+        company().oneBranch = kind == OneBranch;
+        exports[0] = writeExport(folders[0]);
+        company().changed = kind == Changed;
+        exports[1] = writeExport(folders[1]);
+        setUpDatabase(kind);
+    }
+
+    /// Whether a pass makes its database another one, in which it would not be the same again.
+    bool isOnce() const { return kind == First || kind == OneBranch; }
+
+    /// Makes the database what it is before the pass. A worker that has seen the company stays.
+    void prepare(std::unique_ptr<Plugin> *plugin, bool recorded)
+    {
+        if (isOnce())
+            setUpDatabase(kind);
+        if (isOnce() || !*plugin) {
+            plugin->reset();
+            *plugin = std::make_unique<Plugin>(recorded);
+            // New people wait a pass for their balance, and one more until nobody asks again.
+            for (int i = 0; i < 3 && !isOnce(); ++i)
+                (*plugin)->tick(exports[0]);
+        }
+        if (kind == Forced)
+            force();
+    }
+
+    /// Before the calls of the pass are made again.
+    void prepareReplay()
+    {
+        if (isOnce())
+            setUpDatabase(kind);
+        if (kind == Forced)
+            force();
+    }
+
+    const QString &exportOf(int pass) const { return exports[(pass + 1) % 2]; }
+
+private:
+    const Kind kind;
+    const QTemporaryDir folders[2];
+    QString exports[2];
+};
+
+QVector<ReplayedCall> recordedPass(Scene *scene, std::unique_ptr<Plugin> *plugin, int pass)
+{
+    QVector<ReplayedCall> calls;
+    scene->prepare(plugin, true);
+    const RecordedCallHook hook([&](const QString &call) {
+        calls.append(replayedCall(call));
+        return QSqlError();
+    });
+    (*plugin)->tick(scene->exportOf(pass));
+    return calls;
+}
+
+double seconds(const QElapsedTimer &timer)
+{
+    return static_cast<double>(timer.nsecsElapsed()) / 1e9;
+}
+
+/// Arguments: kind, people. A round is two passes, there and back, and then their calls again. The
+/// time of an iteration is that of the passes.
+void pass(benchmark::State &state)
+{
+    const Kind kind = static_cast<Kind>(state.range(0));
+    const QtMessageHandler previous = qInstallMessageHandler(silence);
+    Scene scene(kind, static_cast<int>(state.range(1)));
+    QVector<ReplayedCall> calls[2];
+    {
+        std::unique_ptr<Plugin> recorded;
+        for (int i = 0; i < 2; ++i)
+            calls[i] = recordedPass(&scene, &recorded, i);
+    }
+
+    std::unique_ptr<Plugin> plugin;
+    Replay replay(server().server().socketPath(), QStringLiteral("talvenhr"),
+                  server().databaseName());
+    double ofPasses = 0;
+    double ofCalls = 0;
+    int statements = 0;
+    for (auto _ : state) {
+        double round = 0;
+        QElapsedTimer timer;
+        for (int i = 0; i < 2; ++i) {
+            scene.prepare(&plugin, false);
+            timer.start();
+            plugin->tick(scene.exportOf(i));
+            round += seconds(timer);
+        }
+        for (int i = 0; i < 2; ++i) {
+            scene.prepareReplay();
+            timer.start();
+            replay.send(calls[i]);
+            ofCalls += seconds(timer);
+        }
+        ofPasses += round;
+        state.SetIterationTime(round);
+        statements = calls[0].size();
+    }
+    qInstallMessageHandler(previous);
+    state.SetLabel(kindNames[kind]);
+    state.counters["calls"] = statements;
+    state.counters["ratio"] = ofPasses / ofCalls;
+}
+
+} // namespace
+
+BENCHMARK(pass)
+    ->ArgNames({"kind", "people"})
+    ->ArgsProduct({{First, Unchanged, UnchangedWithFund, Forced, Changed, Waiting, OneBranch},
+                   {1000, 10000}})
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();

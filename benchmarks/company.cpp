@@ -1,0 +1,319 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A company of any size: its export file, and a database that answers at once.
+#include "company.h"
+
+#include <QDate>
+#include <QDateTime>
+#include <QFile>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlField>
+#include <QSqlRecord>
+#include <QSqlResult>
+#include <QVariant>
+
+namespace {
+
+const int firstNumber = 1001;
+const int branchSize = 100;
+const int hireDays = 12000; // some 33 years
+const char *const titles[] = {"Ing.", "", "Mgr.", ""};
+const char *const names[] = {"Ľubomír", "Žofia", "Peter", "Kateřina", "Ján", "Mária", "Štefan"};
+const char *const surnames[] = {"Krížik", "Šťastná", "Dvořáček", "Nováčková", "Vŕba"};
+
+int numberOf(int index)
+{
+    return firstNumber + index;
+}
+
+int branchOf(const Company &of, int index)
+{
+    return of.oneBranch ? 1 : 1 + index / branchSize;
+}
+
+QByteArray phoneOf(int index, bool other)
+{
+    const QByteArray digits = QByteArray::number(index).rightJustified(7, '0');
+    return (other ? "0911 " : "0900 ") + digits;
+}
+
+/// The first of a month for three in four, any day for the others; by the days since 1 January
+/// 1990.
+int hireDayOf(int index)
+{
+    const int day = static_cast<int>(index * 7919LL % hireDays);
+    if (index % 4 == 0)
+        return day;
+    const QDate date = QDate(1990, 1, 1).addDays(day);
+    return day - date.day() + 1;
+}
+
+QDate hireDateOf(int index)
+{
+    return QDate(1990, 1, 1).addDays(hireDayOf(index));
+}
+
+const char *titleOf(int index)
+{
+    return titles[index % 4];
+}
+
+const char *nameOf(int index)
+{
+    return names[index % 7];
+}
+
+const char *surnameOf(int index)
+{
+    return surnames[index % 5];
+}
+
+/// The seconds at local midnight of each possible first day.
+const QVector<uint> &hireSeconds()
+{
+    static const QVector<uint> seconds = [] {
+        QVector<uint> all;
+        for (int day = 0; day < hireDays; ++day)
+            all.append(QDateTime(QDate(1990, 1, 1).addDays(day)).toTime_t());
+        return all;
+    }();
+    return seconds;
+}
+
+/// A text of its own, as a driver makes it from what the server sent.
+QString afresh(const QString &text)
+{
+    return QString(text.constData(), text.size());
+}
+
+QVector<QString> decoded(const char *const *texts, int count)
+{
+    QVector<QString> all;
+    for (int i = 0; i < count; ++i)
+        all.append(QString::fromUtf8(texts[i]));
+    return all;
+}
+
+/// The text with a number in the place of its last digits.
+QString numbered(const QString &text, int behind, int number)
+{
+    QString copy = afresh(text);
+    QChar *digit = copy.data() + copy.size() - behind;
+    for (; number > 0; number /= 10)
+        *--digit = QLatin1Char(static_cast<char>('0' + number % 10));
+    return copy;
+}
+
+/// A column of the row in the order of the plugin's statement; what has no value is NULL.
+QVariant personColumn(int index, int column)
+{
+    static const QVector<QString> titleTexts = decoded(titles, 4);
+    static const QVector<QString> nameTexts = decoded(names, 7);
+    static const QVector<QString> surnameTexts = decoded(surnames, 5);
+    static const QString phone = QString::fromLatin1("0900 0000000");
+    static const QString pamId = QString::fromLatin1("0000000.1");
+    switch (column) {
+    case 1:
+        return numbered(pamId, 2, numberOf(index));
+    case 2:
+        return afresh(titleTexts.at(index % 4));
+    case 3:
+        return afresh(nameTexts.at(index % 7));
+    case 4:
+        return afresh(surnameTexts.at(index % 5));
+    case 5:
+        return afresh(titleTexts.at(1));
+    case 6:
+        return numbered(phone, 0, index);
+    case 7:
+        return hireSeconds().at(hireDayOf(index));
+    case 12:
+        return 1u;
+    case 13:
+        return static_cast<uint>(branchOf(company(), index));
+    default:
+        return QVariant();
+    }
+}
+
+/// Which rows a statement has.
+enum class Answer { None, People, Branches, Number, Zero, Force };
+
+class ImmediateResult : public QSqlResult
+{
+public:
+    explicit ImmediateResult(const QSqlDriver *driver) :
+        QSqlResult(driver)
+    { }
+
+protected:
+    bool reset(const QString &statement) override
+    {
+        take(statement);
+        return true;
+    }
+    bool prepare(const QString &) override { return true; }
+    bool exec() override
+    {
+        take(lastQuery());
+        return true;
+    }
+
+    QVariant data(int column) override
+    {
+        switch (answer) {
+        case Answer::People:
+            return personColumn(at(), column);
+        case Answer::Branches:
+            return static_cast<uint>(at() + 1);
+        case Answer::Number:
+            return 7u;
+        case Answer::Zero:
+            return 0u;
+        case Answer::Force:
+            return QStringLiteral("1");
+        case Answer::None:
+            break;
+        }
+        return QVariant();
+    }
+    bool isNull(int column) override { return data(column).isNull(); }
+    int size() override { return rows; }
+    int numRowsAffected() override { return 1; }
+    QVariant lastInsertId() const override { return 7; }
+    bool fetchFirst() override { return fetch(0); }
+    bool fetchLast() override { return fetch(rows - 1); }
+    bool fetch(int row) override
+    {
+        if (row < 0 || row >= rows)
+            return false;
+        setAt(row);
+        return true;
+    }
+    QSqlRecord record() const override
+    {
+        QSqlRecord fields;
+        fields.append(QSqlField(QStringLiteral("value")));
+        return fields;
+    }
+
+private:
+    void take(const QString &statement)
+    {
+        answer = answerTo(statement);
+        rows = 1;
+        if (answer == Answer::None)
+            rows = 0;
+        else if (answer == Answer::People)
+            rows = company().people;
+        else if (answer == Answer::Branches)
+            rows = company().branchesKnown ? company().people / branchSize + 1 : 0;
+        setSelect(answer != Answer::None);
+        setAt(QSql::BeforeFirstRow);
+        setActive(true);
+    }
+
+    static Answer answerTo(const QString &statement)
+    {
+        const Company &of = company();
+        if (!statement.startsWith(QLatin1String("SELECT")))
+            return Answer::None;
+        if (statement.startsWith(QLatin1String("SELECT p.pid")))
+            return of.known ? Answer::People : Answer::None;
+        if (statement.startsWith(QLatin1String("SELECT bid, number")))
+            return Answer::Branches;
+        if (statement.startsWith(QLatin1String("SELECT COUNT(*) FROM brape")))
+            return of.members ? Answer::Number : Answer::Zero;
+        if (statement.startsWith(QLatin1String("SELECT COUNT(*) FROM groups_plan"))
+            || statement.startsWith(QLatin1String("SELECT uid"))
+            || statement.startsWith(QLatin1String("SELECT gid"))
+            || statement.startsWith(QLatin1String("SELECT tid"))
+            || statement.startsWith(QLatin1String("SELECT aid")))
+            return Answer::Number;
+        if (statement.contains(QLatin1String("forceSync")))
+            return of.forced ? Answer::Force : Answer::Zero;
+        return Answer::None;
+    }
+
+    Answer answer = Answer::None;
+    int rows = 0;
+};
+
+class ImmediateDriver : public QSqlDriver
+{
+public:
+    bool hasFeature(DriverFeature feature) const override
+    {
+        return feature == Transactions || feature == PreparedQueries || feature == NamedPlaceholders
+            || feature == LastInsertId || feature == QuerySize;
+    }
+    bool open(const QString &, const QString &, const QString &, const QString &, int,
+              const QString &) override
+    {
+        setOpen(true);
+        return true;
+    }
+    void close() override { setOpen(false); }
+    QSqlResult *createResult() const override { return new ImmediateResult(this); }
+    bool beginTransaction() override { return true; }
+    bool commitTransaction() override { return true; }
+    bool rollbackTransaction() override { return true; }
+};
+
+} // namespace
+
+Company &company()
+{
+    static Company one;
+    return one;
+}
+
+QByteArray exportLine(const Company &of, int index)
+{
+    const QByteArray branch = QByteArray::number(branchOf(of, index));
+    const QByteArray cells[] = {QByteArray::number(numberOf(index)),
+                                "1",
+                                titleOf(index),
+                                nameOf(index),
+                                surnameOf(index),
+                                "",
+                                phoneOf(index, of.changed),
+                                hireDateOf(index).toString(Qt::ISODate).toLatin1()
+                                    + " 00:00:00.000",
+                                "",
+                                branch,
+                                "Stredisko " + branch,
+                                "1",
+                                "2024-01-01 00:00:00.000",
+                                "11",
+                                "1",
+                                "0",
+                                QByteArray::number(index % 60 / 2.0),
+                                "0"};
+    QByteArray line;
+    for (const QByteArray &cell : cells)
+        line += cell + '|';
+    line.chop(1);
+    return line;
+}
+
+QString writeExport(const QTemporaryDir &folder)
+{
+    QFile file(folder.filePath(QStringLiteral("ron.data")));
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("no export file");
+    for (int index = 0; index < company().people; ++index)
+        file.write(exportLine(company(), index) + '\n');
+    return file.fileName();
+}
+
+QSqlDatabase immediateHandle()
+{
+    const QString driver = QStringLiteral("IMMEDIATE");
+    if (!QSqlDatabase::isDriverAvailable(driver))
+        QSqlDatabase::registerSqlDriver(driver, new QSqlDriverCreator<ImmediateDriver>());
+    QSqlDatabase handle = QSqlDatabase::addDatabase(driver, QStringLiteral("immediate"));
+    handle.setDatabaseName(QStringLiteral("attendance"));
+    return handle;
+}

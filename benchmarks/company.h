@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A company of any size: its export file, and a database that answers at once.
+#pragma once
+
+#include <QSqlDatabase>
+#include <QString>
+#include <QTemporaryDir>
+
+/// What the export says of everybody and what the database answers.
+struct Company
+{
+    int people = 0; ///< numbers 1001 on, each with one relation
+    bool known = false; ///< they have rows that say what the export says
+    bool changed = false; ///< the export has other phone numbers than the rows
+    bool branchesKnown = true; ///< else nobody's branch is found
+    bool members = true; ///< everybody is a member of his branch
+    bool oneBranch = false; ///< of all people; else one to a hundred
+    bool forced = false;
+};
+
+/// The company that all answers are of.
+Company &company();
+
+/// A line of the export without its end, as the file has it: some 150 bytes of UTF-8.
+QByteArray exportLine(const Company &of, int index);
+
+/// The export of the company in a folder of its own.
+QString writeExport(const QTemporaryDir &folder);
+
+/// A handle, not open, on a driver that has the answer to each statement of a pass ready. It keeps
+/// nothing for an employee: rows are made as they are read, each text afresh, as from a server.
+QSqlDatabase immediateHandle();

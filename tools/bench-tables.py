@@ -1,0 +1,114 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The TalvenHR authors
+# SPDX-License-Identifier: MIT
+"""Prints the tables of docs/performance.md from the results of tools/bench.sh."""
+
+import glob
+import json
+import os
+import platform
+import re
+import sys
+
+MICROSECONDS = 1e6
+
+
+def read(folder):
+    """All benchmarks by program and name."""
+    results = {}
+    for path in glob.glob(os.path.join(folder, "*.json")):
+        program = re.sub(r"-\d+\.json$", "", os.path.basename(path))
+        with open(path, encoding="utf-8") as file:
+            text = file.read()
+        if not text.strip():
+            continue
+        for entry in json.loads(text)["benchmarks"]:
+            results[program, entry["name"]] = entry
+    return results
+
+
+def number(value, digits=2):
+    return f"{value:,.{digits}f}"
+
+
+def row(*cells):
+    print("| " + " | ".join(str(cell) for cell in cells) + " |")
+
+
+def head(*cells):
+    row(*cells)
+    print("|" + "---|" * len(cells))
+
+
+def each(results, program, name):
+    entry = results.get((program, name))
+    return entry["each"] * MICROSECONDS if entry else None
+
+
+def sizes(results, program, pattern):
+    found = {int(match.group(1)) for key in results if key[0] == program
+             for match in [re.search(pattern, key[1])] if match}
+    return sorted(found)
+
+
+def import_table(results):
+    print("### Reading the export\n")
+    date = each(results, "bench_import", "dateByFormat")
+    print(f"Microseconds a line; a date by its format costs {number(date)}.\n")
+    head("Lines", "Only split", "Level 0", "times the floor", "before", "gain", "Level 3", "before")
+    for lines in sizes(results, "bench_import", r"lines:(\d+)"):
+        floor = each(results, "bench_import", f"splitOnly/lines:{lines}")
+        level0 = each(results, "bench_import", f"loadAndParseData/lines:{lines}/level:0")
+        level3 = each(results, "bench_import", f"loadAndParseData/lines:{lines}/level:3")
+        before0 = each(results, "bench_import_before", f"loadAndParseData/lines:{lines}/level:0")
+        before3 = each(results, "bench_import_before", f"loadAndParseData/lines:{lines}/level:3")
+        row(f"{lines:,}", number(floor), number(level0), number(level0 / floor, 1), number(before0),
+            number(before0 / level0, 1), number(level3), number(before3))
+    print()
+
+
+def pass_table(results):
+    print("### A pass on a database that answers at once\n")
+    print("Microseconds and bytes of memory, at most, an employee.\n")
+    head("Pass", "People", "Time", "before", "gain", "Memory")
+    for kind in range(6):
+        for people in sizes(results, "bench_pass", r"people:(\d+)$"):
+            name = f"pass/kind:{kind}/people:{people}"
+            entry = results.get(("bench_pass", name))
+            if not entry:
+                continue
+            now = entry["each"] * MICROSECONDS
+            before = each(results, "bench_pass_before", name)
+            row(entry["label"], f"{people:,}", number(now), number(before) if before else "",
+                number(before / now, 1) if before else "", number(entry["bytes"], 0))
+    print()
+
+
+def server_table(results):
+    print("### A pass on a private MariaDB\n")
+    print("Two passes, against the same calls made by a bare client.\n")
+    head("Pass", "People", "Calls a pass", "Milliseconds", "times the bare client")
+    for kind in range(7):
+        for people in (1000, 10000):
+            name = f"pass/kind:{kind}/people:{people}/manual_time"
+            entry = results.get(("bench_server", name))
+            if entry:
+                row(entry["label"], f"{people:,}", f"{entry['calls']:,.0f}",
+                    number(entry["real_time"], 0), number(entry["ratio"]))
+    print()
+
+
+def main():
+    results = read(sys.argv[1])
+    processor = "unknown processor"
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        for line in file:
+            if line.startswith("model name"):
+                processor = line.split(":", 1)[1].strip()
+    print(f"Measured on {processor}, {os.cpu_count()} processors, Linux {platform.release()}.\n")
+    import_table(results)
+    pass_table(results)
+    server_table(results)
+
+
+main()
