@@ -98,6 +98,18 @@ def server_table(results):
     print()
 
 
+def without_zone_table(results, bare):
+    print("### Where TZ is not set\n")
+    print("Microseconds, for 10,000 people.\n")
+    head("", "TZ set", "not set")
+    for title, program, name in (
+            ("A date by its format", "bench_import", "dateByFormat"),
+            ("A line at level 0", "bench_import", "loadAndParseData/lines:10000/level:0"),
+            ("An employee of an unchanged pass", "bench_pass", "pass/kind:1/people:10000")):
+        row(title, number(each(results, program, name)), number(each(bare, program, name)))
+    print()
+
+
 def main():
     results = read(sys.argv[1])
     processor = "unknown processor"
@@ -109,6 +121,7 @@ def main():
     import_table(results)
     pass_table(results)
     server_table(results)
+    without_zone_table(results, read(sys.argv[2]))
 
 
 main()
