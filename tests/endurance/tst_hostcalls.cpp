@@ -52,8 +52,8 @@ const char *const knownLines[] = {
 /// waiting for the calculation of their attendance; by the slots that find the connection closed;
 /// and by a repository that a pass has caught between its making and its connection.
 const char *const linesOfNewPeople[] = {
-    "debug THRWorker: (BEGIN synchronization #\\d+ \\(force: YES\\)|"
-    "END synchronization #\\d+ \\(waiting records: [1-9]\\d*\\))",
+    "debug THRWorker: BEGIN synchronization #\\d+ \\(force: YES\\)",
+    "debug THRWorker: END synchronization #\\d+ \\(waiting records: [1-9]\\d*\\)",
     "warning QSqlQuery::\\w+: .*",
     "critical (BranchesRepository|GroupsPlanRepo)::\\w+ - ERROR.*",
     "warning BranchesRepository::slotAddedPeopleToBranch\\(\\) - .* FAILED!",
