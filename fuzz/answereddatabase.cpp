@@ -366,6 +366,7 @@ QVariant AnsweredDatabase::oddCell()
     case 8:
         return QString();
     case 9:
+        markersInTexts = true;
         return QStringLiteral("x'%1active");
     case 10:
         return QByteArray("12");

@@ -49,7 +49,7 @@ private:
     std::size_t left;
     const bool forced;
     const bool opens;
-    const bool markersInTexts;
+    bool markersInTexts; ///< in the export, or by now in a row
     bool inTransaction = false;
     bool peopleGiven = false;
 };
