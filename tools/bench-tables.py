@@ -89,7 +89,7 @@ def server_table(results):
     print("Two passes, against the same calls made by a bare client.\n")
     head("Pass", "People", "Calls a pass", "Milliseconds", "times the bare client")
     for kind in range(7):
-        for people in (1000, 10000):
+        for people in sizes(results, "bench_server", r"people:(\d+)/"):
             name = f"pass/kind:{kind}/people:{people}/manual_time"
             entry = results.get(("bench_server", name))
             if entry:
