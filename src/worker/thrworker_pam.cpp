@@ -7,6 +7,7 @@
 #include "repository/sqlerror.h"
 
 #include <QVariant>
+#include <QVector>
 
 // Read, changed and written with no lock: an edit that another program makes in between is lost.
 bool THRWorker::addPersonIntoPam(uint pid)
@@ -28,14 +29,19 @@ bool THRWorker::addPersonIntoPam(uint pid)
     QString name = blocks.firstKey();
     name.replace(QLatin1String("active"), QLatin1String("selPeople"));
 
-    QStringList people = orvSettings->variableGet(name, QVariant())
-                             .toString()
-                             .split(QLatin1Char(','), QString::SkipEmptyParts);
+    // Long in a large company: its parts are looked at where they stand.
+    const QString list = orvSettings->variableGet(name, QVariant()).toString();
+    const QVector<QStringRef> people = list.splitRef(QLatin1Char(','), QString::SkipEmptyParts);
     const QString person = QString::number(pid);
-    if (people.contains(person))
+    if (people.contains(QStringRef(&person)))
         return true;
-    people.append(person);
-    return orvSettings->variableSet(name, people.join(QLatin1Char(',')));
+    QString longer;
+    longer.reserve(list.size() + 1 + person.size());
+    for (const QStringRef &other : people) {
+        longer.append(other);
+        longer.append(QLatin1Char(','));
+    }
+    return orvSettings->variableSet(name, longer + person);
 }
 
 bool THRWorker::dbAddPersonIntoPam(uint pid, uint pamSettingsID)
