@@ -147,7 +147,7 @@ class Campaign:
         with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
             for done in [pool.submit(work, mutant) for mutant in shared]:
                 done.result()
-        plugin = Job(self.build, 0).library('TalvenHR')
+        plugin = Job(self.build, 0).shared_object('TalvenHR')
         kept = plugin.read_bytes()
         try:
             for mutant in chosen:

@@ -172,7 +172,7 @@ class Job:
                 return False
             replaced[name] = output
         files = [replaced.get(name, path) for name, (path, _) in objects.items()]
-        command = ['g++', '-shared', '-o', self.library(target), *files]
+        command = ['g++', '-shared', '-o', self.shared_object(target), *files]
         if target == 'talvenhr_core':
             # What is inline in a header counts as it is here, not as it is in the test. (The others
             # hold parts of the tests, which must not come twice.)
@@ -188,7 +188,7 @@ class Job:
         below = [] if target == 'TalvenHR' else [support, '-lQt5Test']
         return [*below, f'-L{core}', '-ltalvenhr_core']
 
-    def library(self, target):
+    def shared_object(self, target):
         if target == 'TalvenHR':
             return self.build.folder / 'plugin' / 'libTalvenHR.so'
         return self.folder / 'lib' / f'lib{target}.so'
