@@ -26,12 +26,23 @@ int digits(const QChar *text, int count)
     return number;
 }
 
-/// "yyyy-MM-dd hh:mm:ss.zzz", each part with all its digits.
-bool hasCommonForm(const QStringRef &cell)
+/// The digits of a cell of the form "yyyy-MM-dd hh:mm:ss.zzz" as one number; -1 for another form.
+qint64 digitsOfCommonForm(const QStringRef &cell)
 {
-    return cell.size() == 23 && cell.at(4) == QLatin1Char('-') && cell.at(7) == QLatin1Char('-')
-        && cell.at(10) == QLatin1Char(' ') && cell.at(13) == QLatin1Char(':')
-        && cell.at(16) == QLatin1Char(':') && cell.at(19) == QLatin1Char('.');
+    const QChar *const text = cell.data();
+    if (cell.size() != 23 || text[4] != QLatin1Char('-') || text[7] != QLatin1Char('-')
+        || text[10] != QLatin1Char(' ') || text[13] != QLatin1Char(':')
+        || text[16] != QLatin1Char(':') || text[19] != QLatin1Char('.'))
+        return -1;
+    static const uchar places[] = {0, 1, 2, 3, 5, 6, 8, 9, 11, 12, 14, 15, 17, 18, 20, 21, 22};
+    qint64 number = 0;
+    for (const uchar place : places) {
+        const uint digit = text[place].unicode() - static_cast<uint>('0');
+        if (digit > 9)
+            return -1;
+        number = number * 10 + digit;
+    }
+    return number;
 }
 
 /// The years in which every release of Qt takes a date and time that exists.
@@ -43,6 +54,18 @@ bool isCommonYear(int year)
 QDate dateInAnyForm(const QStringRef &cell)
 {
     return THRWorker::dateFromText(cell.toString(), QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz"));
+}
+
+QDate dateInCommonForm(const QStringRef &cell)
+{
+    const QChar *const text = cell.data();
+    const QDate date(digits(text, 4), digits(text + 5, 2), digits(text + 8, 2));
+    const QTime time(digits(text + 11, 2), digits(text + 14, 2), digits(text + 17, 2),
+                     digits(text + 20, 3));
+    // What a change of the clocks skips, releases of Qt take or refuse.
+    const bool exists = date.isValid() && time.isValid() && isCommonYear(date.year())
+        && QDateTime(date, time).isValid();
+    return exists ? date : dateInAnyForm(cell);
 }
 
 } // namespace
@@ -75,18 +98,8 @@ QDate dateFromCell(const QStringRef &cell, DateCache *cache)
 {
     if (cell.isEmpty())
         return QDate();
-    if (!hasCommonForm(cell))
+    const qint64 stated = digitsOfCommonForm(cell);
+    if (stated < 0)
         return dateInAnyForm(cell);
-    const QChar *const text = cell.data();
-    const QDate date(digits(text, 4), digits(text + 5, 2), digits(text + 8, 2));
-    const QTime time(digits(text + 11, 2), digits(text + 14, 2), digits(text + 17, 2),
-                     digits(text + 20, 3));
-    if (!date.isValid() || !time.isValid())
-        return dateInAnyForm(cell);
-    const qint64 moment = date.toJulianDay() * 86400000 + time.msecsSinceStartOfDay();
-    return cache->answer(moment, [&] {
-        // What a change of the clocks skips, releases of Qt take or refuse.
-        const bool exists = isCommonYear(date.year()) && QDateTime(date, time).isValid();
-        return exists ? date : dateInAnyForm(cell);
-    });
+    return cache->answer(stated, [&] { return dateInCommonForm(cell); });
 }

@@ -14,7 +14,7 @@ uint numberFromCell(const QStringRef &cell);
 /// 0 for a cell that is no number.
 double balanceFromCell(const QStringRef &cell);
 
-/// Dates by the milliseconds since Julian day 0 that their cells state.
+/// Dates by the digits of their cells.
 using DateCache = AnswerCache<qint64, QDate>;
 
 /// The date of a cell that states it with its time; invalid when the cell has another form, a date

@@ -105,6 +105,15 @@ private:
     int start = 0;
 };
 
+/// How many lines a file of this size may have: some more than there are, when it is the export of
+/// a company of up to a million. Others make the records grow on.
+int usualLines(qint64 bytes)
+{
+    const qint64 shortLine = 100;
+    const qint64 mostLines = 1 << 20;
+    return static_cast<int>(qMin(bytes / shortLine, mostLines));
+}
+
 using Parts = QVarLengthArray<QStringRef, 18>;
 
 Parts split(const QString &line, QChar separator)
@@ -163,6 +172,7 @@ void THRWorker::loadAndParseData()
         return;
     }
     exportDates.clear();
+    importedRecords.reserve(importedRecords.size() + usualLines(file.size()));
     Lines lines(&file);
     QString line;
     while (lines.next(&line)) {
