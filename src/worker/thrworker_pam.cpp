@@ -7,7 +7,17 @@
 #include "repository/sqlerror.h"
 
 #include <QVariant>
-#include <QVector>
+
+namespace {
+
+const QLatin1Char comma(',');
+
+bool hasEmptyParts(const QString &list)
+{
+    return list.startsWith(comma) || list.endsWith(comma) || list.contains(QLatin1String(",,"));
+}
+
+} // namespace
 
 // Read, changed and written with no lock: an edit that another program makes in between is lost.
 bool THRWorker::addPersonIntoPam(uint pid)
@@ -29,19 +39,14 @@ bool THRWorker::addPersonIntoPam(uint pid)
     QString name = blocks.firstKey();
     name.replace(QLatin1String("active"), QLatin1String("selPeople"));
 
-    // Long in a large company: its parts are looked at where they stand.
-    const QString list = orvSettings->variableGet(name, QVariant()).toString();
-    const QVector<QStringRef> people = list.splitRef(QLatin1Char(','), QString::SkipEmptyParts);
+    // Long in a large company, and so taken apart only where that makes a difference.
+    QString people = orvSettings->variableGet(name, QVariant()).toString();
+    if (hasEmptyParts(people))
+        people = people.split(comma, QString::SkipEmptyParts).join(comma);
     const QString person = QString::number(pid);
-    if (people.contains(QStringRef(&person)))
+    if ((comma + people + comma).contains(comma + person + comma))
         return true;
-    QString longer;
-    longer.reserve(list.size() + 1 + person.size());
-    for (const QStringRef &other : people) {
-        longer.append(other);
-        longer.append(QLatin1Char(','));
-    }
-    return orvSettings->variableSet(name, longer + person);
+    return orvSettings->variableSet(name, people.isEmpty() ? person : people + comma + person);
 }
 
 bool THRWorker::dbAddPersonIntoPam(uint pid, uint pamSettingsID)
