@@ -4,8 +4,6 @@
 #include "company.h"
 #include "worker/thrworker.h"
 
-#include <QDateTime>
-
 #include <array>
 #include <benchmark/benchmark.h>
 #include <fstream>
@@ -76,16 +74,6 @@ void splitOnly(benchmark::State &state)
     countEach(state, lines);
 }
 
-/// What a date costs in the way that takes any form.
-void dateByFormat(benchmark::State &state)
-{
-    const QString cell = QStringLiteral("2015-03-01 00:00:00.000");
-    const QString format = QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
-    for (auto _ : state)
-        benchmark::DoNotOptimize(QDateTime::fromString(cell, format).date());
-    countEach(state, 1);
-}
-
 } // namespace
 
 BENCHMARK(loadAndParseData)
@@ -97,6 +85,5 @@ BENCHMARK(splitOnly)
     ->RangeMultiplier(10)
     ->Range(1000, 1000000)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(dateByFormat)->Unit(benchmark::kMicrosecond);
 
 BENCHMARK_MAIN();

@@ -51,10 +51,20 @@ def sizes(results, program, pattern):
     return sorted(found)
 
 
+def date_table(results):
+    print("### Reading a date\n")
+    print("Microseconds a date; each line has two.\n")
+    head("Lines", "By its digits", "by its format", "gain")
+    for lines in sizes(results, "bench_dates", r"lines:(\d+)"):
+        digits = each(results, "bench_dates", f"byDigits/lines:{lines}")
+        form = each(results, "bench_dates", f"byFormat/lines:{lines}")
+        row(f"{lines:,}", number(digits), number(form), number(form / digits, 0))
+    print()
+
+
 def import_table(results):
     print("### Reading the export\n")
-    date = each(results, "bench_import", "dateByFormat")
-    print(f"Microseconds a line; a date by its format costs {number(date)}.\n")
+    print("Microseconds a line.\n")
     head("Lines", "Only split", "Level 0", "times the floor", "before", "gain", "Level 3", "before")
     for lines in sizes(results, "bench_import", r"lines:(\d+)"):
         floor = each(results, "bench_import", f"splitOnly/lines:{lines}")
@@ -103,7 +113,8 @@ def without_zone_table(results, bare):
     print("Microseconds, for 10,000 people.\n")
     head("", "TZ set", "not set")
     for title, program, name in (
-            ("A date by its format", "bench_import", "dateByFormat"),
+            ("A date by its digits", "bench_dates", "byDigits/lines:10000"),
+            ("A date by its format", "bench_dates", "byFormat/lines:10000"),
             ("A line at level 0", "bench_import", "loadAndParseData/lines:10000/level:0"),
             ("An employee of an unchanged pass", "bench_pass", "pass/kind:1/people:10000")):
         row(title, number(each(results, program, name)), number(each(bare, program, name)))
@@ -119,6 +130,7 @@ def main():
                 processor = line.split(":", 1)[1].strip()
     print(f"Measured on {processor}, {os.cpu_count()} processors, Linux {platform.release()}.\n")
     import_table(results)
+    date_table(results)
     pass_table(results)
     server_table(results)
     without_zone_table(results, read(sys.argv[2]))

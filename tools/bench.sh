@@ -51,15 +51,15 @@ run() {
     runs=$((runs + 1))
     "$build/benchmarks/$name" --benchmark_filter="$2" --benchmark_out_format=json \
         --benchmark_out="$results/$name-$runs.json" 2>/dev/null |
-        grep -E '^[a-zA-Z]+[/ ].*each|^pass|^dateByFormat' || true
+        grep -E '^[a-zA-Z]+[/ ].*each|^pass' || true
 }
 
 for size in "${sizes[@]}"; do
     [ "$size" -gt 100 ] || continue
+    run bench_dates "lines:$size\$"
     run bench_import "lines:$size($|/)"
     run bench_import "lines:$size($|/)" _before
 done
-run bench_import dateByFormat
 for kind in 0 1 2 3 4 5; do
     for size in "${sizes[@]}"; do
         run bench_pass "kind:$kind/people:$size\$"
@@ -77,7 +77,8 @@ tables=$results
 results=$build/results-without-tz
 rm -rf "$results"
 mkdir -p "$results"
-run bench_import 'lines:10000(/level:0)?$|dateByFormat'
+run bench_dates 'lines:10000$'
+run bench_import 'lines:10000/level:0$'
 run bench_pass 'kind:1/people:10000$'
 python3 tools/bench-tables.py "$tables" "$results" >"$build/tables.md"
 echo "The tables are in $build/tables.md"
