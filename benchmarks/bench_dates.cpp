@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 // Reading the dates of an export: by their digits, beside the way that takes any form.
 #include "company.h"
+#include "measure.h"
 #include "worker/exportcells.h"
 
 #include <QDateTime>
 #include <QStringList>
-
-#include <benchmark/benchmark.h>
 
 namespace {
 
@@ -26,12 +25,6 @@ QStringList dateCells(int lines)
         cells << line.at(firstDayColumn) << line.at(calendarDateColumn);
     }
     return cells;
-}
-
-void countEach(benchmark::State &state, int count)
-{
-    state.counters["each"] = benchmark::Counter(
-        count, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 /// With nothing remembered from an earlier reading.

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 // Reading the export file: the whole file to records, beside a reader that only splits it.
 #include "company.h"
+#include "measure.h"
 #include "worker/thrworker.h"
 
 #include <array>
-#include <benchmark/benchmark.h>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -18,14 +18,6 @@ struct WorkerPeer
 
 namespace {
 
-void silence(QtMsgType, const QMessageLogContext &, const QString &) { }
-
-void countEach(benchmark::State &state, int count)
-{
-    state.counters["each"] = benchmark::Counter(
-        count, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
 /// Arguments: lines, log level. The messages of level 3 go nowhere.
 void loadAndParseData(benchmark::State &state)
 {
@@ -34,7 +26,7 @@ void loadAndParseData(benchmark::State &state)
     company().people = lines;
     const QTemporaryDir folder;
     const QString path = writeExport(folder);
-    const QtMessageHandler previous = qInstallMessageHandler(silence);
+    const Silence silence;
     THRWorker worker;
     worker.setLogLevel(static_cast<quint8>(state.range(1)));
     worker.setImportFile(path);
@@ -45,7 +37,6 @@ void loadAndParseData(benchmark::State &state)
         WorkerPeer::dropRecords(&worker);
         state.ResumeTiming();
     }
-    qInstallMessageHandler(previous);
     countEach(state, lines);
 }
 

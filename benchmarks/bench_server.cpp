@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // One pass on a private MariaDB, in turn with the very calls of that pass made by a bare client.
 #include "company.h"
+#include "measure.h"
 #include "replay.h"
 #include "support/recordeddatabase.h"
 #include "support/testdatabase.h"
@@ -9,17 +10,11 @@
 
 #include <QElapsedTimer>
 
-#include <benchmark/benchmark.h>
-
 #include <memory>
 
 namespace {
 
-void silence(QtMsgType, const QMessageLogContext &, const QString &) { }
-
 enum Kind { First, Unchanged, UnchangedWithFund, Forced, Changed, Waiting, OneBranch };
-const char *const kindNames[] = {"first",   "unchanged", "unchanged, fund", "forced",
-                                 "changed", "waiting",   "one branch"};
 
 TestDatabase &server()
 {
@@ -34,7 +29,7 @@ void setUpDatabase(Kind kind)
     if (!database.error().isEmpty())
         qFatal("%s", qPrintable(database.error()));
     database.clear();
-    const int branches = kind == Waiting ? 0 : company().people / 100 + 1;
+    const int branches = kind == Waiting ? 0 : branchCount(company());
     for (int number = 1; number <= branches; ++number) {
         database.execute(QStringLiteral("INSERT INTO branches (bid, number, name, mgid) "
                                         "VALUES (%1, %1, 'Branch', 1)")
@@ -155,13 +150,12 @@ double seconds(const QElapsedTimer &timer)
     return static_cast<double>(timer.nsecsElapsed()) / 1e9;
 }
 
-/// Arguments: kind, people. A round is two passes, there and back, and then their calls again. The
+/// A round is two passes, there and back, and then their calls again. The
 /// time of an iteration is that of the passes.
-void pass(benchmark::State &state)
+void pass(benchmark::State &state, Kind kind)
 {
-    const Kind kind = static_cast<Kind>(state.range(0));
-    const QtMessageHandler previous = qInstallMessageHandler(silence);
-    Scene scene(kind, static_cast<int>(state.range(1)));
+    const Silence silence;
+    Scene scene(kind, static_cast<int>(state.range(0)));
     QVector<ReplayedCall> calls[2];
     {
         std::unique_ptr<Plugin> recorded;
@@ -194,19 +188,26 @@ void pass(benchmark::State &state)
         state.SetIterationTime(round);
         statements = calls[0].size();
     }
-    qInstallMessageHandler(previous);
-    state.SetLabel(kindNames[kind]);
     state.counters["calls"] = statements;
     state.counters["ratio"] = ofPasses / ofCalls;
 }
 
 } // namespace
 
-BENCHMARK(pass)
-    ->ArgNames({"kind", "people"})
-    ->ArgsProduct({{First, Unchanged, UnchangedWithFund, Forced, Changed, Waiting, OneBranch},
-                   {1000, 10000}})
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
+#define TALVEN_BENCHMARK(name, kind)                                                               \
+    BENCHMARK_CAPTURE(pass, name, kind)                                                            \
+        ->ArgName("people")                                                                        \
+        ->Arg(1000)                                                                                \
+        ->Arg(10000)                                                                               \
+        ->UseManualTime()                                                                          \
+        ->Unit(benchmark::kMillisecond)
+
+TALVEN_BENCHMARK(first, First);
+TALVEN_BENCHMARK(unchanged, Unchanged);
+TALVEN_BENCHMARK(unchanged_with_fund, UnchangedWithFund);
+TALVEN_BENCHMARK(forced, Forced);
+TALVEN_BENCHMARK(changed, Changed);
+TALVEN_BENCHMARK(waiting, Waiting);
+TALVEN_BENCHMARK(one_branch, OneBranch);
 
 BENCHMARK_MAIN();

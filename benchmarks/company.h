@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A company of any size: its export file, and a database that answers at once.
+// A company of any size: what its export says of it, and its rows.
 #pragma once
 
-#include <QSqlDatabase>
 #include <QString>
 #include <QTemporaryDir>
+#include <QVariant>
 
 /// What the export says of everybody and what the database answers.
 struct Company
@@ -22,12 +22,15 @@ struct Company
 /// The company that all answers are of.
 Company &company();
 
+/// The numbers of its branches are 1 to this one.
+int branchCount(const Company &of);
+
 /// A line of the export without its end, as the file has it: some 150 bytes of UTF-8.
 QByteArray exportLine(const Company &of, int index);
 
 /// The export of the company in a folder of its own.
 QString writeExport(const QTemporaryDir &folder);
 
-/// A handle, not open, on a driver that has the answer to each statement of a pass ready. It keeps
-/// nothing for an employee: rows are made as they are read, each text afresh, as from a server.
-QSqlDatabase immediateHandle();
+/// A column of somebody's row, in the order in which the plugin reads `people`: each text afresh,
+/// as from a server. What has no value is NULL.
+QVariant personColumn(int index, int column);

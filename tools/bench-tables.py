@@ -6,7 +6,6 @@
 import glob
 import json
 import os
-import platform
 import re
 import sys
 
@@ -16,19 +15,21 @@ MICROSECONDS = 1e6
 def read(folder):
     """All benchmarks by program and name."""
     results = {}
-    for path in glob.glob(os.path.join(folder, "*.json")):
+    paths = glob.glob(os.path.join(folder, "*.json"))
+    for path in sorted(paths, key=lambda path: int(re.search(r"(\d+)\.json$", path).group(1))):
         program = re.sub(r"-\d+\.json$", "", os.path.basename(path))
         with open(path, encoding="utf-8") as file:
-            text = file.read()
-        if not text.strip():
-            continue
-        for entry in json.loads(text)["benchmarks"]:
-            results[program, entry["name"]] = entry
+            for entry in json.load(file)["benchmarks"]:
+                results[program, entry["name"]] = entry
     return results
 
 
 def number(value, digits=2):
     return f"{value:,.{digits}f}"
+
+
+def title(kind):
+    return kind.replace("_", " ")
 
 
 def row(*cells):
@@ -77,20 +78,23 @@ def import_table(results):
     print()
 
 
+def kinds(results, program):
+    """The kinds of pass that a program was asked for, in the order of the runs."""
+    return list(dict.fromkeys(name.split("/")[1] for of, name in results if of == program))
+
+
 def pass_table(results):
     print("### A pass on a database that answers at once\n")
     print("Microseconds and bytes of memory, at most, an employee.\n")
     head("Pass", "People", "Time", "before", "gain", "Memory")
-    for kind in range(6):
-        for people in sizes(results, "bench_pass", r"people:(\d+)$"):
-            name = f"pass/kind:{kind}/people:{people}"
-            entry = results.get(("bench_pass", name))
-            if not entry:
-                continue
-            now = entry["each"] * MICROSECONDS
+    for kind in kinds(results, "bench_pass"):
+        for people in sizes(results, "bench_pass", rf"/{kind}/people:(\d+)$"):
+            name = f"pass/{kind}/people:{people}"
+            now = each(results, "bench_pass", name)
             before = each(results, "bench_pass_before", name)
-            row(entry["label"], f"{people:,}", number(now), number(before) if before else "",
-                number(before / now, 1) if before else "", number(entry["bytes"], 0))
+            row(title(kind), f"{people:,}", number(now), number(before) if before else "",
+                number(before / now, 1) if before else "",
+                number(results["bench_pass", name]["bytes"], 0))
     print()
 
 
@@ -98,13 +102,11 @@ def server_table(results):
     print("### A pass on a private MariaDB\n")
     print("Two passes, against the same calls made by a bare client.\n")
     head("Pass", "People", "Calls a pass", "Milliseconds", "times the bare client")
-    for kind in range(7):
-        for people in sizes(results, "bench_server", r"people:(\d+)/"):
-            name = f"pass/kind:{kind}/people:{people}/manual_time"
-            entry = results.get(("bench_server", name))
-            if entry:
-                row(entry["label"], f"{people:,}", f"{entry['calls']:,.0f}",
-                    number(entry["real_time"], 0), number(entry["ratio"]))
+    for kind in kinds(results, "bench_server"):
+        for people in sizes(results, "bench_server", rf"/{kind}/people:(\d+)/"):
+            entry = results["bench_server", f"pass/{kind}/people:{people}/manual_time"]
+            row(title(kind), f"{people:,}", f"{entry['calls']:,.0f}", number(entry["real_time"], 0),
+                number(entry["ratio"]))
     print()
 
 
@@ -112,23 +114,17 @@ def without_zone_table(results, bare):
     print("### Where TZ is not set\n")
     print("Microseconds, for 10,000 people.\n")
     head("", "TZ set", "not set")
-    for title, program, name in (
+    for what, program, name in (
             ("A date by its digits", "bench_dates", "byDigits/lines:10000"),
             ("A date by its format", "bench_dates", "byFormat/lines:10000"),
             ("A line at level 0", "bench_import", "loadAndParseData/lines:10000/level:0"),
-            ("An employee of an unchanged pass", "bench_pass", "pass/kind:1/people:10000")):
-        row(title, number(each(results, program, name)), number(each(bare, program, name)))
+            ("An employee of an unchanged pass", "bench_pass", "pass/unchanged/people:10000")):
+        row(what, number(each(results, program, name)), number(each(bare, program, name)))
     print()
 
 
 def main():
     results = read(sys.argv[1])
-    processor = "unknown processor"
-    with open("/proc/cpuinfo", encoding="utf-8") as file:
-        for line in file:
-            if line.startswith("model name"):
-                processor = line.split(":", 1)[1].strip()
-    print(f"Measured on {processor}, {os.cpu_count()} processors, Linux {platform.release()}.\n")
     import_table(results)
     date_table(results)
     pass_table(results)
