@@ -87,7 +87,8 @@ class Campaign:
         print(f'mutate: {len(self.tests)} tests pass on the unchanged sources', flush=True)
 
     def order(self, mutant):
-        """The tests, those first that have killed most mutants of the file or bear its name."""
+        """The tests, those first that have killed most mutants of the file or bear its name. For the
+        plugin object only those that hold one."""
         stem = re.sub(r'^thrworker_', '', pathlib.Path(mutant.file).stem)
         favourites = FAVOURITES.get(mutant.file, [stem])
 
@@ -97,10 +98,12 @@ class Campaign:
             place = favourites.index(name) if name in favourites else len(favourites)
             return place, zone, -self.kills[mutant.file, test.name]
 
-        favoured = [test for test in self.tests
+        tests = [test for test in self.tests
+                 if mutant.file not in PLUGIN_SOURCES or test.label == 'plugin']
+        favoured = [test for test in tests
                     if test.name.split('.')[0].removeprefix('tst_') in favourites]
         favoured.sort(key=rank)
-        rest = [test for test in self.tests if test not in favoured]
+        rest = [test for test in tests if test not in favoured]
         rest.sort(key=lambda test: (LABELS.index(test.label),
                                     -self.kills[mutant.file, test.name]))
         return favoured + rest
@@ -130,7 +133,7 @@ class Campaign:
                       flush=True)
 
     def run(self, chosen, jobs):
-        """All mutants on so many jobs; those of the plugin object on one, for there is one plugin."""
+        """All mutants on so many jobs."""
         places = queue.Queue()
         for number in range(jobs):
             places.put(Job(self.build, number))
@@ -143,18 +146,9 @@ class Campaign:
             finally:
                 places.put(job)
 
-        shared = [mutant for mutant in chosen if mutant.file not in PLUGIN_SOURCES]
         with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-            for done in [pool.submit(work, mutant) for mutant in shared]:
+            for done in [pool.submit(work, mutant) for mutant in chosen]:
                 done.result()
-        plugin = Job(self.build, 0).shared_object('TalvenHR')
-        kept = plugin.read_bytes()
-        try:
-            for mutant in chosen:
-                if mutant.file in PLUGIN_SOURCES:
-                    work(mutant)
-        finally:
-            plugin.write_bytes(kept)
 
 
 def all_mutants(pattern):

@@ -18,8 +18,11 @@ import mutants
 # One library for all tests, which shows all its classes; the copy alone is changed.
 COPY_CHANGES = {
     'src/CMakeLists.txt': [('add_library(talvenhr_core STATIC', 'add_library(talvenhr_core SHARED')],
+    # Each job has a plugin of its own, in the folder beside that in which its tests run.
     'tests/plugin/CMakeLists.txt': [('add_library(talvenhr_plugintest STATIC',
-                                     'add_library(talvenhr_plugintest SHARED')],
+                                     'add_library(talvenhr_plugintest SHARED'),
+                                    ('$<TARGET_FILE:TalvenHR>',
+                                     '/proc/self/cwd/../plugin/libTalvenHR.so')],
     'cmake/TalvenTargets.cmake': [('CXX_VISIBILITY_PRESET hidden', 'CXX_VISIBILITY_PRESET default'),
                                   ('VISIBILITY_INLINES_HIDDEN ON', 'VISIBILITY_INLINES_HIDDEN OFF')],
 }
@@ -81,7 +84,9 @@ class Build:
         run(['cmake', '-G', 'Ninja', '-S', self.tree, '-B', self.folder, '-DCMAKE_BUILD_TYPE=None',
              '-DCMAKE_CXX_FLAGS=-O0', '-DCMAKE_EXPORT_COMPILE_COMMANDS=ON',
              '-DCMAKE_EXE_LINKER_FLAGS=-Wl,--enable-new-dtags',
-             '-DTALVENHR_BUILD_BENCHMARKS=OFF', *launcher])
+             # What moc writes includes the header by the folders to search, where a changed one is
+             # found first, not by its place in the tree.
+             '-DCMAKE_AUTOMOC_PATH_PREFIX=ON', '-DTALVENHR_BUILD_BENCHMARKS=OFF', *launcher])
         print('mutate: building the copy', flush=True)
         run(['nice', 'ninja', '-C', self.folder, f'-j{os.cpu_count()}'])
 
@@ -142,14 +147,16 @@ class Job:
 
     def make(self, mutant):
         """Compiles and links the mutant. False when it is no valid C++."""
-        for stale in ('include', 'lib'):
+        for stale in ('include', 'lib', 'plugin'):
             shutil.rmtree(self.folder / stale, ignore_errors=True)
         (self.folder / 'lib').mkdir()
+        (self.folder / 'plugin').mkdir()
         source = (self.build.tree / mutant.file).read_text(encoding='utf-8')
         changed = mutants.apply(source, mutant)
         if mutant.file in PLUGIN_SOURCES:
             return self.make_library('talvenhr_plugintest', mutant.file, changed) \
                 and self.make_library('TalvenHR', mutant.file, changed)
+        shutil.copy(self.build.folder / 'plugin' / 'libTalvenHR.so', self.shared_object('TalvenHR'))
         return self.make_library('talvenhr_core', mutant.file, changed)
 
     def make_library(self, target, file, changed):
@@ -159,7 +166,9 @@ class Job:
             header = self.folder / 'include' / os.path.relpath(file, 'src')
             header.parent.mkdir(parents=True, exist_ok=True)
             header.write_text(changed, encoding='utf-8')
-            sources = [one for one in objects if one.startswith('src/')]
+            # The meta-objects, too: they hold the virtual tables, and with them what is inline there.
+            sources = [one for one in objects
+                       if one.startswith('src/') or one.endswith('mocs_compilation.cpp')]
         else:
             sources = [file]
         for name in sources:
@@ -173,11 +182,11 @@ class Job:
             replaced[name] = output
         files = [replaced.get(name, path) for name, (path, _) in objects.items()]
         command = ['g++', '-shared', '-o', self.shared_object(target), *files]
-        if target == 'talvenhr_core':
-            # What is inline in a header counts as it is here, not as it is in the test. (The others
-            # hold parts of the tests, which must not come twice.)
+        if target != 'talvenhr_plugintest':
+            # What is inline in a header counts as it is here, not as it is in the test. (The other
+            # holds parts of the tests, which must not come twice.)
             command.append('-Wl,-Bsymbolic')
-        else:
+        if target != 'talvenhr_core':
             command += self.libraries_below(target)
         return subprocess.run([*map(str, command), '-lQt5Sql', '-lQt5Core'], capture_output=True,
                               check=False).returncode == 0
@@ -190,7 +199,7 @@ class Job:
 
     def shared_object(self, target):
         if target == 'TalvenHR':
-            return self.build.folder / 'plugin' / 'libTalvenHR.so'
+            return self.folder / 'plugin' / 'libTalvenHR.so'
         return self.folder / 'lib' / f'lib{target}.so'
 
     def compile(self, compilation, source, output):
