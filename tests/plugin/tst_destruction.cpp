@@ -24,6 +24,7 @@ class tst_Destruction : public QObject
 private Q_SLOTS:
     void destructor_beforeStart();
     void destructor_ofADisabledPlugin();
+    void destructor_deletesTheSettingsBeforeItEndsTheThread();
     void destructor_deletesTheWorkerOnItsThread();
     void destructor_waitsForTheRunningPass();
     void destructor_afterStop();
@@ -52,6 +53,28 @@ void tst_Destruction::destructor_ofADisabledPlugin()
     QVERIFY(f.plugin->start());
     f.log.clear();
     f.destroy();
+    QCOMPARE(f.log.take(), QStringList());
+}
+
+void tst_Destruction::destructor_deletesTheSettingsBeforeItEndsTheThread()
+{
+    PluginFixture f;
+    f.createRunning(1);
+    THRWorker *const worker = f.peer().worker;
+    QSemaphore rounds; // of the event loop of the worker's thread
+    f.onWorkerThread([worker, &rounds] {
+        auto *const timer = new QTimer(worker);
+        connect(timer, &QTimer::timeout, worker, [&rounds] { rounds.release(); });
+        timer->start(1);
+    });
+    bool goesOn = false;
+    connect(f.peer().settings, &QObject::destroyed, this, [&rounds, &goesOn] {
+        rounds.acquire(rounds.available());
+        // One round may be under way when a thread is told to end, but no second one follows.
+        goesOn = rounds.tryAcquire(2, 10000);
+    });
+    f.destroy();
+    QVERIFY(goesOn);
     QCOMPARE(f.log.take(), QStringList());
 }
 
