@@ -14,7 +14,7 @@ Builds with a preset of CMakePresets.json (release, debug or sanitize; release i
 runs all its tests. The build stays in build/PRESET and is quick when run again.
 
   --all   everything that CI runs: release and sanitize with their tests, a build with clang,
-          the checks of the sources, and the fuzz targets for a minute
+          the checks of the sources, and the fuzz targets, side by side, for a minute
 EOF
 }
 

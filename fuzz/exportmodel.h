@@ -25,7 +25,7 @@ struct ExportModel
 };
 
 /// Splits lines and cells and converts the cells on its own; only the decoding of UTF-8 is Qt's.
-/// The file lies at the path, cannot be removed, and is to be removed or not. The clock's zone must
+/// The file lies at the path, cannot be removed, and is to be removed or not. The time zone must
 /// be one without changes of the clock.
 ExportModel modelOfExport(const QByteArray &bytes, const QString &path, int logLevel,
                           bool deleteFile);

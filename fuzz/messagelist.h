@@ -10,7 +10,7 @@
 /// threads; the list itself is for one.
 namespace MessageList {
 
-/// Sets clock zone, letters and message handler. Once, before anything of Qt is used.
+/// Sets time zone, character set and message handler. Once, before anything of Qt is used.
 void install();
 void clear();
 const QStringList &all();

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # SPDX-FileCopyrightText: 2026 The TalvenHR authors
 # SPDX-License-Identifier: MIT
-# Sourced by test.sh and demo.sh: installs the Debian packages that are missing.
+# Sourced by the scripts: installs the Debian packages that are missing.
 
 # What it takes to build and run TalvenHR, and to give it a private database.
 # shellcheck disable=SC2034 # used by those who source this

@@ -17,6 +17,6 @@ double balanceFromCell(const QStringRef &cell);
 /// Dates by the digits of their cells.
 using DateCache = AnswerCache<qint64, QDate>;
 
-/// The date of a cell that states it with its time; invalid when the cell has another form, a date
-/// without a time among them.
+/// The date of a cell that states it with its time; invalid when the cell has any other form, also
+/// that of a date without a time.
 QDate dateFromCell(const QStringRef &cell, DateCache *cache);

@@ -222,7 +222,7 @@ private:
     WaitingRecords waitingRecords; ///< whose branch and calendar step failed
     OrvDbSettings *orvSettings = nullptr; ///< owned
     BranchesRepository *branchesRepo = nullptr; ///< child
-    QVector<EmployeeRecord> importedRecords; ///< of this pass, in file order until it drains
+    QVector<EmployeeRecord> importedRecords; ///< of this pass; doSync() takes from its end
     DateCache exportDates; ///< of one reading
     QHash<uint, uint> branches; ///< branch number to bid
     QHash<uint, QStringList> branchPeople; ///< by bid, uids to be added at the end of the pass

@@ -105,8 +105,8 @@ private:
     int start = 0;
 };
 
-/// How many lines a file of this size may have: some more than there are, when it is the export of
-/// a company of up to a million. Others make the records grow on.
+/// Somewhat more lines than an export of this size has, as a rule. What is set aside for them and
+/// not used costs no memory, only addresses; the records of a company beyond a million grow on.
 int usualLines(qint64 bytes)
 {
     const qint64 shortLine = 100;
@@ -171,7 +171,6 @@ void THRWorker::loadAndParseData()
         qCritical("THRWorker::loadAndParseData() - file '%s' not opened!", qPrintable(path));
         return;
     }
-    exportDates.clear();
     importedRecords.reserve(importedRecords.size() + usualLines(file.size()));
     Lines lines(&file);
     QString line;
@@ -180,6 +179,7 @@ void THRWorker::loadAndParseData()
         if (!line.isEmpty())
             parseLine(line, fields, QLatin1Char('|'));
     }
+    exportDates.clear();
     file.close();
 
     if (deleteFile && !file.remove())

@@ -11,8 +11,8 @@
 #include <initializer_list>
 
 /// A bag of records: without an order, and a record may stand in it more than once. What it costs
-/// to find one does not depend on how many there are. What the worker does not call serves its
-/// tests.
+/// to find one does not depend on how many there are. toVector(), clear() and the construction from
+/// a list serve tests.
 class WaitingRecords
 {
 public:
