@@ -152,6 +152,7 @@ private Q_SLOTS:
     void loadAndParseData_emptyLinesAreNotParsed();
     void loadAndParseData_lineOfAMillionCharacters();
     void loadAndParseData_manyLinesInFileOrder();
+    void loadAndParseData_manyLinesAfterAnEmptyOne();
     void loadAndParseData_fileThatCannotBeReadOn();
     void loadAndParseData_appends();
     void checkSync_fileThatStaysIsSynchronisedAgain();
@@ -454,6 +455,18 @@ void tst_Import::loadAndParseData_manyLinesInFileOrder()
     f.writeExport(file);
     f.worker.loadAndParseData();
     QCOMPARE(people(f), expected);
+}
+
+void tst_Import::loadAndParseData_manyLinesAfterAnEmptyOne()
+{
+    WorkerFixture f;
+    QStringList file {QString()};
+    for (uint number = 1; number <= 3000; ++number)
+        file.append(record().pid(number, 1).line());
+    f.writeExport(file);
+    f.worker.loadAndParseData();
+    QCOMPARE(f.peer.importedRecords.size(), 3000);
+    QCOMPARE(people(f).first(), QStringLiteral("1.1 Novák"));
 }
 
 void tst_Import::loadAndParseData_fileThatCannotBeReadOn()
