@@ -23,6 +23,7 @@ private Q_SLOTS:
     void dates_aroundClockChanges();
     void dates_mutated();
     void dates_ofOddYears();
+    void dates_ofYearsWithASign();
     void numbers_data();
     void numbers();
     void numbers_random();
@@ -169,6 +170,14 @@ void tst_ExportCells::dates_ofOddYears()
             compareDate(text + QLatin1String(rest));
     }
     QVERIFY(accepted > 0);
+    QVERIFY(refused > 0);
+}
+
+/// All on one day of the year: none takes the answer of another.
+void tst_ExportCells::dates_ofYearsWithASign()
+{
+    for (const char *const year : {"+123", "ab01", "+456", "-001", "+001", "+123", " 123"})
+        compareDate(QLatin1String(year) + QLatin1String("-05-01 00:00:00.000"));
     QVERIFY(refused > 0);
 }
 
