@@ -32,11 +32,6 @@ const int mostAtTheServer = 3;
 const qint64 heapPlay = 256 * 1024; // bytes
 const qint64 residentPlay = 8 * 1024 * 1024; // bytes
 
-QStringList troublesIn(const QStringList &events)
-{
-    return events.filter(QRegularExpression(QStringLiteral("^(warning|critical) ")));
-}
-
 } // namespace
 
 class tst_Soak : public QObject
@@ -156,7 +151,7 @@ void tst_Soak::round(bool withExport, bool forced)
 /// Nothing but what a pass says when all goes well.
 void tst_Soak::checkLog(const QStringList &events) const
 {
-    QCOMPARE(troublesIn(events), QStringList());
+    QCOMPARE(complaints(events), QStringList());
 }
 
 /// Nothing else but what ticks say that find no server.
@@ -165,7 +160,7 @@ void tst_Soak::checkLogWithoutServer(const QStringList &events) const
     static const QRegularExpression missed(
         QStringLiteral("\\A(critical THRWorker::dbCheckOpen\\(\\) - SQL ERROR: [^\\n]+|"
                        "warning THRWorker::checkSync\\(\\) - database not open!)\\z"));
-    QStringList others = troublesIn(events);
+    QStringList others = complaints(events);
     others.erase(std::remove_if(others.begin(), others.end(),
                                 [](const QString &event) { return event.contains(missed); }),
                  others.end());

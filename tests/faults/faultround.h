@@ -66,7 +66,7 @@ public:
     void restart();
     /// How often Qt's driver has complained in its own words, which no pass() tells: it wants to
     /// tidy up a prepared statement, and the connection has gone.
-    int driverComplaints() const { return complaints; }
+    int driverComplaints() const { return cleanupComplaints; }
     /// The attendance is calculated, a pass is forced, the attendance is calculated, one more pass.
     void recover();
 
@@ -83,7 +83,7 @@ public:
 private:
     QStringList takeEvents();
 
-    int complaints = 0;
+    int cleanupComplaints = 0;
 };
 
 /// Where the events leave those of the table, in words; empty where they nowhere do.

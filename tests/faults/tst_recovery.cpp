@@ -22,11 +22,6 @@ Fault only(std::initializer_list<const char *> ids)
     return fault;
 }
 
-QStringList complaints(const QStringList &events)
-{
-    return events.filter(QRegularExpression(QStringLiteral("^(warning|critical) ")));
-}
-
 /// B as the database has him before the pass: member of branch 10, without a calendar.
 RecordBuilder unchangedB(FaultRound &round)
 {

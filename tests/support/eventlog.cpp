@@ -4,6 +4,7 @@
 #include "support/eventlog.h"
 
 #include <QMutexLocker>
+#include <QRegularExpression>
 #include <QThread>
 #include <QtTest>
 
@@ -144,4 +145,9 @@ QStringList lines(std::initializer_list<const char *> texts)
     for (const char *text : texts)
         result.append(QString::fromUtf8(text));
     return result;
+}
+
+QStringList complaints(const QStringList &events)
+{
+    return events.filter(QRegularExpression(QStringLiteral("^(warning|critical) ")));
 }

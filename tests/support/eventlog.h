@@ -57,3 +57,6 @@ private:
 
 /// Events as they stand in a test's text (UTF-8).
 QStringList lines(std::initializer_list<const char *> texts);
+
+/// The warnings and criticals among the events.
+QStringList complaints(const QStringList &events);
