@@ -54,6 +54,13 @@ const PassRows &sharedTable()
 
 } // namespace
 
+Fault only(const QStringList &ids)
+{
+    Fault fault;
+    fault.ids = ids;
+    return fault;
+}
+
 ExpectedPass::ExpectedPass(int level, const Fault &struck) :
     ExpectedPass(level, struck, sharedTable())
 { }

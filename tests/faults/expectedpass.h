@@ -22,6 +22,9 @@ struct Fault
     }
 };
 
+/// The calls of these ids fail, and no others.
+Fault only(const QStringList &ids);
+
 /// One walk over the table. Words in braces become what they are by then:
 ///
 /// "{bid of B}" is the branch B, or NULL when the branches were not loaded; "{uid P}" the id of the

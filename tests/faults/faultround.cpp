@@ -3,8 +3,6 @@
 // A faulty pass on the private server, what it leaves, and what comes back afterwards.
 #include "faults/faultround.h"
 
-#include "support/recordeddatabase.h"
-
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -140,6 +138,19 @@ void FaultRound::comparePass(const UndisturbedRun &undisturbed, const Fault &fau
     recover();
     const QStringList lost = contentDifference(undisturbed.contentInTheEnd(), company.content());
     QVERIFY2(lost == lossesOf(expected), qPrintable(lost.join(QLatin1Char('\n'))));
+}
+
+std::unique_ptr<RecordedCallHook> beforeEachCall(const std::function<QSqlError(int)> &function)
+{
+    const auto calls = std::make_shared<int>(0);
+    return std::make_unique<RecordedCallHook>(
+        [calls, function](const QString &) { return function(++*calls); });
+}
+
+std::unique_ptr<RecordedCallHook> beforeCall(int number, const std::function<QSqlError()> &function)
+{
+    return beforeEachCall(
+        [number, function](int call) { return call == number ? function() : QSqlError(); });
 }
 
 QString eventDifference(const QStringList &events, const QStringList &expected,

@@ -7,6 +7,7 @@
 #include "faults/servertable.h"
 #include "support/databaseworker.h"
 #include "support/machineclock.h"
+#include "support/recordeddatabase.h"
 
 #include <QHash>
 #include <QVector>
@@ -85,6 +86,13 @@ private:
 
     int cleanupComplaints = 0;
 };
+
+/// Runs the function before each call of the passes that follow, with the call's number from 1 on;
+/// see RecordedCallHook.
+std::unique_ptr<RecordedCallHook> beforeEachCall(const std::function<QSqlError(int)> &function);
+/// Runs the function before the call of this number only.
+std::unique_ptr<RecordedCallHook> beforeCall(int number,
+                                             const std::function<QSqlError()> &function);
 
 /// Where the events leave those of the table, in words; empty where they nowhere do.
 QString eventDifference(const QStringList &events, const QStringList &expected,

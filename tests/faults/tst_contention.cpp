@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 // A pass beside another session that holds rows: lock timeouts and deadlocks.
 #include "faults/faultround.h"
-#include "support/recordeddatabase.h"
 
 #include <QElapsedTimer>
 #include <QSemaphore>
@@ -138,6 +137,9 @@ private Q_SLOTS:
     void deadlock_withinTheTransactionLeavesTheOldSupervisor();
 
 private:
+    void comparePassBeside(FaultRound &round, const QString &call, const QStringList &statements,
+                           const QString &whenItWaits, const Refusal &refusal);
+
     std::unique_ptr<FaultBench> bench;
     TestDatabase *database = nullptr;
     const UndisturbedRun *undisturbed = nullptr;
@@ -160,6 +162,27 @@ void tst_Contention::cleanup()
 {
     database->execute(QStringLiteral("SET GLOBAL innodb_lock_wait_timeout = 50"));
     database->execute(QStringLiteral("SET GLOBAL lock_wait_timeout = 86400"));
+}
+
+/// A pass in which one call fails, during which another session holds what these statements lock.
+/// That one runs one more when the call waits, unless it is empty.
+void tst_Contention::comparePassBeside(FaultRound &round, const QString &call,
+                                       const QStringList &statements, const QString &whenItWaits,
+                                       const Refusal &refusal)
+{
+    const QSqlDatabase handle = database->handle();
+    std::unique_ptr<OtherSession> other;
+    const int failing = numberOf(call);
+    auto hook = beforeEachCall([&](int number) {
+        other.reset();
+        if (number == failing) {
+            other = std::make_unique<OtherSession>(handle, statements);
+            if (!whenItWaits.isEmpty())
+                other->runWhenSomebodyWaits(whenItWaits);
+        }
+        return QSqlError();
+    });
+    round.comparePass(*undisturbed, only({call}), refusal, [&] { hook.reset(); });
 }
 
 void tst_Contention::lockedRow_failsTheCallThatNeedsIt_data()
@@ -195,20 +218,7 @@ void tst_Contention::lockedRow_failsTheCallThatNeedsIt()
     database->execute(QStringLiteral("SET GLOBAL lock_wait_timeout = 1"));
     FaultRound round(*database);
     lock.replace(QLatin1String("{B}"), round.company.uid(QStringLiteral("B")));
-    const QSqlDatabase handle = database->handle();
-    std::unique_ptr<OtherSession> other;
-    int calls = 0;
-    const int fatal = numberOf(call);
-    auto hook = std::make_unique<RecordedCallHook>([&](const QString &) {
-        if (++calls == fatal)
-            other = std::make_unique<OtherSession>(handle, QStringList {lock});
-        else
-            other.reset();
-        return QSqlError();
-    });
-    Fault fault;
-    fault.ids = QStringList {call};
-    round.comparePass(*undisturbed, fault, timeout, [&] { hook.reset(); });
+    comparePassBeside(round, call, {lock}, QString(), timeout);
 }
 
 /// The statement is undone as a whole, and nothing else.
@@ -218,22 +228,9 @@ void tst_Contention::deadlock_failsOneStatement()
     const QString row = QStringLiteral("SELECT * FROM atten WHERE uid = %1 AND "
                                        "`date` = UNIX_TIMESTAMP('%2') FOR UPDATE");
     const QString uid = round.company.uid(QStringLiteral("B"));
-    const QSqlDatabase handle = database->handle();
-    std::unique_ptr<OtherSession> other;
-    int calls = 0;
-    auto hook = std::make_unique<RecordedCallHook>([&](const QString &) {
-        if (++calls == numberOf(QStringLiteral("B.planReopened"))) {
-            other = std::make_unique<OtherSession>(
-                handle, QStringList {hardWork(), row.arg(uid, QStringLiteral("2026-03-10"))});
-            other->runWhenSomebodyWaits(row.arg(uid, QStringLiteral("2026-01-10")));
-        } else {
-            other.reset();
-        }
-        return QSqlError();
-    });
-    Fault fault;
-    fault.ids = QStringList {QStringLiteral("B.planReopened")};
-    round.comparePass(*undisturbed, fault, deadlock, [&] { hook.reset(); });
+    comparePassBeside(round, QStringLiteral("B.planReopened"),
+                      {hardWork(), row.arg(uid, QStringLiteral("2026-03-10"))},
+                      row.arg(uid, QStringLiteral("2026-01-10")), deadlock);
 }
 
 /// The server undoes the whole transaction of a deadlock, so that the commit, which comes because
@@ -246,22 +243,18 @@ void tst_Contention::deadlock_withinTheTransactionLeavesTheOldSupervisor()
     const QString uid = round.company.uid(QStringLiteral("B"));
     const QSqlDatabase handle = database->handle();
     std::unique_ptr<OtherSession> other;
-    int calls = 0;
-    auto hook = std::make_unique<RecordedCallHook>([&](const QString &) {
-        ++calls;
-        if (calls == numberOf(QStringLiteral("B.begin"))) {
+    auto hook = beforeEachCall([&](int call) {
+        if (call == numberOf(QStringLiteral("B.begin"))) {
             other = std::make_unique<OtherSession>(
                 handle, QStringList {hardWork(), row.arg(QStringLiteral("6"), uid)});
-        } else if (calls == numberOf(QStringLiteral("B.set"))) {
+        } else if (call == numberOf(QStringLiteral("B.set"))) {
             other->runUntilItWaits(row.arg(QStringLiteral("5"), uid), *database);
-        } else if (calls == numberOf(QStringLiteral("B.commit"))) {
+        } else if (call == numberOf(QStringLiteral("B.commit"))) {
             other.reset();
         }
         return QSqlError();
     });
-    Fault fault;
-    fault.ids = QStringList {QStringLiteral("B.set")};
-    const ExpectedPass expected(0, fault, serverTable());
+    const ExpectedPass expected(0, only({QStringLiteral("B.set")}), serverTable());
     const QStringList events = round.pass();
     hook.reset();
     const QString difference = eventDifference(events, expected.events(), deadlock);

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 // A pass whose connection is cut before any one of its calls, and one in which any one call fails.
 #include "faults/faultround.h"
-#include "support/recordeddatabase.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
@@ -25,14 +24,21 @@ void cutConnection(TestDatabase &database)
         QVERIFY(patience.elapsed() < 10000);
 }
 
+/// Cuts it before one call of the next pass.
+std::unique_ptr<RecordedCallHook> cuttingConnection(TestDatabase &database, int call)
+{
+    return beforeCall(call, [&database] {
+        cutConnection(database);
+        return QSqlError();
+    });
+}
+
 /// Fails one call of the next pass, and leaves the connection alone.
 std::unique_ptr<RecordedCallHook> refusing(int call)
 {
-    const auto calls = std::make_shared<int>(0);
-    return std::make_unique<RecordedCallHook>([calls, call](const QString &) {
-        return ++*calls == call ? QSqlError(QStringLiteral("driver"), QStringLiteral("refused"),
-                                            QSqlError::StatementError, QStringLiteral("1114"))
-                                : QSqlError();
+    return beforeCall(call, [] {
+        return QSqlError(QStringLiteral("driver"), QStringLiteral("refused"),
+                         QSqlError::StatementError, QStringLiteral("1114"));
     });
 }
 
@@ -87,12 +93,7 @@ void tst_LostConnection::connectionCut_endsAllThatFollows()
 {
     QFETCH(int, call);
     FaultRound round(*database);
-    int calls = 0;
-    auto hook = std::make_unique<RecordedCallHook>([&](const QString &) {
-        if (++calls == call)
-            cutConnection(*database);
-        return QSqlError();
-    });
+    std::unique_ptr<RecordedCallHook> hook = cuttingConnection(*database, call);
     round.comparePass(
         *undisturbed, {call, 1000},
         {QStringLiteral("2006"), QStringLiteral("(MySQL s|S)erver has gone away QMYSQL.*")},
@@ -114,12 +115,8 @@ void tst_LostConnection::connectionCut_endsAllThatFollows()
 void tst_LostConnection::connectionCut_plainPassSeesThoseWhoseLeaveWaits()
 {
     FaultRound round(*database);
-    int calls = 0;
-    auto hook = std::make_unique<RecordedCallHook>([&](const QString &) {
-        if (++calls == numberOf(QStringLiteral("C.move")))
-            cutConnection(*database);
-        return QSqlError();
-    });
+    std::unique_ptr<RecordedCallHook> hook = cuttingConnection(*database,
+                                                               numberOf(QStringLiteral("C.move")));
     round.pass();
     hook.reset();
     QCOMPARE(database->value(QStringLiteral("SELECT value FROM vars "

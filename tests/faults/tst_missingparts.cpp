@@ -159,9 +159,7 @@ void tst_MissingParts::tableMissing()
     QFETCH(QString, table);
     FaultRound round(*database);
     database->hideTable(table);
-    Fault fault;
-    fault.ids = callsNaming(table);
-    round.comparePass(*undisturbed, fault,
+    round.comparePass(*undisturbed, only(callsNaming(table)),
                       {QStringLiteral("1146"),
                        QStringLiteral("Table 'attendance\\.%1' doesn't exist .*").arg(table)},
                       [&] { database->showTable(table); });
@@ -194,10 +192,8 @@ void tst_MissingParts::columnMissing()
     const QString rename = QStringLiteral("ALTER TABLE `%1` RENAME COLUMN `%2` TO `%3`");
     const QString away = QStringLiteral("gone");
     database->execute(rename.arg(table, column, away));
-    Fault fault;
-    fault.ids = callsNaming(table, column);
     round.comparePass(
-        *undisturbed, fault,
+        *undisturbed, only(callsNaming(table, column)),
         {QStringLiteral("1054"), QStringLiteral("Unknown column '.*%1' in .*").arg(column)},
         [&] { database->execute(rename.arg(table, away, column)); });
 }
@@ -208,8 +204,6 @@ void tst_MissingParts::columnMissing()
 void tst_MissingParts::columnMissing_uidOfPeopleTakesAMemberForAnother()
 {
     FaultRound round(*database);
-    Fault fault;
-    fault.ids = callsNaming(QStringLiteral("people"), QStringLiteral("uid"));
     database->execute(QStringLiteral("ALTER TABLE people RENAME COLUMN uid TO gone"));
     round.f.tick();
     database->execute(QStringLiteral("ALTER TABLE people RENAME COLUMN gone TO uid"));
@@ -221,6 +215,7 @@ void tst_MissingParts::columnMissing_uidOfPeopleTakesAMemberForAnother()
                     "UNIX_TIMESTAMP() since FROM people WHERE uid IN(0) "
                     "ON DUPLICATE KEY UPDATE since=UNIX_TIMESTAMP()"}));
     round.recover();
+    const Fault fault = only(callsNaming(QStringLiteral("people"), QStringLiteral("uid")));
     QCOMPARE(contentDifference(undisturbed->contentInTheEnd(), round.company.content()),
              lossesOf(ExpectedPass(0, fault, serverTable())));
 }
@@ -263,8 +258,6 @@ void tst_MissingParts::routineMissing()
                                  .section(QLatin1Char('|'), 2, -4);
     database->execute(QStringLiteral("DROP %1 %2").arg(kind, routine));
 
-    Fault fault;
-    fault.ids = calls.split(QLatin1Char(' '));
     const Refusal missing {
         QStringLiteral("1305"),
         QStringLiteral("%1 attendance\\.%2 does not exist .*").arg(kind, routine)};
@@ -272,6 +265,7 @@ void tst_MissingParts::routineMissing()
                           QStringLiteral("execute command denied to user 'talvenhr'@'localhost' "
                                          "for routine 'attendance\\.%1' .*")
                               .arg(routine)};
+    const Fault fault = only(calls.split(QLatin1Char(' ')));
     round.comparePass(*undisturbed, fault, allRights ? missing : denied, [&] {
         database->execute(creation);
         database->execute(

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 // What brings back what a forced pass does not: the advice of docs/recovery.md.
 #include "faults/faultround.h"
-#include "support/recordeddatabase.h"
 
 #include <QtTest>
 
@@ -13,13 +12,6 @@ namespace {
 QSqlError refused()
 {
     return QSqlError(QString(), QStringLiteral("refused"), QSqlError::StatementError);
-}
-
-Fault only(std::initializer_list<const char *> ids)
-{
-    Fault fault;
-    fault.ids = lines(ids);
-    return fault;
 }
 
 /// B as the database has him before the pass: member of branch 10, without a calendar.
@@ -100,10 +92,8 @@ void tst_Recovery::cleanup()
 void tst_Recovery::lose(FaultRound &round, const Fault &fault)
 {
     const QStringList ids = ExpectedPass(0, fault, serverTable()).calls();
-    int calls = 0;
-    auto hook = std::make_unique<RecordedCallHook>([&](const QString &) {
-        ++calls;
-        return fault.strikes(calls, ids.value(calls - 1)) ? refused() : QSqlError();
+    auto hook = beforeEachCall([&](int call) {
+        return fault.strikes(call, ids.value(call - 1)) ? refused() : QSqlError();
     });
     round.pass();
     hook.reset();
@@ -199,7 +189,7 @@ void tst_Recovery::restart_enrolsNobodyInPam()
 void tst_Recovery::memberRowTakenAway_joinsAnew()
 {
     FaultRound round(*database);
-    lose(round, only({"31.people"}));
+    lose(round, only(lines({"31.people"})));
     QCOMPARE(lost(round),
              lines({"+term 31|0", "-people_term 31|A", "-term 31|2",
                     "-term_sync 31|I|people_term|uid|A|2026-03-17 12:00:00|2"}));
@@ -212,7 +202,7 @@ void tst_Recovery::memberRowTakenAway_joinsAnew()
 void tst_Recovery::memberRowTakenAway_tellsAllTerminals()
 {
     FaultRound round(*database);
-    lose(round, only({"31.people", "32.people", "1.admins"}));
+    lose(round, only(lines({"31.people", "32.people", "1.admins"})));
     QCOMPARE(lost(round).filter(QRegularExpression(QStringLiteral("people_term \\d|admins"))),
              lines({"-admins_people 8|A|0", "-admins_people 9|A|0", "-people_term 31|A",
                     "-people_term 32|A"}));
@@ -225,7 +215,7 @@ void tst_Recovery::memberRowTakenAway_tellsAllTerminals()
 void tst_Recovery::planRowTakenAway_plansAnew()
 {
     FaultRound round(*database);
-    lose(round, only({"B.months", "B.planReopened"}));
+    lose(round, only(lines({"B.months", "B.planReopened"})));
     QCOMPARE(
         lost(round),
         lines({"+atten B|2026-01-10|1", "+people B.lastCalc: 2026-01-31 00:00:00",

@@ -13,12 +13,10 @@ namespace {
 /// Each writing call that comes to its turn when all of them fail.
 Fault allWrites()
 {
-    Fault fault;
-    fault.ids = QStringLiteral(
-                    "A.insert B.update B.correction B.reset B.planned B.reopened C.insert "
-                    "1.join 2.join cleared")
-                    .split(QLatin1Char(' '));
-    return fault;
+    return only(
+        QStringLiteral("A.insert B.update B.correction B.reset B.planned B.reopened C.insert "
+                       "1.join 2.join cleared")
+            .split(QLatin1Char(' ')));
 }
 
 } // namespace
