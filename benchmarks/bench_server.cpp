@@ -47,12 +47,6 @@ void setUpDatabase(Kind kind)
         database.execute(QStringLiteral("INSERT INTO funds (fid, iid, unit) VALUES (1, 3, 2)"));
 }
 
-void force()
-{
-    server().execute(QStringLiteral("REPLACE INTO vars (name, value) "
-                                    "VALUES ('OQS.THRWorker.forceSync', '1')"));
-}
-
 /// A worker on the server, over a handle that may record its calls.
 class Plugin
 {
@@ -113,7 +107,7 @@ public:
                 (*plugin)->tick(exports[0]);
         }
         if (kind == Forced)
-            force();
+            server().force();
     }
 
     /// Before the calls of the pass are made again.
@@ -122,7 +116,7 @@ public:
         if (isOnce())
             setUpDatabase(kind);
         if (kind == Forced)
-            force();
+            server().force();
     }
 
     const QString &exportOf(int pass) const { return exports[(pass + 1) % 2]; }

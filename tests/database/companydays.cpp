@@ -59,7 +59,7 @@ void CompanyDays::restartWorker(quint8 logLevel)
 
 void CompanyDays::force()
 {
-    execute(QStringLiteral("REPLACE INTO vars VALUES ('OQS.THRWorker.forceSync', '1')"));
+    database.force();
     forced = true;
 }
 

@@ -859,8 +859,7 @@ void tst_FundTables::pass_inactivePersonIsNotCorrected()
              QStringLiteral("1"));
     // The fund's checks had passed for the inactive row: nothing was left to be made up for.
     QCOMPARE(moves(), QStringList());
-    database->execute(
-        QStringLiteral("INSERT INTO vars (name, value) VALUES ('OQS.THRWorker.forceSync', '1')"));
+    database->force();
     f.tick();
     QCOMPARE(moves(), QStringList {QStringLiteral("3|%1|202403|1250|7|41").arg(seconds(someDay))});
 }

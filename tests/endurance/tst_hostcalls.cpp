@@ -105,7 +105,6 @@ private:
     void readLog();
     void compareLog();
     void stopTicks();
-    int serverConnections();
 
     std::unique_ptr<TestDatabase> database;
     QSqlDatabase handle;
@@ -266,14 +265,6 @@ void tst_HostCalls::stopTicks()
     plugin->onWorkerThread([this] { plugin->peer().worker->findChild<QTimer *>()->stop(); });
 }
 
-int tst_HostCalls::serverConnections()
-{
-    return database
-        ->value(QStringLiteral(
-            "SELECT COUNT(*) FROM information_schema.processlist WHERE user = 'talvenhr'"))
-        .toInt();
-}
-
 /// People change and stay where they are, so that nothing is queued to this thread: it can come to
 /// its events whenever it likes.
 void tst_HostCalls::calls_besidePassesThatChangePeople()
@@ -306,7 +297,7 @@ void tst_HostCalls::calls_besidePassesThatChangePeople()
     QCOMPARE(after.threads, before.threads);
     QCOMPARE(after.connections, before.connections);
     QCOMPARE(after.objects - before.objects, 4 * (made[Start] + made[Resume] - madeBefore));
-    QVERIFY(QTest::qWaitFor([this] { return serverConnections() == 0; }, longestWait));
+    QVERIFY(QTest::qWaitFor([this] { return database->pluginSessions() == 0; }, longestWait));
     compareLog();
 }
 
@@ -324,7 +315,7 @@ void tst_HostCalls::calls_besidePassesThatTakePeopleOn()
         QVERIFY(waitUntilTaken());
     }
     // A membership that was lost to a repository without connection comes back with a forced pass.
-    database->execute(QStringLiteral("REPLACE INTO vars VALUES ('OQS.THRWorker.forceSync', '1')"));
+    database->force();
     plugin->writeExport(company->sameExport());
     QVERIFY(waitUntilTaken());
     stopTicks();
@@ -340,7 +331,7 @@ void tst_HostCalls::calls_besidePassesThatTakePeopleOn()
     QCOMPARE(after.handles, before.handles);
     QCOMPARE(after.threads, before.threads);
     QCOMPARE(after.connections, before.connections);
-    QVERIFY(QTest::qWaitFor([this] { return serverConnections() == 0; }, longestWait));
+    QVERIFY(QTest::qWaitFor([this] { return database->pluginSessions() == 0; }, longestWait));
 
     const auto slotCalls = [this] {
         const QStringList lines(said.keys());

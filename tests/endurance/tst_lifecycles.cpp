@@ -138,7 +138,7 @@ void tst_Lifecycles::live(const QString &state)
 /// The destructor is under way when the pass is allowed to go on.
 void tst_Lifecycles::destroyInMidPass()
 {
-    database->execute(QStringLiteral("REPLACE INTO vars VALUES ('OQS.THRWorker.forceSync', '1')"));
+    database->force();
     plugin->onWorkerThread([this] { plugin->worker().logLevel = 1; });
     plugin->log.clear();
     QVERIFY(QMetaObject::invokeMethod(plugin->peer().worker, "checkSync", Qt::QueuedConnection));

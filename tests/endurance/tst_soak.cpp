@@ -60,7 +60,6 @@ private:
     void checkLog(const QStringList &events) const;
     void checkLogWithoutServer(const QStringList &events) const;
     void compareRows();
-    int serverConnections();
     Resources betweenTicks();
     void print(const Resources &warm, const Resources &end, qint64 warmResident,
                qint64 milliseconds);
@@ -133,8 +132,7 @@ void tst_Soak::round(bool withExport, bool forced)
         ++exports;
     }
     if (forced) {
-        database->execute(
-            QStringLiteral("REPLACE INTO vars VALUES ('OQS.THRWorker.forceSync', '1')"));
+        database->force();
         ++forcedPasses;
         QVERIFY(waitFor("(force: YES)"));
     }
@@ -144,7 +142,7 @@ void tst_Soak::round(bool withExport, bool forced)
     else
         QVERIFY(waitFor("BEGIN synchronization"));
     plugin->onWorkerThread(); // the pass is over
-    mostConnections = qMax(mostConnections, serverConnections());
+    mostConnections = qMax(mostConnections, database->pluginSessions());
     QCOMPARE(company->queuedNotices(), company->owedNotices());
 }
 
@@ -196,14 +194,6 @@ void tst_Soak::restartServer(bool withExport)
 void tst_Soak::compareRows()
 {
     QCOMPARE(company->rows(), company->owedRows());
-}
-
-int tst_Soak::serverConnections()
-{
-    return database
-        ->value(QStringLiteral(
-            "SELECT COUNT(*) FROM information_schema.processlist WHERE user = 'talvenhr'"))
-        .toInt();
 }
 
 /// With an empty log, and without a tick under way.
@@ -275,7 +265,7 @@ void tst_Soak::days()
     if (heapIsMeasured())
         QVERIFY(residentBytes() - warmResident < residentPlay);
     plugin->onWorkerThread([this] { plugin->worker().timer->stop(); });
-    QVERIFY(QTest::qWaitFor([this] { return serverConnections() == 0; }, longestWait));
+    QVERIFY(QTest::qWaitFor([this] { return database->pluginSessions() == 0; }, longestWait));
 }
 
 QTEST_GUILESS_MAIN(tst_Soak)

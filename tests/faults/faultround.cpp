@@ -106,7 +106,7 @@ QStringList FaultRound::takeEvents()
 void FaultRound::recover()
 {
     company.calculateAttendance();
-    company.force();
+    database.force();
     QStringList events = pass();
     company.calculateAttendance();
     events += pass();

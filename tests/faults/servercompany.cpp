@@ -135,11 +135,6 @@ QString ServerCompany::uid(const QString &letter)
                               .arg(own(QString::number(9000 + person)) + QLatin1Char('1')));
 }
 
-void ServerCompany::force()
-{
-    database.execute(QStringLiteral("REPLACE INTO vars VALUES ('OQS.THRWorker.forceSync', '1')"));
-}
-
 void ServerCompany::calculateAttendance()
 {
     database.execute(QStringLiteral("UPDATE atten SET ok = 2 WHERE ok < 0"));

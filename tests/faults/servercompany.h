@@ -30,7 +30,6 @@ public:
     QStringList exportLines() const;
     /// The uid of A, B or C as the database has it, empty for nobody.
     QString uid(const QString &letter);
-    void force();
     /// What the attendance system does after a pass: calculates all open days. They show as 2.
     void calculateAttendance();
 

@@ -7,6 +7,7 @@
 #include <QSemaphore>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QThread>
 #include <QtTest>
 
 #include <memory>
@@ -56,8 +57,10 @@ public:
         next(statement, false);
         QElapsedTimer patience;
         patience.start();
-        while (database.value(QString::fromLatin1(waiting)) == QLatin1String("0"))
+        while (database.value(QString::fromLatin1(waiting)) == QLatin1String("0")) {
             QVERIFY(patience.elapsed() < longestWait);
+            QThread::msleep(1);
+        }
     }
 
 private:
@@ -92,6 +95,7 @@ private:
             QSqlQuery query(session);
             somebodyWaits = query.exec(QString::fromLatin1(waiting)) && query.next()
                 && query.value(0).toInt() > 0;
+            QThread::msleep(1);
         }
         run(session, nextStatement);
         mayEnd.acquire();

@@ -192,7 +192,7 @@ void tst_DyingServer::serverKilled()
              QStringList());
 
     company.calculateAttendance();
-    company.force();
+    database->force();
     QVERIFY(ticks->next());
     company.calculateAttendance();
     QVERIFY(ticks->next());

@@ -161,7 +161,7 @@ void tst_ForeignSettings::timeZone_changesNothingOnMostDays()
     QCOMPARE(contentDifference(undisturbed->contentAfter(), round.company.content()),
              QStringList());
     round.company.calculateAttendance();
-    round.company.force();
+    database->force();
     QCOMPARE(complaints(round.pass()), said);
     round.company.calculateAttendance();
     QCOMPARE(contentDifference(undisturbed->contentInTheEnd(), round.company.content()),
@@ -183,7 +183,7 @@ void tst_ForeignSettings::timeZoneWest_secondBalanceAtNoonReplacesTheFirst()
     round.company.calculateAttendance();
     round.pass();
     QCOMPARE(balance(round), QStringLiteral("1150"));
-    round.company.force();
+    database->force();
     round.pass();
     QCOMPARE(balance(round), QStringLiteral("1350"));
 }
@@ -228,7 +228,7 @@ void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn()
     QCOMPARE(balance(round), fund);
 
     round.company.calculateAttendance();
-    round.company.force();
+    database->force();
     QCOMPARE(round.pass().filter(QStringLiteral(") not writed for uid ")).size(), notWritten);
 }
 

@@ -141,7 +141,7 @@ void tst_Recovery::removedExport_nextTickFindsNothing()
              lines({"+vars OQS.THRWorker.forceSync|0", "-vars OQS.THRWorker.forceSync|1"}));
 
     round.f.writeExport(round.company.exportLines());
-    round.company.force();
+    database->force();
     QCOMPARE(complaints(round.pass()), QStringList());
     QVERIFY(!round.company.uid(QStringLiteral("A")).isEmpty());
     QCOMPARE(ofB(round, QStringLiteral("phone")), QStringLiteral("111"));
@@ -281,7 +281,7 @@ void tst_Recovery::typeAlone_comesWithARestart()
     round.f.writeExport({exportHeader(), unchangedB(round).tpp(51).line()});
     QCOMPARE(passRefusing(round, QStringLiteral("UPDATE people SET pamId")),
              lines({"critical THRWorker::dbUpdatePerson(9002.1) - SQL ERROR: refused"}));
-    round.company.force();
+    database->force();
     QVERIFY(!round.pass().join(QLatin1Char(' ')).contains(QStringLiteral("UPDATE people")));
     QCOMPARE(ofB(round, type), QStringLiteral("1"));
 
@@ -303,7 +303,7 @@ void tst_Recovery::state_beginsOnTheDayOfTheLaterPass()
     QCOMPARE(ofB(round, begin), QStringLiteral("NULL"));
 
     setDay(companyNow().addDays(1));
-    round.company.force();
+    database->force();
     QCOMPARE(complaints(round.pass()), QStringList());
     QCOMPARE(ofB(round, begin), QStringLiteral("2026-03-18"));
     QCOMPARE(ofB(round, mark), QStringLiteral("2026-03-10"));
@@ -321,7 +321,7 @@ void tst_Recovery::membershipAskedInVain_joinsAnew()
     round.pass();
     const QStringList before = round.company.content();
     setDay(companyNow().addSecs(3600));
-    round.company.force();
+    database->force();
     const QString question = QStringLiteral("SELECT COUNT(*) FROM brape WHERE bid = 1 ");
     QCOMPARE(passRefusing(round, question),
              lines({"critical THRWorker::dbCheckPersonInBranch() - SQL ERROR []: refused"}));
@@ -336,7 +336,7 @@ void tst_Recovery::planAskedInVain_isNotAdded()
 {
     FaultRound round(*database);
     round.pass();
-    round.company.force();
+    database->force();
     const QStringList before = round.company.content();
     const QStringList said = passRefusing(
         round, QStringLiteral("SELECT COUNT(*) FROM groups_plan WHERE gid = 13 "));
@@ -368,7 +368,7 @@ void tst_Recovery::reopening_withoutACalendarDateNeverComes()
              lines({"critical THRWorker::dbChangeLastCalc() [UPDATE atten] - SQL ERROR []: "
                     "refused"}));
     setDay(companyNow().addDays(1));
-    round.company.force();
+    database->force();
     QCOMPARE(complaints(round.pass()), QStringList());
     QCOMPARE(openDays(round), QStringLiteral("0"));
     round.restart();
@@ -384,7 +384,7 @@ void tst_Recovery::reopening_withACalendarDateComesWithAForcedPass()
         {exportHeader(), unchangedB(round).branch(20).calendar(5, farAhead).line()});
     QCOMPARE(passRefusing(round, QStringLiteral("UPDATE atten")).size(), 1);
     QCOMPARE(openDays(round), QStringLiteral("0"));
-    round.company.force();
+    database->force();
     round.pass();
     QCOMPARE(openDays(round), QStringLiteral("2"));
 }

@@ -244,8 +244,7 @@ void tst_LoadedPass::pass_forcedFromOutside()
     QCOMPARE(database->rows(QStringLiteral("SELECT pid FROM people")), QStringList());
 
     writeExport({record().pid(1234, 1).line()});
-    database->execute(QStringLiteral("INSERT INTO vars (name, value) "
-                                     "VALUES ('OQS.THRWorker.forceSync', '1')"));
+    database->force();
     QTRY_COMPARE_WITH_TIMEOUT(database->value(QStringLiteral(
                                   "SELECT value FROM vars WHERE name = 'OQS.THRWorker.forceSync'")),
                               QStringLiteral("0"), longestWait);

@@ -124,6 +124,18 @@ QString TestDatabase::value(const QString &statement)
     return rows(statement).value(0).section(QLatin1Char('|'), 0, 0);
 }
 
+void TestDatabase::force()
+{
+    execute(QStringLiteral("REPLACE INTO vars VALUES ('OQS.THRWorker.forceSync', '1')"));
+}
+
+int TestDatabase::pluginSessions()
+{
+    return value(QStringLiteral("SELECT COUNT(*) FROM information_schema.processlist "
+                                "WHERE user = 'talvenhr'"))
+        .toInt();
+}
+
 void TestDatabase::setClock(qint64 seconds)
 {
     // Run by the server for every new connection, but for an administrator's.

@@ -42,6 +42,12 @@ public:
     /// The first value of the first row.
     QString value(const QString &statement);
 
+    /// Sets the variable that makes the plugin's next pass a forced one.
+    void force();
+    /// How many connections of the plugin's user the server has on its list; one that was closed
+    /// stands there a moment longer.
+    int pluginSessions();
+
     /// What UNIX_TIMESTAMP() is in every connection that the plugin's user opens from now on.
     void setClock(qint64 seconds);
 
