@@ -81,6 +81,18 @@ QStringList withoutTerminals(QStringList rows)
                                  QStringLiteral("\\1"));
 }
 
+/// How many memberships these rows of BusyCompany tell of.
+int memberships(const QStringList &rows)
+{
+    int count = 0;
+    for (const QString &row : rows) {
+        const QString branches = row.section(QLatin1Char('|'), 4, 4);
+        if (branches != QLatin1String("NULL"))
+            count += branches.count(QLatin1Char(',')) + 1;
+    }
+    return count;
+}
+
 } // namespace
 
 class tst_HostCalls : public QObject
@@ -105,6 +117,7 @@ private:
     void readLog();
     void compareLog();
     void stopTicks();
+    void compareResources(const Resources &before);
 
     std::unique_ptr<TestDatabase> database;
     QSqlDatabase handle;
@@ -265,6 +278,25 @@ void tst_HostCalls::stopTicks()
     plugin->onWorkerThread([this] { plugin->peer().worker->findChild<QTimer *>()->stop(); });
 }
 
+/// Prints what the process holds after the last tick, and compares it with what it held after the
+/// first resume. Each later start or resume has left a timer, two repositories and the queue of
+/// one.
+void tst_HostCalls::compareResources(const Resources &before)
+{
+    const Resources after = plugin->resourcesBetweenTicks();
+    readLog();
+    printFigures(QStringLiteral("%1 calls, %2 of them in mid-pass, %3 passes; %4")
+                     .arg(made[Start] + made[Stop] + made[Pause] + made[Resume])
+                     .arg(callsInPasses)
+                     .arg(plugin->worker().syncCount)
+                     .arg(countsOf(after)));
+    QCOMPARE(after.handles, before.handles);
+    QCOMPARE(after.threads, before.threads);
+    QCOMPARE(after.connections, before.connections);
+    QCOMPARE(after.objects - before.objects, 4 * (made[Start] + made[Resume] - 1));
+    QVERIFY(QTest::qWaitFor([this] { return database->pluginSessions() == 0; }, longestWait));
+}
+
 /// People change and stay where they are, so that nothing is queued to this thread: it can come to
 /// its events whenever it likes.
 void tst_HostCalls::calls_besidePassesThatChangePeople()
@@ -275,7 +307,6 @@ void tst_HostCalls::calls_besidePassesThatChangePeople()
     QCOMPARE(company->rows(), company->owedRows());
     call(Resume); // the first timer is out of reach from now on
     const Resources before = plugin->resourcesBetweenTicks();
-    const int madeBefore = made[Start] + made[Resume];
 
     for (int done = 0; done < calls; done += callsBetweenExports) {
         offerExport(BusyCompany::NobodyMoves);
@@ -284,20 +315,8 @@ void tst_HostCalls::calls_besidePassesThatChangePeople()
         QCOMPARE(company->queuedNotices(), company->owedNotices());
     }
     stopTicks();
-
-    const Resources after = plugin->resourcesBetweenTicks();
-    readLog();
-    printFigures(QStringLiteral("%1 calls, %2 of them in mid-pass, %3 passes; %4")
-                     .arg(made[Start] + made[Stop] + made[Pause] + made[Resume])
-                     .arg(callsInPasses)
-                     .arg(plugin->worker().syncCount)
-                     .arg(countsOf(after)));
+    compareResources(before);
     QCOMPARE(company->rows(), company->owedRows());
-    QCOMPARE(after.handles, before.handles);
-    QCOMPARE(after.threads, before.threads);
-    QCOMPARE(after.connections, before.connections);
-    QCOMPARE(after.objects - before.objects, 4 * (made[Start] + made[Resume] - madeBefore));
-    QVERIFY(QTest::qWaitFor([this] { return database->pluginSessions() == 0; }, longestWait));
     compareLog();
 }
 
@@ -315,23 +334,18 @@ void tst_HostCalls::calls_besidePassesThatTakePeopleOn()
         QVERIFY(waitUntilTaken());
     }
     // A membership that was lost to a repository without connection comes back with a forced pass.
+    // A pass seldom catches one so: most memberships are there by now.
+    const int held = memberships(company->rows());
+    const int owed = memberships(company->owedRows());
+    printFigures(QStringLiteral("%1 of %2 memberships before the forced pass").arg(held).arg(owed));
+    QVERIFY(held <= owed);
+    QVERIFY(4 * held > 3 * owed);
     database->force();
     plugin->writeExport(company->sameExport());
     QVERIFY(waitUntilTaken());
     stopTicks();
-
-    const Resources after = plugin->resourcesBetweenTicks();
-    readLog();
-    printFigures(QStringLiteral("%1 calls, %2 of them in mid-pass, %3 passes; %4")
-                     .arg(made[Start] + made[Stop] + made[Pause] + made[Resume])
-                     .arg(callsInPasses)
-                     .arg(plugin->worker().syncCount)
-                     .arg(countsOf(after)));
+    compareResources(before);
     QCOMPARE(withoutTerminals(company->rows()), withoutTerminals(company->owedRows()));
-    QCOMPARE(after.handles, before.handles);
-    QCOMPARE(after.threads, before.threads);
-    QCOMPARE(after.connections, before.connections);
-    QVERIFY(QTest::qWaitFor([this] { return database->pluginSessions() == 0; }, longestWait));
 
     const auto slotCalls = [this] {
         const QStringList lines(said.keys());
