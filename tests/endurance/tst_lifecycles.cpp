@@ -20,6 +20,7 @@ namespace {
 
 const int warmUpRounds = 100; // until every cache has been filled
 const int lives = 1000; // of the object
+const int livesToAState = 100;
 const int libraryLives = 100;
 const int repeats = 1000; // of start or resume
 
@@ -37,7 +38,8 @@ void compare(const char *what, int rounds, const Resources &before)
                      .arg(rounds)
                      .arg(countsOf(after))
                      .arg(after.heapBytes - before.heapBytes));
-    QVERIFY(after.heapBytes - before.heapBytes < heapPlay());
+    if (heapIsMeasured())
+        QVERIFY(after.heapBytes - before.heapBytes < heapPlay());
 }
 
 } // namespace
@@ -196,24 +198,23 @@ void tst_Lifecycles::object_thousandLives()
 
 void tst_Lifecycles::object_diesInEveryState_data()
 {
-    QTest::addColumn<int>("rounds");
+    QTest::addColumn<QString>("state");
     for (const char *state : {"created", "started", "ticked", "stopped", "paused", "resumed",
                               "stopped and started", "in mid-pass"})
-        QTest::newRow(state) << 100;
+        QTest::newRow(state) << QString::fromLatin1(state);
 }
 
 void tst_Lifecycles::object_diesInEveryState()
 {
-    QFETCH(int, rounds);
-    const QString state = QString::fromLatin1(QTest::currentDataTag());
-    for (int round = 0; round < rounds / 5; ++round)
+    QFETCH(QString, state);
+    for (int round = 0; round < livesToAState / 5; ++round)
         live(state);
     const Resources before = Resources::withThreads(threads);
-    for (int round = 0; round < rounds; ++round) {
+    for (int round = 0; round < livesToAState; ++round) {
         live(state);
         QCOMPARE(countsOf(Resources::withThreads(threads)), countsOf(before));
     }
-    compare(qPrintable(QStringLiteral("destroyed ") + state), rounds, before);
+    compare(qPrintable(QStringLiteral("destroyed ") + state), livesToAState, before);
 }
 
 void tst_Lifecycles::library_hundredLives()

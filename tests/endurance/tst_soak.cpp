@@ -261,9 +261,10 @@ void tst_Soak::days()
     print(warm, end, warmResident, milliseconds);
     QVERIFY(mostConnections <= mostAtTheServer);
     QCOMPARE(countsOf(end), countsOf(warm));
-    QVERIFY(end.heapBytes - warm.heapBytes < heapPlay);
-    if (heapIsMeasured())
+    if (heapIsMeasured()) {
+        QVERIFY(end.heapBytes - warm.heapBytes < heapPlay);
         QVERIFY(residentBytes() - warmResident < residentPlay);
+    }
     plugin->onWorkerThread([this] { plugin->worker().timer->stop(); });
     QVERIFY(QTest::qWaitFor([this] { return database->pluginSessions() == 0; }, longestWait));
 }
