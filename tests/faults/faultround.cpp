@@ -67,15 +67,6 @@ QStringList UndisturbedRun::contentAfter(const ExpectedPass &pass, const Fault &
     return patched(content, changesOf(pass));
 }
 
-FaultBench::FaultBench() :
-    clock(companyNow())
-{
-    // Branches get their people in the order of a hash: the table has branch 1 first.
-    qSetGlobalQHashSeed(0);
-    if (database.error().isEmpty())
-        undisturbed = std::make_unique<UndisturbedRun>(database);
-}
-
 FaultRound::FaultRound(TestDatabase &testDatabase) :
     database(testDatabase),
     company(testDatabase),
@@ -138,6 +129,29 @@ void FaultRound::comparePass(const UndisturbedRun &undisturbed, const Fault &fau
     recover();
     const QStringList lost = contentDifference(undisturbed.contentInTheEnd(), company.content());
     QVERIFY2(lost == lossesOf(expected), qPrintable(lost.join(QLatin1Char('\n'))));
+}
+
+void FaultFixture::initTestCase()
+{
+    clock = std::make_unique<MachineClock>(companyNow());
+    // Branches get their people in the order of a hash: the table has branch 1 first.
+    qSetGlobalQHashSeed(0);
+    database = std::make_unique<TestDatabase>();
+    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
+    undisturbed = std::make_unique<const UndisturbedRun>(*database);
+}
+
+void FaultFixture::cleanupTestCase()
+{
+    undisturbed.reset();
+    database.reset();
+    clock.reset();
+}
+
+void FaultFixture::setMoment(const QDateTime &moment)
+{
+    clock->set(moment);
+    database->setClock(moment.toSecsSinceEpoch());
 }
 
 std::unique_ptr<RecordedCallHook> beforeEachCall(const std::function<QSqlError(int)> &function)

@@ -37,16 +37,6 @@ private:
     QHash<QString, QStringList> changes;
 };
 
-/// Clock, server and undisturbed run of a test executable; made in initTestCase().
-struct FaultBench
-{
-    FaultBench();
-
-    MachineClock clock;
-    TestDatabase database;
-    std::unique_ptr<UndisturbedRun> undisturbed; ///< null when the server is not ready
-};
-
 /// What the server says when it fails a call.
 struct Refusal
 {
@@ -93,6 +83,25 @@ std::unique_ptr<RecordedCallHook> beforeEachCall(const std::function<QSqlError(i
 /// Runs the function before the call of this number only.
 std::unique_ptr<RecordedCallHook> beforeCall(int number,
                                              const std::function<QSqlError()> &function);
+
+/// The base of the test classes: clock, server and undisturbed run of an executable, from before
+/// its first test until after its last.
+class FaultFixture : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+
+protected:
+    /// For the process, and for new connections of the plugin.
+    void setMoment(const QDateTime &moment);
+
+    std::unique_ptr<MachineClock> clock;
+    std::unique_ptr<TestDatabase> database;
+    std::unique_ptr<const UndisturbedRun> undisturbed;
+};
 
 /// Where the events leave those of the table, in words; empty where they nowhere do.
 QString eventDifference(const QStringList &events, const QStringList &expected,

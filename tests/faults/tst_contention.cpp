@@ -127,13 +127,11 @@ const Refusal deadlock {QStringLiteral("1213"),
 
 } // namespace
 
-class tst_Contention : public QObject
+class tst_Contention : public FaultFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void cleanup();
     void lockedRow_failsTheCallThatNeedsIt_data();
     void lockedRow_failsTheCallThatNeedsIt();
@@ -143,24 +141,7 @@ private Q_SLOTS:
 private:
     void comparePassBeside(FaultRound &round, const QString &call, const QStringList &statements,
                            const QString &whenItWaits, const Refusal &refusal);
-
-    std::unique_ptr<FaultBench> bench;
-    TestDatabase *database = nullptr;
-    const UndisturbedRun *undisturbed = nullptr;
 };
-
-void tst_Contention::initTestCase()
-{
-    bench = std::make_unique<FaultBench>();
-    database = &bench->database;
-    undisturbed = bench->undisturbed.get();
-    QVERIFY2(undisturbed, qPrintable(database->error()));
-}
-
-void tst_Contention::cleanupTestCase()
-{
-    bench.reset();
-}
 
 void tst_Contention::cleanup()
 {

@@ -78,13 +78,14 @@ private:
 
 } // namespace
 
-class tst_DyingServer : public QObject
+class tst_DyingServer : public FaultFixture
 {
     Q_OBJECT
 
+public:
+    tst_DyingServer();
+
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void cleanup();
     void serverKilled_data();
     void serverKilled();
@@ -92,28 +93,16 @@ private Q_SLOTS:
 private:
     void start(const ServerCompany &company);
 
-    std::unique_ptr<FaultBench> bench;
-    TestDatabase *database = nullptr;
-    const UndisturbedRun *undisturbed = nullptr;
     std::unique_ptr<EventLog> log;
     std::unique_ptr<Installation> installation;
     std::unique_ptr<Ticks> ticks;
     QPluginLoader loader;
 };
 
-void tst_DyingServer::initTestCase()
+tst_DyingServer::tst_DyingServer()
 {
     loader.setFileName(QStringLiteral(TALVENHR_PLUGIN_FILE));
     loader.setLoadHints({}); // otherwise the library stays in memory when it is unloaded
-    bench = std::make_unique<FaultBench>();
-    database = &bench->database;
-    undisturbed = bench->undisturbed.get();
-    QVERIFY2(undisturbed, qPrintable(database->error()));
-}
-
-void tst_DyingServer::cleanupTestCase()
-{
-    bench.reset();
 }
 
 void tst_DyingServer::cleanup()

@@ -5,15 +5,11 @@
 
 #include <QtTest>
 
-#include <memory>
-
-class tst_ForeignSettings : public QObject
+class tst_ForeignSettings : public FaultFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void cleanup();
     void timeZone_changesNothingOnMostDays_data();
     void timeZone_changesNothingOnMostDays();
@@ -36,31 +32,13 @@ private:
     void setLetters(const QString &set);
     void setLettersOfSessions(const QString &set);
     void setSurnameLength(int letters);
-    void setMoment(const QDateTime &moment);
     /// A pass after which the fund holds 12.50, then one of an export with this balance.
     QStringList changeBalanceTwice(FaultRound &round, const QString &balance);
     QString balance(FaultRound &round);
     QStringList names();
     /// The export with another name for C, who is new.
     static QStringList exportNaming(const ServerCompany &company);
-
-    std::unique_ptr<FaultBench> bench;
-    TestDatabase *database = nullptr;
-    const UndisturbedRun *undisturbed = nullptr;
 };
-
-void tst_ForeignSettings::initTestCase()
-{
-    bench = std::make_unique<FaultBench>();
-    database = &bench->database;
-    undisturbed = bench->undisturbed.get();
-    QVERIFY2(undisturbed, qPrintable(database->error()));
-}
-
-void tst_ForeignSettings::cleanupTestCase()
-{
-    bench.reset();
-}
 
 void tst_ForeignSettings::cleanup()
 {
@@ -69,7 +47,7 @@ void tst_ForeignSettings::cleanup()
     setSurnameLength(128);
     setLettersOfSessions(QStringLiteral("utf8mb4"));
     database->execute(QStringLiteral("SET GLOBAL sql_mode = DEFAULT"));
-    bench->clock.set(companyNow());
+    clock->set(companyNow());
 }
 
 /// For new connections; the administrator's keeps the zone of the process.
@@ -96,13 +74,6 @@ void tst_ForeignSettings::setSurnameLength(int letters)
     database->execute(
         QStringLiteral("ALTER TABLE people MODIFY surname VARCHAR(%1) NOT NULL DEFAULT ''")
             .arg(letters));
-}
-
-/// For the process, and for new connections of the plugin.
-void tst_ForeignSettings::setMoment(const QDateTime &moment)
-{
-    bench->clock.set(moment);
-    database->setClock(moment.toSecsSinceEpoch());
 }
 
 QString tst_ForeignSettings::balance(FaultRound &round)

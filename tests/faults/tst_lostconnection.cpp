@@ -45,13 +45,11 @@ std::unique_ptr<RecordedCallHook> refusing(int call)
 
 } // namespace
 
-class tst_LostConnection : public QObject
+class tst_LostConnection : public FaultFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void connectionCut_endsAllThatFollows_data();
     void connectionCut_endsAllThatFollows();
     void connectionCut_plainPassSeesThoseWhoseLeaveWaits();
@@ -60,25 +58,7 @@ private Q_SLOTS:
     void outcomes_allHappen();
     void commitRefused_nextTransactionCommits();
     void commitRefused_endOfThePassUndoesAllThatFollows();
-
-private:
-    std::unique_ptr<FaultBench> bench;
-    TestDatabase *database = nullptr;
-    const UndisturbedRun *undisturbed = nullptr;
 };
-
-void tst_LostConnection::initTestCase()
-{
-    bench = std::make_unique<FaultBench>();
-    database = &bench->database;
-    undisturbed = bench->undisturbed.get();
-    QVERIFY2(undisturbed, qPrintable(database->error()));
-}
-
-void tst_LostConnection::cleanupTestCase()
-{
-    bench.reset();
-}
 
 void tst_LostConnection::connectionCut_endsAllThatFollows_data()
 {

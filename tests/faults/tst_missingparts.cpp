@@ -5,8 +5,6 @@
 
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 
 /// What the calls of a pass name: "table: column column; table: ...".
@@ -80,13 +78,11 @@ QStringList callsNaming(const QString &table, const QString &column = QString())
 
 } // namespace
 
-class tst_MissingParts : public QObject
+class tst_MissingParts : public FaultFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void names_areOfTheDatabase();
     void tableMissing_data();
     void tableMissing();
@@ -98,24 +94,7 @@ private Q_SLOTS:
 
 private:
     QStringList tableNames();
-
-    std::unique_ptr<FaultBench> bench;
-    TestDatabase *database = nullptr;
-    const UndisturbedRun *undisturbed = nullptr;
 };
-
-void tst_MissingParts::initTestCase()
-{
-    bench = std::make_unique<FaultBench>();
-    database = &bench->database;
-    undisturbed = bench->undisturbed.get();
-    QVERIFY2(undisturbed, qPrintable(database->error()));
-}
-
-void tst_MissingParts::cleanupTestCase()
-{
-    bench.reset();
-}
 
 QStringList tst_MissingParts::tableNames()
 {

@@ -7,8 +7,6 @@
 #include <QRegularExpression>
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 
 /// What a pass cannot do without a right of database/grants/plugin.sql: the ids of the calls that
@@ -135,35 +133,15 @@ QStringList singleRights()
 
 } // namespace
 
-class tst_MissingRights : public QObject
+class tst_MissingRights : public FaultFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void needs_areGranted();
     void rightTakenAway_data();
     void rightTakenAway();
-
-private:
-    std::unique_ptr<FaultBench> bench;
-    TestDatabase *database = nullptr;
-    const UndisturbedRun *undisturbed = nullptr;
 };
-
-void tst_MissingRights::initTestCase()
-{
-    bench = std::make_unique<FaultBench>();
-    database = &bench->database;
-    undisturbed = bench->undisturbed.get();
-    QVERIFY2(undisturbed, qPrintable(database->error()));
-}
-
-void tst_MissingRights::cleanupTestCase()
-{
-    bench.reset();
-}
 
 /// Nothing of the table is idle, and the file was read to its end.
 void tst_MissingRights::needs_areGranted()

@@ -5,8 +5,6 @@
 
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 
 QSqlError refused()
@@ -31,13 +29,11 @@ QString openDays(FaultRound &round)
 
 } // namespace
 
-class tst_Recovery : public QObject
+class tst_Recovery : public FaultFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void cleanup();
     void removedExport_nextTickFindsNothing();
     void restart_setsSupervisorsAndTellsTerminals();
@@ -63,30 +59,12 @@ private:
     QStringList lost(FaultRound &round) const;
     /// One column of B's row.
     QString ofB(FaultRound &round, const QString &column);
-    void setDay(const QDateTime &moment);
-
-    std::unique_ptr<FaultBench> bench;
-    TestDatabase *database = nullptr;
-    const UndisturbedRun *undisturbed = nullptr;
 };
-
-void tst_Recovery::initTestCase()
-{
-    bench = std::make_unique<FaultBench>();
-    database = &bench->database;
-    undisturbed = bench->undisturbed.get();
-    QVERIFY2(undisturbed, qPrintable(database->error()));
-}
-
-void tst_Recovery::cleanupTestCase()
-{
-    bench.reset();
-}
 
 void tst_Recovery::cleanup()
 {
     database->execute(QStringLiteral("SET GLOBAL read_only = 0"));
-    bench->clock.set(companyNow());
+    clock->set(companyNow());
 }
 
 void tst_Recovery::lose(FaultRound &round, const Fault &fault)
@@ -112,12 +90,6 @@ QString tst_Recovery::ofB(FaultRound &round, const QString &column)
 {
     return database->value(QStringLiteral("SELECT %1 FROM people WHERE uid = %2")
                                .arg(column, round.company.uid(QStringLiteral("B"))));
-}
-
-void tst_Recovery::setDay(const QDateTime &moment)
-{
-    bench->clock.set(moment);
-    database->setClock(moment.toSecsSinceEpoch());
 }
 
 QStringList tst_Recovery::lost(FaultRound &round) const
@@ -302,7 +274,7 @@ void tst_Recovery::state_beginsOnTheDayOfTheLaterPass()
     QCOMPARE(passRefusing(round, QStringLiteral("UPDATE people SET pamId")).size(), 1);
     QCOMPARE(ofB(round, begin), QStringLiteral("NULL"));
 
-    setDay(companyNow().addDays(1));
+    setMoment(companyNow().addDays(1));
     database->force();
     QCOMPARE(complaints(round.pass()), QStringList());
     QCOMPARE(ofB(round, begin), QStringLiteral("2026-03-18"));
@@ -320,7 +292,7 @@ void tst_Recovery::membershipAskedInVain_joinsAnew()
     FaultRound round(*database);
     round.pass();
     const QStringList before = round.company.content();
-    setDay(companyNow().addSecs(3600));
+    setMoment(companyNow().addSecs(3600));
     database->force();
     const QString question = QStringLiteral("SELECT COUNT(*) FROM brape WHERE bid = 1 ");
     QCOMPARE(passRefusing(round, question),
@@ -367,7 +339,7 @@ void tst_Recovery::reopening_withoutACalendarDateNeverComes()
     QCOMPARE(passRefusing(round, QStringLiteral("UPDATE atten")),
              lines({"critical THRWorker::dbChangeLastCalc() [UPDATE atten] - SQL ERROR []: "
                     "refused"}));
-    setDay(companyNow().addDays(1));
+    setMoment(companyNow().addDays(1));
     database->force();
     QCOMPARE(complaints(round.pass()), QStringList());
     QCOMPARE(openDays(round), QStringLiteral("0"));

@@ -6,8 +6,6 @@
 #include <QFileInfo>
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 
 /// Each writing call that comes to its turn when all of them fail.
@@ -21,36 +19,17 @@ Fault allWrites()
 
 } // namespace
 
-class tst_RefusedWrites : public QObject
+class tst_RefusedWrites : public FaultFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void readOnlyServer_writesNothing();
     void fullTablespace_writesNothing();
 
 private:
     void restart(const QString &tablespace);
-
-    std::unique_ptr<FaultBench> bench;
-    TestDatabase *database = nullptr;
-    const UndisturbedRun *undisturbed = nullptr;
 };
-
-void tst_RefusedWrites::initTestCase()
-{
-    bench = std::make_unique<FaultBench>();
-    database = &bench->database;
-    undisturbed = bench->undisturbed.get();
-    QVERIFY2(undisturbed, qPrintable(database->error()));
-}
-
-void tst_RefusedWrites::cleanupTestCase()
-{
-    bench.reset();
-}
 
 /// The force variable stays set as well, so that the first tick after the end of it is forced.
 void tst_RefusedWrites::readOnlyServer_writesNothing()
