@@ -25,7 +25,7 @@ const int libraryLives = 100;
 const int repeats = 1000; // of start or resume
 
 /// What the heap may gain, whatever the number of lives (bytes).
-qint64 heapPlay()
+qint64 heapTolerance()
 {
     return heapIsExact() ? 4 * 1024 : 64 * 1024;
 }
@@ -39,7 +39,7 @@ void compare(const char *what, int rounds, const Resources &before)
                      .arg(countsOf(after))
                      .arg(after.heapBytes - before.heapBytes));
     if (heapIsMeasured())
-        QVERIFY(after.heapBytes - before.heapBytes < heapPlay());
+        QVERIFY(after.heapBytes - before.heapBytes < heapTolerance());
 }
 
 } // namespace

@@ -110,8 +110,8 @@ private:
 
 constexpr char OtherSession::waiting[];
 
-/// Work enough to be worth more than the plugin's, which is given up then.
-QString hardWork()
+/// The server gives up the session of a deadlock that has written less.
+QString statementThatOutweighsThePlugin()
 {
     return QStringLiteral("INSERT INTO sections (name) WITH RECURSIVE n (i) AS "
                           "(SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 500) "
@@ -213,9 +213,10 @@ void tst_Contention::deadlock_failsOneStatement()
     const QString row = QStringLiteral("SELECT * FROM atten WHERE uid = %1 AND "
                                        "`date` = UNIX_TIMESTAMP('%2') FOR UPDATE");
     const QString uid = round.company.uid(QStringLiteral("B"));
-    comparePassBeside(round, QStringLiteral("B.planReopened"),
-                      {hardWork(), row.arg(uid, QStringLiteral("2026-03-10"))},
-                      row.arg(uid, QStringLiteral("2026-01-10")), deadlock);
+    comparePassBeside(
+        round, QStringLiteral("B.planReopened"),
+        {statementThatOutweighsThePlugin(), row.arg(uid, QStringLiteral("2026-03-10"))},
+        row.arg(uid, QStringLiteral("2026-01-10")), deadlock);
 }
 
 /// The server undoes the whole transaction of a deadlock, so that the commit, which comes because
@@ -231,7 +232,8 @@ void tst_Contention::deadlock_withinTheTransactionLeavesTheOldSupervisor()
     auto hook = beforeEachCall([&](int call) {
         if (call == numberOf(QStringLiteral("B.begin"))) {
             other = std::make_unique<OtherSession>(
-                handle, QStringList {hardWork(), row.arg(QStringLiteral("6"), uid)});
+                handle,
+                QStringList {statementThatOutweighsThePlugin(), row.arg(QStringLiteral("6"), uid)});
         } else if (call == numberOf(QStringLiteral("B.set"))) {
             other->runUntilItWaits(row.arg(QStringLiteral("5"), uid), *database);
         } else if (call == numberOf(QStringLiteral("B.commit"))) {

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A pass on a server with another time zone or other letters than the plugin's.
+// A pass on a server with another time zone or character set than the plugin's.
 #include "faults/faultround.h"
 
 #include <QtTest>
@@ -20,18 +20,18 @@ private Q_SLOTS:
     void timeZoneSame_secondBalanceOfADayWaits();
     void timeZone_countsTheFirstOfAMonthToTheMonthBefore();
     void timeZone_correctionOnTheFirstCountsToTheMonthBefore();
-    void lettersOfTheSession_arePutRight();
-    void lettersOfTheTable_thatHasThem();
-    void lettersOfTheTable_refusedByAStrictServer();
-    void lettersOfTheTable_lostOnALenientServer();
+    void sessionCharset_isPutRight();
+    void tableCharset_holdsTheName();
+    void tableCharset_lacksLettersOnAStrictServer();
+    void tableCharset_lacksLettersOnALenientServer();
     void textLongerThanItsColumn_data();
     void textLongerThanItsColumn();
 
 private:
     void setTimeZone(const QString &zone);
-    void setLetters(const QString &set);
-    void setLettersOfSessions(const QString &set);
-    void setSurnameLength(int letters);
+    void setTableCharset(const QString &charset);
+    void setSessionCharset(const QString &charset);
+    void setSurnameLength(int characters);
     /// A pass after which the fund holds 12.50, then one of an export with this balance.
     QStringList changeBalanceTwice(FaultRound &round, const QString &balance);
     QString balance(FaultRound &round);
@@ -43,9 +43,9 @@ private:
 void tst_ForeignSettings::cleanup()
 {
     setTimeZone(QStringLiteral("SYSTEM"));
-    setLetters(QStringLiteral("utf8mb4"));
+    setTableCharset(QStringLiteral("utf8mb4"));
     setSurnameLength(128);
-    setLettersOfSessions(QStringLiteral("utf8mb4"));
+    setSessionCharset(QStringLiteral("utf8mb4"));
     database->execute(QStringLiteral("SET GLOBAL sql_mode = DEFAULT"));
     clock->set(companyNow());
 }
@@ -56,24 +56,25 @@ void tst_ForeignSettings::setTimeZone(const QString &zone)
     database->execute(QStringLiteral("SET GLOBAL time_zone = '%1'").arg(zone));
 }
 
-void tst_ForeignSettings::setLetters(const QString &set)
+void tst_ForeignSettings::setTableCharset(const QString &charset)
 {
-    database->execute(QStringLiteral("ALTER TABLE people CONVERT TO CHARACTER SET %1").arg(set));
+    database->execute(
+        QStringLiteral("ALTER TABLE people CONVERT TO CHARACTER SET %1").arg(charset));
 }
 
 /// For new connections.
-void tst_ForeignSettings::setLettersOfSessions(const QString &set)
+void tst_ForeignSettings::setSessionCharset(const QString &charset)
 {
     for (const char *variable : {"client", "connection", "results", "server"})
-        database->execute(
-            QStringLiteral("SET GLOBAL character_set_%1 = %2").arg(QLatin1String(variable), set));
+        database->execute(QStringLiteral("SET GLOBAL character_set_%1 = %2")
+                              .arg(QLatin1String(variable), charset));
 }
 
-void tst_ForeignSettings::setSurnameLength(int letters)
+void tst_ForeignSettings::setSurnameLength(int characters)
 {
     database->execute(
         QStringLiteral("ALTER TABLE people MODIFY surname VARCHAR(%1) NOT NULL DEFAULT ''")
-            .arg(letters));
+            .arg(characters));
 }
 
 QString tst_ForeignSettings::balance(FaultRound &round)
@@ -254,34 +255,34 @@ void tst_ForeignSettings::timeZone_correctionOnTheFirstCountsToTheMonthBefore()
     QCOMPARE(database->rows(month).value(0), QStringLiteral("202603"));
 }
 
-// Letters
+// Character sets
 
 /// The driver asks for UTF-8 itself, whatever the server has chosen.
-void tst_ForeignSettings::lettersOfTheSession_arePutRight()
+void tst_ForeignSettings::sessionCharset_isPutRight()
 {
     FaultRound round(*database);
     database->execute(
         QStringLiteral("SET GLOBAL init_connect = 'SET timestamp = %1; SET NAMES latin1'")
             .arg(companyNow().toSecsSinceEpoch()));
-    setLettersOfSessions(QStringLiteral("latin1"));
+    setSessionCharset(QStringLiteral("latin1"));
     round.f.writeExport(exportNaming(round.company));
     QCOMPARE(complaints(round.pass()), QStringList());
     QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
 }
 
-void tst_ForeignSettings::lettersOfTheTable_thatHasThem()
+void tst_ForeignSettings::tableCharset_holdsTheName()
 {
     FaultRound round(*database);
-    setLetters(QStringLiteral("cp1250"));
+    setTableCharset(QStringLiteral("cp1250"));
     round.f.writeExport(exportNaming(round.company));
     QCOMPARE(complaints(round.pass()), QStringList());
     QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
 }
 
-void tst_ForeignSettings::lettersOfTheTable_refusedByAStrictServer()
+void tst_ForeignSettings::tableCharset_lacksLettersOnAStrictServer()
 {
     FaultRound round(*database);
-    setLetters(QStringLiteral("latin1"));
+    setTableCharset(QStringLiteral("latin1"));
     round.f.writeExport(exportNaming(round.company));
     const QStringList said = complaints(round.pass());
     QCOMPARE(said.size(), 1);
@@ -293,22 +294,22 @@ void tst_ForeignSettings::lettersOfTheTable_refusedByAStrictServer()
         qPrintable(said.first()));
     QCOMPARE(names(), QStringList());
 
-    setLetters(QStringLiteral("utf8mb4"));
+    setTableCharset(QStringLiteral("utf8mb4"));
     round.recover();
     QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
 }
 
 /// Not a word of it; the next forced pass with the right letters finds that the row differs.
-void tst_ForeignSettings::lettersOfTheTable_lostOnALenientServer()
+void tst_ForeignSettings::tableCharset_lacksLettersOnALenientServer()
 {
     FaultRound round(*database);
-    setLetters(QStringLiteral("latin1"));
+    setTableCharset(QStringLiteral("latin1"));
     database->execute(QStringLiteral("SET GLOBAL sql_mode = ''"));
     round.f.writeExport(exportNaming(round.company));
     QCOMPARE(complaints(round.pass()), QStringList());
     QCOMPARE(names(), QStringList {QStringLiteral("?udmila|?urišová")});
 
-    setLetters(QStringLiteral("utf8mb4"));
+    setTableCharset(QStringLiteral("utf8mb4"));
     round.recover();
     QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
 }
