@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSemaphore>
 #include <QTimer>
 #include <QtTest>
@@ -132,6 +133,7 @@ private Q_SLOTS:
     void laterCalls_beforeStartOnlyLog();
     void stop_endsTheTicks_data();
     void stop_endsTheTicks();
+    void stop_rightAfterTheFirstStartStopsNothing();
     void stop_keepsThreadAndCounters();
     void stop_letsARunningPassEnd();
     void stop_afterResumeStopsTheNewTimerWithoutAWord();
@@ -515,6 +517,35 @@ void tst_Lifecycle::stop_endsTheTicks()
     });
     QVERIFY(wentOff);
     QCOMPARE(f.log.take(), QStringList());
+}
+
+/// The worker's thread has begun, and the worker has no timer yet.
+void tst_Lifecycle::stop_rightAfterTheFirstStartStopsNothing()
+{
+    QSemaphore begun;
+    QSemaphore mayGoOn;
+    PluginFixture f;
+    const auto goOn = qScopeGuard([&mayGoOn] { mayGoOn.release(); });
+    f.installation.writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
+                             QStringLiteral("importFile=/nowhere/ron.data")});
+    f.create(1);
+    QThread *const thread = &f.peer().workerThread;
+    const auto hold = [&] {
+        begun.release();
+        mayGoOn.acquire();
+    };
+    connect(thread, &QThread::started, thread, hold, Qt::DirectConnection);
+    QVERIFY(f.plugin->start());
+    QVERIFY(begun.tryAcquire(1, 30000));
+    f.plugin->stop();
+    QVERIFY(!f.worker().timer);
+    QVERIFY(!f.log.contains(QStringLiteral("THRWorker::start()")));
+
+    mayGoOn.release();
+    f.onWorkerThread([&f] { QVERIFY(f.worker().timer->isActive()); });
+    QTRY_VERIFY_WITH_TIMEOUT(f.log.contains(QStringLiteral("END synchronization #1")), 30000);
+    f.destroy();
+    f.log.clear();
 }
 
 void tst_Lifecycle::stop_keepsThreadAndCounters()
