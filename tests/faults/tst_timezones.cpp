@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A pass on a server with another time zone or character set than the plugin's.
+// A pass on a server with another time zone than the plugin's.
 #include "faults/faultround.h"
 
 #include <QtTest>
 
-class tst_ForeignSettings : public FaultFixture
+class tst_TimeZones : public FaultFixture
 {
     Q_OBJECT
 
@@ -20,70 +20,33 @@ private Q_SLOTS:
     void timeZoneSame_secondBalanceOfADayWaits();
     void timeZone_countsTheFirstOfAMonthToTheMonthBefore();
     void timeZone_correctionOnTheFirstCountsToTheMonthBefore();
-    void sessionCharset_isPutRight();
-    void tableCharset_holdsTheName();
-    void tableCharset_lacksLettersOnAStrictServer();
-    void tableCharset_lacksLettersOnALenientServer();
-    void textLongerThanItsColumn_data();
-    void textLongerThanItsColumn();
 
 private:
     void setTimeZone(const QString &zone);
-    void setTableCharset(const QString &charset);
-    void setSessionCharset(const QString &charset);
-    void setSurnameLength(int characters);
     /// A pass after which the fund holds 12.50, then one of an export with this balance.
     QStringList changeBalanceTwice(FaultRound &round, const QString &balance);
     QString balance(FaultRound &round);
-    QStringList names();
-    /// The export with another name for C, who is new.
-    static QStringList exportNaming(const ServerCompany &company);
 };
 
-void tst_ForeignSettings::cleanup()
+void tst_TimeZones::cleanup()
 {
     setTimeZone(QStringLiteral("SYSTEM"));
-    setTableCharset(QStringLiteral("utf8mb4"));
-    setSurnameLength(128);
-    setSessionCharset(QStringLiteral("utf8mb4"));
-    database->execute(QStringLiteral("SET GLOBAL sql_mode = DEFAULT"));
     clock->set(companyNow());
 }
 
 /// For new connections; the administrator's keeps the zone of the process.
-void tst_ForeignSettings::setTimeZone(const QString &zone)
+void tst_TimeZones::setTimeZone(const QString &zone)
 {
     database->execute(QStringLiteral("SET GLOBAL time_zone = '%1'").arg(zone));
 }
 
-void tst_ForeignSettings::setTableCharset(const QString &charset)
-{
-    database->execute(
-        QStringLiteral("ALTER TABLE people CONVERT TO CHARACTER SET %1").arg(charset));
-}
-
-/// For new connections.
-void tst_ForeignSettings::setSessionCharset(const QString &charset)
-{
-    for (const char *variable : {"client", "connection", "results", "server"})
-        database->execute(QStringLiteral("SET GLOBAL character_set_%1 = %2")
-                              .arg(QLatin1String(variable), charset));
-}
-
-void tst_ForeignSettings::setSurnameLength(int characters)
-{
-    database->execute(
-        QStringLiteral("ALTER TABLE people MODIFY surname VARCHAR(%1) NOT NULL DEFAULT ''")
-            .arg(characters));
-}
-
-QString tst_ForeignSettings::balance(FaultRound &round)
+QString tst_TimeZones::balance(FaultRound &round)
 {
     return database->value(QStringLiteral("SELECT SUM(value) FROM funds_move WHERE uid = %1")
                                .arg(round.company.uid(QStringLiteral("B"))));
 }
 
-QStringList tst_ForeignSettings::changeBalanceTwice(FaultRound &round, const QString &second)
+QStringList tst_TimeZones::changeBalanceTwice(FaultRound &round, const QString &second)
 {
     round.pass();
     if (balance(round) != QLatin1String("1250"))
@@ -95,21 +58,7 @@ QStringList tst_ForeignSettings::changeBalanceTwice(FaultRound &round, const QSt
     return complaints(round.pass());
 }
 
-QStringList tst_ForeignSettings::names()
-{
-    return database->rows(QStringLiteral("SELECT name, surname FROM people WHERE type = 4"));
-}
-
-QStringList tst_ForeignSettings::exportNaming(const ServerCompany &company)
-{
-    QStringList file = company.exportLines();
-    file.last().replace(QStringLiteral("Ján|Novák"), QStringLiteral("Ľudmila|Ďurišová"));
-    return file;
-}
-
-// Time zones
-
-void tst_ForeignSettings::timeZone_changesNothingOnMostDays_data()
+void tst_TimeZones::timeZone_changesNothingOnMostDays_data()
 {
     QTest::addColumn<QString>("zone");
     QTest::addColumn<QStringList>("said");
@@ -121,7 +70,7 @@ void tst_ForeignSettings::timeZone_changesNothingOnMostDays_data()
                                     "valeu=200) not writed for uid 102 (pid: 90021)"});
 }
 
-void tst_ForeignSettings::timeZone_changesNothingOnMostDays()
+void tst_TimeZones::timeZone_changesNothingOnMostDays()
 {
     QFETCH(QString, zone);
     QFETCH(QStringList, said);
@@ -142,7 +91,7 @@ void tst_ForeignSettings::timeZone_changesNothingOnMostDays()
 
 /// The correction of today lies before the server's midnight. So it is not found, counts towards
 /// the balance, and is replaced by what still lacks: 100 in the place of 200.
-void tst_ForeignSettings::timeZoneWest_secondBalanceAtNoonReplacesTheFirst()
+void tst_TimeZones::timeZoneWest_secondBalanceAtNoonReplacesTheFirst()
 {
     setTimeZone(QStringLiteral("+00:00"));
     FaultRound round(*database);
@@ -161,7 +110,7 @@ void tst_ForeignSettings::timeZoneWest_secondBalanceAtNoonReplacesTheFirst()
 }
 
 /// The correction of today is not found either, but it does not count yet: the new one has all.
-void tst_ForeignSettings::timeZoneEast_secondBalanceAtNoonIsRight()
+void tst_TimeZones::timeZoneEast_secondBalanceAtNoonIsRight()
 {
     setTimeZone(QStringLiteral("+08:00"));
     FaultRound round(*database);
@@ -170,7 +119,7 @@ void tst_ForeignSettings::timeZoneEast_secondBalanceAtNoonIsRight()
 }
 
 /// Noon is not every hour: what counts is whether the server's midnight lies behind the machine's.
-void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn_data()
+void tst_TimeZones::timeZone_secondBalanceFromAnHourOn_data()
 {
     QTest::addColumn<QString>("zone");
     QTest::addColumn<QTime>("time");
@@ -187,7 +136,7 @@ void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn_data()
     add("7 hours east, from 17 on", "+08:00", QTime(17, 0), "1150", 0);
 }
 
-void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn()
+void tst_TimeZones::timeZone_secondBalanceFromAnHourOn()
 {
     QFETCH(QString, zone);
     QFETCH(QTime, time);
@@ -205,7 +154,7 @@ void tst_ForeignSettings::timeZone_secondBalanceFromAnHourOn()
 }
 
 /// What it is like in one time zone.
-void tst_ForeignSettings::timeZoneSame_secondBalanceOfADayWaits()
+void tst_TimeZones::timeZoneSame_secondBalanceOfADayWaits()
 {
     FaultRound round(*database);
     QCOMPARE(changeBalanceTwice(round, QStringLiteral("13.5")), QStringList());
@@ -218,7 +167,7 @@ void tst_ForeignSettings::timeZoneSame_secondBalanceOfADayWaits()
 
 /// The local midnight of 1 February is an hour of 31 January in Greenwich. Planning anew finds the
 /// right month, and leaves the other.
-void tst_ForeignSettings::timeZone_countsTheFirstOfAMonthToTheMonthBefore()
+void tst_TimeZones::timeZone_countsTheFirstOfAMonthToTheMonthBefore()
 {
     setTimeZone(QStringLiteral("+00:00"));
     FaultRound round(*database);
@@ -240,7 +189,7 @@ void tst_ForeignSettings::timeZone_countsTheFirstOfAMonthToTheMonthBefore()
 }
 
 /// A forced pass finds the balance right, and lets the month stand.
-void tst_ForeignSettings::timeZone_correctionOnTheFirstCountsToTheMonthBefore()
+void tst_TimeZones::timeZone_correctionOnTheFirstCountsToTheMonthBefore()
 {
     setTimeZone(QStringLiteral("+00:00"));
     FaultRound round(*database);
@@ -255,102 +204,5 @@ void tst_ForeignSettings::timeZone_correctionOnTheFirstCountsToTheMonthBefore()
     QCOMPARE(database->rows(month).value(0), QStringLiteral("202603"));
 }
 
-// Character sets
-
-/// The driver asks for UTF-8 itself, whatever the server has chosen.
-void tst_ForeignSettings::sessionCharset_isPutRight()
-{
-    FaultRound round(*database);
-    database->execute(
-        QStringLiteral("SET GLOBAL init_connect = 'SET timestamp = %1; SET NAMES latin1'")
-            .arg(companyNow().toSecsSinceEpoch()));
-    setSessionCharset(QStringLiteral("latin1"));
-    round.f.writeExport(exportNaming(round.company));
-    QCOMPARE(complaints(round.pass()), QStringList());
-    QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
-}
-
-void tst_ForeignSettings::tableCharset_holdsTheName()
-{
-    FaultRound round(*database);
-    setTableCharset(QStringLiteral("cp1250"));
-    round.f.writeExport(exportNaming(round.company));
-    QCOMPARE(complaints(round.pass()), QStringList());
-    QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
-}
-
-void tst_ForeignSettings::tableCharset_lacksLettersOnAStrictServer()
-{
-    FaultRound round(*database);
-    setTableCharset(QStringLiteral("latin1"));
-    round.f.writeExport(exportNaming(round.company));
-    const QStringList said = complaints(round.pass());
-    QCOMPARE(said.size(), 1);
-    QVERIFY2(
-        said.first().startsWith(
-            QStringLiteral("critical THRWorker::dbAddPerson(9003.1) - SQL ERROR: "
-                           "Incorrect string value: '\\xC4\\xBDudmi"))
-            && said.first().contains(QStringLiteral("for column `attendance`.`people`.`name`")),
-        qPrintable(said.first()));
-    QCOMPARE(names(), QStringList());
-
-    setTableCharset(QStringLiteral("utf8mb4"));
-    round.recover();
-    QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
-}
-
-/// Not a word of it; the next forced pass with the right letters finds that the row differs.
-void tst_ForeignSettings::tableCharset_lacksLettersOnALenientServer()
-{
-    FaultRound round(*database);
-    setTableCharset(QStringLiteral("latin1"));
-    database->execute(QStringLiteral("SET GLOBAL sql_mode = ''"));
-    round.f.writeExport(exportNaming(round.company));
-    QCOMPARE(complaints(round.pass()), QStringList());
-    QCOMPARE(names(), QStringList {QStringLiteral("?udmila|?urišová")});
-
-    setTableCharset(QStringLiteral("utf8mb4"));
-    round.recover();
-    QCOMPARE(names(), QStringList {QStringLiteral("Ľudmila|Ďurišová")});
-}
-
-void tst_ForeignSettings::textLongerThanItsColumn_data()
-{
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<QStringList>("surnames");
-    QTest::addColumn<QStringList>("said");
-    const QString cut(128, QLatin1Char('x'));
-    QTest::newRow("strict server")
-        << QStringLiteral("STRICT_TRANS_TABLES") << lines({"Novák", "Novák"})
-        << lines({"critical THRWorker::dbUpdatePerson(9002.1) - SQL ERROR: Data too long for "
-                  "column 'surname' at row 1 QMYSQL: Unable to execute query",
-                  "critical THRWorker::dbAddPerson(9003.1) - SQL ERROR: Data too long for column "
-                  "'surname' at row 1 QMYSQL: Unable to execute query"});
-    QTest::newRow("lenient server")
-        << QString() << QStringList {QStringLiteral("Novák"), cut, cut} << QStringList();
-}
-
-void tst_ForeignSettings::textLongerThanItsColumn()
-{
-    QFETCH(QString, mode);
-    QFETCH(QStringList, surnames);
-    QFETCH(QStringList, said);
-    FaultRound round(*database);
-    database->execute(QStringLiteral("SET GLOBAL sql_mode = '%1'").arg(mode));
-    const QString surname(129, QLatin1Char('x'));
-    QStringList file = round.company.exportLines();
-    file[2].replace(QStringLiteral("Novák"), surname);
-    file[3].replace(QStringLiteral("Novák"), surname);
-    round.f.writeExport(file);
-    QCOMPARE(complaints(round.pass()), said);
-    const QString stored = QStringLiteral("SELECT surname FROM people ORDER BY pid");
-    QCOMPARE(database->rows(stored), surnames);
-
-    setSurnameLength(200);
-    round.recover();
-    QCOMPARE(database->rows(stored), (QStringList {QStringLiteral("Novák"), surname, surname}));
-    database->execute(QStringLiteral("DELETE FROM people"));
-}
-
-QTEST_GUILESS_MAIN(tst_ForeignSettings)
-#include "tst_foreignsettings.moc"
+QTEST_GUILESS_MAIN(tst_TimeZones)
+#include "tst_timezones.moc"
