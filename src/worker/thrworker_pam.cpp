@@ -17,6 +17,18 @@ bool hasEmptyParts(const QString &list)
     return list.startsWith(comma) || list.endsWith(comma) || list.contains(QLatin1String(",,"));
 }
 
+/// As a whole entry, between commas or the ends of the list.
+bool holdsEntry(const QString &list, const QString &entry)
+{
+    for (int start = list.indexOf(entry); start >= 0; start = list.indexOf(entry, start + 1)) {
+        const int end = start + entry.size();
+        if ((start == 0 || list.at(start - 1) == comma)
+            && (end == list.size() || list.at(end) == comma))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 // Read, changed and written with no lock: an edit that another program makes in between is lost.
@@ -39,14 +51,17 @@ bool THRWorker::addPersonIntoPam(uint pid)
     QString name = blocks.firstKey();
     name.replace(QLatin1String("active"), QLatin1String("selPeople"));
 
-    // Long in a large company, and so taken apart only where that makes a difference.
+    // Long in a large company, and so neither taken apart nor copied without need.
     QString people = orvSettings->variableGet(name, QVariant()).toString();
     if (hasEmptyParts(people))
         people = people.split(comma, QString::SkipEmptyParts).join(comma);
     const QString person = QString::number(pid);
-    if ((comma + people + comma).contains(comma + person + comma))
+    if (holdsEntry(people, person))
         return true;
-    return orvSettings->variableSet(name, people.isEmpty() ? person : people + comma + person);
+    if (!people.isEmpty())
+        people.append(comma);
+    people.append(person);
+    return orvSettings->variableSet(name, people);
 }
 
 bool THRWorker::dbAddPersonIntoPam(uint pid, uint pamSettingsID)

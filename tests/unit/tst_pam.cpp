@@ -286,6 +286,7 @@ void tst_Pam::addPersonIntoPam_selectedPersonIsNotWrittenAgain_data()
     QTest::newRow("between") << QVariant(QStringLiteral("5,9,7"));
     QTest::newRow("last") << QVariant(QStringLiteral("5,9"));
     QTest::newRow("twice") << QVariant(QStringLiteral("9,9"));
+    QTest::newRow("behind others that hold it") << QVariant(QStringLiteral("19,99,90,9"));
     QTest::newRow("among empty parts") << QVariant(QStringLiteral(",5,,9,"));
 }
 
