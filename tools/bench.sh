@@ -76,7 +76,7 @@ for kind in first unchanged forced changed waiting one_branch; do
     done
 done
 # Long enough for several rounds of the passes that are short.
-for kind in first unchanged unchanged_with_fund forced changed waiting one_branch; do
+for kind in first first_without_pam unchanged unchanged_with_fund forced changed waiting one_branch; do
     for people in 1000 10000; do
         run bench_server "/$kind/people:$people/" 4
     done
