@@ -29,7 +29,7 @@ def number(value, digits=2):
 
 
 def title(kind):
-    return kind.replace("_", " ")
+    return kind.replace("_", " ").replace("pam", "PaM")
 
 
 def row(*cells):

@@ -15,7 +15,7 @@ Usage: tools/bench.sh [--before COMMIT] [--quick]
 
 Builds the benchmarks over this checkout's src/ and over that of an earlier commit, runs them in turn,
 each measurement in a process of its own, and writes the tables of docs/performance.md to
-build/bench/tables.md. MINUTES on an idle machine with two processors.
+build/bench/tables.md. Twenty-five minutes on an idle machine with two processors.
 
   --before COMMIT   compares with this commit
   --quick           only up to 10,000 people, and runs of a fifth of a second
