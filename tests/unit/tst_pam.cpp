@@ -252,6 +252,8 @@ void tst_Pam::addPersonIntoPam_appends_data()
     row("a number in the variable", 5, 9, "5,9");
     row("bytes in the variable", QByteArray("5,7"), 9, "5,7,9");
     row("empty part in the middle", QStringLiteral("5,,7"), 9, "5,7,9");
+    row("empty part at the beginning", QStringLiteral(",5,7"), 9, "5,7,9");
+    row("empty part at the end", QStringLiteral("5,7,"), 9, "5,7,9");
     row("empty parts all over", QStringLiteral(",,5,,,7,"), 9, "5,7,9");
     row("empty parts only", QStringLiteral(",,"), 9, "9");
     row("longer than an entry", QStringLiteral("12"), 123, "12,123");
