@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The program `talvenhr`.
-#include "commandline.h"
+#include "host/commands/commandline.h"
 
 #include <QCoreApplication>
 

@@ -19,6 +19,9 @@ clang-format --dry-run --Werror "${sources[@]}" || complain "run clang-format -i
 mapfile -t scripts < <(git ls-files --cached --others --exclude-standard '*.sh' .ci/run)
 shellcheck -x "${scripts[@]}" || complain "scripts need attention"
 
+# Which folder may include which, and who prints.
+tools/check-includes.py || complain "includes or output are not where they belong"
+
 # Servers are built with Qt 5.9: what came later must not be used in the plugin.
 newer_api=(
     'QStringView|QRandomGenerator|qEnvironmentVariable\(|keyValueBegin|keyValueEnd' # 5.10

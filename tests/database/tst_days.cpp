@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // A company over several days: who is written when, and under whom.
-#include "database/companydays.h"
+#include "support/database/companydays.h"
 #include "support/localseconds.h"
 
 #include <QtTest>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // A company over several days: who joins, waits, leaves and comes back.
-#include "database/companydays.h"
+#include "support/database/companydays.h"
 #include "support/localseconds.h"
 
 #include <QtTest>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The leave of a company over several days: corrections, waiting attendance, restarts.
-#include "database/companydays.h"
+#include "support/database/companydays.h"
 #include "support/localseconds.h"
 
 #include <QtTest>

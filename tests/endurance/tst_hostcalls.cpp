@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 // The calls of a server that cannot make up its mind, thousands of them, while passes run on a real
 // database.
-#include "busycompany.h"
-#include "loadedplugin.h"
 #include "repository/orvdbsettings.h"
-#include "resources.h"
+#include "support/endurance/busycompany.h"
+#include "support/endurance/loadedplugin.h"
+#include "support/endurance/resources.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -3,9 +3,9 @@
 // Many lives of the built library and of its object in one process: nothing may pile up but what is
 // deliberate.
 #include "environment/envirosettings.h"
-#include "loadedplugin.h"
 #include "repository/orvdbsettings.h"
-#include "resources.h"
+#include "support/endurance/loadedplugin.h"
+#include "support/endurance/resources.h"
 #include "support/recordbuilder.h"
 #include "support/testdatabase.h"
 
@@ -96,7 +96,7 @@ void tst_Lifecycles::init()
 {
     plugin = std::make_unique<LoadedPlugin>();
     // The pass of a first tick waits until somebody writes into the pipe.
-    const QString pipe = plugin->installation.filePath(QStringLiteral("pipe"));
+    const QString pipe = plugin->environment.filePath(QStringLiteral("pipe"));
     QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     plugin->writeIni({QStringLiteral("deleteFile=false"), QStringLiteral("syncCommand=cat ") + pipe,
                       QStringLiteral("syncCommandRun=1")});
@@ -147,7 +147,7 @@ void tst_Lifecycles::destroyInMidPass()
     QVERIFY(QTest::qWaitFor(
         [this] { return plugin->log.contains(QStringLiteral("BEGIN synchronization #2")); },
         30000));
-    const QString pipe = plugin->installation.filePath(QStringLiteral("pipe"));
+    const QString pipe = plugin->environment.filePath(QStringLiteral("pipe"));
     connect(plugin->peer().settings, &QObject::destroyed, plugin->peer().settings, [pipe] {
         EventLog::record(QStringLiteral("debug the destructor has begun"));
         QFile file(pipe);

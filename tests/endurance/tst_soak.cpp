@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 // Days of the plugin in half a minute: thousands of ticks, hundreds of passes over changing
 // exports, and a server that goes and comes back.
-#include "busycompany.h"
-#include "loadedplugin.h"
-#include "resources.h"
+#include "support/endurance/busycompany.h"
+#include "support/endurance/loadedplugin.h"
+#include "support/endurance/resources.h"
 
 #include <QElapsedTimer>
 #include <QFile>

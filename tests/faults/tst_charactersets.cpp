@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // A pass over texts that the server cannot take as they are: another character set than the
 // plugin's, or too short a column.
-#include "faults/faultround.h"
+#include "support/faults/faultround.h"
 
 #include <QtTest>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // A pass beside another session that holds rows: lock timeouts and deadlocks.
-#include "faults/faultround.h"
+#include "support/faults/faultround.h"
 
 #include <QElapsedTimer>
 #include <QSemaphore>

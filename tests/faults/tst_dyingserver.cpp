@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The built library at work while its server is killed and comes back.
-#include "faults/faultround.h"
-#include "plugin/installation.h"
 #include "plugin/serverinterface.h"
+#include "support/faults/faultround.h"
+#include "support/plugin/pluginenvironment.h"
 #include "support/recordeddatabase.h"
 
 #include <QFile>
@@ -94,7 +94,7 @@ private:
     void start(const ServerCompany &company);
 
     std::unique_ptr<EventLog> log;
-    std::unique_ptr<Installation> installation;
+    std::unique_ptr<PluginEnvironment> environment;
     std::unique_ptr<Ticks> ticks;
     QPluginLoader loader;
 };
@@ -112,7 +112,7 @@ void tst_DyingServer::cleanup()
     loader.unload(); // deletes the object as well, at the end of a tick
     ticks.reset();
     QSqlDatabase::removeDatabase(QStringLiteral("OQS.attendance.TalvenHR"));
-    installation.reset();
+    environment.reset();
     if (log)
         log->clear();
     log.reset();
@@ -120,18 +120,18 @@ void tst_DyingServer::cleanup()
 
 void tst_DyingServer::start(const ServerCompany &company)
 {
-    installation = std::make_unique<Installation>();
-    const QString path = installation->filePath(QStringLiteral("ron.data"));
+    environment = std::make_unique<PluginEnvironment>();
+    const QString path = environment->filePath(QStringLiteral("ron.data"));
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     const QStringList lines = company.exportLines();
     for (const QString &line : lines)
         file.write(line.toUtf8() + '\n');
     file.close();
-    installation->writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
-                            QStringLiteral("syncInterval=1"), QStringLiteral("deleteFile=false"),
-                            QStringLiteral("importFile=") + path, QStringLiteral("[MES]"),
-                            QStringLiteral("5=maternity")});
+    environment->writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
+                           QStringLiteral("syncInterval=1"), QStringLiteral("deleteFile=false"),
+                           QStringLiteral("importFile=") + path, QStringLiteral("[MES]"),
+                           QStringLiteral("5=maternity")});
     QVERIFY2(loader.load(), qPrintable(loader.errorString()));
     auto *const server = qobject_cast<ServerInterface *>(loader.instance());
     QVERIFY(server);

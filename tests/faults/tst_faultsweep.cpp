@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // A pass in which any one call of the database fails, or some from any one on, or all.
-#include "faults/expectedpass.h"
 #include "repository/branchesrepository.h"
 #include "repository/groupsplanrepo.h"
+#include "support/faults/expectedpass.h"
 #include "support/localseconds.h"
 #include "support/workerfixture.h"
 

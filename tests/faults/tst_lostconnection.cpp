@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // A pass whose connection is cut before any one of its calls, and one in which any one call fails.
-#include "faults/faultround.h"
+#include "support/faults/faultround.h"
 
 #include <QDeadlineTimer>
 #include <QThread>

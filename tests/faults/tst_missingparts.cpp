@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // A pass without any one of the tables, columns and stored routines that it needs.
-#include "faults/faultround.h"
+#include "support/faults/faultround.h"
 
 #include <QtTest>
 

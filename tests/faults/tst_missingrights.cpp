@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // A pass without any one of the rights that the plugin's user is granted.
-#include "faults/faultround.h"
+#include "support/faults/faultround.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // What brings back what a forced pass does not: the advice of docs/recovery.md.
-#include "faults/faultround.h"
+#include "support/faults/faultround.h"
 
 #include <QtTest>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // A pass on a server that answers and does not write: read only, or without room.
-#include "faults/faultround.h"
+#include "support/faults/faultround.h"
 
 #include <QFileInfo>
 #include <QtTest>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // A pass on a server with another time zone than the plugin's.
-#include "faults/faultround.h"
+#include "support/faults/faultround.h"
 
 #include <QtTest>
 

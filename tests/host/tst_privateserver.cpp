@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The private server: its folder, its life and its end.
-#include "privateserver.h"
+#include "host/server/privateserver.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 // The plugin object's end, in every state, and what it leaves to the next one.
 #include "environment/envirosettings.h"
-#include "pluginfixture.h"
 #include "repository/branchesrepository.h"
 #include "repository/groupsplanrepo.h"
+#include "support/plugin/pluginfixture.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -36,7 +36,7 @@ private Q_SLOTS:
 void tst_Destruction::destructor_beforeStart()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")});
+    f.environment.writeIni({QStringLiteral("enabled=true")});
     f.create(1);
     const QPointer<QObject> settings = f.peer().settings;
     QVERIFY(settings);
@@ -48,7 +48,7 @@ void tst_Destruction::destructor_beforeStart()
 void tst_Destruction::destructor_ofADisabledPlugin()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=false")});
+    f.environment.writeIni({QStringLiteral("enabled=false")});
     f.create(1);
     QVERIFY(f.plugin->start());
     f.log.clear();

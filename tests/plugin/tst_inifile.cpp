@@ -3,7 +3,7 @@
 // The plugin object's INI file: found or missing, enabling or disabling the plugin.
 #include "environment/directories.h"
 #include "environment/envirosettings.h"
-#include "pluginfixture.h"
+#include "support/plugin/pluginfixture.h"
 
 #include <QDir>
 #include <QtTest>
@@ -32,23 +32,23 @@ private Q_SLOTS:
 void tst_IniFile::constructor_makesTheDataDirectory()
 {
     PluginFixture f;
-    QVERIFY(!QFileInfo::exists(f.installation.dataDirectory()));
+    QVERIFY(!QFileInfo::exists(f.environment.dataDirectory()));
     f.create(0);
-    QVERIFY(QFileInfo(f.installation.dataDirectory()).isDir());
-    QCOMPARE(currentDataDir, f.installation.dataDirectory());
+    QVERIFY(QFileInfo(f.environment.dataDirectory()).isDir());
+    QCOMPARE(currentDataDir, f.environment.dataDirectory());
     // The INI file itself is not made.
-    QCOMPARE(QDir(f.installation.dataDirectory()).entryList(QDir::Files), QStringList());
+    QCOMPARE(QDir(f.environment.dataDirectory()).entryList(QDir::Files), QStringList());
     f.log.clear();
 }
 
 void tst_IniFile::constructor_findsTheIniFileWithoutAWord()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")});
+    f.environment.writeIni({QStringLiteral("enabled=true")});
     f.create(0);
     // No key is read before the first start.
     QCOMPARE(f.log.take(), QStringList());
-    QCOMPARE(f.peer().settings->fileName(), f.installation.iniPath());
+    QCOMPARE(f.peer().settings->fileName(), f.environment.iniPath());
     QCOMPARE(f.peer().settings->format(), QSettings::IniFormat);
     QVERIFY(!f.peer().settings->parent());
     QCOMPARE(f.peer().settings->prefix(), QString());
@@ -60,18 +60,18 @@ void tst_IniFile::constructor_warnsOfAMissingIniFile()
     f.create(0);
     QCOMPARE(f.log.take(),
              QStringList {QStringLiteral("warning TalvenHR: INI file not found on: \"")
-                          + f.installation.dataDirectory() + QStringLiteral("/TalvenHR.ini\"")});
+                          + f.environment.dataDirectory() + QStringLiteral("/TalvenHR.ini\"")});
     QVERIFY(f.peer().settings);
 }
 
 void tst_IniFile::constructor_warnsOfAnIniFileThatIsADirectory()
 {
     PluginFixture f;
-    QVERIFY(QDir().mkpath(f.installation.iniPath()));
+    QVERIFY(QDir().mkpath(f.environment.iniPath()));
     f.create(0);
     QCOMPARE(f.log.take(),
              QStringList {QStringLiteral("warning TalvenHR: INI file not found on: \"")
-                          + f.installation.dataDirectory() + QStringLiteral("/TalvenHR.ini\"")});
+                          + f.environment.dataDirectory() + QStringLiteral("/TalvenHR.ini\"")});
     QVERIFY(f.plugin->start());
     QCOMPARE(f.log.take(),
              lines({"debug EnviroSettings::value() - key: 'enabled', environment key: ENABLED",
@@ -81,10 +81,10 @@ void tst_IniFile::constructor_warnsOfAnIniFileThatIsADirectory()
 void tst_IniFile::constructor_goesOnWithoutADataDirectory()
 {
     PluginFixture f;
-    const QString path = f.installation.filePath(QStringLiteral("file"));
+    const QString path = f.environment.filePath(QStringLiteral("file"));
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    f.installation.setDataDirectory(path + QStringLiteral("/data"));
+    f.environment.setDataDirectory(path + QStringLiteral("/data"));
     f.create(0);
     QCOMPARE(f.log.take(),
              (QStringList {
@@ -102,7 +102,7 @@ void tst_IniFile::start_withoutIniFileIsDisabled()
     f.create(1);
     QCOMPARE(f.log.take(),
              QStringList {QStringLiteral("warning TalvenHR: INI file not found on: \"%1\"")
-                              .arg(f.installation.iniPath())});
+                              .arg(f.environment.iniPath())});
     QVERIFY(f.plugin->start());
     QCOMPARE(f.log.take(),
              lines({"debug Start TalvenHR..", "debug TalvenHR::init()",
@@ -135,7 +135,7 @@ void tst_IniFile::start_environmentIsThatOfConstruction()
 {
     PluginFixture f;
     f.create(0);
-    f.installation.setVariable("ENABLED", "1");
+    f.environment.setVariable("ENABLED", "1");
     QVERIFY(f.plugin->start());
     QCOMPARE(f.peer().enabled, false);
     f.log.clear();
@@ -144,8 +144,8 @@ void tst_IniFile::start_environmentIsThatOfConstruction()
 void tst_IniFile::start_disabledByTheFileInSpiteOfTheEnvironment()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=false")});
-    f.installation.setVariable("ENABLED", "1");
+    f.environment.writeIni({QStringLiteral("enabled=false")});
+    f.environment.setVariable("ENABLED", "1");
     f.create(0);
     QVERIFY(f.plugin->start());
     QCOMPARE(f.log.take(),
@@ -157,11 +157,11 @@ void tst_IniFile::start_disabledByTheFileInSpiteOfTheEnvironment()
 void tst_IniFile::start_disabledPluginNeverReadsTheKeyAgain()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=false")});
+    f.environment.writeIni({QStringLiteral("enabled=false")});
     f.create(0);
     QVERIFY(f.plugin->start());
     f.log.clear();
-    f.installation.writeIni({QStringLiteral("enabled=true")});
+    f.environment.writeIni({QStringLiteral("enabled=true")});
     f.peer().settings->sync();
     QVERIFY(f.plugin->start());
     QCOMPARE(f.log.take(), QStringList());
@@ -171,7 +171,7 @@ void tst_IniFile::start_disabledPluginNeverReadsTheKeyAgain()
 void tst_IniFile::init_byNameOnADisabledPlugin()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=0")});
+    f.environment.writeIni({QStringLiteral("enabled=0")});
     f.create(1);
     bool initialised = true;
     QVERIFY(QMetaObject::invokeMethod(f.plugin.get(), "init", Qt::DirectConnection,
@@ -201,7 +201,7 @@ void tst_IniFile::enabled()
     QFETCH(QString, value);
     QFETCH(bool, runs);
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=") + value});
+    f.environment.writeIni({QStringLiteral("enabled=") + value});
     f.create(0);
     QVERIFY(f.plugin->start());
     QCOMPARE(f.peer().enabled, runs);
@@ -236,7 +236,7 @@ void tst_IniFile::getVerInfo_takesTheVersionOfASubclass()
     };
 
     PluginFixture f;
-    f.installation.writeIni({});
+    f.environment.writeIni({});
     const Descendant plugin;
     QCOMPARE(plugin.getVerInfo().value(QStringLiteral("VER")), QStringLiteral("2.0"));
 }

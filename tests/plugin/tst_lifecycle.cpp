@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The calls of the server and the worker's thread, with a real thread and real timers.
-#include "pluginfixture.h"
 #include "repository/branchesrepository.h"
 #include "repository/groupsplanrepo.h"
+#include "support/plugin/pluginfixture.h"
 #include "support/recordbuilder.h"
 
 #include <QCoreApplication>
@@ -60,7 +60,7 @@ const char addingToBranch[]
 /// 99111.
 void offerPerson(PluginFixture &f)
 {
-    QFile file(f.installation.filePath(QStringLiteral("ron.data")));
+    QFile file(f.environment.filePath(QStringLiteral("ron.data")));
     if (!file.open(QIODevice::WriteOnly))
         qFatal("cannot write %s", qPrintable(file.fileName()));
     file.write(record().pid(9911, 1).branch(7).line().toUtf8() + '\n');
@@ -150,7 +150,7 @@ private Q_SLOTS:
 void tst_Lifecycle::constructor_startsNothing()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")});
+    f.environment.writeIni({QStringLiteral("enabled=true")});
     QObject parent;
     TalvenHR plugin(&parent);
     const PluginPeer peer(plugin);
@@ -183,7 +183,7 @@ void tst_Lifecycle::start_movesTheWorkerToItsThread()
 void tst_Lifecycle::start_makesTheTimerOnTheWorkersThread()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")});
+    f.environment.writeIni({QStringLiteral("enabled=true")});
     f.create(1);
     QVERIFY(f.plugin->start());
     f.onWorkerThread();
@@ -233,7 +233,7 @@ void tst_Lifecycle::start_membershipsArePropagatedWithinThePass()
 void tst_Lifecycle::start_runsNoPassAtOnce()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")}); // ticks every minute
+    f.environment.writeIni({QStringLiteral("enabled=true")}); // ticks every minute
     f.create(2);
     QVERIFY(f.plugin->start());
     f.onWorkerThread();
@@ -327,7 +327,7 @@ void tst_Lifecycle::start_secondWithoutStopDoublesTheTicks()
 void tst_Lifecycle::start_gates()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")});
+    f.environment.writeIni({QStringLiteral("enabled=true")});
     f.create(0);
     QVERIFY(f.plugin->start());
     f.onWorkerThread();
@@ -346,7 +346,7 @@ void tst_Lifecycle::start_gates()
 void tst_Lifecycle::start_failedInitIsReported()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=false")});
+    f.environment.writeIni({QStringLiteral("enabled=false")});
     f.create(0);
     // As things are, init() fails only for a plugin that it has just disabled. Here the plugin is
     // enabled again before start() looks.
@@ -467,7 +467,7 @@ void tst_Lifecycle::laterCalls_gates()
 void tst_Lifecycle::laterCalls_beforeStartOnlyLog()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")});
+    f.environment.writeIni({QStringLiteral("enabled=true")});
     f.create(1);
     f.plugin->stop();
     f.plugin->pause();
@@ -526,8 +526,8 @@ void tst_Lifecycle::stop_rightAfterTheFirstStartStopsNothing()
     QSemaphore mayGoOn;
     PluginFixture f;
     const auto goOn = qScopeGuard([&mayGoOn] { mayGoOn.release(); });
-    f.installation.writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
-                             QStringLiteral("importFile=/nowhere/ron.data")});
+    f.environment.writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
+                            QStringLiteral("importFile=/nowhere/ron.data")});
     f.create(1);
     QThread *const thread = &f.peer().workerThread;
     const auto hold = [&] {

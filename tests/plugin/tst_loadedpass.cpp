@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The built library at work, as a server runs it: real timer, real database, several lives.
-#include "installation.h"
 #include "plugin/serverinterface.h"
 #include "support/eventlog.h"
+#include "support/plugin/pluginenvironment.h"
 #include "support/recordbuilder.h"
 #include "support/testdatabase.h"
 
@@ -62,7 +62,7 @@ private:
 
     std::unique_ptr<TestDatabase> database;
     std::unique_ptr<EventLog> log;
-    std::unique_ptr<Installation> installation;
+    std::unique_ptr<PluginEnvironment> environment;
     QPluginLoader loader;
 };
 
@@ -85,11 +85,11 @@ void tst_LoadedPass::init()
     database->clear();
     database->execute(QStringLiteral("INSERT INTO vars VALUES ('exportPam.1.active', '1')"));
     log = std::make_unique<EventLog>();
-    installation = std::make_unique<Installation>();
-    installation->writeIni(
+    environment = std::make_unique<PluginEnvironment>();
+    environment->writeIni(
         {QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
          QStringLiteral("departmentId=4"),
-         QStringLiteral("importFile=") + installation->filePath(QStringLiteral("ron.data"))});
+         QStringLiteral("importFile=") + environment->filePath(QStringLiteral("ron.data"))});
     load();
 }
 
@@ -97,7 +97,7 @@ void tst_LoadedPass::cleanup()
 {
     loader.unload(); // deletes the object as well
     QSqlDatabase::removeDatabase(QStringLiteral("OQS.attendance.TalvenHR"));
-    installation.reset();
+    environment.reset();
     log.reset();
 }
 
@@ -118,7 +118,7 @@ void tst_LoadedPass::start(quint8 logLevel, const QSqlDatabase &handle)
 
 void tst_LoadedPass::writeExport(const QStringList &lines)
 {
-    QFile file(installation->filePath(QStringLiteral("ron.data")));
+    QFile file(environment->filePath(QStringLiteral("ron.data")));
     QVERIFY(file.open(QIODevice::WriteOnly));
     for (const QString &line : lines)
         file.write(line.toUtf8() + '\n');
@@ -166,7 +166,7 @@ void tst_LoadedPass::pass_writesThePeopleOfTheExport()
                                            "ORDER BY pid")),
              lines({"772|2", "12341|1"}));
     // Read, then removed.
-    QVERIFY(!QFile::exists(installation->filePath(QStringLiteral("ron.data"))));
+    QVERIFY(!QFile::exists(environment->filePath(QStringLiteral("ron.data"))));
 }
 
 void tst_LoadedPass::pass_carriesPeopleToTheirBranch()
@@ -204,16 +204,16 @@ void tst_LoadedPass::pass_carriesPeopleToTheirBranch()
 
 void tst_LoadedPass::pass_runsTheExportCommandFirst()
 {
-    const QString prepared = installation->filePath(QStringLiteral("prepared"));
+    const QString prepared = environment->filePath(QStringLiteral("prepared"));
     QFile file(prepared);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(record().pid(5, 1).line().toUtf8() + '\n');
     file.close();
-    const QString path = installation->filePath(QStringLiteral("ron.data"));
-    installation->writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
-                            QStringLiteral("importFile=") + path,
-                            QStringLiteral("syncCommand=\"cp %1 %2\"").arg(prepared, path),
-                            QStringLiteral("syncCommandRun=2")});
+    const QString path = environment->filePath(QStringLiteral("ron.data"));
+    environment->writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
+                           QStringLiteral("importFile=") + path,
+                           QStringLiteral("syncCommand=\"cp %1 %2\"").arg(prepared, path),
+                           QStringLiteral("syncCommandRun=2")});
     start(1);
     QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")), longestWait);
     delete loader.instance();
@@ -259,7 +259,7 @@ void tst_LoadedPass::pass_forcedFromOutside()
 
 void tst_LoadedPass::pass_inTestModeWritesNothing()
 {
-    installation->setVariable("TESTMODE", "1");
+    environment->setVariable("TESTMODE", "1");
     writeExport({record().line()});
     start(1);
     QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")), longestWait);
@@ -289,7 +289,7 @@ void tst_LoadedPass::pass_databaseThatIsAway()
     // The next tick tries again.
     QTRY_VERIFY_WITH_TIMEOUT(log->count(QStringLiteral("database not open!")) > 1, longestWait);
     delete loader.instance();
-    QVERIFY(QFile::exists(installation->filePath(QStringLiteral("ron.data"))));
+    QVERIFY(QFile::exists(environment->filePath(QStringLiteral("ron.data"))));
     log->clear();
 }
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The built library as a server sees it: file, symbols, metadata, casts, calls, version report.
-#include "installation.h"
 #include "plugin/buildstamp.h"
 #include "support/eventlog.h"
+#include "support/plugin/pluginenvironment.h"
 #include "support/scripteddatabase.h"
 
 #include <QDir>
@@ -56,13 +56,13 @@ bool isMapped()
     return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libTalvenHR.so");
 }
 
-/// The library in memory, with an installation whose INI file it finds.
+/// The library in memory, with settings that it finds.
 class LoadedLibrary
 {
 public:
     LoadedLibrary()
     {
-        installation.writeIni({QStringLiteral("enabled=true")});
+        environment.writeIni({QStringLiteral("enabled=true")});
         loader.setFileName(pluginFile());
         loader.setLoadHints({}); // otherwise the library stays in memory when it is unloaded
         if (!loader.load())
@@ -77,7 +77,7 @@ public:
     // In this order: the log outlives the script, the script the plugin's connection.
     EventLog log;
     ScriptedDatabase script;
-    Installation installation;
+    PluginEnvironment environment;
     QPluginLoader loader;
 };
 
@@ -176,7 +176,7 @@ void tst_Plugin::metadata_keys()
 void tst_Plugin::metadata_isReadWithoutAnObject()
 {
     EventLog log;
-    Installation installation; // whose missing INI file a plugin would tell of
+    PluginEnvironment environment; // whose missing INI file a plugin would tell of
     QPluginLoader loader(pluginFile());
     loader.setLoadHints({});
     QVERIFY(!loader.metaData().isEmpty());
@@ -233,7 +233,7 @@ void tst_Plugin::instance_freshObjectAfterDeletion()
     QCOMPARE(library.log.take(), QStringList());
 
     // With fresh state: the log level is 0 again, and the settings are read anew.
-    library.installation.writeIni({QStringLiteral("enabled=false")});
+    library.environment.writeIni({QStringLiteral("enabled=false")});
     QVERIFY(library.object());
     QVERIFY(!first);
     QVERIFY(library.server()->start());
@@ -363,7 +363,7 @@ void tst_Plugin::metaObject_classAndMethods()
 void tst_Plugin::logLevel_isZeroAtFirst()
 {
     LoadedLibrary library;
-    library.installation.writeIni({QStringLiteral("enabled=false")});
+    library.environment.writeIni({QStringLiteral("enabled=false")});
     ServerInterface *const server = library.server();
     server->stop();
     QVERIFY(server->start());
@@ -410,7 +410,7 @@ void tst_Plugin::getVerInfo_inEveryState()
 {
     QFETCH(bool, enabled);
     LoadedLibrary library;
-    library.installation.writeIni(
+    library.environment.writeIni(
         {enabled ? QStringLiteral("enabled=true") : QStringLiteral("enabled=false")});
     ServerInterface *const server = library.server();
     const VerInfoInterface *const verInfo = library.verInfo();
@@ -503,8 +503,8 @@ void tst_Plugin::unload_severalRounds()
     QFETCH(bool, deleteFirst);
     EventLog log;
     ScriptedDatabase script;
-    Installation installation;
-    installation.writeIni({QStringLiteral("enabled=true")});
+    PluginEnvironment environment;
+    environment.writeIni({QStringLiteral("enabled=true")});
     const QSqlDatabase handle = script.handle();
     for (int round = 1; round <= 3; ++round) {
         QPluginLoader loader(pluginFile());

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // What the plugin object makes of its INI file and of the environment.
 #include "environment/envirosettings.h"
-#include "pluginfixture.h"
+#include "support/plugin/pluginfixture.h"
 
 #include <QTimer>
 #include <QtTest>
@@ -78,7 +78,7 @@ private Q_SLOTS:
 void tst_Settings::start_readsTheKeysInOrder()
 {
     PluginFixture f;
-    f.installation.writeIni(
+    f.environment.writeIni(
         lines({"departmentId=3", "enabled=true", "[MES]", "7=later", "21=MD", "07=earlier"}));
     f.create(1);
     QVERIFY(f.plugin->start());
@@ -108,7 +108,7 @@ void tst_Settings::start_readsTheKeysInOrder()
 void tst_Settings::start_levelZeroKeepsOnlyTheLinesOfTheKeys()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")});
+    f.environment.writeIni({QStringLiteral("enabled=true")});
     f.create(0);
     QVERIFY(f.plugin->start());
     f.onWorkerThread();
@@ -140,12 +140,12 @@ void tst_Settings::start_secondReadsNoKey()
 void tst_Settings::start_withoutIniFileButEnabledByTheEnvironment()
 {
     PluginFixture f;
-    f.installation.setVariable("ENABLED", "1");
-    f.installation.setVariable("SYNCINTERVAL", "5");
+    f.environment.setVariable("ENABLED", "1");
+    f.environment.setVariable("SYNCINTERVAL", "5");
     f.create(0);
     QCOMPARE(f.log.take(),
              QStringList {QStringLiteral("warning TalvenHR: INI file not found on: \"%1\"")
-                              .arg(f.installation.iniPath())});
+                              .arg(f.environment.iniPath())});
     QVERIFY(f.plugin->start());
     QCOMPARE(f.peer().enabled, true);
     QCOMPARE(f.peer().initialised, true);
@@ -159,7 +159,7 @@ void tst_Settings::start_withoutIniFileButEnabledByTheEnvironment()
 void tst_Settings::keys_defaults()
 {
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")});
+    f.environment.writeIni({QStringLiteral("enabled=true")});
     f.create(0);
     QVERIFY(f.plugin->start());
     QCOMPARE(received(f.worker()), defaultsBut(QString()));
@@ -199,7 +199,7 @@ void tst_Settings::keys_file()
     QFETCH(QString, line);
     QFETCH(QString, setting);
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true"), line});
+    f.environment.writeIni({QStringLiteral("enabled=true"), line});
     f.create(0);
     QVERIFY(f.plugin->start());
     QCOMPARE(received(f.worker()), defaultsBut(setting));
@@ -230,8 +230,8 @@ void tst_Settings::keys_environment()
     QFETCH(QByteArray, value);
     QFETCH(QString, setting);
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true")});
-    f.installation.setVariable(variable, value);
+    f.environment.writeIni({QStringLiteral("enabled=true")});
+    f.environment.setVariable(variable, value);
     f.create(0);
     QVERIFY(f.plugin->start());
     QCOMPARE(received(f.worker()), defaultsBut(setting));
@@ -266,8 +266,8 @@ void tst_Settings::keys_fileWinsOverTheEnvironment()
     QFETCH(QByteArray, value);
     QFETCH(QString, setting);
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true"), line});
-    f.installation.setVariable(variable, value);
+    f.environment.writeIni({QStringLiteral("enabled=true"), line});
+    f.environment.setVariable(variable, value);
     f.create(0);
     QVERIFY(f.plugin->start());
     QCOMPARE(received(f.worker()), defaultsBut(setting));
@@ -296,7 +296,7 @@ void tst_Settings::keys_badNumbers()
     QFETCH(QString, line);
     QFETCH(QString, setting);
     PluginFixture f;
-    f.installation.writeIni({QStringLiteral("enabled=true"), line});
+    f.environment.writeIni({QStringLiteral("enabled=true"), line});
     f.create(0);
     QVERIFY(f.plugin->start());
     QCOMPARE(received(f.worker()), defaultsBut(setting));
@@ -318,14 +318,14 @@ void tst_Settings::keys_emptyTextIsAValue()
     QFETCH(bool, inFile);
     PluginFixture f;
     if (inFile) {
-        f.installation.writeIni(
+        f.environment.writeIni(
             lines({"enabled=true", "timerInterval=", "deleteFile=", "departmentId="}));
-        f.installation.setVariable("DEPARTMENTID", "9");
+        f.environment.setVariable("DEPARTMENTID", "9");
     } else {
-        f.installation.writeIni({QStringLiteral("enabled=true")});
-        f.installation.setVariable("TIMERINTERVAL", "");
-        f.installation.setVariable("DELETEFILE", "");
-        f.installation.setVariable("DEPARTMENTID", "");
+        f.environment.writeIni({QStringLiteral("enabled=true")});
+        f.environment.setVariable("TIMERINTERVAL", "");
+        f.environment.setVariable("DELETEFILE", "");
+        f.environment.setVariable("DEPARTMENTID", "");
     }
     f.create(0);
     QVERIFY(f.plugin->start());
@@ -338,7 +338,7 @@ void tst_Settings::keys_emptyTextIsAValue()
 void tst_Settings::keys_inAGroupAreNotRead()
 {
     PluginFixture f;
-    f.installation.writeIni(
+    f.environment.writeIni(
         lines({"enabled=true", "[TalvenHR]", "timerInterval=7", "[MES]", "departmentId=8"}));
     f.create(0);
     QVERIFY(f.plugin->start());
@@ -365,7 +365,7 @@ void tst_Settings::timerInterval()
     QFETCH(QString, seconds);
     QFETCH(uint, milliseconds);
     PluginFixture f;
-    f.installation.writeIni(
+    f.environment.writeIni(
         {QStringLiteral("enabled=true"), QStringLiteral("timerInterval=") + seconds});
     f.create(0);
     QVERIFY(f.plugin->start());
@@ -413,7 +413,7 @@ void tst_Settings::syncCommandRun()
     QFETCH(QString, value);
     QFETCH(int, when);
     PluginFixture f;
-    f.installation.writeIni(
+    f.environment.writeIni(
         {QStringLiteral("enabled=true"), QStringLiteral("syncCommandRun=") + value});
     f.create(0);
     QVERIFY(f.plugin->start());
@@ -481,9 +481,9 @@ void tst_Settings::stateTexts_environmentSuppliesNone()
 {
     PluginFixture f;
     // The group is walked by the keys of the file, and there the file wins, be its text empty.
-    f.installation.setVariable("MES_21", "from the environment");
-    f.installation.setVariable("MES_22", "from the environment");
-    f.installation.setVariable("MES_23", "from the environment");
+    f.environment.setVariable("MES_21", "from the environment");
+    f.environment.setVariable("MES_22", "from the environment");
+    f.environment.setVariable("MES_23", "from the environment");
     f.createRunning(0, lines({"[MES]", "21=MD", "22="}));
     QCOMPARE(f.worker().mes.size(), 2);
     QCOMPARE(f.worker().mes.value(21), QStringLiteral("MD"));

@@ -3,7 +3,7 @@
 // A private MariaDB with the attendance schema, for everything whose meaning lies in the database.
 #pragma once
 
-#include "privateserver.h"
+#include "host/server/privateserver.h"
 
 #include <QSqlDatabase>
 #include <QStringList>

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A program of the host's own that the terminal's signals do not reach.
+#include "host/base/childprocess.h"
+
+#include <csignal>
+#include <unistd.h>
+#ifdef Q_OS_LINUX
+#include <sys/prctl.h>
+#endif
+
+// Runs in the child, between fork and exec: system calls only.
+void ChildProcess::setupChildProcess()
+{
+    ::setsid();
+#ifdef Q_OS_LINUX
+    const pid_t host = ::getppid();
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    // The host may have died in between; a foster parent would not tell.
+    if (::getppid() != host)
+        ::_exit(1);
+#endif
+}

@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Signals of the operating system that ask the program to end.
+#include "host/base/signalwatch.h"
+
+#include <QSocketNotifier>
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+const int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+int writingEnd = -1;
+
+extern "C" void handleSignal(int)
+{
+    // Little is allowed here; the event loop does the rest.
+    const int savedError = errno;
+    const char byte = 0;
+    const ssize_t written = ::write(writingEnd, &byte, 1);
+    Q_UNUSED(written); // A full pipe has told enough.
+    errno = savedError;
+}
+
+void setHandler(int number, void (*handler)(int))
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    sigemptyset(&action.sa_mask);
+    ::sigaction(number, &action, nullptr);
+}
+
+} // namespace
+
+SignalWatch::SignalWatch(QObject *parent) :
+    QObject(parent)
+{
+    if (::pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0)
+        qFatal("no pipe for signals");
+    writingEnd = pipeEnds[1];
+    notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
+    connect(notifier, SIGNAL(activated(int)), this, SLOT(readPipe()));
+    for (const int number : watchedSignals)
+        setHandler(number, handleSignal);
+    setHandler(SIGPIPE, SIG_IGN);
+}
+
+SignalWatch::~SignalWatch()
+{
+    for (const int number : watchedSignals)
+        setHandler(number, SIG_DFL);
+    setHandler(SIGPIPE, SIG_DFL);
+    delete notifier;
+    ::close(pipeEnds[0]);
+    ::close(pipeEnds[1]);
+    writingEnd = -1;
+}
+
+void SignalWatch::readPipe()
+{
+    char byte;
+    while (::read(pipeEnds[0], &byte, 1) == 1)
+        Q_EMIT caught();
+}

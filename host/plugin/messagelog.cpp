@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Where all messages of the plugin arrive.
+#include "host/plugin/messagelog.h"
+
+#include "host/catalogue/messagegate.h"
+#include "host/report/logwriter.h"
+
+#include <QMutexLocker>
+#include <QThread>
+
+namespace {
+
+MessageLog *current = nullptr; // the one that lives
+
+} // namespace
+
+MessageLog::MessageLog(LogWriter *target, int shownLevel, bool progress, QObject *parent) :
+    QObject(parent),
+    writer(target),
+    logLevel(shownLevel),
+    showProgress(progress)
+{
+    current = this;
+    previousHandler = qInstallMessageHandler(handleMessage);
+    previousFilter = QLoggingCategory::installFilter(enableAll);
+}
+
+MessageLog::~MessageLog()
+{
+    QLoggingCategory::installFilter(previousFilter);
+    qInstallMessageHandler(previousHandler);
+    current = nullptr;
+}
+
+int MessageLog::pluginLogLevel() const
+{
+    // 3 tells of each record, 2 how many there are.
+    return qMax(logLevel, showProgress ? 3 : 2);
+}
+
+void MessageLog::endAfterPasses(int passes)
+{
+    const QMutexLocker locker(&mutex);
+    lastPass = passes;
+}
+
+void MessageLog::endAfterThisPass()
+{
+    const QMutexLocker locker(&mutex);
+    lastPass = watch.figures().passes + 1;
+}
+
+RunFigures MessageLog::figures() const
+{
+    const QMutexLocker locker(&mutex);
+    return watch.figures();
+}
+
+bool MessageLog::isPassRunning() const
+{
+    const QMutexLocker locker(&mutex);
+    return watch.isPassRunning();
+}
+
+bool MessageLog::sawPluginDisabled() const
+{
+    const QMutexLocker locker(&mutex);
+    return pluginDisabled;
+}
+
+/// The passes are counted by the plugin's debug lines, so rules of the machine or the environment
+/// must not switch these off.
+void MessageLog::enableAll(QLoggingCategory *category)
+{
+    if (current && current->previousFilter)
+        current->previousFilter(category);
+    if (qstrcmp(category->categoryName(), "default") == 0) {
+        category->setEnabled(QtDebugMsg, true);
+        category->setEnabled(QtInfoMsg, true);
+        category->setEnabled(QtWarningMsg, true);
+    }
+}
+
+void MessageLog::handleMessage(QtMsgType type, const QMessageLogContext &context,
+                               const QString &text)
+{
+    Q_UNUSED(context);
+    if (current)
+        current->take(type, text);
+}
+
+void MessageLog::take(QtMsgType type, const QString &text)
+{
+    const QMutexLocker locker(&mutex);
+    const PassWatch::Event event = watch.see(type, text);
+    if (isShown(type, text, logLevel)) {
+        watch.countShown(type);
+        writer->message(type, text);
+    }
+
+    switch (event) {
+    case PassWatch::RecordBegan:
+        if (showProgress)
+            writer->progress(watch.recordsBegun(), watch.recordsOfPass());
+        break;
+    case PassWatch::PassEnded:
+        if (showProgress)
+            writer->wipeProgress();
+        if (lastPass > 0 && watch.figures().passes >= lastPass)
+            endWorkerThread();
+        Q_EMIT passEnded();
+        break;
+    case PassWatch::ExportMissing:
+        if (!isShown(type, text, logLevel))
+            Q_EMIT exportMissing();
+        break;
+    case PassWatch::DatabaseNotOpen:
+        Q_EMIT databaseNotOpen();
+        break;
+    case PassWatch::PluginDisabled:
+        pluginDisabled = true;
+        break;
+    case PassWatch::Nothing:
+    case PassWatch::PassBegan:
+        break;
+    }
+}
+
+/// The message comes on the worker's thread. Its event loop ends when the tick is over; the plugin,
+/// when it is deleted, finds the thread at its end already.
+void MessageLog::endWorkerThread()
+{
+    if (QThread::currentThread() != thread())
+        QThread::currentThread()->quit();
+}

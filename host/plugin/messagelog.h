@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Where all messages of the plugin arrive.
+#pragma once
+
+#include "host/plugin/passwatch.h"
+
+#include <QLoggingCategory>
+#include <QMutex>
+#include <QObject>
+
+class LogWriter;
+
+/// Takes every message of Qt's logger while it lives: counts what it tells, and writes it if the
+/// chosen log level shows it.
+///
+/// One at a time, owned by the command and living on its thread. Messages come from that thread and
+/// from the plugin's worker thread; the signals are to be connected queued.
+class MessageLog : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// With `showProgress` the writer gets to know how far each pass has come.
+    MessageLog(LogWriter *writer, int logLevel, bool showProgress, QObject *parent = nullptr);
+    ~MessageLog() override;
+
+    /// The level at which the plugin has to run, so that everything can be counted.
+    int pluginLogLevel() const;
+
+    /// Lets no pass begin after so many, or after the running one. A tick that fell due during a
+    /// long pass would otherwise come at once, before the command gets to end the plugin.
+    void endAfterPasses(int passes);
+    void endAfterThisPass();
+
+    RunFigures figures() const;
+    bool isPassRunning() const;
+    bool sawPluginDisabled() const;
+
+Q_SIGNALS:
+    void passEnded();
+    /// A pass has found no export file, and no shown message says so.
+    void exportMissing();
+    void databaseNotOpen();
+
+private:
+    static void enableAll(QLoggingCategory *category);
+    static void handleMessage(QtMsgType type, const QMessageLogContext &context,
+                              const QString &text);
+    void take(QtMsgType type, const QString &text);
+    void endWorkerThread();
+
+    LogWriter *const writer;
+    const int logLevel;
+    const bool showProgress;
+    mutable QMutex mutex;
+    PassWatch watch;
+    bool pluginDisabled = false;
+    int lastPass = 0; ///< 0: none is the last
+    QtMessageHandler previousHandler = nullptr;
+    QLoggingCategory::CategoryFilter previousFilter = nullptr;
+};

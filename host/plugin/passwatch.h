@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What a run has done, taken from the plugin's own messages.
+#pragma once
+
+#include "host/report/runfigures.h"
+
+#include <QString>
+#include <QtGlobal>
+
+/// Follows the passes through the messages of a plugin that runs at log level 2 at least.
+///
+/// A plain object without a lock, part of MessageLog.
+class PassWatch
+{
+public:
+    enum Event {
+        Nothing,
+        PassBegan,
+        RecordBegan, ///< only at log level 3
+        PassEnded,
+        ExportMissing, ///< where there was one in the pass before, or none before
+        DatabaseNotOpen, ///< a tick was lost
+        PluginDisabled,
+    };
+
+    Event see(QtMsgType type, const QString &text);
+    void countShown(QtMsgType type);
+
+    const RunFigures &figures() const { return runFigures; }
+    bool isPassRunning() const { return passRunning; }
+    int recordsOfPass() const { return passRecords; }
+    int recordsBegun() const { return begunRecords; }
+
+private:
+    Event seeDebug(const QString &text);
+    Event seeWarning(const QString &text);
+    void seePersonTrouble(const QString &text, const QString &trouble);
+
+    RunFigures runFigures;
+    bool passRunning = false;
+    bool exportMissing = false;
+    int passRecords = 0;
+    int begunRecords = 0;
+};

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The one place that writes to standard error while the plugin runs.
+#pragma once
+
+#include "host/report/progressbar.h"
+
+#include <QMutex>
+#include <QString>
+#include <QtGlobal>
+
+struct RunFigures;
+
+enum class LogFormat {
+    Text,
+    Json,
+};
+
+/// Writes each message as one line, in plain text or as a JSON object, and keeps the progress bar
+/// out of the way.
+///
+/// Owned by the command; used from the command's thread and from the plugin's worker thread.
+class LogWriter
+{
+public:
+    explicit LogWriter(LogFormat format);
+
+    /// A line of the plugin's log, or of Qt's.
+    void message(QtMsgType type, const QString &text);
+
+    /// What the command itself has to say: news, something odd, or why it cannot go on.
+    void say(const QString &text);
+    void warn(const QString &text);
+    void fail(const QString &text);
+
+    /// The last line of a run.
+    void summary(const RunFigures &figures, qint64 milliseconds);
+
+    void progress(int done, int total);
+    void wipeProgress();
+
+private:
+    void own(QtMsgType type, const QString &opening, const QString &text);
+    QByteArray jsonLine(QtMsgType type, const QString &text) const;
+    void writeLine(const QByteArray &line);
+
+    const LogFormat format;
+    QMutex mutex;
+    ProgressBar bar;
+};
+
+/// The text in one line that no terminal takes for commands: control characters in their visible
+/// form, a line end as \n.
+QString oneLine(const QString &text);

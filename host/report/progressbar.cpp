@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A line at the bottom of the terminal that shows how far a pass has come.
+#include "host/report/progressbar.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace {
+
+const int shortestPause = 100; // milliseconds
+const int widestBar = 40; // characters
+const char wipeLine[] = "\r\033[K";
+
+int terminalWidth()
+{
+    winsize size = {};
+    const bool known = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return known ? size.ws_col : 80;
+}
+
+} // namespace
+
+QByteArray ProgressBar::draw(int done, int total)
+{
+    if (total <= 0 || (sinceDrawn.isValid() && sinceDrawn.elapsed() < shortestPause))
+        return QByteArray();
+    sinceDrawn.start();
+    visible = true;
+
+    const QByteArray figures = QByteArray::number(done) + " of " + QByteArray::number(total)
+        + " records, " + QByteArray::number(100LL * done / total) + " %";
+    // Brackets, a blank and the last column, which some terminals answer with a new line.
+    const int room = terminalWidth() - figures.size() - 4;
+    QByteArray line(wipeLine);
+    if (room >= 8) {
+        const int width = qMin(room, widestBar);
+        const int full = static_cast<int>(static_cast<long long>(width) * done / total);
+        line += '[' + QByteArray(full, '#') + QByteArray(width - full, '-') + "] ";
+    }
+    return line + figures;
+}
+
+QByteArray ProgressBar::wipe()
+{
+    if (!visible)
+        return QByteArray();
+    visible = false;
+    return QByteArray(wipeLine);
+}
+
+bool ProgressBar::isPossible()
+{
+    const QByteArray terminal = qgetenv("TERM");
+    return ::isatty(STDERR_FILENO) == 1 && !terminal.isEmpty() && terminal != "dumb";
+}

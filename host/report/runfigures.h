@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What a run has done, in numbers.
+#pragma once
+
+/// The figures of the summary.
+struct RunFigures
+{
+    int passes = 0; ///< that came to their end
+    int records = 0;
+    int added = 0;
+    int updated = 0;
+    int warnings = 0; ///< shown
+    int errors = 0; ///< shown
+    int waiting = 0; ///< records, at the end of the last pass
+};

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A private server with the stand-in for the attendance database and its sample company.
+#include "host/server/privatedatabase.h"
+
+#include "host/base/programpaths.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+QString databaseName()
+{
+    return QStringLiteral("attendance");
+}
+
+} // namespace
+
+PrivateDatabase::PrivateDatabase(const QString &folder, QObject *parent) :
+    QObject(parent),
+    directory(folder),
+    server(folder)
+{
+    connect(&server, SIGNAL(died(QString)), this, SIGNAL(died(QString)));
+}
+
+Failure PrivateDatabase::start()
+{
+    QString error;
+    if (server.start(&error) && makeContent(&error))
+        return {};
+    return {ExitDatabase, error};
+}
+
+Failure PrivateDatabase::startOrJoin()
+{
+    QString error;
+    if (server.startOrJoin(&error) && (!server.isRunning() || makeContent(&error)))
+        return {};
+    return {ExitDatabase, error};
+}
+
+void PrivateDatabase::stop()
+{
+    server.stop();
+}
+
+ConnectionParameters PrivateDatabase::parameters() const
+{
+    ConnectionParameters parameters;
+    parameters.socket = server.socketPath();
+    parameters.database = databaseName();
+    return parameters;
+}
+
+Failure PrivateDatabase::converse(const QString &statements, int *exitCode)
+{
+    QString error;
+    if (server.converse(databaseName(), statements, exitCode, &error))
+        return {};
+    return {ExitDatabase, error};
+}
+
+/// A file stands for the time of the loading: where it is found, the loading was broken off.
+bool PrivateDatabase::makeContent(QString *error)
+{
+    const QString loadingMark = directory + QStringLiteral("/content.loading");
+    const bool brokenOff = QFileInfo::exists(loadingMark);
+    if (!brokenOff && QFileInfo(directory + QStringLiteral("/data/") + databaseName()).isDir())
+        return true;
+
+    const QStringList files = databaseFiles(defaultDatabaseFolder(),
+                                            {QStringLiteral("schema"), QStringLiteral("routines"),
+                                             QStringLiteral("sample"), QStringLiteral("grants")});
+    if (files.isEmpty()) {
+        *error = QStringLiteral("the files of the database were not found in '%1'; install them "
+                                "together with this program")
+                     .arg(defaultDatabaseFolder());
+        return false;
+    }
+
+    QFile mark(loadingMark);
+    if (!mark.open(QIODevice::WriteOnly)) {
+        *error = QStringLiteral("cannot write '%1': %2").arg(loadingMark, mark.errorString());
+        return false;
+    }
+    mark.close();
+    contentIsNew = true;
+    const QString drop = QStringLiteral("DROP DATABASE IF EXISTS `%1`").arg(databaseName());
+    return server.execute(QString(), drop, error) && server.createDatabase(databaseName(), error)
+        && server.loadFiles(databaseName(), files, error) && mark.remove();
+}

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A private server with the stand-in for the attendance database and its sample company.
+#pragma once
+
+#include "host/base/failure.h"
+#include "host/database/connectionparameters.h"
+#include "host/server/privateserver.h"
+
+/// What `talvenhr run` synchronises into when no other database is named.
+///
+/// Owned by the command and used on its thread. The content is made on first use and kept from then
+/// on; one that was broken off in the making is made anew.
+class PrivateDatabase : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PrivateDatabase(const QString &directory, QObject *parent = nullptr);
+
+    /// Starts the server and sees to the content.
+    Failure start();
+    /// As start(), or joins a `talvenhr run` that is at work on the folder.
+    Failure startOrJoin();
+    void stop();
+
+    /// The sample company was loaded by this object.
+    bool isNew() const { return contentIsNew; }
+    ConnectionParameters parameters() const;
+    /// Hands the terminal over to a client, for statements or with none for a conversation.
+    /// `exitCode` is the client's.
+    Failure converse(const QString &statements, int *exitCode);
+
+Q_SIGNALS:
+    void died(const QString &reason);
+
+private:
+    bool makeContent(QString *error);
+
+    const QString directory;
+    PrivateServer server;
+    bool contentIsNew = false;
+};

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A MariaDB server of one's own, for trying and testing.
+#pragma once
+
+#include "host/base/childprocess.h"
+#include "host/server/privatefolder.h"
+
+#include <QObject>
+#include <QStringList>
+
+/// A MariaDB server of one's own: data in one folder, reachable through a unix socket only.
+///
+/// Owned by whoever needs the server and used on one thread, which has to outlive it. The server
+/// runs as the user of the process, ends with the object, and on Linux with the process too. It
+/// takes the process's time zone. Its administrator is root without a password; the folder's
+/// permissions keep others out.
+class PrivateServer : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Nothing is started. The folder may be missing, empty, or one of an earlier private server.
+    explicit PrivateServer(const QString &directory, QObject *parent = nullptr);
+    /// Stops the server in order and waits for its end.
+    ~PrivateServer() override;
+
+    /// Further options for mariadbd; to be called before start().
+    void setServerOptions(const QStringList &options);
+
+    /// Makes the data on first use and waits until the server answers. False with the reason.
+    bool start(QString *error);
+    /// As start(), but on data that are there already; joins the server that another process runs
+    /// in the folder. A server that was joined is not stopped.
+    bool startOrJoin(QString *error);
+    /// Asks the server to end and waits for it.
+    void stop();
+    /// Kills the server and waits for its end.
+    void kill();
+
+    /// The data were made by this object.
+    bool isFirstUse() const { return firstUse; }
+    bool isRunning() const;
+    QString socketPath() const
+    {
+        return joinedSocket.isEmpty() ? folder.socketPath() : joinedSocket;
+    }
+
+    /// Creates a database whose texts are utf8mb4.
+    bool createDatabase(const QString &name, QString *error);
+    /// Loads SQL files in the given order, as the administrator. Stops at the first fault.
+    bool loadFiles(const QString &database, const QStringList &files, QString *error);
+    /// Runs statements as the administrator; an empty database name selects none.
+    bool execute(const QString &database, const QString &statements, QString *error);
+    /// Hands the terminal over to the client, for statements or with none for a conversation.
+    /// `exitCode` is the client's. False when there is no client.
+    bool converse(const QString &database, const QString &statements, int *exitCode,
+                  QString *error);
+
+Q_SIGNALS:
+    /// The server ended without having been asked to.
+    void died(const QString &reason);
+
+private Q_SLOTS:
+    void handleEnd(int exitCode, QProcess::ExitStatus status);
+
+private:
+    bool makeData(QString *error);
+    bool runClient(const QString &database, const QByteArray &input, QString *error) const;
+    bool waitUntilItAnswers(QString *error);
+    QStringList serverOptions() const;
+    QStringList clientOptions(const QString &database) const;
+
+    PrivateFolder folder;
+    QStringList furtherOptions;
+    QString joinedSocket; ///< empty unless the server is another process's
+    ChildProcess server;
+    bool firstUse = false;
+    bool endWanted = false;
+};
+
+/// The SQL files of these parts ("schema", "routines", ...) of a database folder: the parts in the
+/// given order, the files of each in the order of their names.
+QStringList databaseFiles(const QString &databaseFolder, const QStringList &parts);

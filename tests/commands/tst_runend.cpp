@@ -1,0 +1,210 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// `talvenhr run`: the ways in which it ends before its time.
+#include "host/server/privateserver.h"
+#include "support/commands/site.h"
+#include "support/commands/talvenhrprocess.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QtTest>
+
+#include <csignal>
+
+class tst_RunEnd : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void signalInMidPass_letsItFinish_data();
+    void signalInMidPass_letsItFinish();
+    void signalBetweenTicks_endsAtOnce();
+    void timeoutInMidPass_letsItFinish();
+    void timeoutBeforeTheFirstTick();
+    void killedPrivateServer_endsAtOnce();
+    void lostDatabase_endsAfterTheTick();
+    void killedHost_leavesNoServerBehind();
+    void brokenOffLoading_isMadeAnew();
+
+private:
+    QStringList options(const QStringList &others) const;
+    QString databasePath() const { return site.path(QStringLiteral("db")); }
+    qint64 serverPid() const;
+
+    Site site;
+    // What the log says on the way.
+    const QString begin = QStringLiteral("BEGIN synchronization #1");
+    const QString end = QStringLiteral("END synchronization #1");
+    const QString started = QStringLiteral("THRWorker::start()");
+};
+
+/// With the private database of this test.
+QStringList tst_RunEnd::options(const QStringList &others) const
+{
+    return site.runOptions(QStringList {QStringLiteral("--private-db"), databasePath()} + others);
+}
+
+qint64 tst_RunEnd::serverPid() const
+{
+    return site.readFile(QStringLiteral("db/server.pid")).trimmed().toLongLong();
+}
+
+void tst_RunEnd::initTestCase()
+{
+    site.holdPasses();
+}
+
+void tst_RunEnd::signalInMidPass_letsItFinish_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+}
+
+void tst_RunEnd::signalInMidPass_letsItFinish()
+{
+    QFETCH(int, number);
+    const QString first = QStringLiteral("talvenhr: waiting for the running pass to end");
+    const QString again = QStringLiteral("talvenhr: still waiting for the running pass");
+    TalvenhrProcess program(options({QStringLiteral("--passes"), QStringLiteral("9")}));
+    program.start();
+    QVERIFY(program.waitForLine(begin));
+
+    // Meanwhile nobody else gets at the database.
+    TalvenhrProcess second(options({}));
+    QCOMPARE(second.finish(), 3);
+    QCOMPARE(second.lines().count(), 1);
+    QVERIFY(second.lastLine().contains(QStringLiteral("is in use by process")));
+
+    // But for a client, which joins its server.
+    TalvenhrProcess client({QStringLiteral("sql"), QStringLiteral("--private-db"), databasePath(),
+                            QStringLiteral("--execute"), QStringLiteral("SELECT 5 AS five")});
+    QCOMPARE(client.finish(), 0);
+    QCOMPARE(client.output(), QStringLiteral("five\n5\n"));
+
+    program.sendSignal(number);
+    QVERIFY(program.waitForLine(first));
+    program.sendSignal(number);
+    QVERIFY(program.waitForLine(again));
+    QCOMPARE(program.linesWith(end), QStringList());
+    site.endPass();
+    QCOMPARE(program.finish(), 0);
+    QCOMPARE(program.linesWith(end).count(), 1);
+    QCOMPARE(program.linesWith(QStringLiteral("BEGIN synchronization")).count(), 1);
+    QVERIFY(program.lastLine().startsWith(QStringLiteral("talvenhr: 1 pass, 3 records, ")));
+}
+
+void tst_RunEnd::signalBetweenTicks_endsAtOnce()
+{
+    site.set({QStringLiteral("timerInterval=60")});
+    TalvenhrProcess program(options({QStringLiteral("--once")}));
+    program.start();
+    QVERIFY(program.waitForLine(
+        QStringLiteral("talvenhr: the first pass begins in 60 s, as timerInterval says")));
+    program.sendSignal(SIGTERM);
+    QCOMPARE(program.finish(), 0);
+    QVERIFY(program.lastLine().startsWith(QStringLiteral("talvenhr: 0 passes, ")));
+    site.set({QStringLiteral("timerInterval=1")});
+}
+
+void tst_RunEnd::timeoutInMidPass_letsItFinish()
+{
+    TalvenhrProcess program(options({QStringLiteral("--timeout"), QStringLiteral("2")}));
+    program.start();
+    QVERIFY(program.waitForLine(QStringLiteral("talvenhr: timed out after 2 s")));
+    QCOMPARE(program.linesWith(end), QStringList());
+    site.endPass();
+    QCOMPARE(program.finish(), 4);
+    QCOMPARE(program.linesWith(end).count(), 1);
+}
+
+void tst_RunEnd::timeoutBeforeTheFirstTick()
+{
+    site.set({QStringLiteral("timerInterval=60")});
+    TalvenhrProcess program(options({QStringLiteral("--timeout"), QStringLiteral("1")}));
+    QCOMPARE(program.finish(), 4);
+    QVERIFY(program.lastLine().startsWith(QStringLiteral("talvenhr: 0 passes, ")));
+    site.set({QStringLiteral("timerInterval=1")});
+}
+
+void tst_RunEnd::killedPrivateServer_endsAtOnce()
+{
+    site.set({QStringLiteral("timerInterval=60")});
+    TalvenhrProcess program(options({}));
+    program.start();
+    QVERIFY(program.waitForLine(started));
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(::kill(static_cast<pid_t>(serverPid()), SIGKILL), 0);
+    QCOMPARE(program.finish(), 3);
+    QVERIFY(timer.elapsed() < 5000);
+    QCOMPARE(program.linesWith(QStringLiteral("talvenhr: the private server was killed")).count(),
+             1);
+    site.set({QStringLiteral("timerInterval=1")});
+}
+
+void tst_RunEnd::lostDatabase_endsAfterTheTick()
+{
+    // Not the program's own server, so it learns of its end from the plugin.
+    PrivateServer server(databasePath());
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    TalvenhrProcess program(site.runOptions({QStringLiteral("--socket"), server.socketPath(),
+                                             QStringLiteral("--passes"), QStringLiteral("3")}));
+    program.start();
+    QVERIFY(program.waitForLine(started));
+    server.kill();
+    QCOMPARE(program.finish(), 3);
+    QCOMPARE(
+        program.linesWith(QStringLiteral("THRWorker::checkSync() - database not open!")).count(),
+        1);
+    QCOMPARE(program.linesWith(QStringLiteral("talvenhr: the database cannot be opened")).count(),
+             1);
+}
+
+void tst_RunEnd::killedHost_leavesNoServerBehind()
+{
+#ifndef Q_OS_LINUX
+    QSKIP("only Linux tells a child of its parent's end");
+#endif
+    TalvenhrProcess program(options({}));
+    // It gets no chance to tidy up behind itself.
+    program.setEnvironment(QStringLiteral("TMPDIR"), site.dataDir());
+    program.start();
+    QVERIFY(program.waitForLine(started));
+    const qint64 pid = serverPid();
+    QVERIFY(pid > 0 && ::kill(static_cast<pid_t>(pid), 0) == 0);
+    program.sendSignal(SIGKILL);
+    QCOMPARE(program.finish(), -1);
+
+    // The stale lock is nobody's, and the server makes room.
+    PrivateServer server(databasePath());
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    QVERIFY(serverPid() != pid);
+}
+
+void tst_RunEnd::brokenOffLoading_isMadeAnew()
+{
+    {
+        PrivateServer server(databasePath());
+        QString error;
+        QVERIFY2(server.start(&error), qPrintable(error));
+        QVERIFY2(server.execute(QStringLiteral("attendance"), QStringLiteral("DROP TABLE people"),
+                                &error),
+                 qPrintable(error));
+    }
+    site.writeFile(QStringLiteral("db/content.loading"), QString());
+    TalvenhrProcess program(options({}));
+    program.start();
+    QVERIFY(program.waitForLine(QStringLiteral("new private database with the sample company")));
+    QVERIFY(program.waitForLine(started));
+    program.sendSignal(SIGTERM);
+    QCOMPARE(program.finish(), 0);
+    QVERIFY(!QFileInfo::exists(site.path(QStringLiteral("db/content.loading"))));
+}
+
+QTEST_GUILESS_MAIN(tst_RunEnd)
+#include "tst_runend.moc"
