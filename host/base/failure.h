@@ -4,21 +4,34 @@
 #pragma once
 
 #include <QString>
+#include <QVector>
 
-/// The exit codes of all commands; their --help lists them.
+/// The exit codes of all commands.
 enum ExitCode {
     ExitClean = 0,
-    ExitErrorsLogged = 1, ///< a pass logged errors
-    ExitUsage = 2, ///< bad command line, plugin or settings
-    ExitDatabase = 3, ///< no database, or not a usable one
+    ExitErrors = 1,
+    ExitUsage = 2,
+    ExitDatabase = 3,
     ExitTimeout = 4,
+    ExitRefused = 5,
+    ExitChanges = 6,
 };
+
+struct ExitMeaning
+{
+    ExitCode code;
+    QString meaning; ///< a few words, without a full stop
+};
+
+/// The one table of the exit codes: --help, the manual page and README show it.
+QVector<ExitMeaning> exitMeanings();
 
 /// The result of an operation that can fail: default-constructed it is none.
 struct Failure
 {
     ExitCode exitCode = ExitClean;
-    QString text; ///< what is wrong and what to do, without a full stop
+    QString
+        text; ///< what is wrong and what to do, without a full stop; empty if it was told already
 
     explicit operator bool() const { return exitCode != ExitClean; }
 };

@@ -3,22 +3,26 @@
 // `talvenhr info`: who the plugin is.
 #include "host/commands/infocommand.h"
 
-#include "host/base/programpaths.h"
 #include "host/base/silentmessages.h"
-#include "host/cli/commandparser.h"
+#include "host/cli/options.h"
+#include "host/cli/pluginoptions.h"
+#include "host/cli/reportoptions.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/pluginfile.h"
-#include "host/report/logwriter.h"
+#include "host/report/report.h"
 #include "plugin/serverinterface.h"
 #include "plugin/verinfointerface.h"
 
-#include <QJsonDocument>
+#include <QCoreApplication>
 #include <QJsonObject>
 #include <QTemporaryDir>
 
-#include <cstdio>
-
 namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(InfoCommand)
+};
 
 using Facts = QMap<QString, QString>;
 
@@ -41,40 +45,44 @@ QString readableBuild(const QString &stamp)
         .arg(stamp.mid(0, 2), stamp.mid(2, 2), stamp.mid(4, 2), stamp.mid(6, 2), stamp.mid(8, 2));
 }
 
-QString readableReport(const PluginFile &plugin, const Facts &facts)
+/// What the plugin's file says without being loaded.
+Section fileSection(const PluginFile &plugin)
 {
     const QJsonObject metaData = plugin.metaData();
-    const auto line = [](const char *label, const QString &value) {
-        return QStringLiteral("%1%2\n").arg(QLatin1String(label), -19).arg(value);
+    const auto text = [&metaData](const char *key) {
+        return metaData.value(QLatin1String(key)).toVariant();
     };
-    const auto fact = [&facts](const char *key) {
-        return facts.value(QLatin1String(key), QStringLiteral("unknown"));
+    Section section;
+    section.figures = {
+        {QStringLiteral("file"), Text::tr("Plugin"), plugin.path(), {}},
+        {QStringLiteral("className"), Text::tr("Class"), text("className"), {}},
+        {QStringLiteral("IID"), Text::tr("Interface (IID)"), text("IID"), {}},
+        {QStringLiteral("qtVersion"), Text::tr("Built against Qt"), qtVersion(metaData), {}},
+        {QStringLiteral("debug"), Text::tr("Debug build"), text("debug"),
+         text("debug").toBool() ? Text::tr("yes") : Text::tr("no")},
     };
-    return line("Plugin", plugin.path())
-        + line("Class", metaData.value(QStringLiteral("className")).toString())
-        + line("Interface (IID)", metaData.value(QStringLiteral("IID")).toString())
-        + line("Built against Qt", qtVersion(metaData))
-        + line("Debug build",
-               metaData.value(QStringLiteral("debug")).toBool() ? QStringLiteral("yes")
-                                                                : QStringLiteral("no"))
-        + line("Version", fact("VER")) + line("Type", fact("phoryType"))
-        + line("Built", readableBuild(fact("BUILD"))) + line("Database version", fact("ORVDB"));
+    return section;
 }
 
-QByteArray jsonReport(const PluginFile &plugin, const Facts &facts)
+/// What the plugin reports. Those that have a label here come first.
+Section verInfoSection(Facts facts)
 {
-    const QJsonObject metaData = plugin.metaData();
-    QJsonObject verInfo;
+    Section section;
+    section.name = QStringLiteral("verInfo");
+    const auto add = [&](const char *key, const QString &label, const QString &shown) {
+        const QVariant value = facts.contains(QLatin1String(key))
+            ? QVariant(facts.take(QLatin1String(key)))
+            : QVariant();
+        section.figures.append(
+            {QLatin1String(key), label, value, value.isNull() ? Text::tr("unknown") : shown});
+    };
+    add("VER", Text::tr("Version"), facts.value(QStringLiteral("VER")));
+    add("phoryType", Text::tr("Type"), facts.value(QStringLiteral("phoryType")));
+    add("BUILD", Text::tr("Built"), readableBuild(facts.value(QStringLiteral("BUILD"))));
+    add("ORVDB", Text::tr("Database version"), facts.value(QStringLiteral("ORVDB")));
     for (auto it = facts.constBegin(); it != facts.constEnd(); ++it)
-        verInfo.insert(it.key(), it.value());
-    const QJsonObject report {
-        {QStringLiteral("file"), plugin.path()},
-        {QStringLiteral("IID"), metaData.value(QStringLiteral("IID"))},
-        {QStringLiteral("className"), metaData.value(QStringLiteral("className"))},
-        {QStringLiteral("qtVersion"), qtVersion(metaData)},
-        {QStringLiteral("debug"), metaData.value(QStringLiteral("debug"))},
-        {QStringLiteral("verInfo"), verInfo}};
-    return QJsonDocument(report).toJson(QJsonDocument::Indented);
+        section.figures.append({it.key(), QString(), it.value(), {}});
+    return section;
 }
 
 /// The report does not depend on the settings, so the plugin is sent to look for them in an empty
@@ -95,39 +103,29 @@ Failure readFacts(PluginFile *plugin, Facts *facts)
     return {};
 }
 
+Failure run(const Options &options)
+{
+    PluginFile plugin(pluginFile(options));
+    Facts facts;
+    if (const Failure failure = readFacts(&plugin, &facts))
+        return failure;
+    Report report;
+    report.sections = {fileSection(plugin), verInfoSection(facts)};
+    printReport(report, reportForm(options));
+    return {};
+}
+
 } // namespace
 
-int infoCommand(const QStringList &arguments)
+Command infoCommand()
 {
-    CommandParser parser(QStringLiteral("talvenhr info"),
-                         QStringLiteral("Shows the plugin's metadata and its version report. Needs "
-                                        "neither settings nor a database."));
-    parser.addGroup(QStringLiteral("Options"));
-    parser.addOption(QStringLiteral("plugin"), QStringLiteral("FILE"),
-                     QStringLiteral("the plugin (default: the one that was built or installed with "
-                                    "this program)"));
-    parser.addOption(QStringLiteral("json"), QString(), QStringLiteral("as one JSON object"));
-    parser.addSection(QStringLiteral("Exit codes"),
-                      QStringLiteral("  0  all went well\n"
-                                     "  2  bad option, or plugin cannot be loaded"));
-
-    Failure failure = parser.parse(arguments);
-    if (!failure && parser.helpWanted()) {
-        std::fputs(qPrintable(parser.help()), stdout);
-        return ExitClean;
-    }
-    PluginFile plugin(parser.isSet(QStringLiteral("plugin"))
-                          ? parser.value(QStringLiteral("plugin"))
-                          : defaultPluginFile());
-    Facts facts;
-    if (!failure)
-        failure = readFacts(&plugin, &facts);
-    if (failure) {
-        LogWriter(LogFormat::Text).fail(failure.text);
-        return failure.exitCode;
-    }
-    std::fputs(parser.isSet(QStringLiteral("json")) ? jsonReport(plugin, facts).constData()
-                                                    : qPrintable(readableReport(plugin, facts)),
-               stdout);
-    return ExitClean;
+    Command command;
+    command.name = QStringLiteral("info");
+    command.summary = Text::tr("show who the plugin is");
+    command.purpose = Text::tr("Shows the plugin's metadata and its version report. Needs neither "
+                               "settings nor a database.");
+    command.groups = {{Text::tr("Plugin"), {pluginOption()}}, reportOptions()};
+    command.exitCodes = {ExitClean, ExitUsage};
+    command.run = run;
+    return command;
 }

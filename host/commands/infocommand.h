@@ -3,7 +3,6 @@
 // `talvenhr info`: who the plugin is.
 #pragma once
 
-#include <QStringList>
+#include "host/cli/command.h"
 
-/// Takes the arguments after "info"; returns the exit code.
-int infoCommand(const QStringList &arguments);
+Command infoCommand();

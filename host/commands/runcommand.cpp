@@ -3,58 +3,92 @@
 // `talvenhr run`: the plugin at work, without an attendance server around it.
 #include "host/commands/runcommand.h"
 
-#include "host/cli/commandparser.h"
-#include "host/commands/runoptions.h"
+#include "host/cli/options.h"
+#include "host/cli/pluginoptions.h"
+#include "host/cli/reportoptions.h"
 #include "host/commands/runsession.h"
-#include "host/report/logwriter.h"
 
-#include <cstdio>
+#include <QCoreApplication>
 
 namespace {
 
-void addSections(CommandParser *parser)
+struct Text
 {
-    parser->addSection(
-        QStringLiteral("Ctrl+C"),
-        QStringLiteral("  A running pass comes to its end first, however often it is asked for.\n"
-                       "  At a terminal, Ctrl+C also reaches the export command."));
-    parser->addSection(QStringLiteral("Exit codes"),
-                       QStringLiteral("  0  all went well\n"
-                                      "  1  the plugin logged errors\n"
-                                      "  2  bad option, plugin or settings not usable\n"
-                                      "  3  database cannot be reached or used\n"
-                                      "  4  timed out"));
-    parser->addSection(
-        QStringLiteral("Examples"),
-        QStringLiteral("  talvenhr run --data-dir demo --once\n"
-                       "  talvenhr run --data-dir demo --private-db /tmp/company --passes 3\n"
-                       "  talvenhr run --socket /run/mysqld/mysqld.sock --password-file secret"));
+    Q_DECLARE_TR_FUNCTIONS(RunCommand)
+};
+
+const int mostPasses = 1000000;
+const int longestTimeout = 1000000; // seconds
+
+OptionGroup lengthOptions()
+{
+    return {
+        Text::tr("Length of the run (default: until Ctrl+C or SIGTERM)"),
+        {{QStringLiteral("once"), QString(), Text::tr("end after one pass")},
+         {QStringLiteral("passes"), QStringLiteral("NUMBER"), Text::tr("end after so many passes")},
+         {QStringLiteral("timeout"), QStringLiteral("SECONDS"),
+          Text::tr("end after this time, with exit code 4")},
+         {QStringLiteral("force"), QString(),
+          Text::tr("make the first pass a forced one, which looks again at unchanged employees "
+                   "too")}}};
+}
+
+Failure readLength(const Options &options, RunOptions *run)
+{
+    if (options.isSet(QStringLiteral("once")) && options.isSet(QStringLiteral("passes")))
+        return options.usageFailure(Text::tr("--once and --passes exclude each other"));
+    if (options.isSet(QStringLiteral("once")))
+        run->passes = 1;
+    if (const Failure failure = options.number(QStringLiteral("passes"), 1, mostPasses,
+                                               &run->passes))
+        return failure;
+    return options.number(QStringLiteral("timeout"), 1, longestTimeout, &run->timeout);
+}
+
+Failure read(const Options &options, RunOptions *run)
+{
+    if (const Failure failure = readLogOptions(options, &run->logLevel, &run->logFormat))
+        return failure;
+    run->pluginFile = pluginFile(options);
+    run->force = options.isSet(QStringLiteral("force"));
+    if (const Failure failure = readDataDirectory(options, &run->dataDirectory))
+        return failure;
+    if (const Failure failure = readLength(options, run))
+        return failure;
+    return readDatabaseOptions(options, &run->database);
+}
+
+Failure run(const Options &options)
+{
+    RunOptions runOptions;
+    if (const Failure failure = read(options, &runOptions))
+        return failure;
+    LogWriter writer(runOptions.logFormat);
+    return RunSession(runOptions, &writer).run();
 }
 
 } // namespace
 
-int runCommand(const QStringList &arguments)
+Command runCommand()
 {
-    CommandParser parser(
-        QStringLiteral("talvenhr run"),
-        QStringLiteral("Loads the plugin as the attendance server does and lets it keep a database "
-                       "in line with the HR export. Without a database of your own, a private one "
-                       "with a sample company is made for you."));
-    addRunOptions(&parser);
-    addSections(&parser);
-
-    RunOptions options;
-    Failure failure = parser.parse(arguments);
-    if (!failure && parser.helpWanted()) {
-        std::fputs(qPrintable(parser.help()), stdout);
-        return ExitClean;
-    }
-    if (!failure)
-        failure = readRunOptions(parser, &options);
-    LogWriter writer(options.logFormat);
-    if (failure) {
-        writer.fail(failure.text);
-        return failure.exitCode;
-    }
-    return RunSession(options, &writer).run();
+    Command command;
+    command.name = QStringLiteral("run");
+    command.summary = Text::tr("load the plugin and let it synchronise");
+    command.purpose = Text::tr(
+        "Loads the plugin as the attendance server does and lets it keep a database in line with "
+        "the HR export. Without a database of your own, a private one with a sample company is "
+        "made for you.");
+    command.groups = {pluginOptions(), databaseOptions(), lengthOptions(), logOptions()};
+    command.exitCodes = {ExitClean, ExitErrors, ExitUsage, ExitDatabase, ExitTimeout};
+    command.sections = {
+        {Text::tr("Ctrl+C"),
+         {Text::tr("A running pass comes to its end first, however often it is asked for."),
+          Text::tr("At a terminal, Ctrl+C also reaches the export command.")}},
+        {Text::tr("Examples"),
+         {QStringLiteral("talvenhr run --data-dir demo --once"),
+          QStringLiteral("talvenhr run --data-dir demo --private-db /tmp/company --passes 3"),
+          QStringLiteral("talvenhr run --socket /run/mysqld/mysqld.sock --password-file "
+                         "secret")}}};
+    command.run = run;
+    return command;
 }

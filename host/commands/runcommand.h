@@ -3,7 +3,6 @@
 // `talvenhr run`: the plugin at work, without an attendance server around it.
 #pragma once
 
-#include <QStringList>
+#include "host/cli/command.h"
 
-/// Takes the arguments after "run"; returns the exit code.
-int runCommand(const QStringList &arguments);
+Command runCommand();

@@ -1,24 +1,34 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// One run of the plugin, from loading to unloading it.
+// `talvenhr run` at work: a run of the plugin, with signals, a timeout and a private server.
 #pragma once
 
-#include "host/base/failure.h"
 #include "host/base/signalwatch.h"
-#include "host/commands/runoptions.h"
+#include "host/cli/databaseoptions.h"
 #include "host/database/hostdatabase.h"
-#include "host/plugin/datadirectory.h"
-#include "host/plugin/messagelog.h"
-#include "host/plugin/pluginfile.h"
+#include "host/plugin/pluginrun.h"
+#include "host/report/logwriter.h"
 
-#include <QEventLoop>
 #include <QObject>
 #include <QScopedPointer>
 
 class PrivateDatabase;
 
-/// Does what the attendance server does with a plugin, and ends when the options, a signal or a
-/// misfortune say so; a running pass comes to its end first in every case.
+/// What the command line asks of a run.
+struct RunOptions
+{
+    QString pluginFile;
+    QString dataDirectory; ///< empty: the plugin's own search
+    DatabaseChoice database;
+    int logLevel = 1;
+    LogFormat logFormat = LogFormat::Text;
+    int passes = 0; ///< 0: until a signal comes
+    bool force = false;
+    int timeout = 0; ///< seconds, 0: none
+};
+
+/// Joins a run of the plugin to what may end it: a signal, the timeout, or the end of the private
+/// server; a running pass comes to its end first, but for the last of these.
 ///
 /// Made on the stack of the command, on the main thread, and used once.
 class RunSession : public QObject
@@ -29,37 +39,31 @@ public:
     RunSession(const RunOptions &options, LogWriter *writer);
     ~RunSession() override;
 
-    /// Returns the exit code.
-    int run();
+    /// What goes wrong after the plugin has started is told by the writer, and comes back without
+    /// its text.
+    Failure run();
 
 private Q_SLOTS:
-    void endForSignal();
+    void tellStart();
+    void tellWaiting(bool again);
+    void tellMissingExport();
     void endForTimeout();
     void endForDeadServer(const QString &reason);
     void endForLostTick();
-    void tellMissingExport();
-    void countPass();
 
 private:
     Failure prepare();
-    Failure checkSettings();
     Failure startPrivateDatabase();
-    Failure startPlugin();
-    void finish();
-    void fail(const Failure &failure);
+    Failure runPlugin();
+    Failure told(const Failure &failure);
 
     const RunOptions options;
     LogWriter *const writer;
     // In this order: the plugin goes before what it uses.
     SignalWatch signalWatch;
-    MessageLog log;
-    DataDirectory dataDirectory;
     QScopedPointer<PrivateDatabase> privateDatabase;
     HostDatabase database;
-    PluginFile plugin;
-
-    PluginSettings settings;
-    QEventLoop loop;
-    Failure outcome;
-    bool ending = false; ///< when the pass has come to its end
+    PluginRun plugin;
+    bool ending = false; ///< when the running pass has come to its end
+    bool failed = false; ///< and was told
 };

@@ -3,68 +3,56 @@
 // `talvenhr sql`: a client on the private database.
 #include "host/commands/sqlcommand.h"
 
-#include "host/base/programpaths.h"
-#include "host/cli/commandparser.h"
-#include "host/report/logwriter.h"
+#include "host/cli/databaseoptions.h"
+#include "host/cli/options.h"
 #include "host/server/privatedatabase.h"
 
+#include <QCoreApplication>
+
 #include <csignal>
-#include <cstdio>
 
 namespace {
 
-void addOptions(CommandParser *parser)
+struct Text
 {
-    parser->addGroup(QStringLiteral("Options"));
-    parser->addOption(QStringLiteral("private-db"), QStringLiteral("DIR"),
-                      QStringLiteral("folder of the private database (default: the one of "
-                                     "'talvenhr run')"));
-    parser->addOption(QStringLiteral("execute"), QStringLiteral("TEXT"),
-                      QStringLiteral("run these statements and end"));
-    parser->addSection(QStringLiteral("Exit codes"),
-                       QStringLiteral("  0  all went well\n"
-                                      "  1  a statement failed\n"
-                                      "  2  bad option\n"
-                                      "  3  database cannot be reached"));
-    parser->addSection(QStringLiteral("Examples"),
-                       QStringLiteral("  talvenhr sql\n"
-                                      "  talvenhr sql --execute \"SELECT pamId, name, surname FROM "
-                                      "people\""));
-}
+    Q_DECLARE_TR_FUNCTIONS(SqlCommand)
+};
 
-Failure converse(const CommandParser &parser, int *exitCode)
+Failure run(const Options &options)
 {
-    PrivateDatabase database(parser.isSet(QStringLiteral("private-db"))
-                                 ? parser.value(QStringLiteral("private-db"))
-                                 : defaultPrivateFolder());
+    // Ctrl+C is for the client, who does not end by it.
+    std::signal(SIGINT, SIG_IGN);
+    PrivateDatabase database(privateFolder(options));
     if (const Failure failure = database.startOrJoin())
         return failure;
-    return database.converse(parser.value(QStringLiteral("execute")), exitCode);
+    int exitCode = ExitClean;
+    if (const Failure failure = database.converse(options.value(QStringLiteral("execute")),
+                                                  &exitCode))
+        return failure;
+    return {static_cast<ExitCode>(exitCode), QString()};
 }
 
 } // namespace
 
-int sqlCommand(const QStringList &arguments)
+Command sqlCommand()
 {
-    CommandParser parser(
-        QStringLiteral("talvenhr sql"),
-        QStringLiteral("Opens the MariaDB client on a private database, as its administrator. "
-                       "Works also while 'talvenhr run' is at work on the same database."));
-    addOptions(&parser);
-    Failure failure = parser.parse(arguments);
-    if (!failure && parser.helpWanted()) {
-        std::fputs(qPrintable(parser.help()), stdout);
-        return ExitClean;
-    }
-    int exitCode = ExitClean;
-    if (!failure) {
-        // Ctrl+C is for the client, who does not end by it.
-        std::signal(SIGINT, SIG_IGN);
-        failure = converse(parser, &exitCode);
-    }
-    if (failure) {
-        LogWriter(LogFormat::Text).fail(failure.text);
-        return failure.exitCode;
-    }
-    return exitCode;
+    Command command;
+    command.name = QStringLiteral("sql");
+    command.summary = Text::tr("open a client on the private database");
+    command.purpose = Text::tr(
+        "Opens the MariaDB client on a private database, as its administrator. Works also while "
+        "'talvenhr run' is at work on the same database.");
+    Option folder = privateDatabaseOption();
+    folder.text = Text::tr("folder of the private database (default: the one of 'talvenhr run')");
+    command.groups = {{Text::tr("Options"),
+                       {folder,
+                        {QStringLiteral("execute"), QStringLiteral("TEXT"),
+                         Text::tr("run these statements and end")}}}};
+    command.exitCodes = {ExitClean, ExitErrors, ExitUsage, ExitDatabase};
+    command.sections = {
+        {Text::tr("Examples"),
+         {QStringLiteral("talvenhr sql"),
+          QStringLiteral("talvenhr sql --execute \"SELECT pamId, name, surname FROM people\"")}}};
+    command.run = run;
+    return command;
 }

@@ -3,7 +3,6 @@
 // `talvenhr sql`: a client on the private database.
 #pragma once
 
-#include <QStringList>
+#include "host/cli/command.h"
 
-/// Takes the arguments after "sql"; returns the exit code.
-int sqlCommand(const QStringList &arguments);
+Command sqlCommand();

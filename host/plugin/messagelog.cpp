@@ -92,39 +92,37 @@ void MessageLog::handleMessage(QtMsgType type, const QMessageLogContext &context
 
 void MessageLog::take(QtMsgType type, const QString &text)
 {
+    const bool shown = isShown(type, text, logLevel);
+    bool isLastPass = false;
+    const PassWatch::Event event = note(type, text, shown, &isLastPass);
+    if (isLastPass)
+        endWorkerThread();
+    // Without the lock: whoever listens may ask for the figures.
+    if (event == PassWatch::PassEnded)
+        Q_EMIT passEnded();
+    else if (event == PassWatch::ExportMissing && !shown)
+        Q_EMIT exportMissing();
+    else if (event == PassWatch::DatabaseNotOpen)
+        Q_EMIT databaseNotOpen();
+}
+
+/// Counts and writes, so that the lines come in the order of the figures.
+PassWatch::Event MessageLog::note(QtMsgType type, const QString &text, bool shown, bool *isLastPass)
+{
     const QMutexLocker locker(&mutex);
     const PassWatch::Event event = watch.see(type, text);
-    if (isShown(type, text, logLevel)) {
+    if (shown) {
         watch.countShown(type);
         writer->message(type, text);
     }
-
-    switch (event) {
-    case PassWatch::RecordBegan:
-        if (showProgress)
-            writer->progress(watch.recordsBegun(), watch.recordsOfPass());
-        break;
-    case PassWatch::PassEnded:
-        if (showProgress)
-            writer->wipeProgress();
-        if (lastPass > 0 && watch.figures().passes >= lastPass)
-            endWorkerThread();
-        Q_EMIT passEnded();
-        break;
-    case PassWatch::ExportMissing:
-        if (!isShown(type, text, logLevel))
-            Q_EMIT exportMissing();
-        break;
-    case PassWatch::DatabaseNotOpen:
-        Q_EMIT databaseNotOpen();
-        break;
-    case PassWatch::PluginDisabled:
-        pluginDisabled = true;
-        break;
-    case PassWatch::Nothing:
-    case PassWatch::PassBegan:
-        break;
-    }
+    if (event == PassWatch::RecordBegan && showProgress)
+        writer->progress(watch.recordsBegun(), watch.recordsOfPass());
+    if (event == PassWatch::PassEnded && showProgress)
+        writer->wipeProgress();
+    *isLastPass = event == PassWatch::PassEnded && lastPass > 0
+        && watch.figures().passes >= lastPass;
+    pluginDisabled = pluginDisabled || event == PassWatch::PluginDisabled;
+    return event;
 }
 
 /// The message comes on the worker's thread. Its event loop ends when the tick is over; the plugin,

@@ -48,6 +48,7 @@ private:
     static void handleMessage(QtMsgType type, const QMessageLogContext &context,
                               const QString &text);
     void take(QtMsgType type, const QString &text);
+    PassWatch::Event note(QtMsgType type, const QString &text, bool shown, bool *isLastPass);
     void endWorkerThread();
 
     LogWriter *const writer;

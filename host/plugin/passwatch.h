@@ -3,7 +3,7 @@
 // What a run has done, taken from the plugin's own messages.
 #pragma once
 
-#include "host/report/runfigures.h"
+#include "host/plugin/runfigures.h"
 
 #include <QString>
 #include <QtGlobal>

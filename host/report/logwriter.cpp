@@ -3,13 +3,12 @@
 // The one place that writes to standard error while the plugin runs.
 #include "host/report/logwriter.h"
 
-#include "host/report/runfigures.h"
+#include "host/base/oneline.h"
+#include "host/report/jsonreport.h"
+#include "host/report/report.h"
 
 #include <QDateTime>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QMutexLocker>
-#include <QVector>
 
 #include <cerrno>
 #include <unistd.h>
@@ -36,29 +35,6 @@ QString levelName(QtMsgType type)
 QString now()
 {
     return QDateTime::currentDateTime().toString(Qt::ISODateWithMs);
-}
-
-QString counted(int count, const char *one, const char *many)
-{
-    return QStringLiteral("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
-}
-
-struct Member
-{
-    const char *name;
-    QJsonValue value;
-};
-
-/// Members in the given order, which QJsonObject would not keep. The names need no escaping.
-QByteArray jsonObject(const QVector<Member> &members)
-{
-    QByteArray object;
-    for (const Member &member : members) {
-        QByteArray value = QJsonDocument(QJsonArray {member.value}).toJson(QJsonDocument::Compact);
-        value = value.mid(1, value.size() - 2); // without the array's brackets
-        object += (object.isEmpty() ? "{\"" : ",\"") + QByteArray(member.name) + "\":" + value;
-    }
-    return object + '}';
 }
 
 void writeAll(const QByteArray &bytes)
@@ -107,31 +83,12 @@ void LogWriter::fail(const QString &text)
     own(QtCriticalMsg, QString(), text);
 }
 
-void LogWriter::summary(const RunFigures &figures, qint64 milliseconds)
+void LogWriter::summary(const Report &report)
 {
-    const double seconds = static_cast<double>(milliseconds) / 1000;
-    if (format == LogFormat::Json) {
-        writeLine("{\"summary\":"
-                  + jsonObject({{"passes", figures.passes},
-                                {"records", figures.records},
-                                {"added", figures.added},
-                                {"updated", figures.updated},
-                                {"warnings", figures.warnings},
-                                {"errors", figures.errors},
-                                {"waiting", figures.waiting},
-                                {"seconds", seconds}})
-                  + '}');
-        return;
-    }
-    const QStringList parts {counted(figures.passes, "pass", "passes"),
-                             counted(figures.records, "record", "records"),
-                             counted(figures.added, "person added", "persons added"),
-                             QStringLiteral("%1 updated").arg(figures.updated),
-                             counted(figures.warnings, "warning", "warnings"),
-                             counted(figures.errors, "error", "errors"),
-                             QStringLiteral("%1 waiting").arg(figures.waiting),
-                             QStringLiteral("%1 s").arg(seconds, 0, 'f', 1)};
-    own(QtInfoMsg, QString(), parts.join(QStringLiteral(", ")));
+    if (format == LogFormat::Json)
+        writeLine(jsonObject({{QStringLiteral("summary"), jsonReport(report)}}));
+    else
+        own(QtInfoMsg, QString(), report.verdict.text);
 }
 
 void LogWriter::progress(int done, int total)
@@ -157,7 +114,9 @@ void LogWriter::own(QtMsgType type, const QString &opening, const QString &text)
 
 QByteArray LogWriter::jsonLine(QtMsgType type, const QString &text) const
 {
-    return jsonObject({{"time", now()}, {"level", levelName(type)}, {"text", text}});
+    return jsonObject({{QStringLiteral("time"), jsonValue(now())},
+                       {QStringLiteral("level"), jsonValue(levelName(type))},
+                       {QStringLiteral("text"), jsonValue(text)}});
 }
 
 void LogWriter::writeLine(const QByteArray &line)
@@ -165,24 +124,4 @@ void LogWriter::writeLine(const QByteArray &line)
     const QMutexLocker locker(&mutex);
     // In one go, so that the lines of other processes do not get in between.
     writeAll(bar.wipe() + line + '\n');
-}
-
-QString oneLine(const QString &text)
-{
-    QString line;
-    line.reserve(text.size());
-    for (const QChar character : text) {
-        const ushort code = character.unicode();
-        if (code == '\n')
-            line += QLatin1String("\\n");
-        else if (code == '\t')
-            line += QLatin1String("\\t");
-        else if (code == '\r')
-            line += QLatin1String("\\r");
-        else if (code < 0x20 || (code >= 0x7f && code < 0xa0))
-            line += QStringLiteral("\\x%1").arg(code, 2, 16, QLatin1Char('0'));
-        else
-            line += character;
-    }
-    return line;
 }

@@ -9,7 +9,7 @@
 #include <QString>
 #include <QtGlobal>
 
-struct RunFigures;
+struct Report;
 
 enum class LogFormat {
     Text,
@@ -33,8 +33,8 @@ public:
     void warn(const QString &text);
     void fail(const QString &text);
 
-    /// The last line of a run.
-    void summary(const RunFigures &figures, qint64 milliseconds);
+    /// The last line of a run: the verdict, or the figures as a JSON object.
+    void summary(const Report &report);
 
     void progress(int done, int total);
     void wipeProgress();
@@ -48,7 +48,3 @@ private:
     QMutex mutex;
     ProgressBar bar;
 };
-
-/// The text in one line that no terminal takes for commands: control characters in their visible
-/// form, a line end as \n.
-QString oneLine(const QString &text);

@@ -3,7 +3,8 @@
 // A line at the bottom of the terminal that shows how far a pass has come.
 #include "host/report/progressbar.h"
 
-#include <sys/ioctl.h>
+#include "host/report/terminal.h"
+
 #include <unistd.h>
 
 namespace {
@@ -11,13 +12,6 @@ namespace {
 const int shortestPause = 100; // milliseconds
 const int widestBar = 40; // characters
 const char wipeLine[] = "\r\033[K";
-
-int terminalWidth()
-{
-    winsize size = {};
-    const bool known = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-    return known ? size.ws_col : 80;
-}
 
 } // namespace
 
@@ -31,7 +25,7 @@ QByteArray ProgressBar::draw(int done, int total)
     const QByteArray figures = QByteArray::number(done) + " of " + QByteArray::number(total)
         + " records, " + QByteArray::number(100LL * done / total) + " %";
     // Brackets, a blank and the last column, which some terminals answer with a new line.
-    const int room = terminalWidth() - figures.size() - 4;
+    const int room = terminalWidth(STDERR_FILENO, 80) - figures.size() - 4;
     QByteArray line(wipeLine);
     if (room >= 8) {
         const int width = qMin(room, widestBar);

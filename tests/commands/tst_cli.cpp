@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The program `talvenhr` up to the moment when the plugin would begin to work.
-#include "host/report/logwriter.h"
+#include "host/base/oneline.h"
 #include "host/server/privateserver.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
@@ -63,6 +63,12 @@ void tst_Cli::help_data()
                              << "Usage: talvenhr COMMAND [options]";
     QTest::newRow("short") << "-h"
                            << "Usage: talvenhr COMMAND [options]";
+    QTest::newRow("help") << "help"
+                          << "Usage: talvenhr COMMAND [options]";
+    QTest::newRow("help of a command") << "help run"
+                                       << "Usage: talvenhr run [options]";
+    QTest::newRow("config") << "config --help"
+                            << "Usage: talvenhr config [options]";
     QTest::newRow("run") << "run --help"
                          << "Usage: talvenhr run [options]";
     QTest::newRow("run, with other options") << "run --once -h"
@@ -101,9 +107,9 @@ void tst_Cli::info_isReadable()
     QCOMPARE(program.lines(), QStringList());
     const QString text = program.output();
     for (const char *line :
-         {"Class              TalvenHR\n", "Interface (IID)    com.kestra-lk.oqs.ServerInterface\n",
-          "Version            1.6.0\n", "Type               PLG.TH\n",
-          "Database version   20.11.26\n"})
+         {"Class             TalvenHR\n", "Interface (IID)   com.kestra-lk.oqs.ServerInterface\n",
+          "Version           1.6.0\n", "Type              PLG.TH\n",
+          "Database version  20.11.26\n"})
         QVERIFY2(text.contains(QLatin1String(line)), qPrintable(text));
 }
 
@@ -133,13 +139,18 @@ void tst_Cli::usageErrors_data()
         QTest::newRow(*arguments ? arguments : "nothing") << arguments << text;
     };
     row("", "no command given");
-    row("walk", "unknown command 'walk'");
+    row("walk", "unknown command 'walk'; see");
+    row("rum", "unknown command 'rum'; did you mean 'run'?");
+    row("help rum", "unknown command 'rum'; did you mean 'run'?");
     row("--walk", "unknown option '--walk'");
     row("info --walk", "unknown option 'walk'");
     row("info walk", "unexpected argument 'walk'");
     row("sql --walk", "unknown option 'walk'");
     row("run --walk", "unknown option 'walk'");
     row("run walk", "unexpected argument 'walk'");
+    row("run --pases 2", "unknown option 'pases'; did you mean 'passes'?");
+    row("config --config /none", "the configuration '/none' cannot be read: No such file");
+    row("config --config /usr", "the configuration '/usr' cannot be read: it is a folder");
     row("run --plugin", "missing value after '--plugin'");
     row("run --data-dir=", "--data-dir takes a folder");
     row("run --private-db=", "--private-db takes a folder");

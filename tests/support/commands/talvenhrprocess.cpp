@@ -20,8 +20,11 @@ TalvenhrProcess::TalvenhrProcess(const QStringList &arguments, const QString &ho
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"ENABLED", "TIMERINTERVAL", "SYNCINTERVAL", "TESTMODE", "IMPORTFILE",
                              "DELETEFILE", "SYNCCOMMAND", "SYNCCOMMANDRUN", "DEPARTMENTID",
-                             "TALVENHR_PASSWORD", "XDG_DATA_HOME", "LANG", "LC_CTYPE"})
+                             "XDG_DATA_HOME", "XDG_CONFIG_HOME", "LANG", "LC_CTYPE"})
         environment.remove(QLatin1String(name));
+    const QStringList names = environment.keys();
+    for (const QString &name : names.filter(QStringLiteral("TALVENHR_")))
+        environment.remove(name);
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("QT_LOGGING_RULES"),
                        QStringLiteral("*.debug=false;*.info=false"));

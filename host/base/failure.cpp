@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What went wrong, in a line for the user, and the exit code that tells it to scripts.
+#include "host/base/failure.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(ExitCode)
+};
+
+} // namespace
+
+QVector<ExitMeaning> exitMeanings()
+{
+    return {
+        {ExitClean, Text::tr("no errors")},
+        {ExitErrors, Text::tr("errors: the plugin logged some, or a statement failed")},
+        {ExitUsage, Text::tr("wrong usage, settings missing or wrong, plugin cannot be loaded")},
+        {ExitDatabase, Text::tr("database cannot be reached or used")},
+        {ExitTimeout, Text::tr("timed out")},
+        {ExitRefused, Text::tr("refused: a limit, a damaged export, another run in progress")},
+        {ExitChanges, Text::tr("there are changes, with --exit-code")},
+    };
+}

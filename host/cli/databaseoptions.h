@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The options that name a database: a private one, or one on a server.
+#pragma once
+
+#include "host/cli/command.h"
+#include "host/database/connectionparameters.h"
+
+class Options;
+
+/// Which database a command is to use.
+struct DatabaseChoice
+{
+    QString privateFolder; ///< empty: the database that `connection` names
+    bool isDefault = false; ///< no database was named at all
+    ConnectionParameters connection;
+};
+
+/// --private-db
+Option privateDatabaseOption();
+/// --private-db, and all that names a database on a server
+OptionGroup databaseOptions();
+
+/// The folder of the private database that --private-db names, or the default one.
+QString privateFolder(const Options &options);
+
+/// Takes the options. --private-db on the command line goes before a server that the environment or
+/// talvenhr.conf names. The password comes from its file, else from TALVENHR_PASSWORD, which the
+/// environment loses.
+Failure readDatabaseOptions(const Options &options, DatabaseChoice *choice);

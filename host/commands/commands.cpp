@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// All commands of `talvenhr`.
+#include "host/commands/commands.h"
+
+#include "host/commands/configcommand.h"
+#include "host/commands/infocommand.h"
+#include "host/commands/runcommand.h"
+#include "host/commands/sqlcommand.h"
+
+QVector<Command> allCommands()
+{
+    return {runCommand(), sqlCommand(), infoCommand(), configCommand()};
+}

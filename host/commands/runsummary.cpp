@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The last line of a run.
+#include "host/commands/runsummary.h"
+
+#include <QStringList>
+
+namespace {
+
+QString counted(int count, const char *one, const char *many)
+{
+    return QStringLiteral("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
+}
+
+QString line(const RunFigures &figures, double seconds)
+{
+    return QStringList {counted(figures.passes, "pass", "passes"),
+                        counted(figures.records, "record", "records"),
+                        counted(figures.added, "person added", "persons added"),
+                        QStringLiteral("%1 updated").arg(figures.updated),
+                        counted(figures.warnings, "warning", "warnings"),
+                        counted(figures.errors, "error", "errors"),
+                        QStringLiteral("%1 waiting").arg(figures.waiting),
+                        QStringLiteral("%1 s").arg(seconds, 0, 'f', 1)}
+        .join(QStringLiteral(", "));
+}
+
+} // namespace
+
+Report runSummary(const RunFigures &figures, qint64 milliseconds)
+{
+    const double seconds = static_cast<double>(milliseconds) / 1000;
+    const auto figure = [](const char *name, const QVariant &value) {
+        return Figure {QLatin1String(name), QString(), value, QString()};
+    };
+    Section section;
+    section.figures = {figure("passes", figures.passes),     figure("records", figures.records),
+                       figure("added", figures.added),       figure("updated", figures.updated),
+                       figure("warnings", figures.warnings), figure("errors", figures.errors),
+                       figure("waiting", figures.waiting),   figure("seconds", seconds)};
+    return {QString(), {section}, {ExitClean, line(figures, seconds)}};
+}

@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// One life of a plugin: from loading it, through its passes, to unloading it.
+#include "host/plugin/pluginrun.h"
+
+#include "plugin/serverinterface.h"
+
+namespace {
+
+bool lifeIsSpent = false; // a plugin was started in this process
+
+} // namespace
+
+PluginRun::PluginRun(const PluginRunOptions &runOptions, LogWriter *writer, QObject *parent) :
+    QObject(parent),
+    options(runOptions),
+    log(writer, runOptions.logLevel, runOptions.showProgress),
+    dataDirectory(runOptions.dataDirectory),
+    plugin(runOptions.pluginFile)
+{
+    log.endAfterPasses(options.passes);
+    // Queued: the messages come on the plugin's thread.
+    connect(&log, &MessageLog::passEnded, this, &PluginRun::countPass, Qt::QueuedConnection);
+    connect(&log, &MessageLog::exportMissing, this, &PluginRun::exportMissing,
+            Qt::QueuedConnection);
+    connect(&log, &MessageLog::databaseNotOpen, this, &PluginRun::databaseNotOpen,
+            Qt::QueuedConnection);
+}
+
+Failure PluginRun::prepare()
+{
+    if (const Failure failure = plugin.check())
+        return failure;
+    if (const Failure failure = dataDirectory.readSettings(&pluginSettings))
+        return failure;
+    if (pluginSettings.syncInterval == 0 && options.passes != 1)
+        return {
+            ExitUsage,
+            QStringLiteral("syncInterval is 0, by which the second tick would divide; set it to "
+                           "1 or more in '%1', or use --once")
+                .arg(dataDirectory.iniFile())};
+    return {};
+}
+
+Failure PluginRun::run(const QSqlDatabase &handle)
+{
+    if (const Failure failure = start(handle))
+        return failure;
+    Q_EMIT started();
+    loop.exec();
+    plugin.unload();
+    return outcome;
+}
+
+Failure PluginRun::start(const QSqlDatabase &handle)
+{
+    if (lifeIsSpent)
+        return {ExitUsage,
+                QStringLiteral("a plugin has run in this process already; run the next one in a "
+                               "process of its own")};
+    if (const Failure failure = plugin.load())
+        return failure;
+    lifeIsSpent = true;
+    ServerInterface *const server = plugin.server();
+    server->setLogLevel(static_cast<quint8>(log.pluginLogLevel()));
+    server->setDatabase(handle);
+    const bool started = server->start();
+    if (log.sawPluginDisabled())
+        return {ExitUsage,
+                QStringLiteral("the plugin is disabled; set enabled=true in '%1'")
+                    .arg(dataDirectory.iniFile())};
+    if (!started)
+        return {ExitUsage, QStringLiteral("the plugin could not be started")};
+    return {};
+}
+
+/// Waiting for the running pass here, and not in the plugin's destructor, leaves signals answered.
+void PluginRun::finish(const Failure &failure)
+{
+    if (!outcome)
+        outcome = failure;
+    if (!log.isPassRunning()) {
+        loop.quit();
+        return;
+    }
+    Q_EMIT waitingForPass(ending);
+    if (ending)
+        return;
+    ending = true;
+    log.endAfterThisPass();
+}
+
+void PluginRun::abort(const Failure &failure)
+{
+    if (!outcome)
+        outcome = failure;
+    loop.quit();
+}
+
+void PluginRun::countPass()
+{
+    Q_EMIT passEnded();
+    if (ending || (options.passes > 0 && log.figures().passes >= options.passes))
+        loop.quit();
+}

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// One life of a plugin: from loading it, through its passes, to unloading it.
+#pragma once
+
+#include "host/plugin/datadirectory.h"
+#include "host/plugin/messagelog.h"
+#include "host/plugin/pluginfile.h"
+
+#include <QEventLoop>
+#include <QObject>
+
+class QSqlDatabase;
+
+/// What a life is to be like.
+struct PluginRunOptions
+{
+    QString pluginFile;
+    QString dataDirectory; ///< empty: the plugin's own search
+    int passes = 0; ///< 0: until told to finish
+    int logLevel = 1;
+    bool showProgress = false;
+};
+
+/// Does what the attendance server does with a plugin: settings and a handle go in, figures or a
+/// failure come out.
+///
+/// A process has one life to give. The worker's connection stays registered under the name of its
+/// database, and the uids that it has found are remembered, both for as long as the process lives:
+/// a second life would be sent to the database of the first. So a second one is refused; what needs
+/// two starts a child process for each.
+///
+/// Owned by a command and used on its thread. Prints nothing but what the plugin says, through the
+/// writer.
+class PluginRun : public QObject
+{
+    Q_OBJECT
+
+public:
+    PluginRun(const PluginRunOptions &options, LogWriter *writer, QObject *parent = nullptr);
+
+    /// Looks at the plugin's file and settings, and touches nothing.
+    Failure prepare();
+    /// Loads the plugin, gives it a clone of the handle to make, and lets it tick until the passes
+    /// are over or something ends the run. Returns when the plugin is gone.
+    Failure run(const QSqlDatabase &handle);
+
+    /// Those of the plugin, known after prepare().
+    const PluginSettings &settings() const { return pluginSettings; }
+    RunFigures figures() const { return log.figures(); }
+
+public Q_SLOTS:
+    /// Ends the run at once, or after the running pass. The first failure given is that of run().
+    void finish(const Failure &failure = {});
+    /// Ends the run without waiting for the running pass any longer than the plugin does.
+    void abort(const Failure &failure);
+
+Q_SIGNALS:
+    void started();
+    /// A pass has to come to its end first; `again` if somebody had asked for the end before.
+    void waitingForPass(bool again);
+    void passEnded();
+    void exportMissing();
+    void databaseNotOpen();
+
+private Q_SLOTS:
+    void countPass();
+
+private:
+    Failure start(const QSqlDatabase &handle);
+
+    const PluginRunOptions options;
+    // In this order: the plugin goes before what it uses.
+    MessageLog log;
+    DataDirectory dataDirectory;
+    PluginFile plugin;
+
+    PluginSettings pluginSettings;
+    QEventLoop loop;
+    Failure outcome;
+    bool ending = false; ///< when the pass has come to its end
+};

@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Standard output.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+struct Report;
+
+enum class ReportForm {
+    Text,
+    Json,
+};
+
+/// Writes the report to standard output: as text no wider than the terminal, or than 100 columns
+/// where there is none, or as one JSON document with a line end.
+void printReport(const Report &report, ReportForm form);
+
+/// Writes a text to standard output as it is.
+void printText(const QString &text);
