@@ -5,6 +5,7 @@
 
 #include "host/base/nearest.h"
 #include "host/cli/helptext.h"
+#include "host/cli/manpage.h"
 #include "host/cli/options.h"
 #include "host/cli/reportoptions.h"
 #include "host/report/console.h"
@@ -93,6 +94,10 @@ int runShell(const QVector<Command> &commands, const QStringList &arguments)
         return showHelp(commands, arguments.value(2));
     if (first == QLatin1String("-v") || first == QLatin1String("--version")) {
         printText(QStringLiteral("talvenhr " TALVENHR_VERSION "\n"));
+        return ExitClean;
+    }
+    if (first == QLatin1String("--man")) {
+        printText(manPage(commands));
         return ExitClean;
     }
     return unknownCommand(commands, first);

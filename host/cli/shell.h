@@ -5,7 +5,8 @@
 
 #include "host/cli/command.h"
 
-/// Runs the command that the arguments of the process name, or shows help or version, and returns
+/// Runs the command that the arguments of the process name, or shows help, version or (--man) the
+/// source of the manual page, and returns
 /// the exit code of the process. A failure is told on standard error, in the form that the option
 /// --log-format asks for, if the command has it.
 int runShell(const QVector<Command> &commands, const QStringList &arguments);
