@@ -61,8 +61,13 @@ Failure RunSession::run()
 /// What can be checked without touching anything comes first.
 Failure RunSession::prepare()
 {
-    if (const Failure failure = plugin.prepare())
-        return failure;
+    const Failure unfit = plugin.prepare();
+    for (const Finding &finding : plugin.findings()) {
+        if (finding.severity == Finding::Warning)
+            writer->warn(findingLine(finding));
+    }
+    if (unfit)
+        return unfit;
     if (!options.database.privateFolder.isEmpty()) {
         if (const Failure failure = startPrivateDatabase())
             return failure;

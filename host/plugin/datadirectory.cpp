@@ -1,15 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// The folder in which the plugin looks for its settings, and what stands in them.
+// The folder in which the plugin looks for its settings.
 #include "host/plugin/datadirectory.h"
 
 #include "environment/directories.h"
-#include "environment/envirosettings.h"
-#include "host/base/silentmessages.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 
@@ -25,18 +22,6 @@ void writeDataDirEntry(const QString &directory)
     settings.setValue(key, directory);
 }
 
-/// Seconds become milliseconds in 32 bits, at least 1000 of them.
-uint tickMilliseconds(uint timerInterval)
-{
-    return qMax(timerInterval * 1000U, 1000U);
-}
-
-QString absoluteImportFile(const QString &importFile)
-{
-    return QFileInfo(importFile.isEmpty() ? QStringLiteral("ron.data") : importFile)
-        .absoluteFilePath();
-}
-
 } // namespace
 
 DataDirectory::DataDirectory(const QString &name)
@@ -48,38 +33,4 @@ DataDirectory::DataDirectory(const QString &name)
     directory = QDir::cleanPath(QFileInfo(name).absoluteFilePath());
     QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, systemSettings.path());
     writeDataDirEntry(directory);
-}
-
-Failure DataDirectory::readSettings(PluginSettings *settings) const
-{
-    const QFileInfo file(iniFile());
-    const bool enabledByEnvironment = qEnvironmentVariableIsSet("ENABLED");
-    if (!file.exists() && !enabledByEnvironment)
-        return {ExitUsage,
-                QStringLiteral("no TalvenHR.ini in '%1'; write one there, or name its folder with "
-                               "--data-dir")
-                    .arg(directory)};
-    if (file.exists() && (!file.isFile() || !QFile(iniFile()).open(QIODevice::ReadOnly)))
-        return {ExitUsage,
-                QStringLiteral("the settings '%1' cannot be read; check the file and its "
-                               "permissions")
-                    .arg(iniFile())};
-
-    // It tells the log of every key.
-    const SilentMessages silence;
-    EnviroSettings ini(iniFile(), QSettings::IniFormat);
-    ini.setIniCodec("UTF-8");
-    settings->enabled = ini.value(QStringLiteral("enabled"), false).toBool();
-    settings->syncInterval = ini.value(QStringLiteral("syncInterval"), 60).toUInt();
-    settings->tickMilliseconds = tickMilliseconds(
-        ini.value(QStringLiteral("timerInterval"), 60).toUInt());
-    settings->importFile = absoluteImportFile(
-        ini.value(QStringLiteral("importFile"), QVariant()).toString());
-    if (ini.status() != QSettings::NoError)
-        return {ExitUsage,
-                QStringLiteral("the settings '%1' are not a valid INI file").arg(iniFile())};
-    if (!settings->enabled)
-        return {ExitUsage,
-                QStringLiteral("the plugin is disabled; set enabled=true in '%1'").arg(iniFile())};
-    return {};
 }

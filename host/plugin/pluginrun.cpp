@@ -3,6 +3,7 @@
 // One life of a plugin: from loading it, through its passes, to unloading it.
 #include "host/plugin/pluginrun.h"
 
+#include "host/plugin/settingscheck.h"
 #include "plugin/serverinterface.h"
 
 namespace {
@@ -31,14 +32,15 @@ Failure PluginRun::prepare()
 {
     if (const Failure failure = plugin.check())
         return failure;
-    if (const Failure failure = dataDirectory.readSettings(&pluginSettings))
+    const SettingsFile file(dataDirectory.iniFile());
+    if (const Failure failure = file.check())
         return failure;
-    if (pluginSettings.syncInterval == 0 && options.passes != 1)
-        return {
-            ExitUsage,
-            QStringLiteral("syncInterval is 0, by which the second tick would divide; set it to "
-                           "1 or more in '%1', or use --once")
-                .arg(dataDirectory.iniFile())};
+    pluginSettings = file.values();
+    settingFindings = settingsFindings(file);
+    for (const Finding &finding : qAsConst(settingFindings)) {
+        if (finding.severity == Finding::Error)
+            return {ExitUsage, findingLine(finding)};
+    }
     return {};
 }
 

@@ -3,12 +3,15 @@
 // One life of a plugin: from loading it, through its passes, to unloading it.
 #pragma once
 
+#include "host/base/finding.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/messagelog.h"
 #include "host/plugin/pluginfile.h"
+#include "host/plugin/settingsfile.h"
 
 #include <QEventLoop>
 #include <QObject>
+#include <QVector>
 
 class QSqlDatabase;
 
@@ -39,7 +42,8 @@ class PluginRun : public QObject
 public:
     PluginRun(const PluginRunOptions &options, LogWriter *writer, QObject *parent = nullptr);
 
-    /// Looks at the plugin's file and settings, and touches nothing.
+    /// Looks at the plugin's file and settings, and touches nothing. Fails when the plugin could
+    /// not work with them.
     Failure prepare();
     /// Loads the plugin, gives it a clone of the handle to make, and lets it tick until the passes
     /// are over or something ends the run. Returns when the plugin is gone.
@@ -47,6 +51,8 @@ public:
 
     /// Those of the plugin, known after prepare().
     const PluginSettings &settings() const { return pluginSettings; }
+    /// What is odd about the settings, known after prepare().
+    const QVector<Finding> &findings() const { return settingFindings; }
     RunFigures figures() const { return log.figures(); }
 
 public Q_SLOTS:
@@ -76,6 +82,7 @@ private:
     PluginFile plugin;
 
     PluginSettings pluginSettings;
+    QVector<Finding> settingFindings;
     QEventLoop loop;
     Failure outcome;
     bool ending = false; ///< when the pass has come to its end

@@ -210,7 +210,7 @@ void tst_Cli::settingsErrors_data()
     QTest::newRow("disabled") << "enabled=false"
                               << "set enabled=true in '%1/TalvenHR.ini'";
     QTest::newRow("no pass") << "syncInterval=0"
-                             << "syncInterval is 0, by which the second tick would divide";
+                             << "syncInterval is 0, and the second tick divides by it";
 }
 
 void tst_Cli::settingsErrors()

@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Settings that mean something else than what stands there.
+#pragma once
+
+#include "host/base/finding.h"
+
+#include <QVector>
+
+class SettingsFile;
+
+/// What is wrong with the settings, in the order of the file's keys. An error is what keeps the
+/// plugin from working, or takes the process down. The file has been checked.
+QVector<Finding> settingsFindings(const SettingsFile &settings);
