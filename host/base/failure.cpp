@@ -24,5 +24,6 @@ QVector<ExitMeaning> exitMeanings()
         {ExitTimeout, Text::tr("timed out")},
         {ExitRefused, Text::tr("refused: a limit, a damaged export, another run in progress")},
         {ExitChanges, Text::tr("there are changes, with --exit-code")},
+        {ExitInterrupted, Text::tr("a second signal has cut the running pass")},
     };
 }

@@ -15,6 +15,7 @@ enum ExitCode {
     ExitTimeout = 4,
     ExitRefused = 5,
     ExitChanges = 6,
+    ExitInterrupted = 130, ///< as shells tell of SIGINT
 };
 
 struct ExitMeaning

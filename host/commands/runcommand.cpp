@@ -23,14 +23,19 @@ const int longestTimeout = 1000000; // seconds
 OptionGroup lengthOptions()
 {
     return {
-        Text::tr("Length of the run (default: until Ctrl+C or SIGTERM)"),
+        Text::tr("Length of the run (default: until a signal comes)"),
         {{QStringLiteral("once"), QString(), Text::tr("end after one pass")},
          {QStringLiteral("passes"), QStringLiteral("NUMBER"), Text::tr("end after so many passes")},
          {QStringLiteral("timeout"), QStringLiteral("SECONDS"),
           Text::tr("end after this time, with exit code 4")},
+         {QStringLiteral("grace"), QStringLiteral("SECONDS"),
+          Text::tr("how long a running pass may take to its end after the timeout or a second "
+                   "signal; then it is cut (default: 10)")},
          {QStringLiteral("force"), QString(),
           Text::tr("make the first pass a forced one, which looks again at unchanged employees "
-                   "too")}}};
+                   "too")},
+         {QStringLiteral("strict"), QString(),
+          Text::tr("end with exit code 1 also when there are warnings")}}};
 }
 
 Failure readLength(const Options &options, RunOptions *run)
@@ -42,7 +47,10 @@ Failure readLength(const Options &options, RunOptions *run)
     if (const Failure failure = options.number(QStringLiteral("passes"), 1, mostPasses,
                                                &run->passes))
         return failure;
-    return options.number(QStringLiteral("timeout"), 1, longestTimeout, &run->timeout);
+    if (const Failure failure = options.number(QStringLiteral("timeout"), 1, longestTimeout,
+                                               &run->timeout))
+        return failure;
+    return options.number(QStringLiteral("grace"), 0, longestTimeout, &run->grace);
 }
 
 Failure read(const Options &options, RunOptions *run)
@@ -50,6 +58,7 @@ Failure read(const Options &options, RunOptions *run)
     if (const Failure failure = readLogOptions(options, &run->logLevel, &run->logFormat))
         return failure;
     run->pluginFile = pluginFile(options);
+    run->strict = options.isSet(QStringLiteral("strict"));
     run->force = options.isSet(QStringLiteral("force"));
     if (const Failure failure = readDataDirectory(options, &run->dataDirectory))
         return failure;
@@ -79,11 +88,12 @@ Command runCommand()
         "the HR export. Without a database of your own, a private one with a sample company is "
         "made for you.");
     command.groups = {pluginOptions(), databaseOptions(), lengthOptions(), logOptions()};
-    command.exitCodes = {ExitClean, ExitErrors, ExitUsage, ExitDatabase, ExitTimeout};
+    command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
+                         ExitDatabase, ExitTimeout, ExitInterrupted};
     command.sections = {
-        {Text::tr("Ctrl+C"),
-         {Text::tr("A running pass comes to its end first, however often it is asked for."),
-          Text::tr("At a terminal, Ctrl+C also reaches the export command.")}},
+        {Text::tr("Ctrl+C, SIGTERM and SIGHUP"),
+         {Text::tr("The first lets a running pass come to its end, the second cuts it after the"),
+          Text::tr("grace period. At a terminal, Ctrl+C also reaches the export command.")}},
         {Text::tr("Examples"),
          {QStringLiteral("talvenhr run --data-dir demo --once"),
           QStringLiteral("talvenhr run --data-dir demo --private-db /tmp/company --passes 3"),

@@ -3,11 +3,14 @@
 // `talvenhr run` at work: a run of the plugin, with signals, a timeout and a private server.
 #include "host/commands/runsession.h"
 
-#include "host/commands/runsummary.h"
+#include "host/base/childprocesses.h"
 #include "host/server/privatedatabase.h"
 
-#include <QElapsedTimer>
+#include <QTime>
 #include <QTimer>
+
+#include <csignal>
+#include <cstdlib>
 
 namespace {
 
@@ -40,7 +43,8 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     writer(logWriter),
     plugin(pluginOptionsOf(runOptions), logWriter)
 {
-    connect(&signalWatch, &SignalWatch::caught, &plugin, [this] { plugin.finish(); });
+    clock.start();
+    connect(&signalWatch, &SignalWatch::caught, this, &RunSession::endForSignal);
     connect(&plugin, &PluginRun::started, this, &RunSession::tellStart);
     connect(&plugin, &PluginRun::waitingForPass, this, &RunSession::tellWaiting);
     connect(&plugin, &PluginRun::exportMissing, this, &RunSession::tellMissingExport);
@@ -51,11 +55,13 @@ RunSession::~RunSession() = default;
 
 Failure RunSession::run()
 {
+    if (options.timeout > 0)
+        watchdog.arm(options.timeout * 1000, [this] {
+            cut({ExitTimeout, QStringLiteral("timed out after %1 s").arg(options.timeout)});
+        });
     if (const Failure failure = prepare())
         return failure;
-    if (const Failure failure = runPlugin())
-        return failure;
-    return {plugin.figures().errors > 0 ? ExitErrors : ExitClean, QString()};
+    return runPlugin();
 }
 
 /// What can be checked without touching anything comes first.
@@ -68,17 +74,22 @@ Failure RunSession::prepare()
     }
     if (unfit)
         return unfit;
-    if (!options.database.privateFolder.isEmpty()) {
-        if (const Failure failure = startPrivateDatabase())
-            return failure;
-    }
-    if (const Failure failure = database.prepare(privateDatabase ? privateDatabase->parameters()
-                                                                 : options.database.connection,
-                                                 options.force))
+    if (const Failure failure = prepareDatabase())
         return failure;
     if (!localeKeepsLetters())
         writer->warn(QStringLiteral("names will show as '?' in this locale; set LC_ALL=C.UTF-8"));
     return {};
+}
+
+Failure RunSession::prepareDatabase()
+{
+    if (!options.database.privateFolder.isEmpty()) {
+        if (const Failure failure = startPrivateDatabase())
+            return failure;
+    }
+    return database.prepare(privateDatabase ? privateDatabase->parameters()
+                                            : options.database.connection,
+                            options.force);
 }
 
 Failure RunSession::startPrivateDatabase()
@@ -88,6 +99,7 @@ Failure RunSession::startPrivateDatabase()
     connect(privateDatabase.data(), &PrivateDatabase::died, this, &RunSession::endForDeadServer);
     if (const Failure failure = privateDatabase->start())
         return failure;
+    serverProcess = privateDatabase->serverProcessId();
     if (options.database.isDefault)
         writer->say(
             QStringLiteral("no database named, so a private one is used, in '%1'%2")
@@ -100,32 +112,55 @@ Failure RunSession::startPrivateDatabase()
 
 Failure RunSession::runPlugin()
 {
-    QElapsedTimer clock;
-    clock.start();
     const Failure failure = plugin.run(database.handle());
-    const qint64 duration = clock.elapsed();
-    if (failure && !failure.text.isEmpty())
+    watchdog.disarm();
+    if (!hasPlugin)
         return failure;
     if (privateDatabase)
         privateDatabase->stop();
-    writer->summary(runSummary(plugin.figures(), duration));
-    return failure;
+    const RunEnding end = ending(failure);
+    writer->summary(runSummary(plugin.figures(), plugin.settings().testMode, clock.elapsed(), end));
+    return {end.exitCode, QString()};
+}
+
+/// The exit code tells the worst of what has happened.
+RunEnding RunSession::ending(const Failure &failure) const
+{
+    const RunFigures figures = plugin.figures();
+    if (failure)
+        return {failure.exitCode, firstFailure.text};
+    if (figures.passes < options.passes)
+        return {ExitErrors,
+                QStringLiteral("ended by a signal before pass %1").arg(figures.passes + 1)};
+    if (figures.errors > 0)
+        return {ExitErrors, QString()};
+    if (figures.warnings > 0 && options.strict)
+        return {ExitErrors, QStringLiteral("warnings count as errors, as --strict asks for")};
+    return {};
 }
 
 void RunSession::tellStart()
 {
-    if (options.timeout > 0)
-        QTimer::singleShot(options.timeout * 1000, this, &RunSession::endForTimeout);
+    hasPlugin = true;
+    watchdog.disarm();
+    if (options.timeout > 0) {
+        const qint64 left = options.timeout * 1000LL - clock.elapsed();
+        QTimer::singleShot(static_cast<int>(qMax(left, 0LL)), this, &RunSession::endForTimeout);
+    }
     const uint firstTick = plugin.settings().tickMilliseconds;
-    if (options.passes > 0 && firstTick > longWait)
-        writer->say(QStringLiteral("the first pass begins in %1 s, as timerInterval says")
+    if (firstTick > longWait)
+        writer->say(QStringLiteral("the first pass begins at %1, in %2 s, as timerInterval says")
+                        .arg(QTime::currentTime()
+                                 .addMSecs(static_cast<int>(firstTick))
+                                 .toString(QStringLiteral("hh:mm:ss")))
                         .arg(firstTick / 1000));
 }
 
 void RunSession::tellWaiting(bool again)
 {
-    ending = true;
-    writer->say(again ? QStringLiteral("still waiting for the running pass")
+    waiting = true;
+    writer->say(again ? QStringLiteral("still waiting for the running pass; it is cut in %1 s")
+                            .arg(options.grace)
                       : QStringLiteral("waiting for the running pass to end"));
 }
 
@@ -134,23 +169,37 @@ void RunSession::tellMissingExport()
     writer->say(QStringLiteral("no export file at '%1'").arg(plugin.settings().importFile));
 }
 
+/// A first signal lets the running pass come to its end; a second one is in earnest.
+void RunSession::endForSignal()
+{
+    if (waiting)
+        cutAfterGrace({ExitInterrupted, QStringLiteral("ended by a second signal")});
+    plugin.finish();
+}
+
 void RunSession::endForTimeout()
 {
-    if (!ending)
-        plugin.finish(
-            told({ExitTimeout, QStringLiteral("timed out after %1 s").arg(options.timeout)}));
+    const QString reason = QStringLiteral("timed out after %1 s").arg(options.timeout);
+    cutAfterGrace({ExitTimeout, reason});
+    if (!waiting)
+        plugin.finish(told({ExitTimeout, reason}));
 }
 
 void RunSession::endForDeadServer(const QString &reason)
 {
+    const QString left = plugin.isPassRunning()
+        ? QStringLiteral("; the running pass was cut. Its data are kept, but the export may be "
+                         "gone, and the person at work half written: leave the export again, run "
+                         "again, and see docs/recovery.md, \"The server goes\"")
+        : QStringLiteral("; its data are kept, so just run again");
     // Not even waiting for the pass: nothing more can come of it.
-    plugin.abort(
-        told({ExitDatabase, reason + QStringLiteral("; its data are kept, so just run again")}));
+    cutAfterGrace({ExitDatabase, reason + left});
+    plugin.abort(told({ExitDatabase, reason + left}));
 }
 
 void RunSession::endForLostTick()
 {
-    if (options.passes > 0 && !failed)
+    if (options.passes > 0 && !firstFailure)
         plugin.finish(told({ExitDatabase,
                             QStringLiteral("the database cannot be opened any more; check its "
                                            "server")}));
@@ -159,7 +208,47 @@ void RunSession::endForLostTick()
 /// Tells the failure at once, so that it stands in the log where it happened.
 Failure RunSession::told(const Failure &failure)
 {
-    failed = true;
+    firstFailure = failure;
     writer->fail(failure.text);
     return {failure.exitCode, QString()};
+}
+
+void RunSession::cutAfterGrace(const RunEnding &end)
+{
+    watchdog.arm(options.grace * 1000, [this, end] { cut(end); });
+}
+
+/// Ends the process, on the watchdog's thread: the main thread or the plugin's may hang for good.
+/// Leaves no server and no file of this process behind.
+void RunSession::cut(const RunEnding &end)
+{
+    const QString pass = plugin.isPassRunning()
+        ? QStringLiteral("the running pass was cut while waiting for ")
+        : QStringLiteral("while waiting for ");
+    const RunEnding told {end.exitCode,
+                          end.reason + QStringLiteral(", ") + pass + whatIsWaitedFor()};
+    const Report summary = runSummary(plugin.figures(), plugin.settings().testMode, clock.elapsed(),
+                                      told);
+    // Only now: the plugin would go on with errors.
+    if (serverProcess > 0)
+        ::kill(static_cast<pid_t>(serverProcess), SIGKILL);
+    plugin.removeTraces();
+    writer->fail(told.reason);
+    writer->summary(summary);
+    std::_Exit(told.exitCode);
+}
+
+QString RunSession::whatIsWaitedFor() const
+{
+    const QVector<RunningChild> children = runningChildren();
+    for (const RunningChild &child : children) {
+        if (child.pid != serverProcess)
+            return QStringLiteral("process %1, which goes on: %2")
+                .arg(child.pid)
+                .arg(child.command);
+    }
+    const QString message = plugin.lastMessage();
+    return message.isEmpty()
+        ? QStringLiteral("an answer of the database")
+        : QStringLiteral("an answer of the database; the plugin's last message: ") + message;
 }

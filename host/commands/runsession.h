@@ -4,13 +4,18 @@
 #pragma once
 
 #include "host/base/signalwatch.h"
+#include "host/base/watchdog.h"
 #include "host/cli/databaseoptions.h"
+#include "host/commands/runsummary.h"
 #include "host/database/hostdatabase.h"
 #include "host/plugin/pluginrun.h"
 #include "host/report/logwriter.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QScopedPointer>
+
+#include <atomic>
 
 class PrivateDatabase;
 
@@ -24,11 +29,15 @@ struct RunOptions
     LogFormat logFormat = LogFormat::Text;
     int passes = 0; ///< 0: until a signal comes
     bool force = false;
+    bool strict = false; ///< warnings count as errors
     int timeout = 0; ///< seconds, 0: none
+    int grace = 10; ///< seconds that a pass has to come to its end, once it is to end in any case
 };
 
 /// Joins a run of the plugin to what may end it: a signal, the timeout, or the end of the private
-/// server; a running pass comes to its end first, but for the last of these.
+/// server. A running pass comes to its end first, but for the last of these, and but for one that
+/// outlasts the grace period after the timeout or a second signal: it is cut, and the process ends
+/// there and then.
 ///
 /// Made on the stack of the command, on the main thread, and used once.
 class RunSession : public QObject
@@ -47,23 +56,33 @@ private Q_SLOTS:
     void tellStart();
     void tellWaiting(bool again);
     void tellMissingExport();
+    void endForSignal();
     void endForTimeout();
     void endForDeadServer(const QString &reason);
     void endForLostTick();
 
 private:
     Failure prepare();
+    Failure prepareDatabase();
     Failure startPrivateDatabase();
     Failure runPlugin();
+    RunEnding ending(const Failure &failure) const;
     Failure told(const Failure &failure);
+    void cutAfterGrace(const RunEnding &ending);
+    void cut(const RunEnding &ending);
+    QString whatIsWaitedFor() const;
 
     const RunOptions options;
     LogWriter *const writer;
+    QElapsedTimer clock;
     // In this order: the plugin goes before what it uses.
     SignalWatch signalWatch;
     QScopedPointer<PrivateDatabase> privateDatabase;
+    std::atomic<qint64> serverProcess {0}; ///< of the private server
     HostDatabase database;
     PluginRun plugin;
-    bool ending = false; ///< when the running pass has come to its end
-    bool failed = false; ///< and was told
+    bool waiting = false; ///< for the running pass to end
+    Failure firstFailure; ///< that was told
+    bool hasPlugin = false; ///< it has started
+    Watchdog watchdog; ///< last: it looks at the others
 };

@@ -6,5 +6,14 @@
 #include "host/plugin/runfigures.h"
 #include "host/report/report.h"
 
-/// The figures of a run that took so many milliseconds; the verdict has them all in one line.
-Report runSummary(const RunFigures &figures, qint64 milliseconds);
+/// How a run came to its end.
+struct RunEnding
+{
+    ExitCode exitCode = ExitClean;
+    QString reason; ///< empty: it did what it was asked to do
+};
+
+/// The figures of a run that took so many milliseconds, and its ending; the verdict has them all in
+/// one line.
+Report runSummary(const RunFigures &figures, bool testMode, qint64 milliseconds,
+                  const RunEnding &ending);

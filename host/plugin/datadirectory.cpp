@@ -34,3 +34,8 @@ DataDirectory::DataDirectory(const QString &name)
     QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, systemSettings.path());
     writeDataDirEntry(directory);
 }
+
+void DataDirectory::removeTraces() const
+{
+    QDir(systemSettings.path()).removeRecursively();
+}

@@ -15,6 +15,9 @@ public:
     /// An empty name leaves the search to the plugin.
     explicit DataDirectory(const QString &name);
 
+    /// Removes the temporary folder, for a process that ends without the destructor.
+    void removeTraces() const;
+
     QString path() const { return directory; }
     QString iniFile() const { return directory + QStringLiteral("/TalvenHR.ini"); }
 

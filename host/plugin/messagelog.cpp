@@ -69,6 +69,12 @@ bool MessageLog::sawPluginDisabled() const
     return pluginDisabled;
 }
 
+QString MessageLog::lastMessage() const
+{
+    const QMutexLocker locker(&mutex);
+    return latest;
+}
+
 /// The passes are counted by the plugin's debug lines, so rules of the machine or the environment
 /// must not switch these off.
 void MessageLog::enableAll(QLoggingCategory *category)
@@ -110,6 +116,7 @@ void MessageLog::take(QtMsgType type, const QString &text)
 PassWatch::Event MessageLog::note(QtMsgType type, const QString &text, bool shown, bool *isLastPass)
 {
     const QMutexLocker locker(&mutex);
+    latest = text;
     const PassWatch::Event event = watch.see(type, text);
     if (shown) {
         watch.countShown(type);

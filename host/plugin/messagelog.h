@@ -36,6 +36,8 @@ public:
     RunFigures figures() const;
     bool isPassRunning() const;
     bool sawPluginDisabled() const;
+    /// What the plugin said last, shown or not.
+    QString lastMessage() const;
 
 Q_SIGNALS:
     void passEnded();
@@ -57,6 +59,7 @@ private:
     mutable QMutex mutex;
     PassWatch watch;
     bool pluginDisabled = false;
+    QString latest;
     int lastPass = 0; ///< 0: none is the last
     QtMessageHandler previousHandler = nullptr;
     QLoggingCategory::CategoryFilter previousFilter = nullptr;

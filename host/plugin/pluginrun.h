@@ -53,7 +53,13 @@ public:
     const PluginSettings &settings() const { return pluginSettings; }
     /// What is odd about the settings, known after prepare().
     const QVector<Finding> &findings() const { return settingFindings; }
+    /// The figures so far; from any thread.
     RunFigures figures() const { return log.figures(); }
+    bool isPassRunning() const { return log.isPassRunning(); }
+    /// What the plugin said last; from any thread.
+    QString lastMessage() const { return log.lastMessage(); }
+    /// Removes what only the destructor would, for a process that ends without it; from any thread.
+    void removeTraces() const { dataDirectory.removeTraces(); }
 
 public Q_SLOTS:
     /// Ends the run at once, or after the running pass. The first failure given is that of run().

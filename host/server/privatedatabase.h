@@ -23,6 +23,7 @@ public:
     /// As start(), or joins a `talvenhr run` that is at work on the folder.
     Failure startOrJoin();
     void stop();
+    qint64 serverProcessId() const { return server.processId(); }
 
     /// The sample company was loaded by this object.
     bool isNew() const { return contentIsNew; }

@@ -41,6 +41,8 @@ public:
     /// The data were made by this object.
     bool isFirstUse() const { return firstUse; }
     bool isRunning() const;
+    /// The server's process, 0 when it does not run or is another process's.
+    qint64 processId() const { return server.processId(); }
     QString socketPath() const
     {
         return joinedSocket.isEmpty() ? folder.socketPath() : joinedSocket;

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <csignal>
@@ -20,16 +21,23 @@ private Q_SLOTS:
     void initTestCase();
     void signalInMidPass_letsItFinish_data();
     void signalInMidPass_letsItFinish();
+    void secondSignal_cutsAHangingCommand();
     void signalBetweenTicks_endsAtOnce();
     void timeoutInMidPass_letsItFinish();
+    void timeoutInMidPass_cutsAHangingServer();
     void timeoutBeforeTheFirstTick();
+    void timeoutWhileTheServerDoesNotAnswer();
     void killedPrivateServer_endsAtOnce();
+    void killedPrivateServerInMidPass_tellsWhatIsLeft();
     void lostDatabase_endsAfterTheTick();
     void killedHost_leavesNoServerBehind();
     void brokenOffLoading_isMadeAnew();
 
 private:
     QStringList options(const QStringList &others) const;
+    QString makeTemporaryFolder() const;
+    /// Neither the server nor a temporary file, and the next run finds everything in order.
+    void checkNothingIsLeft(qint64 server);
     QString databasePath() const { return site.path(QStringLiteral("db")); }
     qint64 serverPid() const;
 
@@ -44,6 +52,25 @@ private:
 QStringList tst_RunEnd::options(const QStringList &others) const
 {
     return site.runOptions(QStringList {QStringLiteral("--private-db"), databasePath()} + others);
+}
+
+QString tst_RunEnd::makeTemporaryFolder() const
+{
+    QDir().mkpath(site.path(QStringLiteral("tmp")));
+    return site.path(QStringLiteral("tmp"));
+}
+
+void tst_RunEnd::checkNothingIsLeft(qint64 server)
+{
+    QTRY_VERIFY(::kill(static_cast<pid_t>(server), 0) != 0);
+    QCOMPARE(
+        QDir(site.path(QStringLiteral("tmp"))).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList());
+    TalvenhrProcess program(options({QStringLiteral("--once")}));
+    program.start();
+    QVERIFY(program.waitForLine(begin));
+    site.endPass();
+    QCOMPARE(program.finish(), 0);
 }
 
 qint64 tst_RunEnd::serverPid() const
@@ -90,10 +117,33 @@ void tst_RunEnd::signalInMidPass_letsItFinish()
     QVERIFY(program.waitForLine(again));
     QCOMPARE(program.linesWith(end), QStringList());
     site.endPass();
-    QCOMPARE(program.finish(), 0);
+    QCOMPARE(program.finish(), 1);
     QCOMPARE(program.linesWith(end).count(), 1);
     QCOMPARE(program.linesWith(QStringLiteral("BEGIN synchronization")).count(), 1);
     QVERIFY(program.lastLine().startsWith(QStringLiteral("talvenhr: 1 pass, 3 records, ")));
+    QVERIFY(program.lastLine().endsWith(QStringLiteral("; ended by a signal before pass 2")));
+}
+
+void tst_RunEnd::secondSignal_cutsAHangingCommand()
+{
+    TalvenhrProcess program(options({QStringLiteral("--grace"), QStringLiteral("1")}));
+    program.setEnvironment(QStringLiteral("TMPDIR"), makeTemporaryFolder());
+    program.start();
+    QVERIFY2(program.waitForLine(begin), qPrintable(program.lastLine()));
+    const qint64 server = serverPid();
+    program.sendSignal(SIGINT);
+    QVERIFY(program.waitForLine(QStringLiteral("talvenhr: waiting for the running pass")));
+    program.sendSignal(SIGINT);
+    QVERIFY(program.waitForLine(QStringLiteral("still waiting for the running pass; it is cut")));
+    QCOMPARE(program.finish(), 130);
+    const QRegularExpression reason(
+        QStringLiteral("ended by a second signal, the running pass was cut while waiting for "
+                       "process (\\d+), which goes on: .*sh .*hold.sh$"));
+    const QRegularExpressionMatch told = reason.match(program.lastLine());
+    QVERIFY2(told.hasMatch(), qPrintable(program.lastLine()));
+    QVERIFY(program.lastLine().startsWith(QStringLiteral("talvenhr: 0 passes, ")));
+    QCOMPARE(::kill(static_cast<pid_t>(told.captured(1).toInt()), SIGKILL), 0);
+    checkNothingIsLeft(server);
 }
 
 void tst_RunEnd::signalBetweenTicks_endsAtOnce()
@@ -101,11 +151,12 @@ void tst_RunEnd::signalBetweenTicks_endsAtOnce()
     site.set({QStringLiteral("timerInterval=60")});
     TalvenhrProcess program(options({QStringLiteral("--once")}));
     program.start();
-    QVERIFY(program.waitForLine(
-        QStringLiteral("talvenhr: the first pass begins in 60 s, as timerInterval says")));
+    QVERIFY(program.waitForLine(QStringLiteral("talvenhr: the first pass begins at ")));
+    QCOMPARE(program.linesWith(QStringLiteral(", in 60 s, as timerInterval says")).count(), 1);
     program.sendSignal(SIGTERM);
-    QCOMPARE(program.finish(), 0);
+    QCOMPARE(program.finish(), 1);
     QVERIFY(program.lastLine().startsWith(QStringLiteral("talvenhr: 0 passes, ")));
+    QVERIFY(program.lastLine().endsWith(QStringLiteral("; ended by a signal before pass 1")));
     site.set({QStringLiteral("timerInterval=1")});
 }
 
@@ -120,6 +171,25 @@ void tst_RunEnd::timeoutInMidPass_letsItFinish()
     QCOMPARE(program.linesWith(end).count(), 1);
 }
 
+void tst_RunEnd::timeoutInMidPass_cutsAHangingServer()
+{
+    TalvenhrProcess program(options({QStringLiteral("--timeout"), QStringLiteral("4"),
+                                     QStringLiteral("--grace"), QStringLiteral("1")}));
+    program.setEnvironment(QStringLiteral("TMPDIR"), makeTemporaryFolder());
+    program.start();
+    QVERIFY2(program.waitForLine(begin), qPrintable(program.lastLine()));
+    const qint64 server = serverPid();
+    QCOMPARE(::kill(static_cast<pid_t>(server), SIGSTOP), 0);
+    site.endPass();
+    QCOMPARE(program.finish(), 4);
+    QCOMPARE(program.linesWith(QStringLiteral("talvenhr: timed out after 4 s")).count(), 2);
+    QVERIFY2(program.lastLine().contains(
+                 QStringLiteral("timed out after 4 s, the running pass was cut while waiting for "
+                                "an answer of the database; the plugin's last message: THRWorker")),
+             qPrintable(program.lastLine()));
+    checkNothingIsLeft(server);
+}
+
 void tst_RunEnd::timeoutBeforeTheFirstTick()
 {
     site.set({QStringLiteral("timerInterval=60")});
@@ -127,6 +197,22 @@ void tst_RunEnd::timeoutBeforeTheFirstTick()
     QCOMPARE(program.finish(), 4);
     QVERIFY(program.lastLine().startsWith(QStringLiteral("talvenhr: 0 passes, ")));
     site.set({QStringLiteral("timerInterval=1")});
+}
+
+void tst_RunEnd::timeoutWhileTheServerDoesNotAnswer()
+{
+    PrivateServer server(databasePath());
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    QCOMPARE(::kill(static_cast<pid_t>(server.processId()), SIGSTOP), 0);
+    TalvenhrProcess program(site.runOptions({QStringLiteral("--socket"), server.socketPath(),
+                                             QStringLiteral("--timeout"), QStringLiteral("1")}));
+    const int exitCode = program.finish();
+    server.kill();
+    QCOMPARE(exitCode, 4);
+    QVERIFY2(program.lastLine().endsWith(QStringLiteral("; timed out after 1 s, while waiting for "
+                                                        "an answer of the database")),
+             qPrintable(program.lastLine()));
 }
 
 void tst_RunEnd::killedPrivateServer_endsAtOnce()
@@ -143,6 +229,20 @@ void tst_RunEnd::killedPrivateServer_endsAtOnce()
     QCOMPARE(program.linesWith(QStringLiteral("talvenhr: the private server was killed")).count(),
              1);
     site.set({QStringLiteral("timerInterval=1")});
+}
+
+void tst_RunEnd::killedPrivateServerInMidPass_tellsWhatIsLeft()
+{
+    TalvenhrProcess program(options({}));
+    program.start();
+    QVERIFY(program.waitForLine(begin));
+    QCOMPARE(::kill(static_cast<pid_t>(serverPid()), SIGKILL), 0);
+    QVERIFY(program.waitForLine(QStringLiteral("talvenhr: the private server was killed")));
+    site.endPass();
+    QCOMPARE(program.finish(), 3);
+    QVERIFY2(program.lastLine().contains(QStringLiteral("the running pass was cut. Its data are "
+                                                        "kept, but the export may be gone")),
+             qPrintable(program.lastLine()));
 }
 
 void tst_RunEnd::lostDatabase_endsAfterTheTick()
