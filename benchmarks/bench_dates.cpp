@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 // Reading the dates of an export: by their digits, beside the way that takes any form.
 #include "company.h"
+#include "export/exportcells.h"
 #include "measure.h"
-#include "worker/exportcells.h"
 
 #include <QDateTime>
 #include <QStringList>

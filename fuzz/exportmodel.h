@@ -3,7 +3,7 @@
 // What the export file must come to, worked out without the code that is fuzzed.
 #pragma once
 
-#include "worker/employeerecord.h"
+#include "export/employeerecord.h"
 
 #include <QByteArray>
 #include <QStringList>

@@ -3,8 +3,8 @@
 // The worker: ticks on a timer and brings the attendance database into line with the export file.
 #pragma once
 
-#include "worker/employeerecord.h"
-#include "worker/exportcells.h"
+#include "export/employeerecord.h"
+#include "export/exportcells.h"
 #include "worker/waitingrecords.h"
 
 #include <QHash>

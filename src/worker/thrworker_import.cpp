@@ -3,7 +3,6 @@
 // The worker: the export file, from its lines to records.
 #include "worker/thrworker.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QVarLengthArray>
@@ -179,7 +178,7 @@ void THRWorker::loadAndParseData()
         if (!line.isEmpty())
             parseLine(line, fields, QLatin1Char('|'));
     }
-    exportDates.clear();
+    exportDates = DateCache();
     file.close();
 
     if (deleteFile && !file.remove())
@@ -232,5 +231,5 @@ void THRWorker::parseLine(const QString &line, const QStringList &fields, QChar 
 
 QDate THRWorker::dateFromText(const QString &text, const QString &format)
 {
-    return QDateTime::fromString(text, format).date();
+    return ::dateFromText(text, format);
 }

@@ -3,9 +3,10 @@
 // The worker: the table `people`.
 #include "worker/thrworker.h"
 
+#include "export/daycache.h"
+#include "export/exportcells.h"
 #include "repository/sqlerror.h"
 #include "repository/sqlnumber.h"
-#include "worker/answercache.h"
 #include "worker/sqlvalues.h"
 
 #include <QDateTime>
@@ -16,7 +17,7 @@
 namespace {
 
 /// Local days by the seconds with which a row states them, but for 0.
-using DayCache = AnswerCache<uint, QDate>;
+using RowDays = DayCache<uint>;
 
 /// Fills osobniCislo and poradoveCisloPP from the text key of a row: its first and its last part,
 /// and 0 for the second where there is no dot.
@@ -31,12 +32,11 @@ void readPamId(const QVariant &column, EmployeeRecord *record)
 }
 
 /// The row of dbLoadPeople(). Column 0, the stored pid, is not read: what pamId gives is the key.
-EmployeeRecord personFromRow(const QSqlQuery &row, DayCache *days)
+EmployeeRecord personFromRow(const QSqlQuery &row, RowDays *days)
 {
     const auto day = [&](int column, QDate (*fromDb)(uint)) {
         const uint seconds = row.value(column).toUInt();
-        return seconds == 0 ? fromDb(seconds)
-                            : days->answer(seconds, [&] { return fromDb(seconds); });
+        return seconds == 0 ? fromDb(seconds) : days->day(seconds, [&] { return fromDb(seconds); });
     };
     EmployeeRecord record;
     readPamId(row.value(1), &record);
@@ -74,7 +74,7 @@ bool THRWorker::dbLoadPeople()
 
     dbPeople.clear();
     dbPeople.reserve(importedRecords.size());
-    DayCache days;
+    RowDays days;
     while (query.next()) {
         EmployeeRecord person = personFromRow(query, &days);
         const uint pid = person.pid();

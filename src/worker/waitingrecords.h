@@ -3,7 +3,7 @@
 // The records whose branch and calendar step failed.
 #pragma once
 
-#include "worker/employeerecord.h"
+#include "export/employeerecord.h"
 
 #include <QHash>
 #include <QVector>

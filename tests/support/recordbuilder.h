@@ -3,7 +3,7 @@
 // Employee records and export lines with good defaults: a test states only what it is about.
 #pragma once
 
-#include "worker/employeerecord.h"
+#include "export/employeerecord.h"
 
 /// record().pid(1234, 1).branch(7) is a usable, current employee of branch 7.
 class RecordBuilder

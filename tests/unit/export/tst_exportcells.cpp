@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The fast ways of reading a cell accept and refuse what Qt's own do, and give the same.
-#include "worker/exportcells.h"
+#include "export/exportcells.h"
 #include "worker/thrworker.h"
 
 #include <QtTest>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // One employment relation, as the export file or a row of `people` states it.
-#include "worker/employeerecord.h"
+#include "export/employeerecord.h"
 
 #include <QLocale>
 

@@ -1,9 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The cells of the export file. What has the common form is read here; Qt reads the rest.
-#include "worker/exportcells.h"
-
-#include "worker/thrworker.h"
+#include "export/exportcells.h"
 
 #include <QDateTime>
 
@@ -53,7 +51,7 @@ bool isCommonYear(int year)
 
 QDate dateInAnyForm(const QStringRef &cell)
 {
-    return THRWorker::dateFromText(cell.toString(), QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz"));
+    return dateFromText(cell.toString(), QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz"));
 }
 
 QDate dateInCommonForm(const QStringRef &cell)
@@ -101,5 +99,10 @@ QDate dateFromCell(const QStringRef &cell, DateCache *cache)
     const qint64 stated = digitsOfCommonForm(cell);
     if (stated < 0)
         return dateInAnyForm(cell);
-    return cache->answer(stated, [&] { return dateInCommonForm(cell); });
+    return cache->day(stated, [&] { return dateInCommonForm(cell); });
+}
+
+QDate dateFromText(const QString &text, const QString &format)
+{
+    return QDateTime::fromString(text, format).date();
 }

@@ -1,41 +1,41 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// The cache of answers: what is asked, and how often.
-#include "worker/answercache.h"
+// The cache of days: what is asked, and how often.
+#include "export/daycache.h"
 
 #include <QtTest>
 
 namespace {
 
-/// Answers each number with its double, and counts how often it was asked.
+/// Answers each number with the Julian day of its double, and counts how often it was asked.
 class Doubling
 {
 public:
     int of(int number)
     {
-        return cache.answer(number, [this, number] {
+        const QDate day = cache.day(number, [this, number] {
             ++asked;
-            return 2 * number;
+            return QDate::fromJulianDay(2 * number);
         });
+        return static_cast<int>(day.toJulianDay());
     }
 
-    AnswerCache<int, int> cache;
+    DayCache<int> cache;
     int asked = 0;
 };
 
 } // namespace
 
-class tst_AnswerCache : public QObject
+class tst_DayCache : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void answer_isAskedForOnce();
-    void answer_beginsAnewAfterTheMost();
-    void clear_forgets();
+    void day_isAskedForOnce();
+    void day_beginsAnewAfterTheMost();
 };
 
-void tst_AnswerCache::answer_isAskedForOnce()
+void tst_DayCache::day_isAskedForOnce()
 {
     Doubling doubling;
     QCOMPARE(doubling.of(7), 14);
@@ -46,7 +46,7 @@ void tst_AnswerCache::answer_isAskedForOnce()
     QCOMPARE(doubling.asked, 2);
 }
 
-void tst_AnswerCache::answer_beginsAnewAfterTheMost()
+void tst_DayCache::day_beginsAnewAfterTheMost()
 {
     const int most = 50000;
     Doubling doubling;
@@ -65,14 +65,5 @@ void tst_AnswerCache::answer_beginsAnewAfterTheMost()
     QCOMPARE(doubling.asked, 2 * most);
 }
 
-void tst_AnswerCache::clear_forgets()
-{
-    Doubling doubling;
-    doubling.of(7);
-    doubling.cache.clear();
-    QCOMPARE(doubling.of(7), 14);
-    QCOMPARE(doubling.asked, 2);
-}
-
-QTEST_GUILESS_MAIN(tst_AnswerCache)
-#include "tst_answercache.moc"
+QTEST_GUILESS_MAIN(tst_DayCache)
+#include "tst_daycache.moc"

@@ -3,7 +3,7 @@
 // The cells of the export file. Nothing is trimmed, and what cannot be read is no error.
 #pragma once
 
-#include "worker/answercache.h"
+#include "export/daycache.h"
 
 #include <QDate>
 #include <QString>
@@ -15,8 +15,11 @@ uint numberFromCell(const QStringRef &cell);
 double balanceFromCell(const QStringRef &cell);
 
 /// Dates by the digits of their cells.
-using DateCache = AnswerCache<qint64, QDate>;
+using DateCache = DayCache<qint64>;
 
 /// The date of a cell that states it with its time; invalid when the cell has any other form, also
 /// that of a date without a time.
 QDate dateFromCell(const QStringRef &cell, DateCache *cache);
+/// The date of a text in the format of a date and time; invalid when the text does not match, or
+/// states a moment that the time zone does not have.
+QDate dateFromText(const QString &text, const QString &format);
