@@ -49,7 +49,7 @@ while read -r text; do
 done < <({
     tools/literals.pl 'qWarning|qCritical|reportSqlError' "${plugin[@]}"
     tools/literals.pl 'settings->value\(QStringLiteral' "${plugin[@]}"
-    grep -oE '"[A-Z][A-Za-z]+"' src/worker/thrworker_import.cpp | tr -d '"'
+    grep -oE '"[A-Z][A-Za-z]+"' src/export/exportline.cpp | tr -d '"'
 } | sort -u)
 
 exit "$failed"

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "export/employeerecord.h"
-#include "export/exportcells.h"
 #include "worker/waitingrecords.h"
 
 #include <QHash>
@@ -17,6 +16,7 @@
 
 class BranchesRepository;
 class GroupsPlanRepo;
+class LineReader;
 class OrvDbSettings;
 class QTimer;
 
@@ -193,6 +193,7 @@ private:
 
     void runPass();
     void addQueuedPeopleToBranches();
+    void takeLine(const QString &line, LineReader *reader);
     FundCheck checkFund(uint pid);
     Changes changesSinceLast(const EmployeeRecord &record, const FundCheck &fund) const;
     bool syncUnknownPerson(const EmployeeRecord &record);
@@ -223,7 +224,6 @@ private:
     OrvDbSettings *orvSettings = nullptr; ///< owned
     BranchesRepository *branchesRepo = nullptr; ///< child
     QVector<EmployeeRecord> importedRecords; ///< of this pass; doSync() takes from its end
-    DateCache exportDates; ///< of one reading
     QHash<uint, uint> branches; ///< branch number to bid
     QHash<uint, QStringList> branchPeople; ///< by bid, uids to be added at the end of the pass
     GroupsPlanRepo *groupsPlanRepo = nullptr; ///< child
