@@ -163,6 +163,15 @@ QStringList cellsOf(const QString &line)
     return cells;
 }
 
+LineFate fateOf(const EmployeeRecord &record)
+{
+    if (record.osobniCislo == 0 || record.poradoveCisloPP == 0)
+        return LineFate::NoKey;
+    if (record.jmeno.isEmpty() && record.prijmeni.isEmpty())
+        return LineFate::NoName;
+    return LineFate::Taken;
+}
+
 /// As it comes through a printf with %s.
 QString printed(const QString &text)
 {
@@ -175,18 +184,21 @@ void addLine(const QString &line, int logLevel, ExportModel *model)
         model->messages.append(QStringLiteral("debug THRWorker::parseLine('") + printed(line)
                                + QStringLiteral("')"));
     const QStringList cells = cellsOf(line);
-    if (cells.size() != columnCount) {
-        if (logLevel > 2)
-            model->messages.append(
-                QStringLiteral("warning THRWorker::parseLine() - parts count (%1) <> "
-                               "fields count(18) - line skipped!")
-                    .arg(cells.size()));
-        return;
+    ModelledLine entry;
+    entry.number = model->lineCount;
+    entry.cellCount = cells.size();
+    if (cells.size() == columnCount) {
+        entry.record = recordOf(cells);
+        entry.fate = fateOf(entry.record.record);
     }
-    const ModelledRecord modelled = recordOf(cells);
-    const bool named = !cells.at(3).isEmpty() || !cells.at(4).isEmpty();
-    if (modelled.record.osobniCislo != 0 && modelled.record.poradoveCisloPP != 0 && named)
-        model->records.append(modelled);
+    model->lines.append(entry);
+    if (entry.fate == LineFate::Taken)
+        model->records.append(entry.record);
+    if (entry.fate == LineFate::WrongCount && logLevel > 2)
+        model->messages.append(
+            QStringLiteral("warning THRWorker::parseLine() - parts count (%1) <> "
+                           "fields count(18) - line skipped!")
+                .arg(cells.size()));
 }
 
 QStringList messagesBefore(const QString &path, int logLevel)
@@ -221,6 +233,7 @@ ExportModel modelOfExport(const QByteArray &bytes, const QString &path, int logL
         int length = 0;
         while (begin + length < end && bytes.at(begin + length) != '\0')
             ++length;
+        ++model.lineCount;
         const QString line = withoutSpaceAround(
             QString::fromUtf8(bytes.constData() + begin, length));
         if (!line.isEmpty())

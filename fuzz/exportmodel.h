@@ -3,7 +3,7 @@
 // What the export file must come to, worked out without the code that is fuzzed.
 #pragma once
 
-#include "export/employeerecord.h"
+#include "export/exportline.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -17,10 +17,21 @@ struct ModelledRecord
     bool datesArePlain = true; ///< no sign or blank stands for a digit in a date
 };
 
-/// The records of an export file, and the log lines that the reading of it owes.
+/// A line that is not blank.
+struct ModelledLine
+{
+    int number = 0; ///< among all lines, from 1
+    int cellCount = 0;
+    LineFate fate = LineFate::WrongCount;
+    ModelledRecord record;
+};
+
+/// The lines of an export file, and the log lines that the reading of it owes.
 struct ExportModel
 {
-    QVector<ModelledRecord> records;
+    QVector<ModelledLine> lines;
+    int lineCount = 0; ///< blank ones, too
+    QVector<ModelledRecord> records; ///< of the lines that are taken
     QStringList messages;
 };
 
