@@ -42,14 +42,20 @@ while read -r pinned; do
     git grep -qF "void $class::$slot(" -- tests || complain "no test $pinned"
 done < <(git grep -hoE 'tst_[A-Za-z]+::[A-Za-z0-9_]+' -- src docs | sort -u)
 
-# What administrators look up: every warning and error of the plugin, every key, every column.
+# What administrators look up: every message of the plugin, every key, every column.
 mapfile -t plugin < <(git ls-files --cached --others --exclude-standard 'src/*.cpp')
-while read -r text; do
-    grep -qF -- "\`$text" docs/administration.md || complain "docs/administration.md lacks: $text"
-done < <({
-    tools/literals.pl 'qWarning|qCritical|reportSqlError' "${plugin[@]}"
+# look_up FILE: each line of the input must stand there as code.
+look_up() {
+    while read -r text; do
+        grep -qF -- "\`$text" "$1" || complain "$1 lacks: $text"
+    done < <(sort -u)
+}
+look_up docs/messages.md < <(
+    tools/literals.pl 'qDebug|qInfo|qWarning|qCritical|reportSqlError' "${plugin[@]}"
+)
+look_up docs/administration.md < <(
     tools/literals.pl 'settings->value\(QStringLiteral' "${plugin[@]}"
     grep -oE '"[A-Z][A-Za-z]+"' src/export/exportline.cpp | tr -d '"'
-} | sort -u)
+)
 
 exit "$failed"

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QtGlobal>
 
+enum class MessageEvent;
+
 /// Follows the passes through the messages of a plugin that runs at log level 2 at least.
 ///
 /// A plain object without a lock, part of MessageLog.
@@ -33,9 +35,7 @@ public:
     int recordsBegun() const { return begunRecords; }
 
 private:
-    Event seeDebug(const QString &text);
-    Event seeWarning(const QString &text);
-    void seePersonTrouble(const QString &text, const QString &trouble);
+    void countPerson(MessageEvent event);
 
     RunFigures runFigures;
     bool passRunning = false;
