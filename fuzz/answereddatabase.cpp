@@ -4,7 +4,7 @@
 #include "answereddatabase.h"
 
 #include "check.h"
-#include "passstatements.h"
+#include "host/catalogue/statements.h"
 
 #include <QSqlDriver>
 #include <QSqlError>
@@ -120,14 +120,19 @@ protected:
     bool reset(const QString &statement) override
     {
         FUZZ_CHECK(current && driver()->isOpen(), QStringLiteral("too late: ") + statement);
-        const PassStatement shape = classify(statement, current->markersInTexts);
-        FUZZ_CHECK(shape != PassStatement::Unknown, QStringLiteral("unknown: ") + statement);
-        return answer(shape, statement);
+        const ClassifiedStatement known = classifyStatement(statement);
+        FUZZ_CHECK(known.statement != PassStatement::Unknown
+                       && known.statement != PassStatement::WriteVariable,
+                   QStringLiteral("unknown: ") + statement);
+        FUZZ_CHECK(known.inPlace || current->markersInTexts,
+                   QStringLiteral("out of place: ") + statement);
+        return answer(known.statement, statement);
     }
 
     bool prepare(const QString &) override
     {
-        FUZZ_CHECK(isPreparedStatement(lastQuery()), QStringLiteral("unknown: ") + lastQuery());
+        FUZZ_CHECK(classifyStatement(lastQuery()).statement == PassStatement::WriteVariable,
+                   QStringLiteral("unknown: ") + lastQuery());
         return succeed(current->next() % 16);
     }
 

@@ -4,9 +4,9 @@
 #include "answereddatabase.h"
 #include "check.h"
 #include "exportmodel.h"
+#include "host/catalogue/messages.h"
 #include "memoryfile.h"
 #include "messagelist.h"
-#include "passmessages.h"
 #include "support/workerpeer.h"
 
 #include <QCoreApplication>
@@ -53,23 +53,45 @@ void setUp(THRWorker *worker, const Choices &choices, const QString &importFile)
         worker->setMes({{21, QStringLiteral("materská")}, {22, QString()}});
 }
 
+/// The message of the catalogue that stands in the list as "debug TEXT" and the like; null if none
+/// does.
+const PluginMessage *messageOf(const QString &listed)
+{
+    const QString level = listed.section(QLatin1Char(' '), 0, 0);
+    const QtMsgType type = level == QLatin1String("debug") ? QtDebugMsg
+        : level == QLatin1String("info")                   ? QtInfoMsg
+        : level == QLatin1String("warning")                ? QtWarningMsg
+                                                           : QtCriticalMsg;
+    return findMessage(type, listed.mid(level.size() + 1));
+}
+
+/// The error of the database may stand alone in a message; all others are the plugin's own and of
+/// the log level.
+void checkMessage(const Choices &choices, const PluginMessage *message, const QString &listed)
+{
+    if (listed == QLatin1String("critical ") + AnsweredDatabase::errorText())
+        return;
+    FUZZ_CHECK(message && topicOf(*message).ofPlugin, QStringLiteral("nobody's: ") + listed);
+    FUZZ_CHECK(message->level <= choices.logLevel,
+               QStringLiteral("at level %1: ").arg(choices.logLevel) + listed);
+}
+
 /// Every message is one of a pass and of its level; one pass begins and ends in the log, and the
 /// end tells how many records wait.
 void checkMessages(const Choices &choices, bool passRan, int waiting)
 {
     int begins = 0;
-    for (const QString &message : MessageList::all()) {
-        begins += message.startsWith(QLatin1String("debug THRWorker: BEGIN synchronization #"));
-        const std::optional<int> lowest = lowestLevelOf(message, AnsweredDatabase::errorText());
-        FUZZ_CHECK(lowest.has_value(), QStringLiteral("nobody's: ") + message);
-        FUZZ_CHECK(*lowest <= choices.logLevel,
-                   QStringLiteral("at level %1: ").arg(choices.logLevel) + message);
+    QStringList ends;
+    for (const QString &listed : MessageList::all()) {
+        const PluginMessage *const message = messageOf(listed);
+        checkMessage(choices, message, listed);
+        begins += message && message->event == MessageEvent::PassBegins;
+        if (message && message->event == MessageEvent::PassEnds)
+            ends.append(listed);
     }
     if (choices.logLevel == 0)
         return;
     const QString end = QStringLiteral("(waiting records: %1)").arg(waiting);
-    const QStringList ends = MessageList::all().filter(
-        QStringLiteral("debug THRWorker: END synchronization #"));
     FUZZ_CHECK(begins == (passRan ? 1 : 0) && ends.size() == begins,
                QStringLiteral("%1 begins, %2 ends").arg(begins).arg(ends.size()));
     FUZZ_CHECK(!passRan || ends.first().endsWith(end), ends.first());
