@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// The table of log levels, against the plugin itself and against the program.
+// The catalogue of messages, against the plugin itself and against the program.
 #include "host/base/programpaths.h"
 #include "host/catalogue/messagegate.h"
+#include "host/catalogue/messages.h"
 #include "host/database/hostdatabase.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/pluginfile.h"
@@ -64,6 +65,18 @@ QStringList belonging(const QVector<Message> &messages, int logLevel)
     QStringList texts;
     for (const Message &message : messages) {
         if (messageGate(message.type, message.text) <= logLevel)
+            texts.append(message.text);
+    }
+    return texts;
+}
+
+/// What the catalogue does not give to the plugin.
+QStringList strangers(const QVector<Message> &messages)
+{
+    QStringList texts;
+    for (const Message &message : messages) {
+        const PluginMessage *const known = findMessage(message.type, message.text);
+        if (!known || !topicOf(*known).ofPlugin)
             texts.append(message.text);
     }
     return texts;
@@ -206,6 +219,7 @@ void tst_MessageGate::filteredLevel3EqualsThePluginAtEachLevel()
     QVERIFY(!patientMessagesAt(2, passes).isEmpty());
     const QVector<Message> everything = patientMessagesAt(3, passes);
     QVERIFY(!everything.isEmpty());
+    QCOMPARE(strangers(everything), QStringList());
     for (int logLevel = 0; logLevel < levels; ++logLevel) {
         QStringList printed;
         const QVector<Message> messages = patientMessagesAt(logLevel, passes);

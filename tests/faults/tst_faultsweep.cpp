@@ -3,6 +3,7 @@
 // A pass in which any one call of the database fails, or some from any one on, or all.
 #include "repository/branchesrepository.h"
 #include "repository/groupsplanrepo.h"
+#include "support/catalogue/knownevents.h"
 #include "support/faults/expectedpass.h"
 #include "support/localseconds.h"
 #include "support/workerfixture.h"
@@ -72,8 +73,8 @@ public:
     QStringList take()
     {
         QStringList told;
-        const QStringList all = log.take();
-        for (const QString &event : all) {
+        all = log.take();
+        for (const QString &event : qAsConst(all)) {
             if ((!event.startsWith(QLatin1String("debug "))
                  && !event.startsWith(QLatin1String("info ")))
                 || event.startsWith(QLatin1String("debug THRWorker::doSyncRecord("))
@@ -82,6 +83,9 @@ public:
         }
         return told;
     }
+
+    /// All events of the pass that take() gave last.
+    const QStringList &allEvents() const { return all; }
 
     /// Texts of the table with the numbers of this company.
     QStringList own(QStringList texts) const
@@ -214,6 +218,7 @@ private:
 
     static int companies;
     const int company;
+    QStringList all;
     int callsBefore = 0;
 };
 
@@ -235,6 +240,27 @@ bool matches(const QString &text, const QString &pattern)
         from = found + parts.at(i).size();
     }
     return from + parts.last().size() <= text.size();
+}
+
+/// Whom the call of the table is about: the person whose letter its id begins with, or those in its
+/// lists.
+NamedPeople peopleOf(const QString &id, const QString &text, NamedPeople::Key key,
+                     const Company &company)
+{
+    NamedPeople named {key, {}};
+    const int person = QStringLiteral(".ABCDEFGHI").indexOf(id.at(0));
+    if (person > 0) {
+        const uint number = static_cast<uint>(person);
+        named.ids = {key == NamedPeople::Pid ? company.number(number) * 10 + 1 : 100 + number};
+        return named;
+    }
+    const bool pairs = text.contains(QLatin1String(" VALUES ("));
+    auto uids = QRegularExpression(pairs ? QStringLiteral("\\(\\d+, (\\d+)\\)")
+                                         : QStringLiteral("(?:IN\\(|,) ?(\\d+)(?=,|\\))"))
+                    .globalMatch(text);
+    while (uids.hasNext())
+        named.ids.append(uids.next().captured(1).toUInt());
+    return named;
 }
 
 /// Where the events leave the patterns, in words; empty where they nowhere do.
@@ -263,6 +289,7 @@ private Q_SLOTS:
     void matches_takesDotsForAnything();
     void pass_withoutAFaultIsTheTable_data();
     void pass_withoutAFaultIsTheTable();
+    void catalogue_hasThePersonOfEachCall();
     void pass_withOneFailingCallOwesWhatTheTableTells_data();
     void pass_withOneFailingCallOwesWhatTheTableTells();
     void pass_withSomeFailingCallsOwesWhatTheTableTells_data();
@@ -335,9 +362,34 @@ void tst_FaultSweep::pass_withoutAFaultIsTheTable()
     QCOMPARE(company.callCount(), expected.calls().size());
     const QStringList events = company.take();
     QCOMPARE(firstDifference(events, company.own(expected.events())), QString());
+    QCOMPARE(strangers(company.allEvents(), level), QStringList());
     // Nobody has any reason to complain.
     QCOMPARE(complaints(events), QStringList());
     compareMembers(company, expected);
+}
+
+void tst_FaultSweep::catalogue_hasThePersonOfEachCall()
+{
+    Company company(0);
+    company.tick();
+    const QStringList calls = ExpectedPass(0, {}).calls();
+    const QStringList events = company.take();
+    QCOMPARE(events.size(), calls.size());
+    KnownEvents known;
+    QSet<QString> aboutNobody;
+    for (int i = 0; i < calls.size(); ++i) {
+        if (!KnownEvents::isStatement(events.at(i)))
+            continue;
+        const NamedPeople named = peopleIn(known.statement(events.at(i)));
+        if (named.key == NamedPeople::Nobody)
+            aboutNobody.insert(calls.at(i).section(QLatin1Char('.'), -1));
+        else
+            QCOMPARE(named, peopleOf(calls.at(i), events.at(i), named.key, company));
+    }
+    const QStringList expected = lines({"force", "people", "branches", "fund", "blocks", "list",
+                                        "prepare", "admin", "group", "terminals", "mark", "admins",
+                                        "cleared"});
+    QCOMPARE(aboutNobody, QSet<QString>(expected.begin(), expected.end()));
 }
 
 void tst_FaultSweep::addColumns()
@@ -403,6 +455,7 @@ void tst_FaultSweep::runPass()
     company.tick();
     const ExpectedPass expected(level, fault);
     QCOMPARE(firstDifference(company.take(), company.own(expected.events())), QString());
+    QCOMPARE(strangers(company.allEvents(), level), QStringList());
     compareMembers(company, expected);
     if (!QTest::currentTestFailed())
         runNextPass(company);

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The catalogue against the transcript of a company over four passes: it knows every statement and
 // every message there, and whom each is about.
-#include "host/catalogue/messages.h"
-#include "host/catalogue/statements.h"
+#include "support/catalogue/knownevents.h"
 
 #include <QFile>
 #include <QHash>
@@ -105,36 +104,6 @@ private:
     QHash<uint, uint> uids;
 };
 
-/// A statement of the transcript; what was bound to the one that was prepared last.
-ClassifiedStatement statementOf(const QString &event, QString *prepared)
-{
-    const QString text = captured(event, "^sql exec (.*)");
-    if (!text.isEmpty())
-        return classifyStatement(text);
-    const QString preparing = captured(event, "^sql prepare (.*)");
-    if (!preparing.isEmpty()) {
-        *prepared = preparing;
-        return classifyStatement(preparing);
-    }
-    return classifyStatement(
-        *prepared,
-        {captured(event, ":name=(.*), :value="), captured(event, ":name=.*, :value=(.*)$")});
-}
-
-bool isStatement(const QString &event)
-{
-    return !captured(event, "^sql (exec|prepare|run) ").isEmpty();
-}
-
-QtMsgType typeOf(const QString &event)
-{
-    const QString level = event.section(QLatin1Char(' '), 0, 0);
-    return level == QLatin1String("debug")  ? QtDebugMsg
-        : level == QLatin1String("info")    ? QtInfoMsg
-        : level == QLatin1String("warning") ? QtWarningMsg
-                                            : QtCriticalMsg;
-}
-
 } // namespace
 
 class tst_CatalogueTranscript : public QObject
@@ -161,14 +130,14 @@ void tst_CatalogueTranscript::initTestCase()
 void tst_CatalogueTranscript::statements_areKnownAndHaveTheirPerson()
 {
     Walk walk;
-    QString prepared;
+    KnownEvents known;
     QSet<int> met;
     int aboutSomebody = 0;
     for (const QString &event : qAsConst(events)) {
         walk.take(event);
-        if (!isStatement(event))
+        if (!KnownEvents::isStatement(event))
             continue;
-        const ClassifiedStatement statement = statementOf(event, &prepared);
+        const ClassifiedStatement statement = known.statement(event);
         const NamedPeople people = peopleIn(statement);
         QVERIFY2(statement.statement != PassStatement::Unknown, qPrintable(event));
         QVERIFY2(statement.inPlace, qPrintable(event));
@@ -185,15 +154,13 @@ void tst_CatalogueTranscript::statements_areKnownAndHaveTheirPerson()
 /// Tables and routines as the text itself has them.
 void tst_CatalogueTranscript::statements_needWhatTheirTextNames()
 {
-    QString prepared;
+    KnownEvents known;
     for (const QString &event : qAsConst(events)) {
-        if (!isStatement(event))
+        if (!KnownEvents::isStatement(event))
             continue;
-        const StatementFacts &facts = factsOf(statementOf(event, &prepared).statement);
-        QString text = event.startsWith(QLatin1String("sql run "))
-            ? prepared
-            : event.section(QLatin1Char(' '), 2);
-        text = text.section(QStringLiteral(" ON DUPLICATE KEY "), 0, 0);
+        const StatementFacts &facts = factsOf(known.statement(event).statement);
+        const QString text = known.statementText(event).section(
+            QStringLiteral(" ON DUPLICATE KEY "), 0, 0);
         QSet<QString> tables;
         QSet<QString> routines;
         for (const StatementNeed &need : facts.needs)
@@ -217,10 +184,9 @@ void tst_CatalogueTranscript::messages_areKnownAndNameTheirPerson()
         walk.take(event);
         if (event.startsWith(QLatin1String("sql ")))
             continue;
-        const QString text = event.section(QLatin1Char(' '), 1);
-        const PluginMessage *const message = findMessage(typeOf(event), text);
+        const PluginMessage *const message = KnownEvents::message(event);
         QVERIFY2(message && topicOf(*message).ofPlugin, qPrintable(event));
-        const NamedPeople people = peopleIn(*message, text);
+        const NamedPeople people = peopleIn(*message, KnownEvents::messageText(event));
         QCOMPARE(walk.objection(people) + event, event);
         aboutSomebody += people.key != NamedPeople::Nobody;
     }
