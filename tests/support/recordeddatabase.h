@@ -8,15 +8,15 @@
 
 #include <functional>
 
-/// A handle that is not open, to the database of the one given. Its calls and those of its clones
-/// land in the EventLog, in the form that ScriptedDatabase gives them, and then go to the real
-/// database. It belongs to the caller, who removes its connection; the given one may go.
+/// A handle that is not open, to the MySQL database of the one given. Its calls and those of its
+/// clones land in the EventLog, in the form that ScriptedDatabase gives them, and then go to the
+/// real database. It belongs to the caller, who removes its connection; the given one may go.
 QSqlDatabase recordedHandle(const QSqlDatabase &database);
 
 /// Comes before each call of every recorded database, on the thread that makes the call, as long as
-/// it lives; there is one at a time. It is given the call in the form of the EventLog, without its
-/// "sql ". The call fails with the error that comes back, and does not reach the real database; an
-/// error that is not valid lets it go on. A close is announced as well, but cannot fail.
+/// it lives; there is one at a time. It is given the text of the DatabaseCall. The call fails with
+/// the error that comes back, and does not reach the real database; an error that is not valid lets
+/// it go on. A close is announced as well, but cannot fail.
 class RecordedCallHook
 {
 public:

@@ -3,6 +3,8 @@
 // A database that answers by script and writes down every call.
 #pragma once
 
+#include "host/database/answeringdriver.h"
+
 #include <QSqlDatabase>
 #include <QStringList>
 #include <QVariant>
@@ -13,16 +15,8 @@
 #include <vector>
 
 /// What the scripted database answers to a call.
-struct ScriptedAnswer
+struct ScriptedAnswer : DatabaseAnswer
 {
-    QStringList columns;
-    QVector<QVariantList> rows;
-    QVariant insertId;
-    int affected = 0;
-    bool fails = false;
-    bool reportsError = false;
-    QString errorCode;
-    QString errorText;
     std::function<void()> sideEffect; ///< called before the answer is given
 
     ScriptedAnswer &withRows(const QStringList &names, const QVector<QVariantList> &values);
@@ -35,13 +29,10 @@ struct ScriptedAnswer
     ScriptedAnswer &doing(const std::function<void()> &effect);
 };
 
-/// The script behind the driver "SCRIPTED", and the handle by which code under test reaches it.
+/// The script behind a driver, and the handle by which code under test reaches it.
 ///
-/// Each call lands in the EventLog: "sql open", "sql close", "sql exec STATEMENT",
-/// "sql prepare STATEMENT", "sql run NAME=VALUE, NAME=VALUE" (a prepared statement with its values;
-/// NAME is a number where the values were bound by their place),
-/// "sql begin", "sql commit", "sql rollback". There is one script at a time, shared by all clones
-/// of the handle and by all threads.
+/// Each call lands in the EventLog: "sql " and the text of the DatabaseCall. There is one script at
+/// a time, shared by all clones of the handle and by all threads.
 ///
 /// Without a rule a statement succeeds with no rows, no insert id and no affected rows.
 class ScriptedDatabase
@@ -56,7 +47,7 @@ public:
     /// told.
     QSqlDatabase handle(const QString &databaseName = QStringLiteral("scripted"));
 
-    /// The answer to every call that contains the text ("open", "begin", "prepare ..." and
+    /// The answer to every call whose text contains this one ("open", "begin", "prepare ..." and
     /// statements alike). The newest rule wins. With `times` the rule is used up after so many
     /// calls.
     ScriptedAnswer &on(const QString &text, int times = -1);
@@ -67,9 +58,6 @@ public:
     void failCalls(int first, int last);
     int callCount() const;
 
-    /// For the driver: writes the call down and gives its answer.
-    static ScriptedAnswer call(const QString &call);
-
 private:
     struct Rule
     {
@@ -78,7 +66,10 @@ private:
         ScriptedAnswer answer;
     };
 
-    ScriptedAnswer answerTo(const QString &call);
+    static std::shared_ptr<const DatabaseAnswer> answerTo(const DatabaseCall &call);
+    ScriptedAnswer nextAnswer(const QString &call);
+
+    const RegisteredDriver driver = answeringDriver(answerTo);
 
     // Addresses of answers must last: a rule is filled after it was made.
     std::vector<std::unique_ptr<Rule>> rules;
