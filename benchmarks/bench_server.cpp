@@ -2,15 +2,18 @@
 // SPDX-License-Identifier: MIT
 // One pass on a private MariaDB, in turn with the very calls of that pass made by a bare client.
 #include "company.h"
+#include "host/database/recordingdriver.h"
 #include "measure.h"
 #include "replay.h"
-#include "support/recordeddatabase.h"
 #include "support/testdatabase.h"
 #include "worker/thrworker.h"
 
 #include <QElapsedTimer>
 
+#include <array>
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -61,12 +64,28 @@ void setUpDatabase(Kind kind)
         database.execute(QStringLiteral("INSERT INTO funds (fid, iid, unit) VALUES (1, 3, 2)"));
 }
 
-/// A worker on the server, over a handle that may record its calls.
+/// Keeps the calls that it sees.
+class CallList : public CallObserver
+{
+public:
+    QSqlError before(const DatabaseCall &call) override
+    {
+        calls.append(replayedCall(call));
+        return QSqlError();
+    }
+
+    QVector<ReplayedCall> take() { return std::exchange(calls, {}); }
+
+private:
+    QVector<ReplayedCall> calls;
+};
+
+/// A worker on the server.
 class Plugin
 {
 public:
-    explicit Plugin(bool recorded) :
-        handle(recorded ? recordedHandle(server().handle()) : server().handle())
+    explicit Plugin(const QSqlDatabase &database) :
+        handle(database)
     {
         worker->setOrvDb(handle);
         worker->setSyncInterval(1);
@@ -109,13 +128,13 @@ public:
     bool isOnce() const { return kind == First || kind == FirstWithoutPam || kind == OneBranch; }
 
     /// Makes the database what it is before the pass. A worker that has seen the company stays.
-    void prepare(std::unique_ptr<Plugin> *plugin, bool recorded)
+    void prepare(std::unique_ptr<Plugin> *plugin, const std::function<QSqlDatabase()> &newHandle)
     {
         if (isOnce())
             setUpDatabase(kind);
         if (isOnce() || !*plugin) {
             plugin->reset();
-            *plugin = std::make_unique<Plugin>(recorded);
+            *plugin = std::make_unique<Plugin>(newHandle());
             // New people wait a pass for their balance, and one more until nobody asks again.
             for (int i = 0; i < 3 && !isOnce(); ++i)
                 (*plugin)->tick(exports[0]);
@@ -141,15 +160,24 @@ private:
     QString exports[2];
 };
 
-QVector<ReplayedCall> recordedPass(Scene *scene, std::unique_ptr<Plugin> *plugin, int pass)
+/// The calls of a pass there and of one back.
+std::array<QVector<ReplayedCall>, 2> recordedPasses(Scene *scene)
 {
-    QVector<ReplayedCall> calls;
-    scene->prepare(plugin, true);
-    const RecordedCallHook hook([&](const QString &call) {
-        calls.append(replayedCall(call));
-        return QSqlError();
-    });
-    (*plugin)->tick(scene->exportOf(pass));
+    const auto list = std::make_shared<CallList>();
+    const RegisteredDriver driver = recordingDriver(QStringLiteral("QMYSQL"), list);
+    const auto newHandle = [&driver] {
+        const QSqlDatabase handle = server().handle();
+        return driver.addHandleTo(handle, handle.connectionName() + QStringLiteral("-recorded"));
+    };
+    std::unique_ptr<Plugin> plugin;
+    std::array<QVector<ReplayedCall>, 2> calls;
+    // After the first pass all uids are known, as in the measured ones.
+    for (const int pass : {1, 0, 1}) {
+        scene->prepare(&plugin, newHandle);
+        list->take();
+        plugin->tick(scene->exportOf(pass));
+        calls[static_cast<std::size_t>(pass)] = list->take();
+    }
     return calls;
 }
 
@@ -164,13 +192,7 @@ void pass(benchmark::State &state, Kind kind)
 {
     const Silence silence;
     Scene scene(kind, static_cast<int>(state.range(0)));
-    QVector<ReplayedCall> calls[2];
-    {
-        std::unique_ptr<Plugin> recorded;
-        recordedPass(&scene, &recorded, 1); // after it, all uids are known, as in the measured ones
-        for (int i = 0; i < 2; ++i)
-            calls[i] = recordedPass(&scene, &recorded, i);
-    }
+    const std::array<QVector<ReplayedCall>, 2> calls = recordedPasses(&scene);
 
     std::unique_ptr<Plugin> plugin;
     Replay replay(server().server().socketPath(), QStringLiteral("talvenhr"),
@@ -182,15 +204,15 @@ void pass(benchmark::State &state, Kind kind)
         double round = 0;
         QElapsedTimer timer;
         for (int i = 0; i < 2; ++i) {
-            scene.prepare(&plugin, false);
+            scene.prepare(&plugin, [] { return server().handle(); });
             timer.start();
             plugin->tick(scene.exportOf(i));
             round += seconds(timer);
         }
-        for (int i = 0; i < 2; ++i) {
+        for (const QVector<ReplayedCall> &ofPass : calls) {
             scene.prepareReplay();
             timer.start();
-            replay.send(calls[i]);
+            replay.send(ofPass);
             ofCalls += seconds(timer);
         }
         ofPasses += round;

@@ -5,49 +5,16 @@
 
 #include <QRegularExpression>
 
-namespace {
-
-QString behind(const QString &call, const char *word)
+ReplayedCall replayedCall(const DatabaseCall &call)
 {
-    const QString begin = QLatin1String(word) + QLatin1Char(' ');
-    return call.startsWith(begin) ? call.mid(begin.size()) : QString();
-}
-
-/// The values of "0=text, 1=text": the only prepared statement of a pass has two, a name without a
-/// comma and a text.
-QVector<QByteArray> boundValues(const QString &text)
-{
-    const QRegularExpression form(QStringLiteral("^[^=]+=(.*?), [^=,]+=(.*)$"),
-                                  QRegularExpression::DotMatchesEverythingOption);
-    const QRegularExpressionMatch match = form.match(text);
-    if (!match.hasMatch())
-        qFatal("not the values of a prepared statement: %s", qPrintable(text));
-    return {match.captured(1).toUtf8(), match.captured(2).toUtf8()};
-}
-
-} // namespace
-
-ReplayedCall replayedCall(const QString &call)
-{
-    static const QStringList words {QStringLiteral("open"), QStringLiteral("close"),
-                                    QStringLiteral("begin"), QStringLiteral("commit"),
-                                    QStringLiteral("rollback")};
     ReplayedCall replayed;
-    const int word = words.indexOf(call);
-    if (word >= 0) {
-        replayed.kind = static_cast<ReplayedCall::Kind>(word);
-    } else if (call.startsWith(QLatin1String("prepare "))) {
-        replayed.kind = ReplayedCall::Prepare;
-        replayed.text = behind(call, "prepare")
-                            .replace(QRegularExpression(QStringLiteral(":(name|value)")),
-                                     QStringLiteral("?"))
-                            .toUtf8();
-    } else if (call.startsWith(QLatin1String("run "))) {
-        replayed.kind = ReplayedCall::Run;
-        replayed.values = boundValues(behind(call, "run"));
-    } else {
-        replayed.text = behind(call, "exec").toUtf8();
-    }
+    replayed.kind = call.kind;
+    QString text = call.statement;
+    if (call.kind == DatabaseCall::Prepare)
+        text.replace(QRegularExpression(QStringLiteral(":(name|value)")), QStringLiteral("?"));
+    replayed.text = text.toUtf8();
+    for (const DatabaseCall::Value &bound : call.values)
+        replayed.values.append(bound.value.toString().toUtf8());
     return replayed;
 }
 
@@ -72,28 +39,28 @@ void Replay::send(const QVector<ReplayedCall> &calls)
 void Replay::send(const ReplayedCall &call)
 {
     switch (call.kind) {
-    case ReplayedCall::Open:
+    case DatabaseCall::Open:
         open();
         break;
-    case ReplayedCall::Close:
+    case DatabaseCall::Close:
         close();
         break;
-    case ReplayedCall::Begin:
+    case DatabaseCall::Begin:
         exec("BEGIN WORK");
         break;
-    case ReplayedCall::Commit:
+    case DatabaseCall::Commit:
         exec("COMMIT");
         break;
-    case ReplayedCall::Rollback:
+    case DatabaseCall::Rollback:
         exec("ROLLBACK");
         break;
-    case ReplayedCall::Exec:
+    case DatabaseCall::Exec:
         exec(call.text);
         break;
-    case ReplayedCall::Prepare:
+    case DatabaseCall::Prepare:
         prepare(call.text);
         break;
-    case ReplayedCall::Run:
+    case DatabaseCall::Run:
         run(call.values);
         break;
     }

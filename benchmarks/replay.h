@@ -3,24 +3,24 @@
 // The calls of a pass, made again by a bare client of the database.
 #pragma once
 
+#include "host/database/databasecall.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QVector>
 
 #include <mysql.h>
 
-/// One call as the recording database announces it, ready to be sent.
+/// A call, ready to be sent.
 struct ReplayedCall
 {
-    enum Kind { Open, Close, Begin, Commit, Rollback, Exec, Prepare, Run };
-
-    Kind kind = Exec;
+    DatabaseCall::Kind kind = DatabaseCall::Exec;
     QByteArray text; ///< of a statement, in UTF-8
     QVector<QByteArray> values; ///< of a run
 };
 
-/// The call in the form of RecordedCallHook. Placeholders with names become "?".
-ReplayedCall replayedCall(const QString &call);
+/// Placeholders with names become "?".
+ReplayedCall replayedCall(const DatabaseCall &call);
 
 /// Sends calls over a connection of its own and fetches all rows that come, as the plugin does, and
 /// makes nothing of them. A call that fails ends the program.
