@@ -6,20 +6,16 @@
 #include "check.h"
 #include "host/catalogue/statements.h"
 
-#include <QSqlDriver>
 #include <QSqlError>
-#include <QSqlField>
-#include <QSqlRecord>
-#include <QSqlResult>
+#include <QStringList>
 #include <QVector>
 
 #include <limits>
+#include <memory>
 
 namespace {
 
 AnsweredDatabase *current = nullptr;
-
-using Row = QVector<QVariant>;
 
 /// What kind of answer a byte asks for, by its low four bits.
 enum Kind {
@@ -34,10 +30,10 @@ enum Kind {
     FailsWithoutError
 };
 
-QSqlError oddError(QSqlError::ErrorType type)
+QSqlError oddError()
 {
-    return QSqlError(QStringLiteral("(driver)"), QStringLiteral("%s 'odd' %1"), type,
-                     QStringLiteral("1205"));
+    return QSqlError(QStringLiteral("(driver)"), QStringLiteral("%s 'odd' %1"),
+                     QSqlError::UnknownError, QStringLiteral("1205"));
 }
 
 /// The number at the end of a statement, without what closes it.
@@ -52,7 +48,7 @@ uint lastNumber(const QString &statement)
     return statement.mid(begin, end - begin).toUInt();
 }
 
-QVector<Row> uidOfPid(uint pid)
+QVector<QVariantList> uidOfPid(uint pid)
 {
     if (pid % 8 == 0 || pid > 65535)
         return {};
@@ -60,7 +56,7 @@ QVector<Row> uidOfPid(uint pid)
 }
 
 /// What a healthy database has for a statement; the people are chosen elsewhere.
-QVector<Row> healthyRows(PassStatement shape, const QString &statement)
+QVector<QVariantList> healthyRows(PassStatement shape, const QString &statement)
 {
     switch (shape) {
     case PassStatement::Branches:
@@ -107,205 +103,29 @@ int columnCount(PassStatement shape)
     }
 }
 
-} // namespace
-
-class AnsweredResult : public QSqlResult
+QStringList columnsOf(const QString &statement)
 {
-public:
-    explicit AnsweredResult(const QSqlDriver *driver) :
-        QSqlResult(driver)
-    { }
-
-protected:
-    bool reset(const QString &statement) override
-    {
-        FUZZ_CHECK(current && driver()->isOpen(), QStringLiteral("too late: ") + statement);
-        const ClassifiedStatement known = classifyStatement(statement);
-        FUZZ_CHECK(known.statement != PassStatement::Unknown
-                       && known.statement != PassStatement::WriteVariable,
-                   QStringLiteral("unknown: ") + statement);
-        FUZZ_CHECK(known.inPlace || current->markersInTexts,
-                   QStringLiteral("out of place: ") + statement);
-        return answer(known.statement, statement);
-    }
-
-    bool prepare(const QString &) override
-    {
-        FUZZ_CHECK(classifyStatement(lastQuery()).statement == PassStatement::WriteVariable,
-                   QStringLiteral("unknown: ") + lastQuery());
-        return succeed(current->next() % 16);
-    }
-
-    bool exec() override
-    {
-        FUZZ_CHECK(boundValueCount() == 2, QStringLiteral("values missing"));
-        for (int i = 0; i < 2; ++i)
-            FUZZ_CHECK(boundValue(i).isValid(), QStringLiteral("value %1 not bound").arg(i));
-        return succeed(current->next() % 16);
-    }
-
-    QVariant data(int column) override { return rows.at(at()).value(column); }
-    bool isNull(int column) override { return data(column).isNull(); }
-    int size() override { return rows.size(); }
-    int numRowsAffected() override { return affected; }
-    QVariant lastInsertId() const override { return affected > 0 ? QVariant(9) : QVariant(); }
-    bool fetchFirst() override { return fetch(0); }
-    bool fetchLast() override { return fetch(rows.size() - 1); }
-
-    bool fetch(int row) override
-    {
-        if (row < 0 || row >= rows.size())
-            return false;
-        setAt(row);
-        return true;
-    }
-
-    QSqlRecord record() const override
-    {
-        QSqlRecord fields;
-        for (const QString &name : names)
-            fields.append(QSqlField(name));
-        return fields;
-    }
-
-private:
-    bool answer(PassStatement shape, const QString &statement);
-    bool succeed(int kind);
-    QVector<Row> people();
-    Row oddRow(int columns);
-
-    QStringList names;
-    QVector<Row> rows;
-    int affected = 0;
-};
-
-/// Sets the state of the result, but for its rows.
-bool AnsweredResult::succeed(int kind)
-{
-    const bool fails = kind == Fails || kind == FailsWithoutError;
-    rows.clear();
-    affected = fails || kind == NoRows ? 0 : kind == UnknownCount ? -1 : 1;
-    setAt(QSql::BeforeFirstRow);
-    setSelect(!names.isEmpty());
-    setActive(!fails);
-    setLastError(kind == Fails || kind == ErrorBeside ? oddError(QSqlError::StatementError)
-                                                      : QSqlError());
-    return !fails;
-}
-
-bool AnsweredResult::answer(PassStatement shape, const QString &statement)
-{
-    names.clear();
     if (statement.startsWith(QLatin1String("SELECT name, value")))
-        names = QStringList {QStringLiteral("name"), QStringLiteral("value")};
-    else if (statement.startsWith(QLatin1String("SELECT")))
-        names = QStringList {QStringLiteral("value")};
-    if (shape == PassStatement::UidByPid) {
-        succeed(Healthy);
-        rows = uidOfPid(lastNumber(statement));
-        return true;
-    }
-
-    const uint8_t byte = current->next();
-    const int kind = byte % 16;
-    if (!succeed(kind))
-        return false;
-    if (shape == PassStatement::People)
-        current->peopleGiven = true;
-    if (names.isEmpty() || kind == NoRows)
-        return true;
-
-    const int columns = columnCount(shape);
-    if (kind == NullCells) {
-        rows = {Row(columns)};
-    } else if (kind == OddRow || kind == OddRows) {
-        for (int i = kind == OddRow ? 1 : byte / 64 + 2; i > 0; --i)
-            rows.append(oddRow(columns));
-    } else if (shape == PassStatement::People) {
-        rows = people();
-    } else if (shape == PassStatement::ForceFlag) {
-        rows = {{current->forced ? 1 : 0}};
-    } else {
-        rows = healthyRows(shape, statement);
-    }
-    return true;
+        return {QStringLiteral("name"), QStringLiteral("value")};
+    if (statement.startsWith(QLatin1String("SELECT")))
+        return {QStringLiteral("value")};
+    return {};
 }
 
-/// Up to three people, with small numbers, so that the export speaks of them.
-QVector<Row> AnsweredResult::people()
+/// An answer without rows.
+DatabaseAnswer answerOfKind(int kind)
 {
-    static const uint moments[] = {0,          1,          86400,      946684800,
-                                   1425168000, 1704067200, 4102444800, 4294967295};
-    const auto moment = [] { return QVariant(moments[current->next() % 8]); };
-    QVector<Row> all;
-    for (int i = current->next() % 4; i > 0; --i) {
-        const uint8_t key = current->next();
-        const QString pamId = QStringLiteral("%1.%2").arg(key / 16).arg(key % 16);
-        Row person {0, pamId, QStringLiteral("Ing."), QStringLiteral("Ján"),
-                    QStringLiteral("Novák")};
-        person << QStringLiteral("PhD.") << QStringLiteral("0905") << moment() << moment();
-        person << moment() << moment() << QStringLiteral("text") << current->next() % 4 << 10;
-        all.append(person);
-    }
-    return all;
+    DatabaseAnswer answer;
+    answer.fails = kind == Fails || kind == FailsWithoutError;
+    answer.affected = answer.fails || kind == NoRows ? 0 : kind == UnknownCount ? -1 : 1;
+    if (answer.affected > 0)
+        answer.insertId = 9;
+    if (kind == Fails || kind == ErrorBeside)
+        answer.error = oddError();
+    return answer;
 }
 
-Row AnsweredResult::oddRow(int columns)
-{
-    Row row;
-    for (int i = 0; i < columns; ++i)
-        row.append(current->oddCell());
-    return row;
-}
-
-class AnsweredDriver : public QSqlDriver
-{
-public:
-    ~AnsweredDriver() override { AnsweredDriver::close(); }
-
-    bool hasFeature(DriverFeature feature) const override
-    {
-        return feature == Transactions || feature == PreparedQueries || feature == NamedPlaceholders
-            || feature == PositionalPlaceholders || feature == LastInsertId || feature == QuerySize;
-    }
-
-    bool open(const QString &, const QString &, const QString &, const QString &, int,
-              const QString &) override
-    {
-        const bool opened = current && current->opens;
-        setOpen(opened);
-        setOpenError(!opened);
-        setLastError(opened ? QSqlError() : oddError(QSqlError::ConnectionError));
-        return opened;
-    }
-
-    void close() override { setOpen(false); }
-    QSqlResult *createResult() const override { return new AnsweredResult(this); }
-
-    bool beginTransaction() override
-    {
-        FUZZ_CHECK(!current->inTransaction, QStringLiteral("a transaction inside another"));
-        current->inTransaction = true;
-        return succeed();
-    }
-    bool commitTransaction() override { return end(); }
-    bool rollbackTransaction() override { return end(); }
-
-private:
-    bool end()
-    {
-        FUZZ_CHECK(current->inTransaction, QStringLiteral("no transaction to end"));
-        current->inTransaction = false;
-        return succeed();
-    }
-
-    bool succeed()
-    {
-        const bool fails = current->next() % 16 == Fails;
-        setLastError(fails ? oddError(QSqlError::TransactionError) : QSqlError());
-        return !fails;
-    }
-};
+} // namespace
 
 AnsweredDatabase::AnsweredDatabase(const uint8_t *answers, std::size_t size, bool isForced,
                                    bool canOpen, bool withMarkers) :
@@ -325,19 +145,121 @@ AnsweredDatabase::~AnsweredDatabase()
 
 QSqlDatabase AnsweredDatabase::handle()
 {
-    // Qt keeps the creator until the end of the process and does not delete it.
-    static auto *const creator = new QSqlDriverCreator<AnsweredDriver>;
+    static const RegisteredDriver driver = answeringDriver([](const DatabaseCall &call) {
+        return std::make_shared<const DatabaseAnswer>(current ? current->answerTo(call)
+                                                              : DatabaseAnswer());
+    });
     const QString name = QStringLiteral("answered");
-    if (!QSqlDatabase::contains(name)) {
-        QSqlDatabase::registerSqlDriver(QStringLiteral("ANSWERED"), creator);
-        QSqlDatabase::addDatabase(QStringLiteral("ANSWERED"), name).setDatabaseName(name);
-    }
+    if (!QSqlDatabase::contains(name))
+        driver.addHandle(name).setDatabaseName(name);
     return QSqlDatabase::database(name, false);
 }
 
 QString AnsweredDatabase::errorText()
 {
-    return oddError(QSqlError::StatementError).text();
+    return oddError().text();
+}
+
+DatabaseAnswer AnsweredDatabase::answerTo(const DatabaseCall &call)
+{
+    switch (call.kind) {
+    case DatabaseCall::Open:
+        return answerOfKind(opens ? Healthy : Fails);
+    case DatabaseCall::Close:
+        return {};
+    case DatabaseCall::Exec:
+        return answerToStatement(call.statement);
+    case DatabaseCall::Prepare:
+        FUZZ_CHECK(classifyStatement(call.statement).statement == PassStatement::WriteVariable,
+                   QStringLiteral("unknown: ") + call.statement);
+        return answerOfKind(next() % 16);
+    case DatabaseCall::Run:
+        FUZZ_CHECK(call.values.size() == 2, QStringLiteral("values missing"));
+        for (const DatabaseCall::Value &bound : call.values)
+            FUZZ_CHECK(bound.value.isValid(), bound.name + QStringLiteral(" is not bound"));
+        return answerOfKind(next() % 16);
+    case DatabaseCall::Begin:
+    case DatabaseCall::Commit:
+    case DatabaseCall::Rollback:
+        FUZZ_CHECK(inTransaction == (call.kind != DatabaseCall::Begin),
+                   QStringLiteral("within or without a transaction: ") + call.text());
+        inTransaction = !inTransaction;
+        return answerOfKind(next() % 16 == Fails ? Fails : Healthy);
+    }
+    return {};
+}
+
+DatabaseAnswer AnsweredDatabase::answerToStatement(const QString &statement)
+{
+    const ClassifiedStatement known = classifyStatement(statement);
+    const PassStatement shape = known.statement;
+    FUZZ_CHECK(shape != PassStatement::Unknown && shape != PassStatement::WriteVariable,
+               QStringLiteral("unknown: ") + statement);
+    FUZZ_CHECK(known.inPlace || markersInTexts, QStringLiteral("out of place: ") + statement);
+    const bool steady = shape == PassStatement::UidByPid;
+    const uint8_t byte = steady ? 0 : next();
+    DatabaseAnswer answer = answerOfKind(byte % 16);
+    if (shape == PassStatement::People && !answer.fails)
+        peopleGiven = true;
+    const QStringList columns = columnsOf(statement);
+    if (steady)
+        answer.setRows(columns, uidOfPid(lastNumber(statement)));
+    else if (!columns.isEmpty())
+        answer.setRows(columns,
+                       answer.fails ? QVector<QVariantList>() : rowsOf(shape, statement, byte));
+    return answer;
+}
+
+QVector<QVariantList> AnsweredDatabase::rowsOf(PassStatement shape, const QString &statement,
+                                               uint8_t byte)
+{
+    const int columns = columnCount(shape);
+    switch (byte % 16) {
+    case NoRows:
+        return {};
+    case NullCells:
+        return {QVector<QVariant>(columns).toList()};
+    case OddRow:
+        return oddRows(1, columns);
+    case OddRows:
+        return oddRows(byte / 64 + 2, columns);
+    default:
+        break;
+    }
+    if (shape == PassStatement::People)
+        return people();
+    if (shape == PassStatement::ForceFlag)
+        return {{forced ? 1 : 0}};
+    return healthyRows(shape, statement);
+}
+
+/// Up to three people, with small numbers, so that the export speaks of them.
+QVector<QVariantList> AnsweredDatabase::people()
+{
+    static const uint moments[] = {0,          1,          86400,      946684800,
+                                   1425168000, 1704067200, 4102444800, 4294967295};
+    const auto moment = [this] { return QVariant(moments[next() % 8]); };
+    QVector<QVariantList> all;
+    for (int i = next() % 4; i > 0; --i) {
+        const uint8_t key = next();
+        const QString pamId = QStringLiteral("%1.%2").arg(key / 16).arg(key % 16);
+        QVariantList person {0, pamId, QStringLiteral("Ing."), QStringLiteral("Ján"),
+                             QStringLiteral("Novák")};
+        person << QStringLiteral("PhD.") << QStringLiteral("0905") << moment() << moment();
+        person << moment() << moment() << QStringLiteral("text") << next() % 4 << 10;
+        all.append(person);
+    }
+    return all;
+}
+
+QVector<QVariantList> AnsweredDatabase::oddRows(int count, int columns)
+{
+    QVector<QVariantList> rows(count);
+    for (QVariantList &row : rows) {
+        for (int i = 0; i < columns; ++i)
+            row.append(oddCell());
+    }
+    return rows;
 }
 
 uint8_t AnsweredDatabase::next()

@@ -3,11 +3,16 @@
 // A database that answers from bytes and knows which calls a pass may make.
 #pragma once
 
+#include "host/database/answeringdriver.h"
+
 #include <QSqlDatabase>
 #include <QVariant>
+#include <QVector>
 
 #include <cstddef>
 #include <cstdint>
+
+enum class PassStatement;
 
 /// What becomes of the calls of one input. There is one at a time, the one that lives.
 ///
@@ -18,8 +23,8 @@
 /// of a uid takes no byte and never fails; its answer is always the same, for the process remembers
 /// it: pid + 1000, and none for pids divisible by 8 or above 65535.
 ///
-/// Ends the process on a statement that no pass runs, on one that comes while the connection is
-/// closed, on a prepared value that is not bound, and on a transaction inside another.
+/// Ends the process on a statement that no pass runs, on a prepared value that is not bound, and on
+/// a transaction inside another.
 class AnsweredDatabase
 {
 public:
@@ -39,8 +44,11 @@ public:
     bool gavePeople() const { return peopleGiven; }
 
 private:
-    friend class AnsweredDriver;
-    friend class AnsweredResult;
+    DatabaseAnswer answerTo(const DatabaseCall &call);
+    DatabaseAnswer answerToStatement(const QString &statement);
+    QVector<QVariantList> rowsOf(PassStatement shape, const QString &statement, uint8_t byte);
+    QVector<QVariantList> people();
+    QVector<QVariantList> oddRows(int count, int columns);
 
     uint8_t next();
     QVariant oddCell();
