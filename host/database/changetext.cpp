@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Rows and changes as lines for a reader.
+#include "host/database/changetext.h"
+
+#include "host/base/oneline.h"
+#include "host/database/value.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <algorithm>
+
+namespace {
+
+// Seconds of about nine thousand years: what is further away is no moment that anybody meant.
+const qlonglong farthest = 253402300800 - 2 * 86400;
+
+QString momentText(qlonglong seconds)
+{
+    if (seconds == 0 || qAbs(seconds) > farthest)
+        return QString::number(seconds);
+    const QDateTime moment = QDateTime::fromSecsSinceEpoch(seconds);
+    return moment == moment.date().startOfDay()
+        ? moment.date().toString(Qt::ISODate)
+        : moment.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+/// Apostrophes in the text do not end it.
+QString quoted(QString text)
+{
+    text.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
+    text.replace(QLatin1Char('\''), QStringLiteral("\\'"));
+    return QLatin1Char('\'') + oneLine(text) + QLatin1Char('\'');
+}
+
+bool isEmpty(const QVariant &value)
+{
+    return value.isNull() || (value.userType() == QMetaType::QString && value.toString().isEmpty());
+}
+
+QString personText(const Person &person)
+{
+    if (person.uid == 0)
+        return QStringLiteral("nobody");
+    const QString number = person.pamId.isEmpty() ? QStringLiteral("uid %1").arg(person.uid)
+                                                  : person.pamId;
+    return oneLine(QStringLiteral("%1 %2").arg(number, person.name).trimmed());
+}
+
+/// A change of one row as lines.
+class RowText
+{
+public:
+    RowText(const Change &rowChange, const IdNames &idNames) :
+        change(rowChange),
+        names(idNames)
+    { }
+
+    QStringList lines() const
+    {
+        if (change.before.isEmpty())
+            return {QLatin1String("+ ") + whole(change.after)};
+        if (change.after.isEmpty())
+            return {QLatin1String("- ") + whole(change.before)};
+        QStringList result;
+        for (int place = 0; place < change.columns.size(); ++place) {
+            if (compareValues(change.before.at(place), change.after.at(place)) != 0)
+                result += cellLines(place);
+        }
+        return result;
+    }
+
+private:
+    /// The value as it stands in a line.
+    QString value(int place, const QVariant &cell) const
+    {
+        const QString &column = change.columns.at(place);
+        const QString text = cellText(change.table, column, cell);
+        const int type = cell.userType();
+        if (type == QMetaType::QString || type == QMetaType::QByteArray)
+            return quoted(text);
+        const QString name = names.value(column).value(cell.toLongLong());
+        return name.isEmpty() || cell.isNull() ? text
+                                               : QStringLiteral("%1 (%2)").arg(text, oneLine(name));
+    }
+
+    QString named(int place, const QVariant &cell) const
+    {
+        return change.columns.at(place) + QLatin1Char(' ') + value(place, cell);
+    }
+
+    QString whole(const TableRow &row) const
+    {
+        QStringList cells;
+        for (int place = 0; place < row.size(); ++place) {
+            const bool isSaid = change.person.uid != 0 && !change.table.isPeople()
+                && change.columns.at(place) == change.table.person;
+            if (!isSaid && !isEmpty(row.at(place)))
+                cells.append(named(place, row.at(place)));
+        }
+        return QStringLiteral("%1 %2")
+            .arg(change.table.name, cells.join(QStringLiteral(", ")))
+            .trimmed();
+    }
+
+    /// The table, and what in it is changed.
+    QString row() const
+    {
+        QStringList cells;
+        for (const QString &column : change.table.key) {
+            const int place = change.columns.indexOf(column);
+            if (place >= 0 && column != change.table.person)
+                cells.append(named(place, change.after.at(place)));
+        }
+        return QStringLiteral("%1 %2")
+            .arg(change.table.name, cells.join(QStringLiteral(", ")))
+            .trimmed();
+    }
+
+    QStringList cellLines(int place) const
+    {
+        const QString beginning = QStringLiteral("%1: %2 ").arg(row(), change.columns.at(place));
+        const QVariant &before = change.before.at(place);
+        const QVariant &after = change.after.at(place);
+        QStringList lines;
+        if (change.columns.at(place) == change.table.list && (isList(before) || isList(after))) {
+            lines += listLine(beginning + QLatin1String("gained "), after, before);
+            lines += listLine(beginning + QLatin1String("lost "), before, after);
+        }
+        if (lines.isEmpty())
+            lines.append(beginning + value(place, before) + QLatin1String(" -> ")
+                         + value(place, after));
+        return lines;
+    }
+
+    /// Numbers with commas, at least one of them.
+    static bool isList(const QVariant &cell)
+    {
+        static const QRegularExpression form(QStringLiteral("\\A\\d*(,\\d*)+\\z"));
+        return cell.userType() == QMetaType::QString && form.match(cell.toString()).hasMatch();
+    }
+
+    /// What the one list has and the other has not; no line for nothing.
+    static QStringList listLine(const QString &beginning, const QVariant &one,
+                                const QVariant &other)
+    {
+        QStringList entries = one.toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
+        const QStringList others = other.toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
+        const QSet<QString> known(others.cbegin(), others.cend());
+        entries.erase(
+            std::remove_if(entries.begin(), entries.end(),
+                           [&known](const QString &entry) { return known.contains(entry); }),
+            entries.end());
+        if (entries.isEmpty())
+            return {};
+        return {beginning + oneLine(entries.join(QStringLiteral(", ")))};
+    }
+
+    const Change &change;
+    const IdNames &names;
+};
+
+} // namespace
+
+QString cellText(const TouchedTable &table, const QString &column, const QVariant &value)
+{
+    if (value.isNull())
+        return QStringLiteral("NULL");
+    if (value.userType() == QMetaType::LongLong && table.moments.contains(column))
+        return momentText(value.toLongLong());
+    return value.toString();
+}
+
+QVector<PersonChanges> changeTexts(const QVector<Change> &changes, const IdNames &names)
+{
+    QVector<PersonChanges> texts;
+    const Change *previous = nullptr;
+    for (const Change &change : changes) {
+        if (!previous || previous->person.uid != change.person.uid)
+            texts.append({personText(change.person), {}});
+        texts.last().lines += RowText(change, names).lines();
+        previous = &change;
+    }
+    return texts;
+}

@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The tables that a pass may write to, at one moment.
+#include "host/database/snapshot.h"
+
+#include "host/database/errortext.h"
+#include "host/database/value.h"
+
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+#include <algorithm>
+
+namespace {
+
+/// A transaction that sees one moment and can write nothing. It ends with the object.
+class ReadTransaction
+{
+public:
+    explicit ReadTransaction(const QSqlDatabase &readDatabase) :
+        database(readDatabase)
+    { }
+    ~ReadTransaction() { QSqlQuery(database).exec(QStringLiteral("COMMIT")); }
+    ReadTransaction(const ReadTransaction &) = delete;
+    ReadTransaction &operator=(const ReadTransaction &) = delete;
+
+    Failure begin()
+    {
+        // At any other level the server would not keep to one moment, whatever it is asked for.
+        const QStringList statements {
+            QStringLiteral("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ"),
+            QStringLiteral("START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY")};
+        for (const QString &statement : statements) {
+            QSqlQuery query(database);
+            if (!query.exec(statement))
+                return {ExitDatabase,
+                        QStringLiteral("database '%1' cannot be read: %2")
+                            .arg(database.databaseName(), errorText(query.lastError()))};
+        }
+        return {};
+    }
+
+private:
+    const QSqlDatabase database;
+};
+
+Failure tableFailure(const QSqlDatabase &database, const QString &table, const QString &reason)
+{
+    return {ExitDatabase,
+            QStringLiteral("table '%1' of database '%2' cannot be read: %3")
+                .arg(table, database.databaseName(), reason)};
+}
+
+/// In the order of the key as the server sees it, which spares most tables the sorting.
+QString contentStatement(const TouchedTable &table, SnapshotRows wanted)
+{
+    QString statement = QStringLiteral("SELECT * FROM `%1`").arg(table.name);
+    if (wanted == SnapshotRows::Touchable && !table.touchable.isEmpty())
+        statement += QStringLiteral(" WHERE ") + table.touchable;
+    return statement + QStringLiteral(" ORDER BY `%1`").arg(table.key.join(QStringLiteral("`, `")));
+}
+
+Failure readTable(const QSqlDatabase &database, SnapshotRows wanted, TableContent *content)
+{
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(contentStatement(content->table, wanted)))
+        return tableFailure(database, content->table.name, errorText(query.lastError()));
+
+    const QSqlRecord record = query.record();
+    for (int column = 0; column < record.count(); ++column)
+        content->columns.append(record.fieldName(column));
+    while (query.next()) {
+        TableRow row(record.count());
+        for (int column = 0; column < row.size(); ++column)
+            row[column] = plainValue(query.value(column));
+        content->rows.append(row);
+    }
+    // A connection that breaks on the way looks like an end of the rows.
+    if (query.lastError().isValid())
+        return tableFailure(database, content->table.name, errorText(query.lastError()));
+    sortByKey(content);
+    return {};
+}
+
+Failure readNames(const QSqlDatabase &database, const NamedId &id, QHash<qlonglong, QString> *names)
+{
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("SELECT %1, %2 FROM `%3`").arg(id.column, id.name, id.table)))
+        return tableFailure(database, id.table, errorText(query.lastError()));
+    while (query.next())
+        names->insert(query.value(0).toLongLong(), query.value(1).toString());
+    if (query.lastError().isValid())
+        return tableFailure(database, id.table, errorText(query.lastError()));
+    return {};
+}
+
+} // namespace
+
+const TableContent *Snapshot::find(const QString &table) const
+{
+    const auto found = std::find_if(
+        tables.cbegin(), tables.cend(),
+        [&table](const TableContent &content) { return content.table.name == table; });
+    return found == tables.cend() ? nullptr : &*found;
+}
+
+Failure readSnapshot(const QSqlDatabase &database, SnapshotRows wanted, Snapshot *snapshot)
+{
+    *snapshot = {};
+    ReadTransaction transaction(database);
+    if (const Failure failure = transaction.begin())
+        return failure;
+    for (const TouchedTable &table : touchedTables()) {
+        TableContent content;
+        content.table = table;
+        if (const Failure failure = readTable(database, wanted, &content))
+            return failure;
+        snapshot->tables.append(content);
+    }
+    for (const NamedId &id : namedIds()) {
+        if (const Failure failure = readNames(database, id, &snapshot->names[id.column]))
+            return failure;
+    }
+    return {};
+}
+
+void sortByKey(TableContent *content)
+{
+    const QVector<int> key = placesOf(content->table.key, *content);
+    const auto isBefore = [&key](const TableRow &one, const TableRow &other) {
+        return compareRows(one, other, key) < 0;
+    };
+    if (!std::is_sorted(content->rows.cbegin(), content->rows.cend(), isBefore))
+        std::stable_sort(content->rows.begin(), content->rows.end(), isBefore);
+}
+
+int compareRows(const TableRow &one, const TableRow &other, const QVector<int> &places)
+{
+    for (const int place : places) {
+        if (const int order = compareValues(one.at(place), other.at(place)))
+            return order;
+    }
+    return 0;
+}
+
+QVector<int> placesOf(const QStringList &columns, const TableContent &content)
+{
+    QVector<int> places;
+    for (const QString &column : columns) {
+        const int place = content.indexOf(column);
+        if (place >= 0)
+            places.append(place);
+    }
+    return places;
+}
