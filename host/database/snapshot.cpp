@@ -13,42 +13,59 @@
 
 namespace {
 
-/// A transaction that sees one moment and can write nothing. It ends with the object.
+/// A transaction that sees one moment and can write nothing. It ends with the object, if not
+/// before.
 class ReadTransaction
 {
 public:
     explicit ReadTransaction(const QSqlDatabase &readDatabase) :
         database(readDatabase)
     { }
-    ~ReadTransaction() { QSqlQuery(database).exec(QStringLiteral("COMMIT")); }
+    ~ReadTransaction()
+    {
+        if (running)
+            end();
+    }
     ReadTransaction(const ReadTransaction &) = delete;
     ReadTransaction &operator=(const ReadTransaction &) = delete;
 
     Failure begin()
     {
         // At any other level the server would not keep to one moment, whatever it is asked for.
-        const QStringList statements {
-            QStringLiteral("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ"),
-            QStringLiteral("START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY")};
-        for (const QString &statement : statements) {
-            QSqlQuery query(database);
-            if (!query.exec(statement))
-                return {ExitDatabase,
-                        QStringLiteral("database '%1' cannot be read: %2")
-                            .arg(database.databaseName(), errorText(query.lastError()))};
-        }
-        return {};
+        Failure failure = run(QStringLiteral("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ"));
+        if (!failure)
+            failure = run(QStringLiteral("START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY"));
+        running = !failure;
+        return failure;
+    }
+
+    /// Fails if the connection was lost on the way: to a query that looks like the end of the rows.
+    Failure end()
+    {
+        running = false;
+        return run(QStringLiteral("COMMIT"));
     }
 
 private:
+    Failure run(const QString &statement) const
+    {
+        QSqlQuery query(database);
+        if (query.exec(statement))
+            return {};
+        return {ExitDatabase,
+                QStringLiteral("database '%1' cannot be read: %2")
+                    .arg(database.databaseName(), errorText(query.lastError()))};
+    }
+
     const QSqlDatabase database;
+    bool running = false;
 };
 
-Failure tableFailure(const QSqlDatabase &database, const QString &table, const QString &reason)
+Failure tableFailure(const QSqlDatabase &database, const QString &table, const QSqlError &error)
 {
     return {ExitDatabase,
             QStringLiteral("table '%1' of database '%2' cannot be read: %3")
-                .arg(table, database.databaseName(), reason)};
+                .arg(table, database.databaseName(), errorText(error))};
 }
 
 /// In the order of the key as the server sees it, which spares most tables the sorting.
@@ -65,7 +82,7 @@ Failure readTable(const QSqlDatabase &database, SnapshotRows wanted, TableConten
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.exec(contentStatement(content->table, wanted)))
-        return tableFailure(database, content->table.name, errorText(query.lastError()));
+        return tableFailure(database, content->table.name, query.lastError());
 
     const QSqlRecord record = query.record();
     for (int column = 0; column < record.count(); ++column)
@@ -76,9 +93,6 @@ Failure readTable(const QSqlDatabase &database, SnapshotRows wanted, TableConten
             row[column] = plainValue(query.value(column));
         content->rows.append(row);
     }
-    // A connection that breaks on the way looks like an end of the rows.
-    if (query.lastError().isValid())
-        return tableFailure(database, content->table.name, errorText(query.lastError()));
     sortByKey(content);
     return {};
 }
@@ -88,11 +102,9 @@ Failure readNames(const QSqlDatabase &database, const NamedId &id, QHash<qlonglo
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.exec(QStringLiteral("SELECT %1, %2 FROM `%3`").arg(id.column, id.name, id.table)))
-        return tableFailure(database, id.table, errorText(query.lastError()));
+        return tableFailure(database, id.table, query.lastError());
     while (query.next())
         names->insert(query.value(0).toLongLong(), query.value(1).toString());
-    if (query.lastError().isValid())
-        return tableFailure(database, id.table, errorText(query.lastError()));
     return {};
 }
 
@@ -123,7 +135,7 @@ Failure readSnapshot(const QSqlDatabase &database, SnapshotRows wanted, Snapshot
         if (const Failure failure = readNames(database, id, &snapshot->names[id.column]))
             return failure;
     }
-    return {};
+    return transaction.end();
 }
 
 void sortByKey(TableContent *content)

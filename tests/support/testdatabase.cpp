@@ -70,6 +70,11 @@ QSqlDatabase TestDatabase::handle()
     return connection(QStringLiteral("handle-%1").arg(++handles), QStringLiteral("talvenhr"));
 }
 
+QSqlDatabase TestDatabase::administratorHandle()
+{
+    return connection(QStringLiteral("handle-%1").arg(++handles), QStringLiteral("root"));
+}
+
 void TestDatabase::restart()
 {
     QString reason;
@@ -122,6 +127,14 @@ QStringList TestDatabase::rows(const QString &statement)
 QString TestDatabase::value(const QString &statement)
 {
     return rows(statement).value(0).section(QLatin1Char('|'), 0, 0);
+}
+
+Snapshot TestDatabase::snapshot(SnapshotRows wanted)
+{
+    Snapshot snapshot;
+    if (const Failure failed = readSnapshot(administrator, wanted, &snapshot))
+        failTest(failed.text);
+    return snapshot;
 }
 
 void TestDatabase::force()

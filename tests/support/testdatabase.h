@@ -3,6 +3,7 @@
 // A private MariaDB with the attendance schema, for everything whose meaning lies in the database.
 #pragma once
 
+#include "host/database/snapshot.h"
 #include "host/server/privateserver.h"
 
 #include <QSqlDatabase>
@@ -27,6 +28,8 @@ public:
 
     /// A handle of the plugin's own database user that is not open.
     QSqlDatabase handle();
+    /// A handle of the administrator that is not open.
+    QSqlDatabase administratorHandle();
     /// The server itself, to kill and restart it.
     PrivateServer &server() { return privateServer; }
     /// Starts a killed server again.
@@ -41,6 +44,9 @@ public:
     QStringList rows(const QString &statement);
     /// The first value of the first row.
     QString value(const QString &statement);
+
+    /// All that a pass may touch, as the administrator sees it; a fault fails the test.
+    Snapshot snapshot(SnapshotRows wanted = SnapshotRows::All);
 
     /// Sets the variable that makes the plugin's next pass a forced one.
     void force();
