@@ -16,6 +16,7 @@ enum class MessageEvent {
     SettingsKeyRead,
     PluginDisabled,
     DatabaseNotOpen, ///< a tick is lost
+    ConnectionTurns, ///< it opens or closes, in the same words
     PassBegins,
     PassEnds, ///< the second value: how many records wait
     ExportMissing,

@@ -60,7 +60,8 @@ MessageTopic passMessages()
         true,
         {
             debug(2, "THRWorker::checkSync(): #%u"),
-            debug(2, "THRWorker::dbCheckOpen()").by("THRWorker::dbCheckOpen, THRWorker::dbClose"),
+            debug(2, "THRWorker::dbCheckOpen()").by("THRWorker::dbCheckOpen, THRWorker::dbClose")
+                .tells(MessageEvent::ConnectionTurns),
             debug(1, "THRWorker: BEGIN synchronization #%u (force: %s)")
                 .by("THRWorker::runPass")
                 .tells(MessageEvent::PassBegins),

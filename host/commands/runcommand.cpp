@@ -38,6 +38,14 @@ OptionGroup lengthOptions()
           Text::tr("end with exit code 1 also when there are warnings")}}};
 }
 
+OptionGroup changeOptions()
+{
+    return {Text::tr("Changes, on standard output"),
+            {{QStringLiteral("show-changes"), QString(),
+              Text::tr("show after each pass the rows that it changed, by person; takes a user who "
+                       "may also read term_sync")}}};
+}
+
 Failure readLength(const Options &options, RunOptions *run)
 {
     if (options.isSet(QStringLiteral("once")) && options.isSet(QStringLiteral("passes")))
@@ -58,6 +66,7 @@ Failure read(const Options &options, RunOptions *run)
     if (const Failure failure = readLogOptions(options, &run->logLevel, &run->logFormat))
         return failure;
     run->pluginFile = pluginFile(options);
+    run->showChanges = options.isSet(QStringLiteral("show-changes"));
     run->strict = options.isSet(QStringLiteral("strict"));
     run->force = options.isSet(QStringLiteral("force"));
     if (const Failure failure = readDataDirectory(options, &run->dataDirectory))
@@ -87,7 +96,8 @@ Command runCommand()
         "Loads the plugin as the attendance server does and lets it keep a database in line with "
         "the HR export. Without a database of your own, a private one with a sample company is "
         "made for you.");
-    command.groups = {pluginOptions(), databaseOptions(), lengthOptions(), logOptions()};
+    command.groups = {pluginOptions(), databaseOptions(), lengthOptions(), changeOptions(),
+                      logOptions()};
     command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
                          ExitDatabase, ExitTimeout, ExitInterrupted};
     command.sections = {

@@ -4,6 +4,7 @@
 #include "host/commands/runsession.h"
 
 #include "host/base/childprocesses.h"
+#include "host/commands/changewatch.h"
 #include "host/server/privatedatabase.h"
 
 #include <QTime>
@@ -47,6 +48,7 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     connect(&signalWatch, &SignalWatch::caught, this, &RunSession::endForSignal);
     connect(&plugin, &PluginRun::started, this, &RunSession::tellStart);
     connect(&plugin, &PluginRun::waitingForPass, this, &RunSession::tellWaiting);
+    connect(&plugin, &PluginRun::passEnded, this, &RunSession::showChanges);
     connect(&plugin, &PluginRun::exportMissing, this, &RunSession::tellMissingExport);
     connect(&plugin, &PluginRun::databaseNotOpen, this, &RunSession::endForLostTick);
 }
@@ -76,6 +78,10 @@ Failure RunSession::prepare()
         return unfit;
     if (const Failure failure = prepareDatabase())
         return failure;
+    if (options.showChanges) {
+        if (const Failure failure = watchChanges())
+            return failure;
+    }
     if (!localeKeepsLetters())
         writer->warn(QStringLiteral("names will show as '?' in this locale; set LC_ALL=C.UTF-8"));
     return {};
@@ -110,12 +116,21 @@ Failure RunSession::startPrivateDatabase()
     return {};
 }
 
+Failure RunSession::watchChanges()
+{
+    changes.reset(new ChangeWatch);
+    return changes->begin(privateDatabase ? privateDatabase->administratorParameters()
+                                          : options.database.connection);
+}
+
 Failure RunSession::runPlugin()
 {
     const Failure failure = plugin.run(database.handle());
     watchdog.disarm();
     if (!hasPlugin)
         return failure;
+    // What is still to be shown: the pass ended too late for the loop, or the attempt failed.
+    showChanges();
     if (privateDatabase)
         privateDatabase->stop();
     const RunEnding end = ending(failure);
@@ -162,6 +177,15 @@ void RunSession::tellWaiting(bool again)
     writer->say(again ? QStringLiteral("still waiting for the running pass; it is cut in %1 s")
                             .arg(options.grace)
                       : QStringLiteral("waiting for the running pass to end"));
+}
+
+/// What cannot be shown now comes with the next pass, or at the end.
+void RunSession::showChanges()
+{
+    if (!changes || firstFailure)
+        return;
+    if (const Failure failure = changes->show(plugin.figures().passes))
+        writer->warn(failure.text);
 }
 
 void RunSession::tellMissingExport()

@@ -17,6 +17,7 @@
 
 #include <atomic>
 
+class ChangeWatch;
 class PrivateDatabase;
 
 /// What the command line asks of a run.
@@ -29,6 +30,7 @@ struct RunOptions
     LogFormat logFormat = LogFormat::Text;
     int passes = 0; ///< 0: until a signal comes
     bool force = false;
+    bool showChanges = false;
     bool strict = false; ///< warnings count as errors
     int timeout = 0; ///< seconds, 0: none
     int grace = 10; ///< seconds that a pass has to come to its end, once it is to end in any case
@@ -56,6 +58,7 @@ private Q_SLOTS:
     void tellStart();
     void tellWaiting(bool again);
     void tellMissingExport();
+    void showChanges();
     void endForSignal();
     void endForTimeout();
     void endForDeadServer(const QString &reason);
@@ -64,6 +67,7 @@ private Q_SLOTS:
 private:
     Failure prepare();
     Failure prepareDatabase();
+    Failure watchChanges();
     Failure startPrivateDatabase();
     Failure runPlugin();
     RunEnding ending(const Failure &failure) const;
@@ -80,6 +84,7 @@ private:
     QScopedPointer<PrivateDatabase> privateDatabase;
     std::atomic<qint64> serverProcess {0}; ///< of the private server
     HostDatabase database;
+    QScopedPointer<ChangeWatch> changes; ///< null unless they are to be shown
     PluginRun plugin;
     bool waiting = false; ///< for the running pass to end
     Failure firstFailure; ///< that was told

@@ -49,12 +49,43 @@ QString personText(const Person &person)
     return oneLine(QStringLiteral("%1 %2").arg(number, person.name).trimmed());
 }
 
-/// A change of one row as lines.
+/// The columns of the key that tell the person's rows apart.
+QStringList keyWithinPerson(const TouchedTable &table)
+{
+    QStringList key = table.key;
+    key.removeAll(table.person);
+    return key;
+}
+
+/// Whether two changes, one after the other, do the same to two rows, such as two days.
+bool areAlike(const Change &one, const Change &next)
+{
+    if (one.person.uid != next.person.uid || one.table.name != next.table.name)
+        return false;
+    if (one.before.isEmpty() || one.after.isEmpty() || next.before.isEmpty()
+        || next.after.isEmpty())
+        return false;
+    const QStringList key = keyWithinPerson(one.table);
+    if (key.size() != 1)
+        return false;
+    for (int place = 0; place < one.columns.size(); ++place) {
+        if (one.columns.at(place) == key.first())
+            continue;
+        if (compareValues(one.before.at(place), next.before.at(place)) != 0
+            || compareValues(one.after.at(place), next.after.at(place)) != 0)
+            return false;
+    }
+    return true;
+}
+
+/// A change as lines, of one row or of several that are alike.
 class RowText
 {
 public:
-    RowText(const Change &rowChange, const IdNames &idNames) :
-        change(rowChange),
+    RowText(const Change &firstChange, const Change &lastChange, int rows, const IdNames &idNames) :
+        change(firstChange),
+        last(lastChange),
+        count(rows),
         names(idNames)
     { }
 
@@ -91,13 +122,18 @@ private:
         return change.columns.at(place) + QLatin1Char(' ') + value(place, cell);
     }
 
+    bool namesPerson(const QString &column) const
+    {
+        const TouchedTable &table = change.table;
+        return change.person.uid != 0 && !table.isPeople()
+            && (column == table.person || column == table.personMark);
+    }
+
     QString whole(const TableRow &row) const
     {
         QStringList cells;
         for (int place = 0; place < row.size(); ++place) {
-            const bool isSaid = change.person.uid != 0 && !change.table.isPeople()
-                && change.columns.at(place) == change.table.person;
-            if (!isSaid && !isEmpty(row.at(place)))
+            if (!namesPerson(change.columns.at(place)) && !isEmpty(row.at(place)))
                 cells.append(named(place, row.at(place)));
         }
         return QStringLiteral("%1 %2")
@@ -109,10 +145,14 @@ private:
     QString row() const
     {
         QStringList cells;
-        for (const QString &column : change.table.key) {
+        const QStringList key = keyWithinPerson(change.table);
+        for (const QString &column : key) {
             const int place = change.columns.indexOf(column);
-            if (place >= 0 && column != change.table.person)
-                cells.append(named(place, change.after.at(place)));
+            cells.append(named(place, change.after.at(place)));
+            if (count > 1)
+                cells.last() += QStringLiteral(" to %1, %2 rows")
+                                    .arg(value(place, last.after.at(place)))
+                                    .arg(count);
         }
         return QStringLiteral("%1 %2")
             .arg(change.table.name, cells.join(QStringLiteral(", ")))
@@ -159,6 +199,8 @@ private:
     }
 
     const Change &change;
+    const Change &last;
+    const int count;
     const IdNames &names;
 };
 
@@ -176,12 +218,15 @@ QString cellText(const TouchedTable &table, const QString &column, const QVarian
 QVector<PersonChanges> changeTexts(const QVector<Change> &changes, const IdNames &names)
 {
     QVector<PersonChanges> texts;
-    const Change *previous = nullptr;
-    for (const Change &change : changes) {
-        if (!previous || previous->person.uid != change.person.uid)
-            texts.append({personText(change.person), {}});
-        texts.last().lines += RowText(change, names).lines();
-        previous = &change;
+    for (auto first = changes.cbegin(); first != changes.cend();) {
+        if (first == changes.cbegin() || (first - 1)->person.uid != first->person.uid)
+            texts.append({personText(first->person), {}});
+        auto last = first;
+        while (last + 1 != changes.cend() && areAlike(*first, *(last + 1)))
+            ++last;
+        const int rows = static_cast<int>(last - first) + 1;
+        texts.last().lines += RowText(*first, *last, rows, names).lines();
+        first = last + 1;
     }
     return texts;
 }

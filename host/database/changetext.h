@@ -21,8 +21,9 @@ QString cellText(const TouchedTable &table, const QString &column, const QVarian
 ///     + TABLE COLUMN VALUE, COLUMN VALUE      a row that has come
 ///     - TABLE COLUMN VALUE, COLUMN VALUE      a row that has gone
 ///     TABLE [KEY]: COLUMN VALUE -> VALUE      a cell of a row that is still there
+///     TABLE KEY to VALUE, N rows: …           the same of neighbouring rows, as of days
 ///
 /// Texts stand between apostrophes, and behind an id the name that belongs to it. Of a row that has
-/// come or gone, empty cells and the person are left out. Of a list of people that a variable
-/// holds, a line says who was gained or lost.
+/// come or gone, empty cells and those that name the person are left out. Of a list of people that
+/// a variable holds, a line says who was gained or lost.
 QVector<PersonChanges> changeTexts(const QVector<Change> &changes, const IdNames &names);

@@ -4,19 +4,14 @@
 #include "host/database/hostdatabase.h"
 
 #include "host/base/silentmessages.h"
+#include "host/database/errortext.h"
 #include "repository/orvdbsettings.h"
 
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QStringList>
 #include <QVariant>
 
 namespace {
-
-QString connectionName()
-{
-    return QStringLiteral("talvenhr");
-}
 
 QString connectOptions(const ConnectionParameters &parameters)
 {
@@ -37,13 +32,6 @@ QString serverText(const ConnectionParameters &parameters)
         return QStringLiteral("this machine");
     return parameters.port < 0 ? parameters.host
                                : QStringLiteral("%1:%2").arg(parameters.host).arg(parameters.port);
-}
-
-/// What the server or the client library says, without the driver's own words if there are others.
-QString errorText(const QSqlError &error)
-{
-    const QString text = error.databaseText().simplified();
-    return text.isEmpty() ? error.text().simplified() : text;
 }
 
 /// The tables without which no pass can do its work.
@@ -77,7 +65,7 @@ Failure setForceVariable(const QSqlDatabase &database)
             .arg(database.userName(), database.databaseName())};
 }
 
-Failure makeHandle(const ConnectionParameters &parameters)
+Failure makeHandle(const ConnectionParameters &parameters, const QString &connectionName)
 {
     if (!QSqlDatabase::drivers().contains(parameters.driver))
         return {ExitDatabase,
@@ -85,7 +73,7 @@ Failure makeHandle(const ConnectionParameters &parameters)
                                "it, or name another one with --driver")
                     .arg(parameters.driver, QSqlDatabase::drivers().join(QStringLiteral(", ")))};
 
-    QSqlDatabase database = QSqlDatabase::addDatabase(parameters.driver, connectionName());
+    QSqlDatabase database = QSqlDatabase::addDatabase(parameters.driver, connectionName);
     database.setHostName(parameters.host);
     if (parameters.port >= 0)
         database.setPort(parameters.port);
@@ -98,15 +86,19 @@ Failure makeHandle(const ConnectionParameters &parameters)
 
 } // namespace
 
+HostDatabase::HostDatabase(const QString &handleName) :
+    connectionName(handleName)
+{ }
+
 HostDatabase::~HostDatabase()
 {
     if (made)
-        QSqlDatabase::removeDatabase(connectionName());
+        QSqlDatabase::removeDatabase(connectionName);
 }
 
 Failure HostDatabase::prepare(const ConnectionParameters &parameters, bool force)
 {
-    Failure failure = makeHandle(parameters);
+    Failure failure = makeHandle(parameters, connectionName);
     if (failure)
         return failure;
     made = true;
@@ -132,5 +124,5 @@ Failure HostDatabase::prepare(const ConnectionParameters &parameters, bool force
 
 QSqlDatabase HostDatabase::handle() const
 {
-    return QSqlDatabase::database(connectionName(), false);
+    return QSqlDatabase::database(connectionName, false);
 }

@@ -16,7 +16,8 @@
 class HostDatabase
 {
 public:
-    HostDatabase() = default;
+    /// The handle is Qt's connection of this name.
+    explicit HostDatabase(const QString &connectionName = QStringLiteral("talvenhr"));
     ~HostDatabase();
     HostDatabase(const HostDatabase &) = delete;
     HostDatabase &operator=(const HostDatabase &) = delete;
@@ -28,5 +29,6 @@ public:
     QSqlDatabase handle() const;
 
 private:
+    const QString connectionName;
     bool made = false;
 };

@@ -104,7 +104,7 @@ void MessageLog::take(QtMsgType type, const QString &text)
     if (isLastPass)
         endWorkerThread();
     // Without the lock: whoever listens may ask for the figures.
-    if (event == PassWatch::PassEnded)
+    if (event == PassWatch::PassOver)
         Q_EMIT passEnded();
     else if (event == PassWatch::ExportMissing && !shown)
         Q_EMIT exportMissing();

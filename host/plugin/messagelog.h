@@ -40,6 +40,7 @@ public:
     QString lastMessage() const;
 
 Q_SIGNALS:
+    /// All that a pass writes is written.
     void passEnded();
     /// A pass has found no export file, and no shown message says so.
     void exportMissing();

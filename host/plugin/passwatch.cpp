@@ -24,9 +24,15 @@ PassWatch::Event PassWatch::see(QtMsgType type, const QString &text)
         return PassBegan;
     case MessageEvent::PassEnds:
         passRunning = false;
+        passUnclosed = true;
         ++runFigures.passes;
         runFigures.waiting = valuesIn(*message, text).last().toInt();
         return PassEnded;
+    case MessageEvent::ConnectionTurns: {
+        const bool isOver = passUnclosed;
+        passUnclosed = false;
+        return isOver ? PassOver : Nothing;
+    }
     case MessageEvent::ExportMissing: {
         const bool isNews = !exportMissing;
         exportMissing = true;

@@ -20,7 +20,8 @@ public:
         Nothing,
         PassBegan,
         RecordBegan, ///< only at log level 3
-        PassEnded,
+        PassEnded, ///< by its last line; the force variable is still to be cleared
+        PassOver, ///< all is written, and the connection closes
         ExportMissing, ///< where there was one in the pass before, or none before
         DatabaseNotOpen, ///< a tick was lost
         PluginDisabled,
@@ -39,6 +40,7 @@ private:
 
     RunFigures runFigures;
     bool passRunning = false;
+    bool passUnclosed = false; ///< between PassEnded and PassOver
     bool exportMissing = false;
     int passRecords = 0;
     int begunRecords = 0;

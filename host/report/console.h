@@ -17,5 +17,5 @@ enum class ReportForm {
 /// where there is none, or as one JSON document with a line end.
 void printReport(const Report &report, ReportForm form);
 
-/// Writes a text to standard output as it is.
+/// Writes a text to standard output as it is, and at once.
 void printText(const QString &text);

@@ -101,9 +101,13 @@ QString textReport(const Report &report, int width)
 
 QString wrapped(const QString &text, int width, int indent)
 {
+    return wrapped(text.split(QLatin1Char(' ')), width, indent);
+}
+
+QString wrapped(const QStringList &words, int width, int indent)
+{
     QString result;
     int used = 0;
-    const QStringList words = text.split(QLatin1Char(' '));
     for (const QString &word : words) {
         if (used > 0 && used + 1 + word.size() > width) {
             result += QLatin1Char('\n') + QString(indent, QLatin1Char(' '));

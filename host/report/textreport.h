@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 struct Report;
 
@@ -14,3 +15,5 @@ QString textReport(const Report &report, int width);
 /// The words of the text in lines of at most `width` characters; the lines after the first begin
 /// with `indent` blanks.
 QString wrapped(const QString &text, int width, int indent);
+/// The same of words that must not be broken, such as cells with blanks.
+QString wrapped(const QStringList &words, int width, int indent);

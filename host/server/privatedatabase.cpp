@@ -54,6 +54,13 @@ ConnectionParameters PrivateDatabase::parameters() const
     return parameters;
 }
 
+ConnectionParameters PrivateDatabase::administratorParameters() const
+{
+    ConnectionParameters administrator = parameters();
+    administrator.user = QStringLiteral("root");
+    return administrator;
+}
+
 Failure PrivateDatabase::converse(const QString &statements, int *exitCode)
 {
     QString error;

@@ -28,6 +28,8 @@ public:
     /// The sample company was loaded by this object.
     bool isNew() const { return contentIsNew; }
     ConnectionParameters parameters() const;
+    /// With the rights of the server's administrator.
+    ConnectionParameters administratorParameters() const;
     /// Hands the terminal over to a client, for statements or with none for a conversation.
     /// `exitCode` is the client's.
     Failure converse(const QString &statements, int *exitCode);

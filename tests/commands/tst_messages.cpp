@@ -134,6 +134,7 @@ void tst_Messages::passWatch_followsAPass()
 {
     PassWatch watch;
     QVERIFY(!watch.isPassRunning());
+    QCOMPARE(watch.see(QtDebugMsg, QStringLiteral("THRWorker::dbCheckOpen()")), PassWatch::Nothing);
     QCOMPARE(
         watch.see(QtDebugMsg, QStringLiteral("THRWorker: BEGIN synchronization #1 (force: NO)")),
         PassWatch::PassBegan);
@@ -152,6 +153,10 @@ void tst_Messages::passWatch_followsAPass()
                        QStringLiteral("THRWorker: END synchronization #1 (waiting records: 7)")),
              PassWatch::PassEnded);
     QVERIFY(!watch.isPassRunning());
+    // Closing the connection speaks the words of opening it, which do not count before the end.
+    const QString closing = QStringLiteral("THRWorker::dbCheckOpen()");
+    QCOMPARE(watch.see(QtDebugMsg, closing), PassWatch::PassOver);
+    QCOMPARE(watch.see(QtDebugMsg, closing), PassWatch::Nothing);
     QCOMPARE(watch.figures().passes, 1);
     QCOMPARE(watch.figures().records, 120);
     QCOMPARE(watch.figures().waiting, 7);

@@ -36,6 +36,7 @@ class tst_ChangeText : public QObject
 private Q_SLOTS:
     void changedCells_haveALineEach();
     void rowsThatComeOrGo_haveOneLine();
+    void neighbouringRows_thatChangeAlikeShareALine();
     void persons_areNumberNameOrUid();
     void moments_areLocal();
     void moments_thatAreNone();
@@ -70,11 +71,37 @@ void tst_ChangeText::rowsThatComeOrGo_haveOneLine()
                                .with("people: uid|pamId|name|surname|title|bid",
                                      {"8|1008.1|Eva|Malá||NULL"})
                                .with("people_pam: uid|id", {"8|2"})
+                               .with("term_sync: id|tid|ref_col|ref_id", {"1|5|uid|8", "2|5|iid|8"})
                                .with("term: tid|syn|flags", {"5|0|2"});
-    QCOMPARE(told(before, after),
-             lines({"1008.1 Eva Malá: + people uid 8, pamId '1008.1', name 'Eva', surname 'Malá'",
-                    "1008.1 Eva Malá: + people_pam id 2", "uid 7: - admins_people aid 4, request 1",
-                    "nobody: + term tid 5, syn 0, flags 2"}));
+    QCOMPARE(
+        told(before, after),
+        lines({"1008.1 Eva Malá: + people uid 8, pamId '1008.1', name 'Eva', surname 'Malá'",
+               "1008.1 Eva Malá: + people_pam id 2", "1008.1 Eva Malá: + term_sync id 1, tid 5",
+               "uid 7: - admins_people aid 4, request 1", "nobody: + term tid 5, syn 0, flags 2",
+               "nobody: + term_sync id 2, tid 5, ref_col 'iid', ref_id 8"}));
+}
+
+void tst_ChangeText::neighbouringRows_thatChangeAlikeShareALine()
+{
+    const char *months = "groups_month: uid|month|gid";
+    QCOMPARE(told(SnapshotBuilder().with(months,
+                                         {"8|202401|1", "8|202402|1", "8|202403|1", "8|202404|5",
+                                          "8|202405|1", "9|202401|1", "9|202402|1"}),
+                  SnapshotBuilder()
+                      .with(months,
+                            {"8|202401|2", "8|202402|2", "8|202403|2", "8|202404|2", "8|202405|2"})
+                      .named("gid", 2, "Zmeny")),
+             lines({"uid 8: groups_month month 202401 to 202403, 3 rows: gid 1 -> 2 (Zmeny)",
+                    "uid 8: groups_month month 202404: gid 5 -> 2 (Zmeny)",
+                    "uid 8: groups_month month 202405: gid 1 -> 2 (Zmeny)",
+                    "uid 9: - groups_month month 202401, gid 1",
+                    "uid 9: - groups_month month 202402, gid 1"}));
+    // Rows that only one column does not tell apart have lines of their own.
+    const char *moves = "funds_move: uid|fid|day|type|value";
+    QCOMPARE(told(SnapshotBuilder().with(moves, {"8|2|0|3|10", "8|3|0|3|10"}),
+                  SnapshotBuilder().with(moves, {"8|2|0|3|20", "8|3|0|3|20"}))
+                 .size(),
+             2);
 }
 
 void tst_ChangeText::persons_areNumberNameOrUid()

@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What the passes of a run change, on standard output.
+#include "host/commands/changewatch.h"
+
+#include "host/database/changetext.h"
+#include "host/database/connectionparameters.h"
+#include "host/database/errortext.h"
+#include "host/report/console.h"
+#include "host/report/textreport.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+const int outputWidth = 100;
+const int continuation = 6; // blanks before what does not fit into a line
+
+/// "Pass 3", or "Passes 2 to 3".
+QString passesText(int first, int last)
+{
+    return first == last ? QStringLiteral("Pass %1").arg(last)
+                         : QStringLiteral("Passes %1 to %2").arg(first).arg(last);
+}
+
+QString titleOf(const QString &passes, const QVector<Change> &changes)
+{
+    if (changes.isEmpty())
+        return passes + QStringLiteral(": no rows changed\n");
+    return QStringLiteral("%1: %2 changed\n")
+        .arg(passes,
+             changes.size() == 1 ? QStringLiteral("1 row")
+                                 : QStringLiteral("%1 rows").arg(changes.size()));
+}
+
+/// Broken between cells only.
+QString broken(const QString &line)
+{
+    static const QRegularExpression betweenCells(QStringLiteral("(?<=,) "));
+    return wrapped(line.split(betweenCells), outputWidth - continuation, continuation);
+}
+
+QString pageOf(const QVector<PersonChanges> &persons)
+{
+    QString page;
+    for (const PersonChanges &changes : persons) {
+        page += QStringLiteral("\n%1\n").arg(changes.person);
+        for (const QString &line : changes.lines)
+            page += QStringLiteral("  %1\n").arg(broken(line));
+    }
+    return page;
+}
+
+} // namespace
+
+ChangeWatch::ChangeWatch() :
+    database(QStringLiteral("talvenhr.changes"))
+{ }
+
+Failure ChangeWatch::begin(const ConnectionParameters &parameters)
+{
+    if (const Failure failure = database.prepare(parameters, false))
+        return failure;
+    return read(&shown);
+}
+
+Failure ChangeWatch::show(int pass)
+{
+    if (pass == shownPass)
+        return {};
+    Snapshot now;
+    if (const Failure failure = read(&now))
+        return failure;
+    const QVector<Change> changes = difference(shown, now);
+    const QString text = titleOf(passesText(shownPass + 1, pass), changes)
+        + pageOf(changeTexts(changes, now.names)) + QLatin1Char('\n');
+    printText(text);
+    shown = now;
+    shownPass = pass;
+    return {};
+}
+
+Failure ChangeWatch::read(Snapshot *snapshot) const
+{
+    QSqlDatabase handle = database.handle();
+    if (!handle.open())
+        return {ExitDatabase,
+                QStringLiteral("changes cannot be shown, for the database cannot be opened: %1")
+                    .arg(errorText(handle.lastError()))};
+    const Failure failure = readSnapshot(handle, SnapshotRows::Touchable, snapshot);
+    handle.close();
+    return failure
+        ? Failure {failure.exitCode, QStringLiteral("changes cannot be shown: ") + failure.text}
+        : failure;
+}
