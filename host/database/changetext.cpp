@@ -60,12 +60,12 @@ QStringList keyWithinPerson(const TouchedTable &table)
 /// Whether two changes, one after the other, do the same to two rows, such as two days.
 bool areAlike(const Change &one, const Change &next)
 {
-    if (one.person.uid != next.person.uid || one.table.name != next.table.name)
+    if (one.person.uid != next.person.uid || one.table != next.table)
         return false;
     if (one.before.isEmpty() || one.after.isEmpty() || next.before.isEmpty()
         || next.after.isEmpty())
         return false;
-    const QStringList key = keyWithinPerson(one.table);
+    const QStringList key = keyWithinPerson(*one.table);
     if (key.size() != 1)
         return false;
     for (int place = 0; place < one.columns.size(); ++place) {
@@ -108,7 +108,7 @@ private:
     QString value(int place, const QVariant &cell) const
     {
         const QString &column = change.columns.at(place);
-        const QString text = cellText(change.table, column, cell);
+        const QString text = cellText(*change.table, column, cell);
         const int type = cell.userType();
         if (type == QMetaType::QString || type == QMetaType::QByteArray)
             return quoted(text);
@@ -124,7 +124,7 @@ private:
 
     bool namesPerson(const QString &column) const
     {
-        const TouchedTable &table = change.table;
+        const TouchedTable &table = *change.table;
         return change.person.uid != 0 && !table.isPeople()
             && (column == table.person || column == table.personMark);
     }
@@ -137,7 +137,7 @@ private:
                 cells.append(named(place, row.at(place)));
         }
         return QStringLiteral("%1 %2")
-            .arg(change.table.name, cells.join(QStringLiteral(", ")))
+            .arg(change.table->name, cells.join(QStringLiteral(", ")))
             .trimmed();
     }
 
@@ -145,7 +145,7 @@ private:
     QString row() const
     {
         QStringList cells;
-        const QStringList key = keyWithinPerson(change.table);
+        const QStringList key = keyWithinPerson(*change.table);
         for (const QString &column : key) {
             const int place = change.columns.indexOf(column);
             cells.append(named(place, change.after.at(place)));
@@ -155,7 +155,7 @@ private:
                                     .arg(count);
         }
         return QStringLiteral("%1 %2")
-            .arg(change.table.name, cells.join(QStringLiteral(", ")))
+            .arg(change.table->name, cells.join(QStringLiteral(", ")))
             .trimmed();
     }
 
@@ -165,7 +165,7 @@ private:
         const QVariant &before = change.before.at(place);
         const QVariant &after = change.after.at(place);
         QStringList lines;
-        if (change.columns.at(place) == change.table.list && (isList(before) || isList(after))) {
+        if (change.columns.at(place) == change.table->list && (isList(before) || isList(after))) {
             lines += listLine(beginning + QLatin1String("gained "), after, before);
             lines += listLine(beginning + QLatin1String("lost "), before, after);
         }

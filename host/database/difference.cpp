@@ -5,8 +5,12 @@
 
 #include "host/database/value.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -36,9 +40,11 @@ public:
                     const SetAside &setAside) :
         before(withColumns(contentBefore, contentAfter.columns)),
         after(contentAfter),
+        uid(after.indexOf(after.table->person)),
+        mark(after.indexOf(after.table->personMark)),
         compared(comparedPlaces(contentBefore, setAside))
     {
-        const TouchedTable &table = after.table;
+        const TouchedTable &table = *after.table;
         const bool byContent = setAside.generatedIds && table.key.contains(table.generated);
         matched = byContent ? compared : placesOf(table.key, after);
     }
@@ -68,7 +74,7 @@ public:
 private:
     QVector<int> comparedPlaces(const TableContent &contentBefore, const SetAside &setAside) const
     {
-        const TouchedTable &table = after.table;
+        const TouchedTable &table = *after.table;
         QVector<int> places;
         for (int place = 0; place < after.columns.size(); ++place) {
             const QString &column = after.columns.at(place);
@@ -115,20 +121,28 @@ private:
     /// The uid of whom the row is about, 0 for nobody.
     qlonglong personOf(const TableRow &row) const
     {
-        const TouchedTable &table = after.table;
-        if (table.person.isEmpty())
+        if (mark >= 0 && row.at(mark).toString() != QLatin1String("uid"))
             return 0;
-        if (!table.personMark.isEmpty()
-            && row.value(after.indexOf(table.personMark)).toString() != QLatin1String("uid"))
-            return 0;
-        return row.value(after.indexOf(table.person)).toLongLong();
+        return row.value(uid).toLongLong();
     }
 
     const TableContent before;
     const TableContent &after;
+    const int uid; ///< place of the person, -1 for none
+    const int mark; ///< place of what says that it is one, -1 if it always is
     const QVector<int> compared; ///< places of the cells in which rows may differ
     QVector<int> matched; ///< places of the cells that make two rows the same one
 };
+
+/// Where a person stands among others: nobody last, before them those without a number.
+using PersonPlace = std::tuple<bool, bool, qulonglong, qulonglong, qlonglong>;
+
+PersonPlace placeOf(const Person &person)
+{
+    return {person.uid == 0, person.pamId.isEmpty(),
+            person.pamId.section(QLatin1Char('.'), 0, 0).toULongLong(),
+            person.pamId.section(QLatin1Char('.'), 1).toULongLong(), person.uid};
+}
 
 /// Fills in the number and the name, if the snapshot has the person.
 bool introduce(const Snapshot &snapshot, Person *person)
@@ -153,12 +167,44 @@ bool introduce(const Snapshot &snapshot, Person *person)
     return true;
 }
 
-/// Where a person stands among others: nobody last, before them those without a number.
-std::tuple<bool, bool, qulonglong, qulonglong, qlonglong> place(const Person &person)
+/// The people of these changes, with numbers and names, in the order of difference().
+QVector<Person> peopleOf(const QVector<Change> &changes, const Snapshot &before,
+                         const Snapshot &after)
 {
-    return {person.uid == 0, person.pamId.isEmpty(),
-            person.pamId.section(QLatin1Char('.'), 0, 0).toULongLong(),
-            person.pamId.section(QLatin1Char('.'), 1).toULongLong(), person.uid};
+    QSet<qlonglong> uids;
+    for (const Change &change : changes)
+        uids.insert(change.person.uid);
+    std::vector<std::pair<PersonPlace, Person>> people;
+    for (const qlonglong uid : qAsConst(uids)) {
+        Person person;
+        person.uid = uid;
+        if (uid != 0 && !introduce(after, &person))
+            introduce(before, &person);
+        people.emplace_back(placeOf(person), person);
+    }
+    std::sort(people.begin(), people.end(),
+              [](const auto &one, const auto &other) { return one.first < other.first; });
+    QVector<Person> result;
+    for (const auto &person : people)
+        result.append(person.second);
+    return result;
+}
+
+/// The changes person after person; those of one stay in their order.
+QVector<Change> byPerson(const QVector<Change> &changes, const QVector<Person> &people)
+{
+    QHash<qlonglong, QVector<const Change *>> ofPerson;
+    for (const Change &change : changes)
+        ofPerson[change.person.uid].append(&change);
+    QVector<Change> result;
+    result.reserve(changes.size());
+    for (const Person &person : people) {
+        for (const Change *change : qAsConst(ofPerson[person.uid])) {
+            result.append(*change);
+            result.last().person = person;
+        }
+    }
+    return result;
 }
 
 } // namespace
@@ -167,15 +213,8 @@ QVector<Change> difference(const Snapshot &before, const Snapshot &after, const 
 {
     QVector<Change> changes;
     for (const TableContent &content : after.tables) {
-        if (const TableContent *old = before.find(content.table.name))
+        if (const TableContent *old = before.find(content.table->name))
             TableDifference(*old, content, setAside).appendTo(&changes);
     }
-    for (Change &change : changes) {
-        if (change.person.uid != 0 && !introduce(after, &change.person))
-            introduce(before, &change.person);
-    }
-    std::stable_sort(changes.begin(), changes.end(), [](const Change &one, const Change &other) {
-        return place(one.person) < place(other.person);
-    });
-    return changes;
+    return byPerson(changes, peopleOf(changes, before, after));
 }

@@ -17,7 +17,7 @@ struct Person
 struct Change
 {
     Person person;
-    TouchedTable table;
+    const TouchedTable *table = nullptr; ///< of touchedTables()
     QStringList columns;
     TableRow before; ///< empty: the row was not there
     TableRow after; ///< empty: the row is gone

@@ -81,8 +81,8 @@ Failure readTable(const QSqlDatabase &database, SnapshotRows wanted, TableConten
 {
     QSqlQuery query(database);
     query.setForwardOnly(true);
-    if (!query.exec(contentStatement(content->table, wanted)))
-        return tableFailure(database, content->table.name, query.lastError());
+    if (!query.exec(contentStatement(*content->table, wanted)))
+        return tableFailure(database, content->table->name, query.lastError());
 
     const QSqlRecord record = query.record();
     for (int column = 0; column < record.count(); ++column)
@@ -114,7 +114,7 @@ const TableContent *Snapshot::find(const QString &table) const
 {
     const auto found = std::find_if(
         tables.cbegin(), tables.cend(),
-        [&table](const TableContent &content) { return content.table.name == table; });
+        [&table](const TableContent &content) { return content.table->name == table; });
     return found == tables.cend() ? nullptr : &*found;
 }
 
@@ -126,7 +126,7 @@ Failure readSnapshot(const QSqlDatabase &database, SnapshotRows wanted, Snapshot
         return failure;
     for (const TouchedTable &table : touchedTables()) {
         TableContent content;
-        content.table = table;
+        content.table = &table;
         if (const Failure failure = readTable(database, wanted, &content))
             return failure;
         snapshot->tables.append(content);
@@ -140,7 +140,7 @@ Failure readSnapshot(const QSqlDatabase &database, SnapshotRows wanted, Snapshot
 
 void sortByKey(TableContent *content)
 {
-    const QVector<int> key = placesOf(content->table.key, *content);
+    const QVector<int> key = placesOf(content->table->key, *content);
     const auto isBefore = [&key](const TableRow &one, const TableRow &other) {
         return compareRows(one, other, key) < 0;
     };

@@ -17,7 +17,7 @@ using TableRow = QVector<QVariant>;
 /// A table with the columns that it really has.
 struct TableContent
 {
-    TouchedTable table;
+    const TouchedTable *table = nullptr; ///< of touchedTables()
     QStringList columns;
     QVector<TableRow> rows; ///< in the order of the table's key
 

@@ -81,7 +81,7 @@ void tst_Snapshot::allTables_areThereWithTheirKeys()
     const Snapshot snapshot = database->snapshot();
     QCOMPARE(snapshot.tables.size(), touchedTables().size());
     for (const TableContent &content : snapshot.tables) {
-        const TouchedTable &table = content.table;
+        const TouchedTable &table = *content.table;
         const QString keyColumns = QStringLiteral("SELECT column_name "
                                                   "FROM information_schema.key_column_usage "
                                                   "WHERE table_schema = DATABASE() "

@@ -19,14 +19,14 @@ QVariant cell(const QString &text)
 SnapshotBuilder::SnapshotBuilder()
 {
     for (const TouchedTable &table : touchedTables())
-        snapshot.tables.append({table, table.key, {}});
+        snapshot.tables.append({&table, table.key, {}});
 }
 
 SnapshotBuilder &SnapshotBuilder::with(const char *table, std::initializer_list<const char *> rows)
 {
     const QStringList parts = QString::fromUtf8(table).split(QStringLiteral(": "));
     for (TableContent &content : snapshot.tables) {
-        if (content.table.name != parts.first())
+        if (content.table->name != parts.first())
             continue;
         content.columns = parts.last().split(QLatin1Char('|'));
         for (const char *text : rows) {

@@ -29,7 +29,7 @@ QStringList told(const Snapshot &before, const Snapshot &after, const SetAside &
     for (const Change &change : changes)
         texts.append(QStringLiteral("%1 %2: %3 > %4")
                          .arg(change.person.uid)
-                         .arg(change.table.name, rowText(change.before), rowText(change.after)));
+                         .arg(change.table->name, rowText(change.before), rowText(change.after)));
     return texts;
 }
 
