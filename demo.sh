@@ -15,7 +15,8 @@ fi
 here=$PWD
 data=$here/demo-data
 log=$data/run.log
-pid=20011 # the new employee whose road the demo shows: 2001.1
+changes=$data/changes.txt
+person=2001.1 # the new employee whose road the demo shows
 export LC_ALL=C.UTF-8
 
 # --- Appearance ---------------------------------------------------------------------------------
@@ -27,7 +28,7 @@ fi
 
 title() { printf '\n%s%s%s\n\n' "$bold" "$1" "$plain"; }
 say() { printf '%s\n' "$@"; }
-indent() { sed 's/^/  /'; }
+indent() { sed 's/^./  &/'; }
 
 # --- The export file ------------------------------------------------------------------------------
 
@@ -107,99 +108,18 @@ second_export() {
 
 sql() { build/release/bin/talvenhr sql --private-db "$data/db" --execute "$1" | tail -n +2; }
 
-# snapshot NAME: the tables that a pass writes, as lines that begin with the person.
-snapshot() {
-    local name who
-    name="RPAD(CONCAT_WS(' ', NULLIF(p.title, ''), p.name, p.surname, NULLIF(p.title2, '')), 30, ' ')"
-    who="RPAD(COALESCE(p.pamId, ''), 8, ' '), $name"
-    sql "SELECT CONCAT($who,
-                       RPAD(p.phone, 14, ' '),
-                       FROM_UNIXTIME(p.begin, '%Y-%m-%d  '),
-                       RPAD(COALESCE(FROM_UNIXTIME(p.end, '%Y-%m-%d'), '-'), 12, ' '),
-                       RPAD(COALESCE(b.number, '-'), 8, ' '),
-                       IF(p.status, 'yes     ', 'no      '),
-                       COALESCE(FROM_UNIXTIME(p.rsBegin, 'from %Y-%m-%d '), ''),
-                       COALESCE(FROM_UNIXTIME(p.rsEnd, 'to %Y-%m-%d '), ''), p.rsText)
-           FROM people p LEFT JOIN branches b USING (bid)" | sort >"$data/people.$1"
-    who="RPAD(COALESCE(p.pamId, ''), 8, ' '), RPAD(p.name, 12, ' ')"
-    {
-        sql "SELECT CONCAT($who, 'member of ', b.number, ' ', b.name)
-               FROM brape JOIN people p USING (uid) JOIN branches b ON b.bid = brape.bid"
-        sql "SELECT CONCAT($who, 'on terminal ', t.tid, ' ', t.name)
-               FROM people_term JOIN people p USING (uid) JOIN term t USING (tid)"
-        sql "SELECT CONCAT($who, 'under administrator ', a.aid, ' ', a.name,
-                           IF(admins_people.request, ', the supervisor', ''))
-               FROM admins_people JOIN people p USING (uid) JOIN admins a USING (aid)"
-        sql "SELECT CONCAT($who, 'group from ', g.since, ' on: ', groups.name)
-               FROM groups_plan g JOIN people p USING (uid) JOIN groups ON groups.gid = g.gid"
-        sql "SELECT CONCAT($who, 'enrolled in PaM, settings ', m.id)
-               FROM people_pam m JOIN people p USING (uid)"
-    } | sort >"$data/memberships.$1"
-    sql "SELECT CONCAT($who, 'terminal ', s.tid, ': ',
-                       IF(s.type = 'U', 'changed', 'added'),
-                       ', notice ', ROW_NUMBER() OVER (PARTITION BY s.ref_id, s.tid))
-           FROM term_sync s JOIN people p ON p.uid = s.ref_id AND s.ref_col = 'uid'" |
-        sort >"$data/queue.$1"
-    sql "SELECT CONCAT($who, 'correction of ', FROM_UNIXTIME(f.day, '%Y-%m-%d: '),
-                       IF(f.value > 0, '+', ''), ROUND(f.value / 100, 2), ' days')
-           FROM funds_move f JOIN people p USING (uid)
-          WHERE f.type = 3 AND f.day = midnightFromTs(UNIX_TIMESTAMP())" | sort >"$data/leave.$1"
-}
-
-# road NAME: all that the database holds of the one employee whom the demo follows.
-road() {
-    sql "WITH one AS (SELECT * FROM people WHERE pid = $pid)
-         SELECT CONCAT('person       ', pamId, ' ', title, ' ', name, ' ', surname, ' ', title2,
-                       FROM_UNIXTIME(begin, ', from %Y-%m-%d, type '), type) line FROM one
-         UNION ALL
-         SELECT CONCAT('PaM          settings ', m.id,
-                       IF(FIND_IN_SET(pid, v.value), ', on the list of selected people', ''))
-           FROM one JOIN people_pam m USING (uid) JOIN vars v ON v.name = 'exportPam.1.selPeople'
-         UNION ALL
-         SELECT CONCAT('branch       ', b.number, ' ', b.name)
-           FROM one JOIN brape USING (uid) JOIN branches b ON b.bid = brape.bid
-         UNION ALL
-         SELECT CONCAT('terminal     ', t.tid, ' ', t.name)
-           FROM one JOIN people_term USING (uid) JOIN term t USING (tid)
-         UNION ALL
-         SELECT CONCAT('supervisor   ', a.name) FROM one
-           JOIN admins_people l USING (uid) JOIN admins a USING (aid) WHERE l.request = 1
-         UNION ALL
-         SELECT CONCAT('calendar     ', g.name, ', planned from ', l.since)
-           FROM one JOIN groups_plan l USING (uid) JOIN groups g ON g.gid = l.gid
-         UNION ALL
-         SELECT CONCAT('leave        ', ROUND(COALESCE(SUM(f.value), 0) / 100, 2), ' days')
-           FROM one LEFT JOIN funds_move f ON f.uid = one.uid AND f.fid = 2
-         UNION ALL
-         SELECT CONCAT('queue        terminal ', s.tid, ': ',
-                       IF(s.type = 'U', 'changed', 'added'), ' (', COUNT(*), ')')
-           FROM one JOIN term_sync s ON s.ref_id = one.uid AND s.ref_col = 'uid'
-          GROUP BY s.tid, s.type" >"$data/road.$1"
-}
-
-# changes TABLE BEFORE AFTER: the rows that went (red) and came (green), by person.
+# changes PASS [PERSON]: the rows that a pass changed, by person; what went is red, what came green.
 changes() {
-    { diff --unified=0 "$data/$1.$2" "$data/$1.$3" || true; } |
-        sed -n 's/^\([-+]\)\([0-9]\)/\1 \2/p' |
-        sort --stable --version-sort --key=2,2 |
-        sed -e "s/^-.*/$red&$plain/" -e "s/^+.*/$green&$plain/" -e 's/ *$//' | indent
+    awk -v pass="Pass $1:" -v person="${2-}" 'BEGIN { RS = ""; ORS = "\n\n" }
+        /^Pass / { wanted = index($0, pass) == 1; next }
+        wanted && (person == "" || index($0, person " ") == 1)' "$changes" |
+        sed -e '$d' -e "s/^  -.*/$red&$plain/" -e "s/^  +.*/$green&$plain/" | indent
 }
 
-# show_changes BEFORE AFTER
-show_changes() {
-    say "  ${dim}  person  name                          phone         from        to          branch  active  state$plain"
-    changes people "$1" "$2"
-    say '' "  ${dim}Branch, terminals, administrators, groups$plain"
-    changes memberships "$1" "$2"
-    say '' "  ${dim}The queue to the terminals$plain"
-    changes queue "$1" "$2"
-    say '' "  ${dim}Leave$plain"
-    changes leave "$1" "$2"
-}
-
+# wait_for PASS: until it is over and its changes are shown.
 wait_for() {
     local tries=600
-    until grep -qF "$1" "$log"; do
+    until grep -q "^Pass $1:" "$changes"; do
         if ! kill -0 "$run" 2>/dev/null || [ $((tries -= 1)) -eq 0 ]; then
             cat "$log" >&2
             exit 1
@@ -211,7 +131,7 @@ wait_for() {
 # messages PASS: what the plugin logged of the one employee in a pass, and all warnings and errors.
 # Dots stand for the lines of the others. Left out are the stamps.
 messages() {
-    cut -c25- "$log" | sed 's/^ *//' | awk -v pass="#$1" -v pid="$pid" -v bid=1 '
+    cut -c25- "$log" | sed 's/^ *//' | awk -v pass="#$1" -v pid="${person/./}" -v bid=1 '
         /(BEGIN|END) synchronization/ && index($0, pass) { print_it = 1; inside = /BEGIN/ }
         inside && /dbCheckFundMove\(/ { mine = index($0, "(pid: " pid ")") }
         inside && /BranchesRepository::/ { mine = $0 ~ "\\(" bid "[,)]" }
@@ -253,44 +173,39 @@ say '' "  ${dim}Shown: numbers, name, first and last day, branch, calendar, type
 say "  lines are no employees.$plain"
 
 title 'The first pass'
-say "  ${dim}talvenhr run --data-dir demo-data --private-db demo-data/db --passes 2$plain" ''
-build/release/bin/talvenhr run --data-dir "$data" --private-db "$data/db" --passes 2 2>"$log" &
+say "  ${dim}talvenhr run --data-dir demo-data --private-db demo-data/db --passes 2 --show-changes$plain" ''
+build/release/bin/talvenhr run --data-dir "$data" --private-db "$data/db" --passes 2 --show-changes \
+    2>"$log" >"$changes" &
 run=$!
 trap 'kill "$run" 2>/dev/null || true' EXIT
-wait_for 'Start TalvenHR'
-snapshot before
-wait_for 'END synchronization #1'
-snapshot first
-road first
-say "  ${dim}What the log says of one new employee, 2001.1; all of it is in demo-data/run.log$plain" ''
+wait_for 1
+say "  ${dim}What the log says of one new employee, $person; all of it is in demo-data/run.log$plain" ''
 messages 1
 
-title 'The road of one employee: what the database now holds of 2001.1'
-indent <"$data/road.first"
+title "The road of one employee: what has come into the database for $person"
+changes 1 "$person"
 say '' "  ${dim}PaM is the export of times for pay. The leave comes with the next pass: when the fund was asked (NO OK),"
 say "  there was no such person yet.$plain"
 
 title 'What the pass did for everybody'
-show_changes before first
+changes 1
 say '' "  ${dim}On the first pass after a start everybody counts as changed, so that terminals are told of people"
-say "  whose rows show no change. Only terminals in service that take persons are told. Leave is not corrected"
-say "  for whom it is right already, or whose attendance is not calculated (1005.1).$plain"
+say "  whose rows show little change. Only terminals in service that take persons are told. Leave moves in"
+say "  hundredths of a day, and not for whom it is right already, or whose attendance is not calculated (1005.1).$plain"
 
 title 'The export has changed; somebody forces a pass'
 write_export second_export
 sql "UPDATE vars SET value = 1 WHERE name = 'OQS.THRWorker.forceSync'"
 say "  ${dim}UPDATE vars SET value = 1 WHERE name = 'OQS.THRWorker.forceSync'$plain" ''
-wait_for 'END synchronization #2'
+wait_for 2
 trap - EXIT
 wait "$run" || true
-snapshot second
-road second
 messages 2
-say '' "  ${dim}New on the road of 2001.1$plain"
-comm -13 "$data/road.first" "$data/road.second" | sed "s/.*/$green+ &$plain/" | indent
+say '' "  ${dim}New on the road of $person$plain"
+changes 2 "$person"
 
 title 'What it did this time for everybody'
-show_changes first second
+changes 2
 say '' "  ${dim}Who changes branches stays in the old one, too, until somebody takes him out.$plain"
 
 title 'In the end'
@@ -302,7 +217,7 @@ title 'Play on'
 cat <<EOF
   Edit   demo-data/ron.data (the export) or demo-data/TalvenHR.ini (the settings), then run
 
-    build/release/bin/talvenhr run --data-dir demo-data --private-db demo-data/db --once
+    build/release/bin/talvenhr run --data-dir demo-data --private-db demo-data/db --once --show-changes
     build/release/bin/talvenhr sql --private-db demo-data/db
 
   The first runs a pass (--force makes it a forced one, --log-level 3 shows every line), the second
