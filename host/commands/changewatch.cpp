@@ -4,8 +4,6 @@
 #include "host/commands/changewatch.h"
 
 #include "host/database/changetext.h"
-#include "host/database/connectionparameters.h"
-#include "host/database/errortext.h"
 #include "host/report/console.h"
 #include "host/report/textreport.h"
 
@@ -54,14 +52,13 @@ QString pageOf(const QVector<PersonChanges> &persons)
 } // namespace
 
 ChangeWatch::ChangeWatch() :
-    database(QStringLiteral("talvenhr.changes"))
+    connection(QStringLiteral("talvenhr.changes"))
 { }
 
 Failure ChangeWatch::begin(const ConnectionParameters &parameters)
 {
-    if (const Failure failure = database.prepare(parameters, false))
-        return failure;
-    return read(&shown);
+    const Failure failure = connection.open(parameters);
+    return failure ? failure : read(&shown);
 }
 
 Failure ChangeWatch::show(int pass)
@@ -80,16 +77,13 @@ Failure ChangeWatch::show(int pass)
     return {};
 }
 
-Failure ChangeWatch::read(Snapshot *snapshot) const
+Failure ChangeWatch::read(Snapshot *snapshot)
 {
-    QSqlDatabase handle = database.handle();
-    if (!handle.open())
-        return {ExitDatabase,
-                QStringLiteral("changes cannot be shown, for the database cannot be opened: %1")
-                    .arg(errorText(handle.lastError()))};
-    const Failure failure = readSnapshot(handle, SnapshotRows::Touchable, snapshot);
-    handle.close();
-    return failure
-        ? Failure {failure.exitCode, QStringLiteral("changes cannot be shown: ") + failure.text}
-        : failure;
+    Failure failure = connection.open();
+    if (!failure)
+        failure = readSnapshot(connection.handle(), SnapshotRows::Touchable, snapshot);
+    connection.close();
+    if (failure)
+        failure.text.prepend(QStringLiteral("changes cannot be shown: "));
+    return failure;
 }

@@ -4,10 +4,8 @@
 #pragma once
 
 #include "host/base/failure.h"
-#include "host/database/hostdatabase.h"
+#include "host/database/connection.h"
 #include "host/database/snapshot.h"
-
-struct ConnectionParameters;
 
 /// Keeps a snapshot of what passes touch, and prints what has become of it. What others write
 /// meanwhile is told as well.
@@ -27,9 +25,9 @@ public:
     Failure show(int pass);
 
 private:
-    Failure read(Snapshot *snapshot) const;
+    Failure read(Snapshot *snapshot);
 
-    HostDatabase database;
+    Connection connection;
     Snapshot shown;
     int shownPass = 0;
 };

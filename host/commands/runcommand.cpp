@@ -98,8 +98,8 @@ Command runCommand()
         "made for you.");
     command.groups = {pluginOptions(), databaseOptions(), lengthOptions(), changeOptions(),
                       logOptions()};
-    command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
-                         ExitDatabase, ExitTimeout, ExitInterrupted};
+    command.exitCodes = {ExitClean,   ExitErrors,  ExitUsage,      ExitDatabase,
+                         ExitTimeout, ExitRefused, ExitInterrupted};
     command.sections = {
         {Text::tr("Ctrl+C, SIGTERM and SIGHUP"),
          {Text::tr("The first lets a running pass come to its end, the second cuts it after the"),

@@ -5,6 +5,7 @@
 
 #include "host/base/childprocesses.h"
 #include "host/commands/changewatch.h"
+#include "host/database/attendance.h"
 #include "host/server/privatedatabase.h"
 
 #include <QTime>
@@ -93,9 +94,20 @@ Failure RunSession::prepareDatabase()
         if (const Failure failure = startPrivateDatabase())
             return failure;
     }
-    return database.prepare(privateDatabase ? privateDatabase->parameters()
-                                            : options.database.connection,
-                            options.force);
+    const ConnectionParameters parameters = privateDatabase ? privateDatabase->parameters()
+                                                            : options.database.connection;
+    Failure failure = connection.open(parameters);
+    if (!failure)
+        failure = checkAttendance(connection.handle());
+    if (!failure)
+        failure = lock.take(parameters);
+    if (!failure && options.force)
+        failure = forceNextPass(connection.handle());
+    connection.close();
+    if (!failure && !lock.isHeld())
+        writer->warn(QStringLiteral("the server has no locks (GET_LOCK), so another 'talvenhr run' "
+                                    "on this database would go unnoticed"));
+    return failure;
 }
 
 Failure RunSession::startPrivateDatabase()
@@ -125,7 +137,7 @@ Failure RunSession::watchChanges()
 
 Failure RunSession::runPlugin()
 {
-    const Failure failure = plugin.run(database.handle());
+    const Failure failure = plugin.run(connection.handle());
     watchdog.disarm();
     if (!hasPlugin)
         return failure;

@@ -7,7 +7,8 @@
 #include "host/base/watchdog.h"
 #include "host/cli/databaseoptions.h"
 #include "host/commands/runsummary.h"
-#include "host/database/hostdatabase.h"
+#include "host/database/connection.h"
+#include "host/database/runlock.h"
 #include "host/plugin/pluginrun.h"
 #include "host/report/logwriter.h"
 
@@ -83,7 +84,8 @@ private:
     SignalWatch signalWatch;
     QScopedPointer<PrivateDatabase> privateDatabase;
     std::atomic<qint64> serverProcess {0}; ///< of the private server
-    HostDatabase database;
+    RunLock lock;
+    Connection connection {QStringLiteral("talvenhr")}; ///< whose clone the plugin gets
     QScopedPointer<ChangeWatch> changes; ///< null unless they are to be shown
     PluginRun plugin;
     bool waiting = false; ///< for the running pass to end

@@ -4,7 +4,7 @@
 #include "host/base/programpaths.h"
 #include "host/catalogue/messagegate.h"
 #include "host/catalogue/messages.h"
-#include "host/database/hostdatabase.h"
+#include "host/database/connection.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/pluginfile.h"
 #include "host/server/privateserver.h"
@@ -166,8 +166,8 @@ QVector<Message> tst_MessageGate::messagesAt(int logLevel, int passes)
     site.writeFile(QStringLiteral("passes"), QString());
     ConnectionParameters parameters;
     parameters.socket = server->socketPath();
-    HostDatabase database;
-    const Failure failure = database.prepare(parameters, false);
+    Connection connection(QStringLiteral("talvenhr"));
+    const Failure failure = connection.open(parameters);
     if (failure)
         qFatal("%s", qPrintable(failure.text));
 
@@ -178,7 +178,7 @@ QVector<Message> tst_MessageGate::messagesAt(int logLevel, int passes)
     PluginFile plugin(TalvenhrProcess::pluginPath());
     plugin.load();
     plugin.server()->setLogLevel(static_cast<quint8>(logLevel));
-    plugin.server()->setDatabase(database.handle());
+    plugin.server()->setDatabase(connection.handle());
     plugin.server()->start();
     QElapsedTimer timer;
     timer.start();

@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A connection of the command's own to the attendance database.
+#include "host/database/connection.h"
+
+#include "host/base/silentmessages.h"
+#include "host/database/errortext.h"
+
+#include <QStringList>
+
+namespace {
+
+QString connectOptions(const ConnectionParameters &parameters)
+{
+    QStringList options;
+    if (!parameters.socket.isEmpty())
+        options.append(QStringLiteral("UNIX_SOCKET=") + parameters.socket);
+    if (!parameters.connectOptions.isEmpty())
+        options.append(parameters.connectOptions);
+    return options.join(QLatin1Char(';'));
+}
+
+/// Where the server is, as the user named it.
+QString serverText(const ConnectionParameters &parameters)
+{
+    if (!parameters.socket.isEmpty())
+        return parameters.socket;
+    if (parameters.host.isEmpty())
+        return QStringLiteral("this machine");
+    return parameters.port < 0 ? parameters.host
+                               : QStringLiteral("%1:%2").arg(parameters.host).arg(parameters.port);
+}
+
+} // namespace
+
+Connection::Connection(const QString &connectionName) :
+    name(connectionName)
+{ }
+
+Connection::~Connection()
+{
+    if (made)
+        QSqlDatabase::removeDatabase(name);
+}
+
+Failure Connection::open(const ConnectionParameters &wanted)
+{
+    parameters = wanted;
+    if (!QSqlDatabase::drivers().contains(parameters.driver))
+        return {ExitDatabase,
+                QStringLiteral("the database driver '%1' is not installed (there are: %2); install "
+                               "it, or name another one with --driver")
+                    .arg(parameters.driver, QSqlDatabase::drivers().join(QStringLiteral(", ")))};
+
+    QSqlDatabase database = QSqlDatabase::addDatabase(parameters.driver, name);
+    made = true;
+    database.setHostName(parameters.host);
+    if (parameters.port >= 0)
+        database.setPort(parameters.port);
+    database.setDatabaseName(parameters.database);
+    database.setUserName(parameters.user);
+    database.setPassword(parameters.password);
+    database.setConnectOptions(connectOptions(parameters));
+    return open();
+}
+
+Failure Connection::open()
+{
+    const SilentMessages silence;
+    QSqlDatabase database = handle();
+    if (database.open())
+        return {};
+    return {ExitDatabase,
+            QStringLiteral("cannot open database '%1' on %2 as user '%3': %4; check the options of "
+                           "the database and that the server runs")
+                .arg(parameters.database, serverText(parameters), parameters.user,
+                     errorText(database.lastError()))};
+}
+
+void Connection::close()
+{
+    handle().close();
+}
+
+QSqlDatabase Connection::handle() const
+{
+    return QSqlDatabase::database(name, false);
+}
