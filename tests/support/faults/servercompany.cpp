@@ -3,44 +3,81 @@
 // A small company in the database of the private server, for a pass in which something goes wrong.
 #include "support/faults/servercompany.h"
 
+#include "support/eventlog.h"
 #include "support/localseconds.h"
 #include "support/recordbuilder.h"
+#include "support/snapshotlines.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QRegularExpression>
 
 namespace {
-
-/// A moment, readable; the administrator's session has the time zone of the process.
-QString moment(const QString &column)
-{
-    return QStringLiteral("CAST(FROM_UNIXTIME(%1) AS CHAR)").arg(column);
-}
 
 QString seconds(int year, int month, int day)
 {
     return QString::number(localSeconds(QDate(year, month, day)));
 }
 
-/// Of table `people`; the first is what names the row.
-const QStringList peopleColumns {
-    QStringLiteral("pid"),     QStringLiteral("pamId"),      QStringLiteral("title"),
-    QStringLiteral("name"),    QStringLiteral("surname"),    QStringLiteral("title2"),
-    QStringLiteral("phone"),   QStringLiteral("rsText"),     QStringLiteral("type"),
-    QStringLiteral("status"),  QStringLiteral("did"),        QStringLiteral("bid"),
-    QStringLiteral("gid"),     QStringLiteral("calendarID"), QStringLiteral("calc"),
-    QStringLiteral("editor"),  QStringLiteral("begin"),      QStringLiteral("end"),
-    QStringLiteral("rsBegin"), QStringLiteral("rsEnd"),      QStringLiteral("created"),
-    QStringLiteral("edited"),  QStringLiteral("lastCalc"),
-};
-const int firstMoment = 16;
-
-/// The row of a table that names a person by uid, with the person's pid instead.
-QString rowQuery(const char *table, const char *columns, const char *uid = "uid")
+/// The same with the pid of a person, as far as there is one, wherever the uid stands.
+Snapshot withPids(Snapshot snapshot)
 {
-    return QStringLiteral("SELECT CONCAT('%1 ', CONCAT_WS('|', %2)) "
-                          "FROM %1 t LEFT JOIN people p ON p.uid = t.%3")
-        .arg(QLatin1String(table), QLatin1String(columns), QLatin1String(uid));
+    QHash<qlonglong, QVariant> pids;
+    const TableContent &people = snapshot.tables.first();
+    for (const TableRow &row : people.rows)
+        pids.insert(row.at(people.indexOf(QStringLiteral("uid"))).toLongLong(),
+                    row.at(people.indexOf(QStringLiteral("pid"))));
+    for (TableContent &content : snapshot.tables) {
+        const int person = content.indexOf(content.table->person);
+        if (person < 0)
+            continue;
+        for (TableRow &row : content.rows)
+            row[person] = pids.value(row.at(person).toLongLong(), row.at(person));
+    }
+    return snapshot;
+}
+
+/// Column by column, so that a difference names it.
+QStringList peopleValues(const Snapshot &snapshot)
+{
+    const QString table = QStringLiteral("people");
+    const QStringList columns = snapshot.find(table)->columns;
+    const QStringList pids = cellLines(snapshot, table, {QStringLiteral("pid")});
+    QStringList values;
+    for (const QString &column : columns.mid(columns.indexOf(QStringLiteral("pid")) + 1)) {
+        const QStringList cells = cellLines(snapshot, table, {column});
+        for (int i = 0; i < cells.size(); ++i)
+            values.append(QStringLiteral("people %1.%2: %3").arg(pids.at(i), column, cells.at(i)));
+    }
+    return values;
+}
+
+/// The rows of the other tables, each by itself.
+QStringList rowValues(const Snapshot &snapshot)
+{
+    const QStringList tables = lines({
+        "people_pam: uid|id",
+        "brape: bid|uid|since",
+        "people_term: tid|uid",
+        "admins_people: aid|uid|request",
+        "groups_plan: uid|since|gid",
+        "groups_month: uid|month|gid",
+        "atten: uid|date|ok",
+        "funds_move: uid|type|day|month|value",
+        "term: tid|syn",
+        "term_sync: tid|type|ref|ref_col|ref_id|created|flags",
+        "vars: name|value",
+    });
+    QStringList values;
+    for (const QString &heading : tables) {
+        const QString table = heading.section(QStringLiteral(": "), 0, 0);
+        const QStringList columns = heading.section(QStringLiteral(": "), 1)
+                                        .split(QLatin1Char('|'));
+        const QStringList rows = cellLines(snapshot, table, columns);
+        for (const QString &row : rows)
+            values.append(table + QLatin1Char(' ') + row);
+    }
+    return values;
 }
 
 } // namespace
@@ -142,44 +179,17 @@ void ServerCompany::calculateAttendance()
 
 QStringList ServerCompany::content()
 {
-    // Column by column, so that a difference names it.
-    QStringList columns = peopleColumns;
-    for (int i = firstMoment; i < columns.size(); ++i)
-        columns[i] = moment(columns.at(i));
-    QStringList values;
-    const QStringList people = database.rows(
-        QStringLiteral("SELECT %1 FROM people").arg(columns.join(QStringLiteral(", "))));
-    for (const QString &person : people) {
-        const QStringList cells = person.split(QLatin1Char('|'));
-        for (int i = 1; i < cells.size(); ++i)
-            values.append(QStringLiteral("people %1.%2: %3")
-                              .arg(cells.first(), peopleColumns.at(i), cells.at(i)));
+    const Snapshot snapshot = withPids(database.snapshot());
+    QStringList values = peopleValues(snapshot) + rowValues(snapshot);
+    // The list person by person.
+    const QString list = QStringLiteral("vars exportPam.1.selPeople|");
+    const int place = values.indexOf(QRegularExpression(
+        QLatin1Char('^') + QRegularExpression::escape(list) + QStringLiteral(".*")));
+    if (place >= 0) {
+        const QStringList listed = values.takeAt(place).mid(list.size()).split(QLatin1Char(','));
+        for (const QString &pid : listed)
+            values.append(QStringLiteral("PaM list ") + pid);
     }
-    const QStringList queries {
-        rowQuery("people_pam", "IFNULL(p.pid, t.uid), id"),
-        rowQuery("brape", "t.bid, IFNULL(p.pid, t.uid), FROM_UNIXTIME(since)"),
-        rowQuery("people_term", "tid, IFNULL(p.pid, t.uid)"),
-        rowQuery("admins_people", "aid, IFNULL(p.pid, t.uid), request"),
-        rowQuery("groups_plan", "IFNULL(p.pid, t.uid), since, t.gid"),
-        rowQuery("groups_month", "IFNULL(p.pid, t.uid), month, t.gid"),
-        rowQuery("atten", "IFNULL(p.pid, t.uid), DATE(FROM_UNIXTIME(`date`)), ok"),
-        rowQuery("funds_move", "IFNULL(p.pid, t.uid), t.type, FROM_UNIXTIME(day), month, value"),
-        rowQuery("term_sync",
-                 "tid, t.type, ref, ref_col, IFNULL(p.pid, ref_id), FROM_UNIXTIME(t.created), "
-                 "flags",
-                 "ref_id"),
-        QStringLiteral("SELECT CONCAT('term ', tid, '|', syn) FROM term"),
-        QStringLiteral("SELECT CONCAT('vars ', name, '|', value) FROM vars "
-                       "WHERE name = 'OQS.THRWorker.forceSync'"),
-    };
-    for (const QString &query : queries)
-        values += database.rows(query);
-    const QStringList listed = database
-                                   .value(QStringLiteral("SELECT value FROM vars "
-                                                         "WHERE name = 'exportPam.1.selPeople'"))
-                                   .split(QLatin1Char(','));
-    for (const QString &pid : listed)
-        values.append(QStringLiteral("PaM list ") + pid);
     values = lettered(values);
     values.sort();
     return values;
