@@ -9,6 +9,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 
 namespace {
@@ -126,11 +127,13 @@ const PluginMessage *findMessage(QtMsgType type, const QString &text)
 
 const MessageTopic &topicOf(const PluginMessage &message)
 {
-    const auto holds = [&message](const MessageTopic &topic) {
-        return std::any_of(topic.messages.begin(), topic.messages.end(),
-                           [&message](const PluginMessage &held) { return &held == &message; });
-    };
-    return *std::find_if(messageTopics().begin(), messageTopics().end(), holds);
+    // The messages of a topic stand side by side.
+    const std::less_equal<> upTo;
+    return *std::find_if(messageTopics().begin(), messageTopics().end(),
+                         [&](const MessageTopic &topic) {
+                             return upTo(&topic.messages.front(), &message)
+                                 && upTo(&message, &topic.messages.back());
+                         });
 }
 
 QStringList valuesIn(const PluginMessage &message, const QString &text)

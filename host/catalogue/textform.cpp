@@ -146,8 +146,10 @@ std::vector<TextForm::Positions> TextForm::reach(const QString &text, const QStr
 {
     if (!text.startsWith(begin))
         return {};
-    std::vector<Positions> reached {{begin.size()}};
-    for (int i = 0; i < kinds.size() && !reached.back().empty(); ++i)
+    std::vector<Positions> reached;
+    reached.reserve(static_cast<std::size_t>(kinds.size()) + 1);
+    reached.push_back({begin.size()});
+    for (int i = 0; i < kinds.size() && !reached.back().isEmpty(); ++i)
         reached.push_back(step(text, reached.back(), i, kinds.at(i)));
     const bool ends = std::binary_search(reached.back().begin(), reached.back().end(), text.size());
     return ends ? reached : std::vector<Positions>();
@@ -161,15 +163,15 @@ TextForm::Positions TextForm::step(const QString &text, const Positions &from, i
     const QString &literal = literals.at(place);
     if (kind == textPlace) {
         const bool last = place + 1 == places.size();
-        const int least = last ? qMax(from.front(), text.size() - literal.size()) : from.front();
+        const int least = last ? qMax(from.first(), text.size() - literal.size()) : from.first();
         for (int i = text.indexOf(literal, least); i >= 0; i = text.indexOf(literal, i + 1))
-            to.push_back(i + literal.size());
+            to.append(i + literal.size());
         return to;
     }
     for (const int position : from) {
         const int next = afterLiteral(text, afterValue(text, position, kind), literal);
         if (next >= 0)
-            to.push_back(next);
+            to.append(next);
     }
     return to;
 }

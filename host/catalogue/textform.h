@@ -5,7 +5,7 @@
 
 #include <QString>
 #include <QStringList>
-#include <QVector>
+#include <QVarLengthArray>
 
 #include <optional>
 #include <vector>
@@ -39,7 +39,8 @@ public:
     static constexpr int allTyped = 1000;
 
 private:
-    using Positions = std::vector<int>;
+    /// Few, but where a text is made of what follows it.
+    using Positions = QVarLengthArray<int, 4>;
 
     TextForm(const QString &text, QChar mark, int markLength);
     std::vector<Positions> reach(const QString &text, const QString &kinds) const;
