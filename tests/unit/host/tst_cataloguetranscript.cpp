@@ -3,32 +3,14 @@
 // The catalogue against the transcript of a company over four passes: it knows every statement and
 // every message there, and whom each is about.
 #include "support/catalogue/knownevents.h"
+#include "support/catalogue/transcriptevents.h"
 
-#include <QFile>
 #include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 #include <QtTest>
 
 namespace {
-
-/// The events of a transcript: without remarks, what is indented with the line before it.
-QStringList readEvents(const QString &pass)
-{
-    QFile file(QStringLiteral(TALVENHR_SOURCE_FOLDER "/tests/transcript/") + pass
-               + QStringLiteral("/transcript.txt"));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("cannot read %s", qPrintable(file.fileName()));
-    QStringList events;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        if (line.startsWith(QLatin1String("    ")))
-            events.last() += QLatin1Char('\n') + line.mid(4);
-        else if (!line.isEmpty() && !line.startsWith(QLatin1Char('#')))
-            events.append(line);
-    }
-    return events;
-}
 
 QString captured(const QString &text, const char *pattern)
 {
@@ -122,8 +104,7 @@ private:
 
 void tst_CatalogueTranscript::initTestCase()
 {
-    for (const char *pass : {"1-first-pass", "2-unchanged", "3-forced", "4-next-day"})
-        events += readEvents(QString::fromLatin1(pass));
+    events = transcriptEvents();
     QVERIFY(events.size() > 1000);
 }
 
