@@ -173,10 +173,23 @@ MessageTopic memberMessages()
 MessageTopic terminalMessages()
 {
     return {
-        "Terminals of a branch",
+        "Terminals",
         nullptr,
         true,
         {
+            debug(2, "THRWorker::addTermSyncPerson(%u, %s, %s)").names(Naming::Pid, 0),
+            warning("THRWorker::addTermSyncPerson(%u) - uid NOT selected from DB!")
+                .names(Naming::Pid, 0)
+                .means("The person's id could not be read.")
+                .leadsTo("The terminals were not told of the update.")
+                .todo("Restart, or change the person in the attendance system."),
+            error("THRWorker::addTermSyncPerson() ERROR: %s")
+                .means("No rows were written into `term_sync`.")
+                .leadsTo("The terminals were not told of the update.")
+                .todo("Restart, or change the person in the attendance system."),
+            error("THRWorker::addTermSyncPerson() - updateTermsSync() ERROR: %s")
+                .means("The rows are there, the terminals are not marked.")
+                .leadsTo("The terminals fetch them with the next news."),
             error("TermSyncRepository::addTermSyncPeople() ERROR: %s")
                 .by("TermSyncRepository::addTermSyncPeople, "
                     "TermSyncRepository::addTermSyncInterList")

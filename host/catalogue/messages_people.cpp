@@ -21,7 +21,6 @@ MessageTopic peopleMessages()
                 .names(Naming::PamId, 0)
                 .tells(MessageEvent::PersonUpdated),
             debug(2, "THRWorker::dbGetUidByPid(%u)").names(Naming::Pid, 0),
-            debug(2, "THRWorker::addTermSyncPerson(%u, %s, %s)").names(Naming::Pid, 0),
             error("THRWorker::dbLoadPeople() - SQL ERROR [%s]: %s")
                 .means("The people cannot be read.")
                 .leadsTo("The pass does nothing.")
@@ -53,18 +52,6 @@ MessageTopic peopleMessages()
                 .means("The person's id could not be read.")
                 .leadsTo("What follows for the person is left out, or goes to nobody.")
                 .todo("Look at the messages that follow."),
-            warning("THRWorker::addTermSyncPerson(%u) - uid NOT selected from DB!")
-                .names(Naming::Pid, 0)
-                .means("The person's id could not be read.")
-                .leadsTo("The terminals were not told of the update.")
-                .todo("Restart, or change the person in the attendance system."),
-            error("THRWorker::addTermSyncPerson() ERROR: %s")
-                .means("No rows were written into `term_sync`.")
-                .leadsTo("The terminals were not told of the update.")
-                .todo("Restart, or change the person in the attendance system."),
-            error("THRWorker::addTermSyncPerson() - updateTermsSync() ERROR: %s")
-                .means("The rows are there, the terminals are not marked.")
-                .leadsTo("The terminals fetch them with the next news."),
         }};
 }
 

@@ -28,9 +28,6 @@ public:
     /// From the text of a message: %u stands for {u}, %i for {i}, %s for {t}.
     static TextForm ofMessage(const char *text);
 
-    /// The text up to the first place.
-    const QString &front() const { return begin; }
-
     bool fits(const QString &text) const;
     /// The values at the places, nothing if the text is not of the form. From the place `loose` on,
     /// counted from 0, any text may stand at any place.
@@ -48,7 +45,7 @@ private:
     QStringList readBack(const QString &text, const std::vector<Positions> &reached,
                          const QString &kinds) const;
 
-    QString begin;
+    QString begin; ///< up to the first place
     QString places; ///< the letter of each place
     QStringList literals; ///< what follows each place
 };
