@@ -6,9 +6,10 @@
 #include "host/commands/configcommand.h"
 #include "host/commands/infocommand.h"
 #include "host/commands/runcommand.h"
+#include "host/commands/sandboxcommand.h"
 #include "host/commands/sqlcommand.h"
 
 QVector<Command> allCommands()
 {
-    return {runCommand(), sqlCommand(), infoCommand(), configCommand()};
+    return {runCommand(), sqlCommand(), infoCommand(), configCommand(), sandboxCommand()};
 }

@@ -49,16 +49,21 @@ QStringList structureRows(const Company &company)
                            "('exportPam.1.active', '1'), ('exportPam.1.selPeople', '')")};
 }
 
-QStringList nightStatements(const QDate &today)
+QStringList nightStatements(const QString &today)
 {
-    const QString lastDay = sqlNumber(midnight(today.addDays(-daysInExportAfterTheEnd)));
-    return {QStringLiteral("UPDATE people SET status = 0 WHERE end < %1").arg(lastDay),
+    const auto daysBefore = [&](int count) {
+        return QStringLiteral("UNIX_TIMESTAMP(FROM_UNIXTIME(%1) - INTERVAL %2 DAY)")
+            .arg(today)
+            .arg(count);
+    };
+    return {QStringLiteral("UPDATE people SET status = 0 WHERE end < %1")
+                .arg(daysBefore(daysInExportAfterTheEnd)),
             QStringLiteral("UPDATE atten SET ok = 1 WHERE ok < 0"),
             QStringLiteral("UPDATE people SET lastCalc = %1 WHERE status = 1 AND lastCalc < %1")
-                .arg(sqlNumber(midnight(today.addDays(-1)))),
+                .arg(daysBefore(1)),
             QStringLiteral("INSERT IGNORE INTO atten (uid, `date`, ok) SELECT uid, %1, 1 "
                            "FROM people WHERE status = 1 AND (end IS NULL OR end > %1)")
-                .arg(sqlNumber(midnight(today)))};
+                .arg(today)};
 }
 
 QByteArray loadingScript(const QStringList &statements)

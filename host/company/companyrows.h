@@ -29,8 +29,9 @@ struct PeopleDepth
 QStringList peopleRows(const Company &company, const PeopleDepth &depth);
 
 /// What the attendance system does at night: it calculates open days, opens the one that begins,
-/// and makes those inactive who have left the export.
-QStringList nightStatements(const QDate &today);
+/// and makes those inactive who have left the export. `today` is the seconds of its midnight, or an
+/// expression for them.
+QStringList nightStatements(const QString &today);
 
 /// Statements for the client, as one transaction without the checks that only cost time in an empty
 /// database.

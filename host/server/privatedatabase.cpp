@@ -77,16 +77,6 @@ bool PrivateDatabase::makeContent(QString *error)
     if (!brokenOff && QFileInfo(directory + QStringLiteral("/data/") + databaseName()).isDir())
         return true;
 
-    const QStringList files = databaseFiles(defaultDatabaseFolder(),
-                                            {QStringLiteral("schema"), QStringLiteral("routines"),
-                                             QStringLiteral("sample"), QStringLiteral("grants")});
-    if (files.isEmpty()) {
-        *error = QStringLiteral("the files of the database were not found in '%1'; install them "
-                                "together with this program")
-                     .arg(defaultDatabaseFolder());
-        return false;
-    }
-
     QFile mark(loadingMark);
     if (!mark.open(QIODevice::WriteOnly)) {
         *error = QStringLiteral("cannot write '%1': %2").arg(loadingMark, mark.errorString());
@@ -94,7 +84,30 @@ bool PrivateDatabase::makeContent(QString *error)
     }
     mark.close();
     contentIsNew = true;
+    return loadContent(error) && mark.remove();
+}
+
+/// In place of whatever was loaded before.
+bool PrivateDatabase::loadContent(QString *error)
+{
+    const QString folder = defaultDatabaseFolder();
+    const QStringList tables = databaseFiles(
+        folder, {QStringLiteral("schema"), QStringLiteral("routines")});
+    if (tables.isEmpty()) {
+        *error = QStringLiteral("the files of the database were not found in '%1'; install them "
+                                "together with this program")
+                     .arg(folder);
+        return false;
+    }
+    const auto load = [&](const QStringList &files) {
+        return server.loadFiles(databaseName(), files, error);
+    };
+    const auto loadCompany = [&] {
+        return company.isEmpty()
+            ? load(databaseFiles(folder, {QStringLiteral("sample")}))
+            : server.execute(databaseName(), QString::fromUtf8(company), error);
+    };
     const QString drop = QStringLiteral("DROP DATABASE IF EXISTS `%1`").arg(databaseName());
     return server.execute(QString(), drop, error) && server.createDatabase(databaseName(), error)
-        && server.loadFiles(databaseName(), files, error) && mark.remove();
+        && load(tables) && loadCompany() && load(databaseFiles(folder, {QStringLiteral("grants")}));
 }

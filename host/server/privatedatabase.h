@@ -18,6 +18,10 @@ class PrivateDatabase : public QObject
 public:
     explicit PrivateDatabase(const QString &directory, QObject *parent = nullptr);
 
+    /// New content has these rows in place of the sample company: statements for the client, to run
+    /// on the empty tables. To be called before the start.
+    void setCompany(const QByteArray &statements) { company = statements; }
+
     /// Starts the server and sees to the content.
     Failure start();
     /// As start(), or joins a `talvenhr run` that is at work on the folder.
@@ -25,7 +29,7 @@ public:
     void stop();
     qint64 serverProcessId() const { return server.processId(); }
 
-    /// The sample company was loaded by this object.
+    /// The content was made by this object.
     bool isNew() const { return contentIsNew; }
     ConnectionParameters parameters() const;
     /// With the rights of the server's administrator.
@@ -39,8 +43,10 @@ Q_SIGNALS:
 
 private:
     bool makeContent(QString *error);
+    bool loadContent(QString *error);
 
     const QString directory;
     PrivateServer server;
+    QByteArray company; ///< empty: the sample
     bool contentIsNew = false;
 };

@@ -38,6 +38,11 @@ const TableQuery queries[] = {
      "(SELECT MAX(since) FROM groups_plan h WHERE h.uid = g.uid) ORDER BY 1"},
 };
 
+QStringList nightOf(const QDate &day)
+{
+    return nightStatements(QString::number(localSeconds(day)));
+}
+
 /// What only one of two contents holds: "-VALUE" of the first, "+VALUE" of the second.
 QString contentDifference(const QStringList &before, const QStringList &after)
 {
@@ -198,7 +203,7 @@ void tst_CompanyRows::rows_loadWithoutWarnings()
     QVERIFY(rows("SELECT COUNT(*) FROM term WHERE bid IS NULL")
             != QStringList(QStringLiteral("0")));
     QCOMPARE(rows("SELECT COUNT(*) FROM groups"), QStringList(QStringLiteral("6")));
-    for (const QString &statement : nightStatements(firstDay))
+    for (const QString &statement : nightOf(firstDay))
         database->execute(statement);
     QCOMPARE(rows("SELECT COUNT(*) FROM atten WHERE ok < 0"), QStringList(QStringLiteral("0")));
 }
@@ -263,14 +268,14 @@ void tst_CompanyRows::daysOfLife_endWithTheRowsOfTheLastDay()
     pass(&worker, company);
     QSet<int> kinds;
     for (int i = 0; i < days; ++i) {
-        for (const QString &statement : nightStatements(life.company().day))
+        for (const QString &statement : nightOf(life.company().day))
             database->execute(statement);
         for (const LifeEvent &event : life.nextDay())
             kinds.insert(static_cast<int>(event.kind));
         setDay(life.company().day);
         pass(&worker, life.company());
     }
-    for (const QString &statement : nightStatements(life.company().day))
+    for (const QString &statement : nightOf(life.company().day))
         database->execute(statement);
     QVERIFY(kinds.size() >= 15); // nobody leaves the export so soon, and it is no New Year
 

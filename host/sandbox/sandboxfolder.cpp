@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The folder of a sandbox: whose it is, and what lies where in it.
+#include "host/sandbox/sandboxfolder.h"
+
+#include "host/server/privatefolder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(SandboxFolder)
+};
+
+const QFile::Permissions ownersFile = QFile::ReadOwner | QFile::WriteOwner;
+const QFile::Permissions ownersProgram = ownersFile | QFile::ExeOwner;
+
+QString markName()
+{
+    return QStringLiteral("sandbox.unfinished");
+}
+
+QString lockName()
+{
+    return QStringLiteral("sandbox.lock");
+}
+
+QStringList entriesOf(const QString &path)
+{
+    return QDir(path).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden
+                                | QDir::System);
+}
+
+Failure cannotWrite(const QString &path, const QString &reason)
+{
+    return {ExitUsage, Text::tr("cannot write '%1': %2").arg(path, reason)};
+}
+
+/// The server of a process that was killed ends by itself, in a moment.
+Failure waitForLeftServer(const QString &databaseFolder)
+{
+    PrivateFolder folder(databaseFolder);
+    QString error;
+    if (folder.isKnown() && !folder.take(&error))
+        return {ExitDatabase, error};
+    return {};
+}
+
+} // namespace
+
+SandboxFolder::SandboxFolder(const QString &name) :
+    directory(QDir::cleanPath(QFileInfo(name).absoluteFilePath()))
+{ }
+
+Failure SandboxFolder::take()
+{
+    const QFileInfo info(directory);
+    if (info.exists() && !info.isDir())
+        return {ExitUsage, Text::tr("'%1' is not a folder").arg(directory)};
+    const bool isHalfMade = QFileInfo::exists(path(markName()));
+    if (!isHalfMade && info.exists() && !entriesOf(directory).isEmpty())
+        return {ExitUsage,
+                Text::tr("'%1' holds files already; name an empty or a new folder").arg(directory)};
+    if (const Failure failure = makeFolder(QString()))
+        return failure;
+
+    lock.reset(new QLockFile(path(lockName())));
+    // No age makes a lock stale, only the end of its process.
+    lock->setStaleLockTime(0);
+    if (!lock->tryLock(0))
+        return {
+            ExitUsage,
+            Text::tr("'%1' is being made by another process, or is not writable").arg(directory)};
+    if (isHalfMade) {
+        if (const Failure failure = clear())
+            return failure;
+    }
+    return write(markName(), "This sandbox was not made to its end; it will be made anew.\n");
+}
+
+Failure SandboxFolder::finish()
+{
+    QFile mark(path(markName()));
+    if (!mark.remove())
+        return cannotWrite(mark.fileName(), mark.errorString());
+    lock.reset();
+    return {};
+}
+
+/// The mark goes last, so that a clearing that is broken off can be taken up again.
+Failure SandboxFolder::clear() const
+{
+    if (const Failure failure = waitForLeftServer(path(QStringLiteral("db"))))
+        return failure;
+    const QStringList entries = entriesOf(directory);
+    for (const QString &entry : entries) {
+        if (entry == markName() || entry == lockName())
+            continue;
+        const QFileInfo info(path(entry));
+        const bool gone = info.isDir() && !info.isSymLink()
+            ? QDir(info.filePath()).removeRecursively()
+            : QFile::remove(info.filePath());
+        if (!gone)
+            return {ExitUsage,
+                    Text::tr("cannot remove '%1', which a sandbox that was not made to "
+                             "its end has left")
+                        .arg(info.filePath())};
+    }
+    return {};
+}
+
+Failure SandboxFolder::makeFolder(const QString &name) const
+{
+    const QString folder = name.isEmpty() ? directory : path(name);
+    if (QDir().mkpath(folder) && QFile::setPermissions(folder, ownersProgram))
+        return {};
+    return {ExitUsage, Text::tr("cannot make the folder '%1' for its owner only").arg(folder)};
+}
+
+Failure SandboxFolder::write(const QString &name, const QByteArray &text, bool isProgram) const
+{
+    QFile file(path(name));
+    if (file.open(QIODevice::WriteOnly)
+        && file.setPermissions(isProgram ? ownersProgram : ownersFile)
+        && file.write(text) == text.size() && file.flush())
+        return {};
+    return cannotWrite(file.fileName(), file.errorString());
+}
