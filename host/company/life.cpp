@@ -70,15 +70,16 @@ void Life::tell(EventKind kind, const Employment &employment, const QString &bef
     events.append({kind, now.day, employment.number, employment.ordinal, before, after});
 }
 
+/// Since a day before today: nothing happens to somebody on the first day.
 bool Life::isAtWork(const Employment &employment) const
 {
-    return employment.inExport && employment.runsOn(now.day);
+    return employment.inExport && employment.runsOn(now.day) && employment.begin < now.day;
 }
 
 bool Life::isEmployed(uint number) const
 {
     for (const Employment &employment : now.employments) {
-        if (employment.number == number && isAtWork(employment))
+        if (employment.number == number && employment.inExport && employment.runsOn(now.day))
             return true;
     }
     return false;
@@ -103,7 +104,7 @@ void Life::hire()
         Employment employment = newcomer(now, ++lastNumber, now.day, &draw);
         employment.supervisor = drawnSupervisor(employment);
         now.employments.append(employment);
-        tell(EventKind::Hired, employment, QString(), QString());
+        tell(EventKind::Hired, employment, QString(), QString::number(employment.branch));
     }
 }
 
@@ -127,7 +128,7 @@ void Life::returnAgain(Employment &employment)
     relation.inExport = true;
     settle(now, &relation, &draw);
     now.employments.append(relation);
-    tell(EventKind::Returned, relation, QString(), QString());
+    tell(EventKind::Returned, relation, QString(), QString::number(relation.branch));
 }
 
 void Life::leaveExport(Employment &employment)

@@ -40,6 +40,8 @@ public:
     QVector<LifeEvent> nextDay();
 
     const Company &company() const { return now; }
+    /// From the next day on.
+    void setRates(const LifeRates &lifeRates) { rates = lifeRates; }
 
 private:
     using Change = void (Life::*)(Employment &);
@@ -74,7 +76,7 @@ private:
 
     Company now;
     Draw draw;
-    const LifeRates rates;
+    LifeRates rates;
     QVector<LifeEvent> events;
     QVector<uint> leaders[3]; ///< numbers of persons, by their level
     uint lastNumber = 0;

@@ -8,7 +8,7 @@
 
 /// In the order in which they happen within a day.
 enum class EventKind {
-    Hired,
+    Hired, ///< into a branch; nothing else happens to somebody on the first day
     Returned, ///< after an end, with a further relation
     LeftExport, ///< a month after the end
     Ended, ///< the first day after the last one

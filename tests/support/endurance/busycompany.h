@@ -1,29 +1,28 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A company whose people change from export to export, and the rows that it owes by then.
+// A company that lives from export to export, and the rows that it owes by then.
 #pragma once
 
+#include "host/company/life.h"
 #include "support/testdatabase.h"
 
 #include <QMap>
 #include <QSet>
 
-#include <random>
-
 /// One to a test function. It empties the database and fills in branches, terminals, groups,
 /// administrators and the leave fund; the people are those of its exports. What the database owes
-/// is worked out from the exports alone, each of which has to be taken by one pass, by a worker
-/// that knows the exports before. The company grows up to sixty people.
+/// is worked out from what happened alone. Each export has to be taken by one pass, by a worker
+/// that knows the exports before. The company grows up to sixty relations.
 class BusyCompany
 {
 public:
-    BusyCompany(TestDatabase &companyDatabase, unsigned seed, int people);
+    BusyCompany(TestDatabase &companyDatabase, quint32 seed, int people);
 
     enum Changes {
         EverythingChanges,
         NobodyMoves, ///< nobody is taken on, nobody joins a branch
     };
-    /// The lines of the next export: some people have changed, some are new.
+    /// The lines of the next export: that of the first day, and then always of a day later.
     QStringList nextExport(Changes changes = EverythingChanges);
     /// The lines of the last one once more.
     QStringList sameExport() const;
@@ -36,31 +35,18 @@ public:
     /// The number of rows of term_sync, and what it has to be.
     int queuedNotices();
     int owedNotices() const { return notices; }
-    int people() const { return employees.size(); }
+    int people() const { return memberships.size(); }
 
 private:
-    struct Employee
-    {
-        QString surname;
-        QString phone;
-        uint branch; ///< number
-        uint supervisor; ///< personal number
-        double balance;
-        QSet<uint> memberships; ///< numbers of branches
-    };
-
-    int below(int limit);
-    uint otherBranch(uint branch);
-    void takeOn();
-    void change(Employee &employee, Changes changes);
-    void changeRow(Employee &employee, Changes changes);
-    QString line(uint number, const Employee &employee) const;
+    void takeIn(const QVector<LifeEvent> &events);
+    void join(uint pid, uint branch);
+    int toldOfNew(uint branch) const;
+    int toldOfChanged(const QSet<uint> &branches) const;
+    QString owedRow(const Employment &employment) const;
 
     TestDatabase &database;
-    std::mt19937 random;
-    QMap<uint, Employee> employees; ///< by personal number
+    Life life;
+    QMap<uint, QSet<uint>> memberships; ///< numbers of branches, by the pid of whoever is added
     int notices = 0;
-    uint lastNumber;
-    uint exportedUpTo = 0; ///< personal number; later ones are new
-    int lastPhone = 0;
+    bool isFirst = true;
 };
