@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // Reading the dates of an export: by their digits, beside the way that takes any form.
-#include "company.h"
+#include "crowd.h"
 #include "export/exportcells.h"
 #include "measure.h"
 
@@ -16,12 +16,11 @@ const int calendarDateColumn = 12;
 /// The cells of an export that hold a date.
 QStringList dateCells(int lines)
 {
-    company() = Company();
-    company().people = lines;
+    crowd() = Crowd();
+    crowd().people = lines;
     QStringList cells;
     for (int index = 0; index < lines; ++index) {
-        const QStringList line = QString::fromUtf8(exportLine(company(), index))
-                                     .split(QLatin1Char('|'));
+        const QStringList line = QString::fromUtf8(crowdLine(index)).split(QLatin1Char('|'));
         cells << line.at(firstDayColumn) << line.at(calendarDateColumn);
     }
     return cells;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // Reading the export file: the whole file to records, beside a reader that only splits it.
-#include "company.h"
+#include "crowd.h"
 #include "measure.h"
 #include "worker/thrworker.h"
 
@@ -22,8 +22,8 @@ namespace {
 void loadAndParseData(benchmark::State &state)
 {
     const int lines = static_cast<int>(state.range(0));
-    company() = Company();
-    company().people = lines;
+    crowd() = Crowd();
+    crowd().people = lines;
     const QTemporaryDir folder;
     const QString path = writeExport(folder);
     const Silence silence;
@@ -44,8 +44,8 @@ void loadAndParseData(benchmark::State &state)
 void splitOnly(benchmark::State &state)
 {
     const int lines = static_cast<int>(state.range(0));
-    company() = Company();
-    company().people = lines;
+    crowd() = Crowd();
+    crowd().people = lines;
     const QTemporaryDir folder;
     const std::string path = writeExport(folder).toStdString();
     for (auto _ : state) {

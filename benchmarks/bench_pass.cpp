@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // One pass over a database that answers at once: what the plugin itself costs, in time and memory.
-#include "company.h"
+#include "crowd.h"
 #include "immediatedatabase.h"
 #include "measure.h"
 #include "processmemory.h"
@@ -19,8 +19,8 @@ class Pass
 public:
     Pass(Kind kind, int people)
     {
-        Company &of = company();
-        of = Company();
+        Crowd &of = crowd();
+        of = Crowd();
         of.people = people;
         of.known = kind != First && kind != OneBranch;
         of.branchesKnown = kind != Waiting;

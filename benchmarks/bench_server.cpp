@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // One pass on a private MariaDB, in turn with the very calls of that pass made by a bare client.
-#include "company.h"
+#include "crowd.h"
 #include "host/database/recordingdriver.h"
 #include "measure.h"
 #include "replay.h"
@@ -44,7 +44,7 @@ void setUpDatabase(Kind kind)
     database.clear();
     // The worker remembers uids as long as the process lives.
     database.execute(QStringLiteral("ALTER TABLE people AUTO_INCREMENT = 1"));
-    const int branches = kind == Waiting ? 0 : branchCount(company());
+    const int branches = kind == Waiting ? 0 : branchCount(crowd());
     for (int number = 1; number <= branches; ++number) {
         database.execute(QStringLiteral("INSERT INTO branches (bid, number, name, mgid) "
                                         "VALUES (%1, %1, 'Branch', 1)")
@@ -115,11 +115,11 @@ public:
     Scene(Kind kindOfPass, int people) :
         kind(kindOfPass)
     {
-        company() = Company();
-        company().people = people;
-        company().oneBranch = kind == OneBranch;
+        crowd() = Crowd();
+        crowd().people = people;
+        crowd().oneBranch = kind == OneBranch;
         exports[0] = writeExport(folders[0]);
-        company().changed = kind == Changed;
+        crowd().changed = kind == Changed;
         exports[1] = writeExport(folders[1]);
         setUpDatabase(kind);
     }

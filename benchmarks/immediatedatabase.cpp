@@ -3,7 +3,7 @@
 // A database that answers at once.
 #include "immediatedatabase.h"
 
-#include "company.h"
+#include "crowd.h"
 #include "host/database/answeringdriver.h"
 
 #include <QStringList>
@@ -61,7 +61,7 @@ Answer answerTo(const DatabaseCall &call)
     static const Answer aZero = rows(1, zero);
     static const Answer force = rows(1, one);
 
-    const Company &of = company();
+    const Crowd &of = crowd();
     const auto isIt = [&call](const char *beginning) {
         return call.statement.startsWith(QLatin1String(beginning));
     };

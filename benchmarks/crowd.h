@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A company of any size: what its export says of it, and its rows.
+// Any number of people with one relation each: what their export says of them, and their rows.
 #pragma once
 
 #include <QString>
@@ -8,9 +8,9 @@
 #include <QVariant>
 
 /// What the export says of everybody and what the database answers.
-struct Company
+struct Crowd
 {
-    int people = 0; ///< numbers 1001 on, each with one relation
+    int people = 0; ///< numbers 1001 on
     bool known = false; ///< they have rows that say what the export says
     bool changed = false; ///< the export has other phone numbers than the rows
     bool branchesKnown = true; ///< else nobody's branch is found
@@ -19,16 +19,16 @@ struct Company
     bool forced = false;
 };
 
-/// The company that all answers are of.
-Company &company();
+/// The crowd that all answers are of.
+Crowd &crowd();
 
 /// The numbers of its branches are 1 to this one.
-int branchCount(const Company &of);
+int branchCount(const Crowd &of);
 
-/// A line of the export without its end, as the file has it: some 150 bytes of UTF-8.
-QByteArray exportLine(const Company &of, int index);
+/// A line of the export without its end: some 120 bytes of UTF-8.
+QByteArray crowdLine(int index);
 
-/// The export of the company in a folder of its own.
+/// The export of the crowd in a folder of its own, without a header.
 QString writeExport(const QTemporaryDir &folder);
 
 /// A column of somebody's row, in the order in which the plugin reads `people`: each text afresh,
