@@ -195,16 +195,13 @@ void Founding::nameSupervisors()
 {
     const int teams = qMax(1, plan.people / teamSize);
     const int divisions = qMax(1, teams / teamsToADivision);
+    const int places[] = {1, divisions, teams};
     QVector<uint> leaders[3];
     for (Employment &employment : company.employments) {
         if (!employment.inExport || employment.ordinal != 1)
             continue;
         int level = 0;
-        while (level < 3
-               && leaders[level].size()
-                   == (level == 0       ? 1
-                           : level == 1 ? divisions
-                                        : teams))
+        while (level < 3 && leaders[level].size() == places[level])
             ++level;
         employment.level = level;
         if (level == 3)

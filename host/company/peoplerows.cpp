@@ -42,8 +42,10 @@ public:
         company(ofCompany),
         depth(rowDepth)
     {
-        for (const Branch &branch : company.branches)
-            bids.insert(branch.number, branch.id);
+        for (const Branch &branch : company.branches) {
+            if (branch.number != 0)
+                bids.insert(branch.number, branch.id);
+        }
         for (const Terminal &terminal : company.terminals) {
             if (terminal.isToldOfNew() && terminal.branch != 0)
                 tids[terminal.branch].append(terminal.id);

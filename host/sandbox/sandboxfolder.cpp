@@ -62,8 +62,9 @@ Failure SandboxFolder::take()
     const QFileInfo info(directory);
     if (info.exists() && !info.isDir())
         return {ExitUsage, Text::tr("'%1' is not a folder").arg(directory)};
-    const bool isHalfMade = QFileInfo::exists(path(markName()));
-    if (!isHalfMade && info.exists() && !entriesOf(directory).isEmpty())
+    const QStringList entries = entriesOf(directory);
+    const bool isHalfMade = entries.contains(markName()) || entries == QStringList(lockName());
+    if (!isHalfMade && !entries.isEmpty())
         return {ExitUsage,
                 Text::tr("'%1' holds files already; name an empty or a new folder").arg(directory)};
     if (const Failure failure = makeFolder(QString()))
@@ -92,7 +93,7 @@ Failure SandboxFolder::finish()
     return {};
 }
 
-/// The mark goes last, so that a clearing that is broken off can be taken up again.
+/// The mark stays, so that a clearing that is broken off can be taken up again.
 Failure SandboxFolder::clear() const
 {
     if (const Failure failure = waitForLeftServer(path(QStringLiteral("db"))))

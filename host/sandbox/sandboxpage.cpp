@@ -150,7 +150,8 @@ QString sandboxPage(const SandboxOptions &options)
         Text::tr("Let days pass"), runCommand(options, QStringLiteral("--passes 5")),
         Text::tr("Each pass takes the export of another day; compare with `life.txt`. The "
                  "first one writes everybody, for the plugin remembers nothing from "
-                 "before. Without `--passes` it runs until Ctrl+C."));
+                 "before. Without `--passes` it runs until Ctrl+C; with `--show-changes` each "
+                 "pass shows the rows that it has changed."));
     page += trial(Text::tr("Look into the database"),
                   sqlCommand(options,
                              QStringLiteral("\"SELECT pamId, name, surname, FROM_UNIXTIME(edited) "
