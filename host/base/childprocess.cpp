@@ -9,6 +9,15 @@
 #include <sys/prctl.h>
 #endif
 
+void ChildProcess::killAll()
+{
+    if (state() == NotRunning)
+        return;
+    // It leads the group of its session.
+    ::kill(-static_cast<pid_t>(processId()), SIGKILL);
+    waitForFinished(-1);
+}
+
 // Runs in the child, between fork and exec: system calls only.
 void ChildProcess::setupChildProcess()
 {

@@ -17,6 +17,9 @@ class ChildProcess : public QProcess
 public:
     using QProcess::QProcess;
 
+    /// Kills it with all that it has started, and waits for its end.
+    void killAll();
+
 protected:
     void setupChildProcess() override;
 };

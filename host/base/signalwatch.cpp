@@ -15,11 +15,13 @@ namespace {
 const int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 int writingEnd = -1;
+volatile std::sig_atomic_t wasCaught = 0;
 
 extern "C" void handleSignal(int)
 {
     // Little is allowed here; the event loop does the rest.
     const int savedError = errno;
+    wasCaught = 1;
     const char byte = 0;
     const ssize_t written = ::write(writingEnd, &byte, 1);
     Q_UNUSED(written); // A full pipe has told enough.
@@ -43,6 +45,7 @@ SignalWatch::SignalWatch(QObject *parent) :
     if (::pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0)
         qFatal("no pipe for signals");
     writingEnd = pipeEnds[1];
+    wasCaught = 0;
     notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
     connect(notifier, SIGNAL(activated(int)), this, SLOT(readPipe()));
     for (const int number : watchedSignals)
@@ -59,6 +62,11 @@ SignalWatch::~SignalWatch()
     ::close(pipeEnds[0]);
     ::close(pipeEnds[1]);
     writingEnd = -1;
+}
+
+bool SignalWatch::hasCaught() const
+{
+    return wasCaught != 0;
 }
 
 void SignalWatch::readPipe()

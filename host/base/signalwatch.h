@@ -19,6 +19,9 @@ public:
     explicit SignalWatch(QObject *parent = nullptr);
     ~SignalWatch() override;
 
+    /// One of the signals has come since the object was made; also known without an event loop.
+    bool hasCaught() const;
+
 Q_SIGNALS:
     /// Also for one that came before the event loop ran.
     void caught();

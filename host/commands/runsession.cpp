@@ -115,6 +115,8 @@ Failure RunSession::startPrivateDatabase()
     const QString folder = options.database.privateFolder;
     privateDatabase.reset(new PrivateDatabase(folder));
     connect(privateDatabase.data(), &PrivateDatabase::died, this, &RunSession::endForDeadServer);
+    connect(privateDatabase.data(), &PrivateDatabase::progress, this, &RunSession::tellActivity);
+    privateDatabase->setInterruption([this] { return signalWatch.hasCaught(); });
     if (const Failure failure = privateDatabase->start())
         return failure;
     serverProcess = privateDatabase->serverProcessId();
@@ -164,6 +166,11 @@ RunEnding RunSession::ending(const Failure &failure) const
     if (figures.warnings > 0 && options.strict)
         return {ExitErrors, QStringLiteral("warnings count as errors, as --strict asks for")};
     return {};
+}
+
+void RunSession::tellActivity(const QString &what)
+{
+    writer->activity(what);
 }
 
 void RunSession::tellStart()

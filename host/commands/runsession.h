@@ -56,6 +56,7 @@ public:
     Failure run();
 
 private Q_SLOTS:
+    void tellActivity(const QString &what);
     void tellStart();
     void tellWaiting(bool again);
     void tellMissingExport();

@@ -3,8 +3,10 @@
 // `talvenhr sql`: a client on the private database.
 #include "host/commands/sqlcommand.h"
 
+#include "host/base/signalwatch.h"
 #include "host/cli/databaseoptions.h"
 #include "host/cli/options.h"
+#include "host/report/logwriter.h"
 #include "host/server/privatedatabase.h"
 
 #include <QCoreApplication>
@@ -18,13 +20,27 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(SqlCommand)
 };
 
+/// Data or content that were never finished are made here too, which takes its time.
+Failure startOrJoin(PrivateDatabase *database)
+{
+    const SignalWatch signalWatch;
+    LogWriter writer(LogFormat::Text);
+    database->setInterruption([&] { return signalWatch.hasCaught(); });
+    QObject::connect(database, &PrivateDatabase::progress,
+                     [&](const QString &what) { writer.activity(what); });
+    const Failure failure = database->startOrJoin();
+    QObject::disconnect(database, &PrivateDatabase::progress, nullptr, nullptr);
+    database->setInterruption({});
+    return failure;
+}
+
 Failure run(const Options &options)
 {
+    PrivateDatabase database(privateFolder(options));
+    if (const Failure failure = startOrJoin(&database))
+        return failure;
     // Ctrl+C is for the client, who does not end by it.
     std::signal(SIGINT, SIG_IGN);
-    PrivateDatabase database(privateFolder(options));
-    if (const Failure failure = database.startOrJoin())
-        return failure;
     int exitCode = ExitClean;
     if (const Failure failure = database.converse(options.value(QStringLiteral("execute")),
                                                   &exitCode))

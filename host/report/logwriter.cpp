@@ -58,6 +58,11 @@ LogWriter::LogWriter(LogFormat lineFormat) :
     format(lineFormat)
 { }
 
+LogWriter::~LogWriter()
+{
+    wipeProgress();
+}
+
 void LogWriter::message(QtMsgType type, const QString &text)
 {
     if (format == LogFormat::Json)
@@ -81,6 +86,23 @@ void LogWriter::warn(const QString &text)
 void LogWriter::fail(const QString &text)
 {
     own(QtCriticalMsg, QString(), text);
+}
+
+void LogWriter::activity(const QString &what)
+{
+    const bool isNew = what != lastActivity;
+    if (isNew) {
+        lastActivity = what;
+        sinceActivity.start();
+    }
+    if (format == LogFormat::Text && ProgressBar::isPossible()) {
+        const QMutexLocker locker(&mutex);
+        writeAll(bar.draw(QStringLiteral("talvenhr: %1, %2 s")
+                              .arg(oneLine(what))
+                              .arg(sinceActivity.elapsed() / 1000)));
+    } else if (isNew) {
+        say(what);
+    }
 }
 
 void LogWriter::summary(const Report &report)

@@ -24,6 +24,10 @@ class LogWriter
 {
 public:
     explicit LogWriter(LogFormat format);
+    /// Leaves no progress on the terminal.
+    ~LogWriter();
+    LogWriter(const LogWriter &) = delete;
+    LogWriter &operator=(const LogWriter &) = delete;
 
     /// A line of the plugin's log, or of Qt's.
     void message(QtMsgType type, const QString &text);
@@ -32,6 +36,10 @@ public:
     void say(const QString &text);
     void warn(const QString &text);
     void fail(const QString &text);
+
+    /// What takes its time just now, to be said as often as one likes: on a terminal a line with
+    /// the seconds, which goes when something else is written; otherwise news when it changes.
+    void activity(const QString &what);
 
     /// The last line of a run: the verdict, or the figures as a JSON object.
     void summary(const Report &report);
@@ -47,4 +55,6 @@ private:
     const LogFormat format;
     QMutex mutex;
     ProgressBar bar;
+    QString lastActivity;
+    QElapsedTimer sinceActivity; ///< began
 };

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A line at the bottom of the terminal that shows how far a pass has come.
+// A line at the bottom of the terminal that shows how far a pass has come, or what goes on.
 #include "host/report/progressbar.h"
 
 #include "host/report/terminal.h"
@@ -33,6 +33,12 @@ QByteArray ProgressBar::draw(int done, int total)
         line += '[' + QByteArray(full, '#') + QByteArray(width - full, '-') + "] ";
     }
     return line + figures;
+}
+
+QByteArray ProgressBar::draw(const QString &text)
+{
+    visible = true;
+    return wipeLine + text.left(terminalWidth(STDERR_FILENO, 80) - 1).toLocal8Bit();
 }
 
 QByteArray ProgressBar::wipe()

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A line at the bottom of the terminal that shows how far a pass has come.
+// A line at the bottom of the terminal that shows how far a pass has come, or what goes on.
 #pragma once
 
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QString>
 
 /// Gives the bytes that draw and wipe the bar; writing them is its owner's business, and so is the
 /// lock. Drawn at most ten times a second.
@@ -13,6 +14,8 @@ class ProgressBar
 public:
     /// What shows the bar now; empty when it is too early to draw it again.
     QByteArray draw(int done, int total);
+    /// What shows a text in place of the bar, cut to the width of the terminal.
+    QByteArray draw(const QString &text);
     /// What makes room for a log line; empty when no bar stands there.
     QByteArray wipe();
 

@@ -23,6 +23,12 @@ PrivateDatabase::PrivateDatabase(const QString &folder, QObject *parent) :
     server(folder)
 {
     connect(&server, SIGNAL(died(QString)), this, SIGNAL(died(QString)));
+    connect(&server, SIGNAL(progress(QString)), this, SIGNAL(progress(QString)));
+}
+
+void PrivateDatabase::setInterruption(const std::function<bool()> &wanted)
+{
+    server.setInterruption(wanted);
 }
 
 Failure PrivateDatabase::start()

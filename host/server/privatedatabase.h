@@ -21,6 +21,8 @@ public:
     /// New content has these rows in place of the sample company: statements for the client, to run
     /// on the empty tables. To be called before the start.
     void setCompany(const QByteArray &statements) { company = statements; }
+    /// Asked many times a second while start() or startOrJoin() wait: true breaks them off.
+    void setInterruption(const std::function<bool()> &wanted);
 
     /// Starts the server and sees to the content.
     Failure start();
@@ -39,6 +41,8 @@ public:
     Failure converse(const QString &statements, int *exitCode);
 
 Q_SIGNALS:
+    /// What takes its time just now; the same again as long as it goes on.
+    void progress(const QString &what);
     void died(const QString &reason);
 
 private:

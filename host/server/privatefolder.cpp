@@ -3,20 +3,38 @@
 // The folder of a private server: whose it is, whether it is in use, and what lies where in it.
 #include "host/server/privatefolder.h"
 
+#include "host/server/folderowner.h"
+#include "host/server/leftprocess.h"
+#include "host/server/serverlog.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QSysInfo>
 #include <QThread>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 namespace {
 
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(PrivateFolder)
+};
+
 const int leftServerPatience = 10000; // milliseconds
+// The server takes paths of up to 512 bytes, and some longer ones end in a crash; below its data
+// the names of tables need their room.
+const int longestPath = 400; // bytes
 
 QString markerName()
 {
@@ -28,12 +46,17 @@ QString completeName()
     return QStringLiteral("data.complete");
 }
 
+QString systemsWord(int number)
+{
+    return QString::fromLocal8Bit(std::strerror(number));
+}
+
 bool writeFile(const QString &path, const QByteArray &text, QString *error)
 {
     QFile file(path);
     if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush())
         return true;
-    *error = QStringLiteral("cannot write '%1': %2").arg(path, file.errorString());
+    *error = withRemedy(Text::tr("cannot write '%1': %2").arg(path, file.errorString()));
     return false;
 }
 
@@ -43,12 +66,23 @@ bool isEmptyFolder(const QString &path)
                               | QDir::System);
 }
 
-/// Whether the process runs and is a server over these data: its command line names them.
-bool servesData(qint64 pid, const QString &dataPath)
+/// 0, or the system's number for what is in the way.
+int makeFolders(const QString &path, mode_t mode)
 {
-    QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(pid));
-    return pid > 0 && commandLine.open(QIODevice::ReadOnly)
-        && commandLine.readAll().contains(QFile::encodeName(dataPath));
+    const QString parent = QFileInfo(path).path();
+    if (!QFileInfo::exists(parent)) {
+        if (const int trouble = makeFolders(parent, 0777))
+            return trouble;
+    }
+    return ::mkdir(QFile::encodeName(path).constData(), mode) == 0 ? 0 : errno;
+}
+
+/// Whether the system takes the path for a socket, and the database driver as one of its options.
+bool isFitForSocket(const QString &path)
+{
+    const int room = static_cast<int>(sizeof(sockaddr_un::sun_path)) - 1;
+    return QFile::encodeName(path).size() <= room && !path.contains(QLatin1Char(';'))
+        && path == path.simplified();
 }
 
 } // namespace
@@ -57,41 +91,47 @@ PrivateFolder::PrivateFolder(const QString &name) :
     directory(QDir::cleanPath(QFileInfo(name).absoluteFilePath()))
 { }
 
+PrivateFolder::~PrivateFolder()
+{
+    release();
+}
+
 bool PrivateFolder::take(QString *error)
 {
     release();
-    if (!makeOrRecognise(error))
-        return false;
-
-    lock.reset(new QLockFile(lockPath()));
-    // No age makes a lock stale, only the end of its process.
-    lock->setStaleLockTime(0);
-    if (!lock->tryLock(0)) {
-        qint64 pid = 0;
-        QString host;
-        QString application;
-        lock->getLockInfo(&pid, &host, &application);
-        *error = lock->error() == QLockFile::LockFailedError
-            ? QStringLiteral("the private database '%1' is in use by process %2")
-                  .arg(directory)
-                  .arg(pid)
-            : QStringLiteral("cannot lock the private database '%1'; is the folder writable?")
-                  .arg(directory);
-        lock.reset();
-        return false;
-    }
-    QDir().mkdir(temporaryPath());
-    return waitForLeftServer(error) && findSocketPath(error);
+    if (makeOrRecognise(error) && checkOwner(error) && lockIt(error) && makeTemporaryFolder(error)
+        && waitForLeftServer(error) && findSocketPath(error))
+        return true;
+    release();
+    return false;
 }
 
-bool PrivateFolder::isKnown() const
+bool PrivateFolder::isKnown(QString *error) const
 {
-    return QFileInfo::exists(path(markerName()));
+    if (isMarked())
+        return true;
+    const QFileInfo info(directory);
+    if (::access(QFile::encodeName(directory).constData(), X_OK) != 0 && errno == EACCES)
+        *error = Text::tr("cannot look into '%1': %2%3")
+                     .arg(directory, systemsWord(EACCES), keeperText(directory));
+    else if (info.exists() && !info.isDir())
+        *error = Text::tr("'%1' is not a folder").arg(directory);
+    else if (info.exists() && !isEmptyFolder(directory))
+        *error = Text::tr("'%1' holds other files and no private database; name the folder of one "
+                          "with --private-db")
+                     .arg(directory);
+    else
+        *error = Text::tr("there is no private database in '%1'; 'talvenhr run' makes one")
+                     .arg(directory);
+    return false;
 }
 
 void PrivateFolder::release()
 {
     lock.reset();
+    if (handle >= 0)
+        ::close(handle);
+    handle = -1;
 }
 
 QString PrivateFolder::socketOfHolder() const
@@ -112,17 +152,18 @@ bool PrivateFolder::hasData() const
     return QFileInfo::exists(path(completeName())) && QFileInfo(dataPath()).isDir();
 }
 
-bool PrivateFolder::setHasData(QString *error)
+bool PrivateFolder::setHasData(QString *error) const
 {
     return writeFile(path(completeName()), "The data folder was made to its end.\n", error);
 }
 
-bool PrivateFolder::clearData(QString *error)
+bool PrivateFolder::clearData(QString *error) const
 {
     QFile::remove(path(completeName()));
     if (QDir(dataPath()).removeRecursively())
         return true;
-    *error = QStringLiteral("cannot remove the unfinished data in '%1'").arg(dataPath());
+    *error = Text::tr("cannot remove the unfinished data in '%1'; remove them by hand")
+                 .arg(dataPath());
     return false;
 }
 
@@ -131,55 +172,152 @@ QString PrivateFolder::path(const QString &name) const
     return directory + QLatin1Char('/') + name;
 }
 
-/// The marker comes first of all, so that a folder broken off at any later moment is still known as
-/// ours.
+bool PrivateFolder::isMarked() const
+{
+    return QFileInfo::exists(path(markerName()));
+}
+
 bool PrivateFolder::makeOrRecognise(QString *error) const
 {
-    const QByteArray encoded = QFile::encodeName(directory);
-    const QFileInfo info(directory);
-    if (!info.exists()) {
-        QDir().mkpath(info.path());
-        if (::mkdir(encoded.constData(), 0700) != 0) {
-            *error = QStringLiteral("cannot make the folder '%1': %2")
-                         .arg(directory, QString::fromLocal8Bit(std::strerror(errno)));
-            return false;
-        }
-    } else if (!info.isDir()) {
-        *error = QStringLiteral("'%1' is not a folder").arg(directory);
-        return false;
-    } else if (isKnown()) {
-        return true;
-    } else if (!isEmptyFolder(directory)) {
-        *error = QStringLiteral("'%1' holds other files and no private database; "
-                                "name an empty or a new folder")
-                     .arg(directory);
-        return false;
-    } else if (::chmod(encoded.constData(), 0700) != 0) {
-        // The administrator of the server has no password, so nobody else may get at the socket.
-        *error = QStringLiteral("cannot keep others out of '%1': %2")
-                     .arg(directory, QString::fromLocal8Bit(std::strerror(errno)));
+    const int length = QFile::encodeName(directory).size();
+    if (length > longestPath) {
+        *error = Text::tr("the path '%1' is %2 bytes long, and a private server takes no more "
+                          "than %3; name a shorter one")
+                     .arg(directory)
+                     .arg(length)
+                     .arg(longestPath);
         return false;
     }
+    const QFileInfo info(directory);
+    if (!info.exists())
+        return make(error);
+    if (!info.isDir()) {
+        *error = Text::tr("'%1' is not a folder").arg(directory);
+        return false;
+    }
+    if (isMarked() || !info.isReadable())
+        return true; // whose it is comes next
+    if (isEmptyFolder(directory))
+        return takeEmpty(error);
+    *error = Text::tr("'%1' holds other files and no private database; name an empty or a new "
+                      "folder")
+                 .arg(directory);
+    return false;
+}
+
+bool PrivateFolder::make(QString *error) const
+{
+    if (const int trouble = makeFolders(directory, 0700)) {
+        *error = withRemedy(Text::tr("cannot make the folder '%1': %2%3")
+                                .arg(directory, systemsWord(trouble), keeperText(directory)));
+        return false;
+    }
+    return mark(error);
+}
+
+bool PrivateFolder::takeEmpty(QString *error) const
+{
+    if (!isOwn(directory))
+        return true; // which checkOwner() tells
+    // The administrator of the server has no password, so nobody else may get at the socket.
+    if (::chmod(QFile::encodeName(directory).constData(), 0700) == 0)
+        return mark(error);
+    *error = Text::tr("cannot keep others out of '%1': %2").arg(directory, systemsWord(errno));
+    return false;
+}
+
+/// The marker comes first of all, so that a folder broken off at any later moment is still known as
+/// ours.
+bool PrivateFolder::mark(QString *error) const
+{
     return writeFile(path(markerName()),
                      "This folder belongs to talvenhr: a private MariaDB server.\n", error);
 }
 
-/// After a host that was killed its server still needs a moment to end.
+/// Also the superuser keeps away: what they leave in a folder of somebody else, its owner cannot
+/// use.
+bool PrivateFolder::checkOwner(QString *error) const
+{
+    if (!isOwn(directory)) {
+        *error = Text::tr("'%1' belongs to %2, and only its owner can use it as a private "
+                          "database; you are %3: name another folder")
+                     .arg(directory, ownerOf(directory), currentUser());
+        return false;
+    }
+    const QString foreign = foreignFileIn(directory);
+    if (foreign.isEmpty())
+        return true;
+    *error = Text::tr("'%1' belongs to %2, so the private database in '%3' does not work for %4; "
+                      "let an administrator run: chown -R %4 '%3'")
+                 .arg(foreign, ownerOf(foreign), directory, currentUser());
+    return false;
+}
+
+bool PrivateFolder::lockIt(QString *error)
+{
+    lock.reset(new QLockFile(lockPath()));
+    // No age makes a lock stale, only the end of its process.
+    lock->setStaleLockTime(0);
+    if (lock->tryLock(0))
+        return true;
+    if (lock->error() == QLockFile::LockFailedError) {
+        *error = Text::tr("the private database '%1' is in use by %2; wait for its end, or name "
+                          "another folder")
+                     .arg(directory, holderText());
+        return false;
+    }
+    const QString trouble = writeTroubleIn(directory);
+    *error = withRemedy(
+        Text::tr("cannot lock the private database '%1': %2")
+            .arg(directory, trouble.isEmpty() ? Text::tr("no reason given") : trouble));
+    return false;
+}
+
+/// "process 4711 (talvenhr) since 2026-11-22 08:15"
+QString PrivateFolder::holderText() const
+{
+    qint64 pid = 0;
+    QString machine;
+    QString program;
+    if (!lock->getLockInfo(&pid, &machine, &program))
+        return Text::tr("a process that is just starting");
+    const QString since
+        = QFileInfo(lockPath()).lastModified().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+    const QString process = Text::tr("process %1 (%2) since %3").arg(pid).arg(program, since);
+    return machine.isEmpty() || machine == QSysInfo::machineHostName()
+        ? process
+        : Text::tr("%1 on the machine %2").arg(process, machine);
+}
+
+bool PrivateFolder::makeTemporaryFolder(QString *error) const
+{
+    const QByteArray encoded = QFile::encodeName(temporaryPath());
+    if (::mkdir(encoded.constData(), 0700) == 0 || errno == EEXIST)
+        return true;
+    *error = withRemedy(
+        Text::tr("cannot make the folder '%1': %2").arg(temporaryPath(), systemsWord(errno)));
+    return false;
+}
+
+/// After a host that was killed its server still needs a moment to end. One that was making data
+/// has nobody to end for, and would go on for ever on a full disk.
 bool PrivateFolder::waitForLeftServer(QString *error) const
 {
-    QFile file(pidPath());
-    if (!file.open(QIODevice::ReadOnly))
-        return true;
-    const qint64 pid = file.readAll().trimmed().toLongLong();
     QElapsedTimer timer;
     timer.start();
-    while (servesData(pid, dataPath())) {
+    for (QVector<qint64> left = processesIn(dataPath()); !left.isEmpty();
+         left = processesIn(dataPath())) {
         if (timer.elapsed() > leftServerPatience) {
-            *error = QStringLiteral(
-                         "a server left behind, process %1, still uses '%2'; end it first")
-                         .arg(pid)
-                         .arg(directory);
+            *error = Text::tr("a server left behind, process %1, still works in '%2' after %3 s; "
+                              "end it first")
+                         .arg(left.first())
+                         .arg(dataPath())
+                         .arg(leftServerPatience / 1000);
             return false;
+        }
+        for (const qint64 process : qAsConst(left)) {
+            if (isMakingData(process))
+                ::kill(static_cast<pid_t>(process), SIGKILL);
         }
         QThread::msleep(10);
     }
@@ -188,17 +326,19 @@ bool PrivateFolder::waitForLeftServer(QString *error) const
 
 bool PrivateFolder::findSocketPath(QString *error)
 {
-    const int room = static_cast<int>(sizeof(sockaddr_un::sun_path)) - 1;
-    socket = path(QStringLiteral("server.sock"));
-    if (QFile::encodeName(socket).size() > room) {
-        if (!socketFolder)
-            socketFolder.reset(new QTemporaryDir(QStringLiteral("/tmp/talvenhr-XXXXXX")));
-        if (!socketFolder->isValid()) {
-            *error = QStringLiteral("cannot make a folder for the server's socket: %1")
-                         .arg(socketFolder->errorString());
+    const QString name = QStringLiteral("server.sock");
+    socket = path(name);
+    if (!isFitForSocket(socket)) {
+        // A way that ends with this process leaves nothing to tidy up.
+        handle = ::open(QFile::encodeName(directory).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+        const QString way = QStringLiteral("/proc/%1/fd/%2").arg(::getpid()).arg(handle);
+        if (handle < 0 || !QFileInfo(way).isDir()) {
+            *error = Text::tr("the path '%1' is too long for a socket, or holds a ';' or two "
+                              "blanks in a row; name another folder")
+                         .arg(directory);
             return false;
         }
-        socket = socketFolder->filePath(QStringLiteral("server.sock"));
+        socket = way + QLatin1Char('/') + name;
     }
     // For others who want to join the server.
     return writeFile(socketNotePath(), QFile::encodeName(socket), error);

@@ -3,101 +3,40 @@
 // A MariaDB server of one's own, for trying and testing.
 #include "host/server/privateserver.h"
 
-#include <QDir>
+#include "host/server/folderowner.h"
+#include "host/server/serverprograms.h"
+
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <QProcessEnvironment>
-#include <QStandardPaths>
 #include <QThread>
-
-#include <cstring>
-#include <poll.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 namespace {
 
-const int startPatience = 60000; // milliseconds
 const int stopPatience = 60000; // milliseconds
+const int silentWait = 2000; // milliseconds
+const int pause = 5; // milliseconds
+const int longPause = 50; // milliseconds
 
-/// The path of a program, also where only administrators have it in their PATH.
-QString findProgram(const QString &name, QString *error)
+void keepOutput(const QString &path, const QByteArray &output)
 {
-    QString program = QStandardPaths::findExecutable(name);
-    if (program.isEmpty())
-        program = QStandardPaths::findExecutable(
-            name, {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/local/sbin")});
-    if (program.isEmpty())
-        *error = QStringLiteral("%1 was not found; a private database needs the packages "
-                                "mariadb-server-core and mariadb-client-core")
-                     .arg(name);
-    return program;
+    QFile file(path);
+    // Nothing depends on it, and what was decisive is told.
+    if (file.open(QIODevice::WriteOnly))
+        file.write(output);
 }
 
-bool answers(const QString &socketPath)
+QString lastLine(const QByteArray &log)
 {
-    const QByteArray path = QFile::encodeName(socketPath);
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    if (path.size() >= static_cast<int>(sizeof(address.sun_path)))
-        return false;
-    std::memcpy(address.sun_path, path.constData(), static_cast<size_t>(path.size()));
-
-    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (descriptor < 0)
-        return false;
-    bool greeted = false;
-    if (::connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof(address)) == 0) {
-        // The server speaks first.
-        pollfd greeting = {descriptor, POLLIN, 0};
-        char byte;
-        greeted = ::poll(&greeting, 1, startPatience) == 1 && ::recv(descriptor, &byte, 1, 0) == 1;
-    }
-    ::close(descriptor);
-    return greeted;
-}
-
-/// Waits for the end of a process that was started.
-bool endedWell(QProcess *process)
-{
-    process->waitForFinished(-1);
-    return process->error() != QProcess::FailedToStart
-        && process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0;
-}
-
-/// For a server that is to start in a moment and to stay small.
-QStringList sizeOptions()
-{
-    QStringList options {QStringLiteral("--innodb-log-file-size=16M"),
-                         QStringLiteral("--innodb-buffer-pool-size=32M"),
-                         QStringLiteral("--aria-pagecache-buffer-size=2M"),
-                         QStringLiteral("--key-buffer-size=1M"),
-                         QStringLiteral("--max-connections=50"),
-                         QStringLiteral("--table-open-cache=400")};
-    // It refuses to run as the superuser without being told to.
-    if (::geteuid() == 0)
-        options.append(QStringLiteral("--user=root"));
-    return options;
-}
-
-/// The client quotes the statement before it tells what is wrong with it.
-QString faultLine(const QByteArray &output)
-{
-    const QStringList lines = QString::fromLocal8Bit(output.trimmed()).split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        if (line.startsWith(QStringLiteral("ERROR")))
-            return line;
-    }
-    return lines.last();
+    return QString::fromLocal8Bit(log.trimmed().split('\n').last());
 }
 
 } // namespace
 
 PrivateServer::PrivateServer(const QString &directory, QObject *parent) :
     QObject(parent),
-    folder(directory)
+    folder(directory),
+    log(folder.logPath())
 {
     connect(&server, SIGNAL(finished(int, QProcess::ExitStatus)), this,
             SLOT(handleEnd(int, QProcess::ExitStatus)));
@@ -111,6 +50,16 @@ PrivateServer::~PrivateServer()
 void PrivateServer::setServerOptions(const QStringList &options)
 {
     furtherOptions = options;
+}
+
+void PrivateServer::setInterruption(const std::function<bool()> &wanted)
+{
+    isInterrupted = wanted;
+}
+
+void PrivateServer::setPatience(int milliseconds)
+{
+    patience = milliseconds;
 }
 
 bool PrivateServer::start(QString *error)
@@ -127,6 +76,7 @@ bool PrivateServer::start(QString *error)
 
     // Whatever ends it before it answers is told by the result.
     endWanted = true;
+    log = LogSection(folder.logPath());
     server.setStandardInputFile(QProcess::nullDevice());
     server.setStandardOutputFile(QProcess::nullDevice());
     // Its complaints from before it opens its log.
@@ -143,24 +93,32 @@ bool PrivateServer::start(QString *error)
 
 bool PrivateServer::startOrJoin(QString *error)
 {
-    if (!folder.isKnown()) {
-        *error = QStringLiteral("there is no private database in '%1'; 'talvenhr run' makes one")
-                     .arg(folder.name());
+    if (!folder.isKnown(error))
         return false;
-    }
     joinedSocket = folder.socketOfHolder();
-    if (joinedSocket.isEmpty())
-        return start(error);
+    return joinedSocket.isEmpty() ? start(error) : waitForHolder(error);
+}
 
-    // It may be just starting.
+/// The server of the other process may be just starting.
+bool PrivateServer::waitForHolder(QString *error)
+{
     QElapsedTimer timer;
     timer.start();
     while (!answers(joinedSocket)) {
-        if (timer.elapsed() > startPatience) {
-            *error = QStringLiteral("the private server at '%1' does not answer").arg(joinedSocket);
+        if (isHopeless(QByteArray(), error))
+            return false;
+        if (timer.elapsed() > patience) {
+            *error = tr("the private server at '%1' has not answered for %2 s; its log is '%3'")
+                         .arg(joinedSocket)
+                         .arg(patience / 1000)
+                         .arg(folder.logPath());
             return false;
         }
-        QThread::msleep(10);
+        if (timer.elapsed() > silentWait)
+            Q_EMIT progress(tr("waiting for the private server of another process to answer at "
+                               "'%1'")
+                                .arg(joinedSocket));
+        QThread::msleep(pause);
     }
     return true;
 }
@@ -191,73 +149,6 @@ bool PrivateServer::isRunning() const
     return server.state() == QProcess::Running;
 }
 
-bool PrivateServer::createDatabase(const QString &name, QString *error)
-{
-    return execute(QString(),
-                   QStringLiteral("CREATE DATABASE `%1` CHARACTER SET utf8mb4").arg(name), error);
-}
-
-bool PrivateServer::loadFiles(const QString &database, const QStringList &files, QString *error)
-{
-    for (const QString &name : files) {
-        QFile file(name);
-        if (!file.open(QIODevice::ReadOnly)) {
-            *error = QStringLiteral("cannot read '%1': %2").arg(name, file.errorString());
-            return false;
-        }
-        if (!runClient(database, file.readAll(), error)) {
-            error->prepend(QStringLiteral("'%1': ").arg(name));
-            return false;
-        }
-    }
-    return true;
-}
-
-bool PrivateServer::execute(const QString &database, const QString &statements, QString *error)
-{
-    return runClient(database, statements.toUtf8(), error);
-}
-
-bool PrivateServer::runClient(const QString &database, const QByteArray &input,
-                              QString *error) const
-{
-    const QString client = findProgram(QStringLiteral("mariadb"), error);
-    if (client.isEmpty())
-        return false;
-
-    ChildProcess process;
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.start(client, clientOptions(database) << QStringLiteral("--batch"));
-    process.write(input);
-    process.closeWriteChannel();
-    if (endedWell(&process))
-        return true;
-    *error = faultLine(process.readAllStandardError());
-    if (error->isEmpty())
-        *error = process.errorString();
-    return false;
-}
-
-bool PrivateServer::converse(const QString &database, const QString &statements, int *exitCode,
-                             QString *error)
-{
-    const QString client = findProgram(QStringLiteral("mariadb"), error);
-    if (client.isEmpty())
-        return false;
-    QStringList arguments = clientOptions(database);
-    if (!statements.isEmpty())
-        arguments << QStringLiteral("--execute") << statements;
-
-    // Not a ChildProcess: the terminal's signals are for the client.
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.setInputChannelMode(QProcess::ForwardedInputChannel);
-    process.start(client, arguments);
-    process.waitForFinished(-1);
-    *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
-    return true;
-}
-
 /// Also after an attempt that was broken off: whatever that left is removed.
 bool PrivateServer::makeData(QString *error)
 {
@@ -265,57 +156,124 @@ bool PrivateServer::makeData(QString *error)
     if (install.isEmpty() || !folder.clearData(error))
         return false;
 
-    QStringList arguments {
-        QStringLiteral("--no-defaults"), QStringLiteral("--auth-root-authentication-method=normal"),
-        QStringLiteral("--skip-test-db"), QStringLiteral("--datadir=") + folder.dataPath()};
+    const QString what = tr("making a private database in '%1'").arg(folder.name());
+    Q_EMIT progress(what);
+    ChildProcess process;
+    QByteArray output;
+    startInstallation(install, &process);
+    const auto text = [&] {
+        output += process.readAllStandardOutput();
+        return output;
+    };
+    const bool ended = attend(&process, what, text, error);
+    output += process.readAllStandardOutput();
+    if (ended && startedAndEndedWell(process)) {
+        keepOutput(folder.installLogPath(), output);
+        firstUse = true;
+        return folder.setHasData(error);
+    }
+
+    if (ended)
+        *error = withRemedy(reason(output, process));
+    // What there is of them may be what fills the disk.
+    QString ignored;
+    folder.clearData(&ignored);
+    keepOutput(folder.installLogPath(), output);
+    *error = tr("the private database in '%1' could not be made: %2; see '%3'")
+                 .arg(folder.name(), *error, folder.installLogPath());
+    return false;
+}
+
+void PrivateServer::startInstallation(const QString &install, ChildProcess *process) const
+{
+    QStringList arguments {QStringLiteral("--no-defaults"),
+                           QStringLiteral("--auth-root-authentication-method=normal"),
+                           QStringLiteral("--skip-test-db"),
+                           // The script cuts a path at its blanks, so it gets one without any.
+                           QStringLiteral("--datadir=./") + PrivateFolder::dataName()};
     arguments += sizeOptions();
     // Everything is on the disk when it ends.
     arguments.append(QStringLiteral("--innodb-flush-log-at-trx-commit=0"));
-    ChildProcess process;
-    // Not as an option: the script would cut it at a blank.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TMPDIR"), folder.temporaryPath());
-    process.setProcessEnvironment(environment);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(folder.installLogPath());
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(install, arguments);
-    if (!endedWell(&process)) {
-        *error = QStringLiteral("the data of the private server could not be made; see '%1'")
-                     .arg(folder.installLogPath());
-        return false;
+    process->setProcessEnvironment(environment);
+    process->setWorkingDirectory(folder.name());
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setProcessChannelMode(QProcess::MergedChannels);
+    process->start(install, arguments);
+}
+
+/// Waits for the end of a process, and tells what it does if that takes long. False, with the
+/// reason, if waiting was hopeless: the process is killed then. `text` is what the server has
+/// logged.
+bool PrivateServer::attend(ChildProcess *process, const QString &what,
+                           const std::function<QByteArray()> &text, QString *error)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (process->state() != QProcess::NotRunning && !process->waitForFinished(longPause)) {
+        if (isHopeless(text(), error)) {
+            process->killAll();
+            return false;
+        }
+        if (timer.elapsed() > silentWait)
+            Q_EMIT progress(what);
     }
-    firstUse = true;
-    return folder.setHasData(error);
+    return true;
+}
+
+/// Nobody wants the result any more, or it cannot come.
+bool PrivateServer::isHopeless(const QByteArray &text, QString *error) const
+{
+    if (isInterrupted && isInterrupted())
+        *error = tr("interrupted; what was begun is made anew by the next run");
+    else if (waitsForSpace(text))
+        *error = withRemedy(decisiveLine(text));
+    else
+        return false;
+    return true;
+}
+
+/// Why a process did not do its work. On a full disk there may be nothing of it in the log.
+QString PrivateServer::reason(const QByteArray &text, const QProcess &process) const
+{
+    if (process.error() == QProcess::FailedToStart)
+        return process.errorString();
+    const QString line = decisiveLine(text);
+    const QString trouble = line.isEmpty() ? writeTroubleIn(folder.name()) : QString();
+    if (!trouble.isEmpty())
+        return trouble;
+    return line.isEmpty() ? tr("it gives no reason") : line;
 }
 
 bool PrivateServer::waitUntilItAnswers(QString *error)
 {
     QElapsedTimer timer;
     timer.start();
-    while (timer.elapsed() < startPatience) {
-        if (answers(socketPath()))
-            return true;
+    while (!answers(socketPath())) {
         // Sees the server's end, and rests a little otherwise.
-        if (server.waitForFinished(2) || server.state() == QProcess::NotRunning) {
-            *error = QStringLiteral("the private server did not start; see the end of '%1'")
-                         .arg(folder.logPath());
+        if (server.waitForFinished(pause) || server.state() == QProcess::NotRunning) {
+            *error = tr("the private server did not start: %1; its log is '%2'")
+                         .arg(withRemedy(reason(log.text(), server)), folder.logPath());
             return false;
         }
+        if (isHopeless(log.text(), error))
+            return false;
+        if (timer.elapsed() > patience) {
+            *error = tr("the private server, process %1, has not answered for %2 s; its log '%3' "
+                        "ends with: %4")
+                         .arg(server.processId())
+                         .arg(patience / 1000)
+                         .arg(folder.logPath(), lastLine(log.text()));
+            return false;
+        }
+        if (timer.elapsed() > silentWait)
+            Q_EMIT progress(tr("waiting for the private server, process %1, to answer; its log is "
+                               "'%2'")
+                                .arg(server.processId())
+                                .arg(folder.logPath()));
     }
-    *error = QStringLiteral("the private server does not answer; see the end of '%1'")
-                 .arg(folder.logPath());
-    return false;
-}
-
-QStringList PrivateServer::clientOptions(const QString &database) const
-{
-    QStringList options {QStringLiteral("--no-defaults"),
-                         QStringLiteral("--default-character-set=utf8mb4"),
-                         QStringLiteral("--user=root"), QStringLiteral("--socket=") + socketPath()};
-    if (!database.isEmpty())
-        options.append(QStringLiteral("--database=") + database);
-    return options;
+    return true;
 }
 
 QStringList PrivateServer::serverOptions() const
@@ -339,22 +297,9 @@ void PrivateServer::handleEnd(int exitCode, QProcess::ExitStatus status)
     if (endWanted)
         return;
     Q_EMIT died(status == QProcess::CrashExit
-                    ? QStringLiteral("the private server was killed or crashed")
-                    : QStringLiteral("the private server ended by itself with exit code %1; "
-                                     "see the end of '%2'")
+                    ? tr("the private server was killed or crashed")
+                    : tr("the private server ended by itself with exit code %1; see the end of "
+                         "'%2'")
                           .arg(exitCode)
                           .arg(folder.logPath()));
-}
-
-QStringList databaseFiles(const QString &databaseFolder, const QStringList &parts)
-{
-    QStringList files;
-    for (const QString &part : parts) {
-        const QDir folder(databaseFolder + QLatin1Char('/') + part);
-        const QStringList names = folder.entryList({QStringLiteral("*.sql")}, QDir::Files,
-                                                   QDir::Name);
-        for (const QString &name : names)
-            files.append(folder.filePath(name));
-    }
-    return files;
 }

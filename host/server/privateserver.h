@@ -5,9 +5,12 @@
 
 #include "host/base/childprocess.h"
 #include "host/server/privatefolder.h"
+#include "host/server/serverlog.h"
 
 #include <QObject>
 #include <QStringList>
+
+#include <functional>
 
 /// A MariaDB server of one's own: data in one folder, reachable through a unix socket only.
 ///
@@ -27,6 +30,12 @@ public:
 
     /// Further options for mariadbd; to be called before start().
     void setServerOptions(const QStringList &options);
+
+    /// Asked many times a second while start(), startOrJoin(), loadFiles() and execute() wait: true
+    /// breaks them off, with the data or the content unfinished.
+    void setInterruption(const std::function<bool()> &wanted);
+    /// How long the server may take to answer; a minute unless told otherwise.
+    void setPatience(int milliseconds);
 
     /// Makes the data on first use and waits until the server answers. False with the reason.
     bool start(QString *error);
@@ -60,6 +69,8 @@ public:
                   QString *error);
 
 Q_SIGNALS:
+    /// What takes its time just now; the same again as long as it goes on.
+    void progress(const QString &what);
     /// The server ended without having been asked to.
     void died(const QString &reason);
 
@@ -67,13 +78,22 @@ private Q_SLOTS:
     void handleEnd(int exitCode, QProcess::ExitStatus status);
 
 private:
+    bool waitForHolder(QString *error);
+    bool runClient(const QString &database, const QByteArray &input, QString *error);
     bool makeData(QString *error);
-    bool runClient(const QString &database, const QByteArray &input, QString *error) const;
+    void startInstallation(const QString &install, ChildProcess *process) const;
+    bool attend(ChildProcess *process, const QString &what, const std::function<QByteArray()> &text,
+                QString *error);
+    bool isHopeless(const QByteArray &text, QString *error) const;
+    QString reason(const QByteArray &text, const QProcess &process) const;
     bool waitUntilItAnswers(QString *error);
     QStringList serverOptions() const;
     QStringList clientOptions(const QString &database) const;
 
     PrivateFolder folder;
+    LogSection log; ///< of the server's last start
+    std::function<bool()> isInterrupted;
+    int patience = 60000; ///< milliseconds
     QStringList furtherOptions;
     QString joinedSocket; ///< empty unless the server is another process's
     ChildProcess server;

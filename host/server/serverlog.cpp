@@ -3,6 +3,7 @@
 // What the log of a MariaDB server tells of a failure.
 #include "host/server/serverlog.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -12,6 +13,11 @@
 #include <cstring>
 
 namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(ServerLog)
+};
 
 const qint64 longestSection = 1 << 20; // bytes
 
@@ -81,6 +87,14 @@ QString withoutPromise(const QString &text)
     return text.section(QStringLiteral(". Waiting for"), 0, 0);
 }
 
+bool isAboutSpace(const QString &complaint)
+{
+    return isWaitForSpace(complaint) || complaint.contains(QLatin1String("No space left on device"))
+        || complaint.contains(QLatin1String("No more room in record file"))
+        || complaint.contains(QString::fromLocal8Bit(std::strerror(ENOSPC)))
+        || complaint.contains(QString::fromLocal8Bit(std::strerror(EDQUOT)));
+}
+
 } // namespace
 
 QString decisiveLine(const QByteArray &log)
@@ -99,12 +113,11 @@ bool waitsForSpace(const QByteArray &log)
     return log.contains("Disk is full") && log.contains("Waiting for someone to free space");
 }
 
-bool isAboutSpace(const QString &complaint)
+QString withRemedy(const QString &complaint)
 {
-    const QString outOfQuota = QString::fromLocal8Bit(std::strerror(EDQUOT));
-    return isWaitForSpace(complaint) || complaint.contains(outOfQuota)
-        || complaint.contains(QLatin1String("No space left on device"))
-        || complaint.contains(QString::fromLocal8Bit(std::strerror(ENOSPC)));
+    return isAboutSpace(complaint)
+        ? Text::tr("%1; make room on its disk and run again").arg(complaint)
+        : complaint;
 }
 
 LogSection::LogSection(const QString &path) :

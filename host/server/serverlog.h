@@ -15,8 +15,9 @@ QString decisiveLine(const QByteArray &log);
 /// The server has stopped until there is room on its disk. It looks again once a minute, for ever.
 bool waitsForSpace(const QByteArray &log);
 
-/// The complaint is of a disk, or of a part of it that a user may fill, without room.
-bool isAboutSpace(const QString &complaint);
+/// The complaint, and what to do if it is of a disk, or of the part of it that a user may fill,
+/// without room.
+QString withRemedy(const QString &complaint);
 
 /// What a log has got since the object was made.
 class LogSection

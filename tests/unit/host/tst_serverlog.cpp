@@ -13,8 +13,8 @@ class tst_ServerLog : public QObject
 private Q_SLOTS:
     void decisiveLine_isTheFirstComplaint_data();
     void decisiveLine_isTheFirstComplaint();
-    void isAboutSpace_knowsAFullDisk_data();
-    void isAboutSpace_knowsAFullDisk();
+    void withRemedy_knowsAFullDisk_data();
+    void withRemedy_knowsAFullDisk();
     void waitsForSpace_onlyWhileItWaits();
     void section_holdsWhatCameLater();
 };
@@ -85,20 +85,27 @@ void tst_ServerLog::decisiveLine_isTheFirstComplaint()
     QTEST(decisiveLine(log), "line");
 }
 
-void tst_ServerLog::isAboutSpace_knowsAFullDisk_data()
+void tst_ServerLog::withRemedy_knowsAFullDisk_data()
 {
     QTest::addColumn<QString>("complaint");
     QTest::addColumn<bool>("space");
     QTest::newRow("error 28") << decisiveLine("2026-11-22  8:31:13 0 [ERROR] failed with error 28")
                               << true;
+    QTest::newRow("table") << QStringLiteral("ERROR 1005 (HY000) at line 7: Can't create table "
+                                             "`a`.`b` (errno: 135 \"No more room in record "
+                                             "file\")")
+                           << true;
     QTest::newRow("quota") << QStringLiteral("cannot write: Disk quota exceeded") << true;
     QTest::newRow("rights") << QStringLiteral("cannot write: Permission denied") << false;
 }
 
-void tst_ServerLog::isAboutSpace_knowsAFullDisk()
+void tst_ServerLog::withRemedy_knowsAFullDisk()
 {
     QFETCH(QString, complaint);
-    QTEST(isAboutSpace(complaint), "space");
+    QFETCH(bool, space);
+    QCOMPARE(withRemedy(complaint),
+             space ? complaint + QStringLiteral("; make room on its disk and run again")
+                   : complaint);
 }
 
 void tst_ServerLog::waitsForSpace_onlyWhileItWaits()

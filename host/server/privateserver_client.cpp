@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What a private server is given to do through the client program.
+#include "host/server/privateserver.h"
+
+#include "host/server/serverprograms.h"
+
+#include <QDir>
+#include <QFile>
+
+bool PrivateServer::createDatabase(const QString &name, QString *error)
+{
+    return execute(QString(),
+                   QStringLiteral("CREATE DATABASE `%1` CHARACTER SET utf8mb4").arg(name), error);
+}
+
+bool PrivateServer::loadFiles(const QString &database, const QStringList &files, QString *error)
+{
+    for (const QString &name : files) {
+        QFile file(name);
+        if (!file.open(QIODevice::ReadOnly)) {
+            *error = tr("cannot read '%1': %2").arg(name, file.errorString());
+            return false;
+        }
+        if (!runClient(database, file.readAll(), error)) {
+            error->prepend(QStringLiteral("'%1': ").arg(name));
+            return false;
+        }
+    }
+    return true;
+}
+
+bool PrivateServer::execute(const QString &database, const QString &statements, QString *error)
+{
+    return runClient(database, statements.toUtf8(), error);
+}
+
+bool PrivateServer::runClient(const QString &database, const QByteArray &input, QString *error)
+{
+    const QString client = findProgram(QStringLiteral("mariadb"), error);
+    if (client.isEmpty())
+        return false;
+
+    ChildProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(client, clientOptions(database) << QStringLiteral("--batch"));
+    process.write(input);
+    process.closeWriteChannel();
+    const QString what = tr("filling the private database in '%1'").arg(folder.name());
+    const auto text = [this] { return log.text(); };
+    if (!attend(&process, what, text, error)) {
+        // One that waits for space would not end by being asked.
+        kill();
+        return false;
+    }
+    if (startedAndEndedWell(process))
+        return true;
+    *error = withRemedy(faultLine(process.readAllStandardError()));
+    if (error->isEmpty())
+        *error = process.errorString();
+    return false;
+}
+
+bool PrivateServer::converse(const QString &database, const QString &statements, int *exitCode,
+                             QString *error)
+{
+    const QString client = findProgram(QStringLiteral("mariadb"), error);
+    if (client.isEmpty())
+        return false;
+    QStringList arguments = clientOptions(database);
+    if (!statements.isEmpty())
+        arguments << QStringLiteral("--execute") << statements;
+
+    // Not a ChildProcess: the terminal's signals are for the client.
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.setInputChannelMode(QProcess::ForwardedInputChannel);
+    process.start(client, arguments);
+    process.waitForFinished(-1);
+    if (process.error() == QProcess::FailedToStart) {
+        *error = tr("cannot start '%1': %2").arg(client, process.errorString());
+        return false;
+    }
+    *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
+    return true;
+}
+
+QStringList PrivateServer::clientOptions(const QString &database) const
+{
+    QStringList options {QStringLiteral("--no-defaults"),
+                         QStringLiteral("--default-character-set=utf8mb4"),
+                         QStringLiteral("--user=root"), QStringLiteral("--socket=") + socketPath()};
+    if (!database.isEmpty())
+        options.append(QStringLiteral("--database=") + database);
+    return options;
+}
+
+QStringList databaseFiles(const QString &databaseFolder, const QStringList &parts)
+{
+    QStringList files;
+    for (const QString &part : parts) {
+        const QDir folder(databaseFolder + QLatin1Char('/') + part);
+        const QStringList names = folder.entryList({QStringLiteral("*.sql")}, QDir::Files,
+                                                   QDir::Name);
+        for (const QString &name : names)
+            files.append(folder.filePath(name));
+    }
+    return files;
+}
