@@ -111,11 +111,12 @@ bool PrivateFolder::isKnown(QString *error) const
     if (isMarked())
         return true;
     const QFileInfo info(directory);
-    if (::access(QFile::encodeName(directory).constData(), X_OK) != 0 && errno == EACCES)
+    if (info.exists() && !info.isDir())
+        *error = Text::tr("'%1' is not a folder").arg(directory);
+    else if (::access(QFile::encodeName(directory).constData(), R_OK | X_OK) != 0
+             && errno == EACCES)
         *error = Text::tr("cannot look into '%1': %2%3")
                      .arg(directory, systemsWord(EACCES), keeperText(directory));
-    else if (info.exists() && !info.isDir())
-        *error = Text::tr("'%1' is not a folder").arg(directory);
     else if (info.exists() && !isEmptyFolder(directory))
         *error = Text::tr("'%1' holds other files and no private database; name the folder of one "
                           "with --private-db")
