@@ -97,9 +97,7 @@ void LogWriter::activity(const QString &what)
     }
     if (format == LogFormat::Text && ProgressBar::isPossible()) {
         const QMutexLocker locker(&mutex);
-        writeAll(bar.draw(QStringLiteral("talvenhr: %1, %2 s")
-                              .arg(oneLine(what))
-                              .arg(sinceActivity.elapsed() / 1000)));
+        writeAll(bar.draw(QStringLiteral("talvenhr: ") + oneLine(what), sinceActivity));
     } else if (isNew) {
         say(what);
     }

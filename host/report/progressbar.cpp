@@ -35,10 +35,16 @@ QByteArray ProgressBar::draw(int done, int total)
     return line + figures;
 }
 
-QByteArray ProgressBar::draw(const QString &text)
+QByteArray ProgressBar::draw(const QString &text, const QElapsedTimer &lasting)
 {
+    const QString seconds = QStringLiteral(", %1 s").arg(lasting.elapsed() / 1000);
+    const int room = terminalWidth(STDERR_FILENO, 80) - 1 - seconds.size();
+    const QByteArray line = (text.left(room) + seconds).toLocal8Bit();
+    if (visible && line == drawnText)
+        return QByteArray();
     visible = true;
-    return wipeLine + text.left(terminalWidth(STDERR_FILENO, 80) - 1).toLocal8Bit();
+    drawnText = line;
+    return wipeLine + line;
 }
 
 QByteArray ProgressBar::wipe()

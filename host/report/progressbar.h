@@ -14,8 +14,9 @@ class ProgressBar
 public:
     /// What shows the bar now; empty when it is too early to draw it again.
     QByteArray draw(int done, int total);
-    /// What shows a text in place of the bar, cut to the width of the terminal.
-    QByteArray draw(const QString &text);
+    /// What shows a text in place of the bar, with the seconds that it has lasted, cut to the width
+    /// of the terminal; empty as long as nothing of it changes.
+    QByteArray draw(const QString &text, const QElapsedTimer &lasting);
     /// What makes room for a log line; empty when no bar stands there.
     QByteArray wipe();
 
@@ -24,5 +25,6 @@ public:
 
 private:
     QElapsedTimer sinceDrawn;
+    QByteArray drawnText;
     bool visible = false;
 };

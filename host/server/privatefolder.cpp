@@ -241,7 +241,7 @@ bool PrivateFolder::checkOwner(QString *error) const
 {
     if (!isOwn(directory)) {
         *error = Text::tr("'%1' belongs to %2, and only its owner can use it as a private "
-                          "database; you are %3: name another folder")
+                          "database; you are %3: become %2, or name another folder")
                      .arg(directory, ownerOf(directory), currentUser());
         return false;
     }

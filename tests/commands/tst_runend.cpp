@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // `talvenhr run`: the ways in which it ends before its time.
+#include "host/server/leftprocess.h"
 #include "host/server/privateserver.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
@@ -31,6 +32,8 @@ private Q_SLOTS:
     void killedPrivateServerInMidPass_tellsWhatIsLeft();
     void lostDatabase_endsAfterTheTick();
     void killedHost_leavesNoServerBehind();
+    void signalWhileDataAreMade_endsAtOnce();
+    void killedHost_leavesDataThatAreMadeAnew();
     void brokenOffLoading_isMadeAnew();
 
 private:
@@ -284,6 +287,38 @@ void tst_RunEnd::killedHost_leavesNoServerBehind()
     QString error;
     QVERIFY2(server.start(&error), qPrintable(error));
     QVERIFY(serverPid() != pid);
+}
+
+void tst_RunEnd::signalWhileDataAreMade_endsAtOnce()
+{
+    const QString place = site.path(QStringLiteral("interrupted"));
+    TalvenhrProcess program(site.runOptions({QStringLiteral("--private-db"), place}));
+    program.start();
+    QVERIFY(program.waitForLine(QStringLiteral("talvenhr: making a private database in ")));
+    program.sendSignal(SIGTERM);
+    QCOMPARE(program.finish(), 3);
+    QVERIFY2(program.lastLine().contains(QStringLiteral("could not be made: interrupted; what was "
+                                                        "begun is made anew by the next run")),
+             qPrintable(program.lastLine()));
+    QVERIFY(!QFileInfo::exists(place + QStringLiteral("/data")));
+}
+
+void tst_RunEnd::killedHost_leavesDataThatAreMadeAnew()
+{
+    const QString place = site.path(QStringLiteral("unfinished"));
+    const QString data = place + QStringLiteral("/data");
+    TalvenhrProcess program(site.runOptions({QStringLiteral("--private-db"), place}));
+    program.start();
+    QVERIFY(program.waitForLine(QStringLiteral("talvenhr: making a private database in ")));
+    QTRY_VERIFY(!processesIn(data).isEmpty());
+    program.sendSignal(SIGKILL);
+    QCOMPARE(program.finish(), -1);
+
+    // Whoever still makes data for nobody makes room.
+    PrivateServer server(place);
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    QVERIFY(server.isFirstUse());
 }
 
 void tst_RunEnd::brokenOffLoading_isMadeAnew()

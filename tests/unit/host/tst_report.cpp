@@ -3,6 +3,7 @@
 // A report as text and as JSON.
 #include "host/base/oneline.h"
 #include "host/report/jsonreport.h"
+#include "host/report/progressbar.h"
 #include "host/report/report.h"
 #include "host/report/textreport.h"
 
@@ -39,6 +40,7 @@ class tst_Report : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void progressBar_showsATextUntilItChanges();
     void text();
     void text_keepsToTheWidth();
     void json();
@@ -103,6 +105,22 @@ void tst_Report::json_values()
     QFETCH(QVariant, value);
     QFETCH(QByteArray, json);
     QCOMPARE(jsonValue(value), json);
+}
+
+void tst_Report::progressBar_showsATextUntilItChanges()
+{
+    ProgressBar bar;
+    QElapsedTimer lasting;
+    lasting.start();
+    QCOMPARE(bar.wipe(), QByteArray());
+    QCOMPARE(bar.draw(QStringLiteral("making"), lasting), QByteArray("\r\033[Kmaking, 0 s"));
+    QCOMPARE(bar.draw(QStringLiteral("making"), lasting), QByteArray());
+    QCOMPARE(bar.draw(QStringLiteral("filling"), lasting), QByteArray("\r\033[Kfilling, 0 s"));
+    QCOMPARE(bar.wipe(), QByteArray("\r\033[K"));
+    QCOMPARE(bar.draw(QStringLiteral("filling"), lasting), QByteArray("\r\033[Kfilling, 0 s"));
+    // A line end in it would leave a piece behind.
+    const QByteArray cut = bar.draw(QString(5000, QLatin1Char('x')), lasting);
+    QVERIFY(cut.endsWith("x, 0 s") && cut.size() < 1000);
 }
 
 QTEST_APPLESS_MAIN(tst_Report)
