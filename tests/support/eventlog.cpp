@@ -139,11 +139,16 @@ void EventLog::handleMessage(QtMsgType type, const QMessageLogContext &context, 
         abort();
 }
 
+QString str(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
 QStringList lines(std::initializer_list<const char *> texts)
 {
     QStringList result;
     for (const char *text : texts)
-        result.append(QString::fromUtf8(text));
+        result.append(str(text));
     return result;
 }
 

@@ -55,7 +55,8 @@ private:
     QtMessageHandler previousHandler;
 };
 
-/// Events as they stand in a test's text (UTF-8).
+/// A text, and events, as they stand in a test's text (UTF-8).
+QString str(const char *text);
 QStringList lines(std::initializer_list<const char *> texts);
 
 /// The warnings and criticals among the events.

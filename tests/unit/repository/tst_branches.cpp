@@ -3,29 +3,21 @@
 // Branches and their memberships: statements, records, results and signals.
 #include "repository/branchesrepository.h"
 #include "repository/termsyncrepository.h"
-#include "support/eventlog.h"
-#include "support/scripteddatabase.h"
+#include "support/repositoryfixture.h"
+#include "support/testrows.h"
 
 #include <QMetaMethod>
 #include <QtTest>
 
 namespace {
 
-QString str(const char *text)
+/// A repository without slots; its signals land in the log as "signal NAME BID LIST".
+class Fixture : public RepositoryFixture<BranchesRepository>
 {
-    return QString::fromUtf8(text);
-}
-
-/// A repository without connected slots over an open scripted connection; its signals land in the
-/// log as "signal NAME BID LIST". The log is empty and at level 0.
-struct Fixture
-{
+public:
     Fixture() :
-        db(script.handle()),
-        repo(nullptr, false, false)
+        RepositoryFixture(false, false)
     {
-        db.open();
-        repo.setDb(db);
         using Repo = BranchesRepository;
         note(&Repo::sigAddedPeopleToBranch, "sigAddedPeopleToBranch");
         note(&Repo::sigDeletedPeopleFromBranch, "sigDeletedPeopleFromBranch");
@@ -35,9 +27,9 @@ struct Fixture
         note(&Repo::sigDeletedAdminsFromBranch, "sigDeletedAdminsFromBranch");
         note(&Repo::sigAddedSectionsToBranch, "sigAddedSectionsToBranch");
         note(&Repo::sigDeletedSectionsFromBranch, "sigDeletedSectionsFromBranch");
-        log.clear();
     }
 
+private:
     template <typename Signal>
     void note(Signal signal, const char *name)
     {
@@ -46,16 +38,6 @@ struct Fixture
             return false;
         });
     }
-
-    void fail(const QString &call)
-    {
-        script.on(call).withError(QStringLiteral("1064"), QStringLiteral("syntax, väzba"));
-    }
-
-    EventLog log;
-    ScriptedDatabase script;
-    QSqlDatabase db;
-    BranchesRepository repo;
 };
 
 const char notOpen[] = "warning QSqlQuery::exec: database not open";
@@ -96,26 +78,13 @@ const QVector<Membership> &memberships()
     return all;
 }
 
-const Membership delSections {"delSectionsFromBranch", &BranchesRepository::delSectionsFromBranch,
-                              nullptr, "sigDeletedSectionsFromBranch"};
-
-void addMemberships()
+/// As memberships(), with the operation of two statements.
+const QVector<Membership> &allMemberships()
 {
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < memberships().size(); ++i)
-        QTest::newRow(memberships().at(i).name) << i;
-}
-
-/// As addMemberships(), with the operation of two statements.
-void addAllMemberships()
-{
-    addMemberships();
-    QTest::newRow(delSections.name) << memberships().size();
-}
-
-const Membership &membership(int index)
-{
-    return index < memberships().size() ? memberships().at(index) : delSections;
+    static const QVector<Membership> all = QVector<Membership>(memberships())
+        << Membership {"delSectionsFromBranch", &BranchesRepository::delSectionsFromBranch, nullptr,
+                       "sigDeletedSectionsFromBranch"};
+    return all;
 }
 
 QString exec(const char *statement)
@@ -220,19 +189,19 @@ private Q_SLOTS:
     void saveBranch_emptyName();
     void branches_haveNoEntryRecord();
     void reservedBranchOperation_isAlwaysFalse();
-    void membership_statementThenSignal_data();
+    void membership_statementThenSignal_data() { addRows(memberships()); }
     void membership_statementThenSignal();
-    void membership_entryRecord_data();
+    void membership_entryRecord_data() { addRows(memberships()); }
     void membership_entryRecord();
-    void membership_withoutBidOrListRunsNothing_data();
+    void membership_withoutBidOrListRunsNothing_data() { addRows(allMemberships()); }
     void membership_withoutBidOrListRunsNothing();
-    void membership_noRowChanged_data();
+    void membership_noRowChanged_data() { addRows(memberships()); }
     void membership_noRowChanged();
-    void membership_sqlError_data();
+    void membership_sqlError_data() { addRows(memberships()); }
     void membership_sqlError();
-    void membership_errorBesideAChangedRow_data();
+    void membership_errorBesideAChangedRow_data() { addRows(memberships()); }
     void membership_errorBesideAChangedRow();
-    void membership_closedConnectionIsSilent_data();
+    void membership_closedConnectionIsSilent_data() { addRows(memberships()); }
     void membership_closedConnectionIsSilent();
     void membership_listStandsAsGiven();
     void addPeopleToBranch_failedPropagationDoesNotCount();
@@ -397,7 +366,7 @@ void tst_Branches::addBranch_insertIds()
 void tst_Branches::addBranch_sqlError()
 {
     Fixture f;
-    f.fail(QStringLiteral("INSERT"));
+    f.fail("INSERT");
     QCOMPARE(f.repo.addBranch(named("A")), ushort(0));
     QCOMPARE(f.log.take(),
              lines({insertNamed,
@@ -407,8 +376,7 @@ void tst_Branches::addBranch_sqlError()
 void tst_Branches::addBranch_closedConnection()
 {
     Fixture f;
-    f.db.close();
-    f.log.clear();
+    f.close();
     QCOMPARE(f.repo.addBranch(named("A")), ushort(0));
     QCOMPARE(f.log.take(), lines({notOpen, "critical BranchesRepository::addBranch - ERROR: "}));
 }
@@ -525,7 +493,7 @@ void tst_Branches::updateBranch_result()
 void tst_Branches::updateBranch_sqlError()
 {
     Fixture f;
-    f.fail(QStringLiteral("UPDATE"));
+    f.fail("UPDATE");
     QCOMPARE(f.repo.updateBranch(named("A", 9)), -1);
     QCOMPARE(
         f.log.take(),
@@ -546,8 +514,7 @@ void tst_Branches::updateBranch_errorBesideSuccess()
 void tst_Branches::updateBranch_closedConnection()
 {
     Fixture f;
-    f.db.close();
-    f.log.clear();
+    f.close();
     // Fails without an error.
     QCOMPARE(f.repo.updateBranch(named("A", 9)), 0);
     QCOMPARE(f.log.take(), lines({notOpen, "critical BranchesRepository::updateBranch - ERROR: "}));
@@ -594,13 +561,13 @@ void tst_Branches::saveBranch_updatesWithBid()
 void tst_Branches::saveBranch_failedUpdateIsASuccess()
 {
     Fixture f;
-    f.fail(QStringLiteral("UPDATE"));
+    f.fail("UPDATE");
     QVERIFY(f.repo.saveBranch(named("A", 9)));
     QCOMPARE(f.log.takeMessages(),
              lines({"critical BranchesRepository::updateBranch - ERROR: "
                     "syntax, väzba (scripted)"}));
     // A failed insert is none.
-    f.fail(QStringLiteral("INSERT"));
+    f.fail("INSERT");
     QVERIFY(!f.repo.saveBranch(named("A")));
     f.log.clear();
 }
@@ -632,15 +599,9 @@ void tst_Branches::reservedBranchOperation_isAlwaysFalse()
     QCOMPARE(f.log.take(), QStringList());
 }
 
-void tst_Branches::membership_statementThenSignal_data()
-{
-    addMemberships();
-}
-
 void tst_Branches::membership_statementThenSignal()
 {
-    QFETCH(int, index);
-    const Membership &operation = membership(index);
+    const Membership &operation = currentRow(memberships());
     for (const int affected : {1, 2}) {
         Fixture f;
         f.script.on(QStringLiteral("exec")).withAffected(affected);
@@ -649,15 +610,9 @@ void tst_Branches::membership_statementThenSignal()
     }
 }
 
-void tst_Branches::membership_entryRecord_data()
-{
-    addMemberships();
-}
-
 void tst_Branches::membership_entryRecord()
 {
-    QFETCH(int, index);
-    const Membership &operation = membership(index);
+    const Membership &operation = currentRow(memberships());
     const QString entry = QStringLiteral("info BranchesRepository::%1(5, '7,8')")
                               .arg(str(operation.name));
     for (const int level : {0, 1, 2, 255}) {
@@ -671,15 +626,9 @@ void tst_Branches::membership_entryRecord()
     }
 }
 
-void tst_Branches::membership_withoutBidOrListRunsNothing_data()
-{
-    addAllMemberships();
-}
-
 void tst_Branches::membership_withoutBidOrListRunsNothing()
 {
-    QFETCH(int, index);
-    const Membership &operation = membership(index);
+    const Membership &operation = currentRow(allMemberships());
     Fixture f;
     f.script.on(QStringLiteral("exec")).withAffected(1);
     QVERIFY(!(f.repo.*operation.run)(0, str("7,8")));
@@ -694,15 +643,9 @@ void tst_Branches::membership_withoutBidOrListRunsNothing()
                            QStringLiteral("info BranchesRepository::%1(65535, '')").arg(name)}));
 }
 
-void tst_Branches::membership_noRowChanged_data()
-{
-    addMemberships();
-}
-
 void tst_Branches::membership_noRowChanged()
 {
-    QFETCH(int, index);
-    const Membership &operation = membership(index);
+    const Membership &operation = currentRow(memberships());
     for (const int affected : {0, -1}) {
         Fixture f;
         f.script.on(QStringLiteral("exec")).withAffected(affected);
@@ -711,15 +654,9 @@ void tst_Branches::membership_noRowChanged()
     }
 }
 
-void tst_Branches::membership_sqlError_data()
-{
-    addMemberships();
-}
-
 void tst_Branches::membership_sqlError()
 {
-    QFETCH(int, index);
-    const Membership &operation = membership(index);
+    const Membership &operation = currentRow(memberships());
     Fixture f;
     f.script.on(QStringLiteral("exec"))
         .withAffected(1)
@@ -730,15 +667,9 @@ void tst_Branches::membership_sqlError()
         (QStringList {exec(operation.statement), error(operation, "syntax, väzba (scripted)")}));
 }
 
-void tst_Branches::membership_errorBesideAChangedRow_data()
-{
-    addMemberships();
-}
-
 void tst_Branches::membership_errorBesideAChangedRow()
 {
-    QFETCH(int, index);
-    const Membership &operation = membership(index);
+    const Membership &operation = currentRow(memberships());
     Fixture f;
     f.script.on(QStringLiteral("exec"))
         .withAffected(1)
@@ -749,18 +680,11 @@ void tst_Branches::membership_errorBesideAChangedRow()
                            signalled(operation)}));
 }
 
-void tst_Branches::membership_closedConnectionIsSilent_data()
-{
-    addMemberships();
-}
-
 void tst_Branches::membership_closedConnectionIsSilent()
 {
-    QFETCH(int, index);
-    const Membership &operation = membership(index);
+    const Membership &operation = currentRow(memberships());
     Fixture f;
-    f.db.close();
-    f.log.clear();
+    f.close();
     QVERIFY(!(f.repo.*operation.run)(5, str("7,8")));
     QCOMPARE(f.log.take(), lines({notOpen}));
 }
@@ -869,7 +793,7 @@ void tst_Branches::delSectionsFromBranch_secondResultCountsUnlessItFails()
 void tst_Branches::delSectionsFromBranch_errorRecords()
 {
     Fixture f;
-    f.fail(QStringLiteral("DELETE"));
+    f.fail("DELETE");
     QVERIFY(!f.repo.delSectionsFromBranch(5, str("7,8")));
     QCOMPARE(f.log.takeMessages(),
              lines({"critical BranchesRepository::delSectionsFromBranch [bas] - ERROR: "
@@ -899,8 +823,7 @@ void tst_Branches::delSectionsFromBranch_errorsBesideChangedRows()
 void tst_Branches::delSectionsFromBranch_closedConnectionIsSilent()
 {
     Fixture f;
-    f.db.close();
-    f.log.clear();
+    f.close();
     QVERIFY(!f.repo.delSectionsFromBranch(5, str("7,8")));
     QCOMPARE(f.log.take(), lines({notOpen, notOpen}));
 }

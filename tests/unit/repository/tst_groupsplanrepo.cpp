@@ -2,18 +2,13 @@
 // SPDX-License-Identifier: MIT
 // The plan of work groups: statements, records, results and months.
 #include "repository/groupsplanrepo.h"
-#include "support/eventlog.h"
 #include "support/localseconds.h"
-#include "support/scripteddatabase.h"
+#include "support/repositoryfixture.h"
+#include "support/testrows.h"
 
 #include <QtTest>
 
 namespace {
-
-QString str(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 GroupsPlan plan(uint gid, uint uid, uint since)
 {
@@ -24,29 +19,7 @@ GroupsPlan plan(uint gid, uint uid, uint since)
     return result;
 }
 
-/// A repository over an open scripted connection; the log is empty and at level 0.
-struct Fixture
-{
-    Fixture() :
-        db(script.handle()),
-        repo(nullptr)
-    {
-        db.open();
-        repo.setDb(db);
-        log.clear();
-    }
-
-    void close()
-    {
-        db.close();
-        log.clear();
-    }
-
-    EventLog log;
-    ScriptedDatabase script;
-    QSqlDatabase db;
-    GroupsPlanRepo repo;
-};
+using Fixture = RepositoryFixture<GroupsPlanRepo>;
 
 const char notOpen[] = "warning QSqlQuery::exec: database not open";
 
@@ -82,13 +55,6 @@ const QVector<Change> &changes()
     return all;
 }
 
-void addChanges()
-{
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < changes().size(); ++i)
-        QTest::newRow(changes().at(i).name) << i;
-}
-
 } // namespace
 
 class tst_GroupsPlanRepo : public QObject
@@ -98,25 +64,25 @@ class tst_GroupsPlanRepo : public QObject
 private Q_SLOTS:
     void metaObject();
     void startValues();
-    void change_refreshesTheMonths_data();
+    void change_refreshesTheMonths_data() { addRows(changes()); }
     void change_refreshesTheMonths();
-    void change_entryRecord_data();
+    void change_entryRecord_data() { addRows(changes()); }
     void change_entryRecord();
-    void change_withoutGroupOrPersonRunsNothing_data();
+    void change_withoutGroupOrPersonRunsNothing_data() { addRows(changes()); }
     void change_withoutGroupOrPersonRunsNothing();
-    void change_withoutMonthRunsButDoesNotRefresh_data();
+    void change_withoutMonthRunsButDoesNotRefresh_data() { addRows(changes()); }
     void change_withoutMonthRunsButDoesNotRefresh();
-    void change_withoutAutoUpdate_data();
+    void change_withoutAutoUpdate_data() { addRows(changes()); }
     void change_withoutAutoUpdate();
-    void change_noRowChanged_data();
+    void change_noRowChanged_data() { addRows(changes()); }
     void change_noRowChanged();
-    void change_failedRefreshIsNotLookedAt_data();
+    void change_failedRefreshIsNotLookedAt_data() { addRows(changes()); }
     void change_failedRefreshIsNotLookedAt();
-    void change_sqlError_data();
+    void change_sqlError_data() { addRows(changes()); }
     void change_sqlError();
-    void change_errorBesideSuccessIsNotLookedAt_data();
+    void change_errorBesideSuccessIsNotLookedAt_data() { addRows(changes()); }
     void change_errorBesideSuccessIsNotLookedAt();
-    void change_closedConnection_data();
+    void change_closedConnection_data() { addRows(changes()); }
     void change_closedConnection();
     void change_greatestNumbers();
     void updateGroupsMonth_statement();
@@ -166,15 +132,9 @@ void tst_GroupsPlanRepo::startValues()
     QCOMPARE(empty.since, 0u);
 }
 
-void tst_GroupsPlanRepo::change_refreshesTheMonths_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_refreshesTheMonths()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     for (const int affected : {1, 2}) {
         Fixture f;
         f.script.on(str(change.call)).withAffected(affected);
@@ -183,15 +143,9 @@ void tst_GroupsPlanRepo::change_refreshesTheMonths()
     }
 }
 
-void tst_GroupsPlanRepo::change_entryRecord_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_entryRecord()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     const QString entry = QStringLiteral("debug GroupsPlanRepo::%1(G: 3, U: 11, S: 202310)")
                               .arg(str(change.name));
     for (const int level : {0, 1, 2, 3}) {
@@ -209,15 +163,9 @@ void tst_GroupsPlanRepo::change_entryRecord()
     }
 }
 
-void tst_GroupsPlanRepo::change_withoutGroupOrPersonRunsNothing_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_withoutGroupOrPersonRunsNothing()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     Fixture f;
     f.script.on(QStringLiteral("exec")).withAffected(1);
     QVERIFY(!(f.repo.*change.run)(plan(0, 11, 202310)));
@@ -231,15 +179,9 @@ void tst_GroupsPlanRepo::change_withoutGroupOrPersonRunsNothing()
             QStringLiteral("debug GroupsPlanRepo::%1(G: 0, U: 0, S: 0)").arg(str(change.name))});
 }
 
-void tst_GroupsPlanRepo::change_withoutMonthRunsButDoesNotRefresh_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_withoutMonthRunsButDoesNotRefresh()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     const QString statement = str(change.statement).replace(str("202310"), str("0"));
     Fixture f;
     QVERIFY(!(f.repo.*change.run)(plan(3, 11, 0)));
@@ -254,15 +196,9 @@ void tst_GroupsPlanRepo::change_withoutMonthRunsButDoesNotRefresh()
             statement, str("debug GroupsPlanRepo::updateGroupsMonth(11, 0)")}));
 }
 
-void tst_GroupsPlanRepo::change_withoutAutoUpdate_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_withoutAutoUpdate()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     Fixture f;
     f.script.on(QStringLiteral("exec")).withAffected(1);
     f.repo.setAutoUpdateMonth(false);
@@ -273,15 +209,9 @@ void tst_GroupsPlanRepo::change_withoutAutoUpdate()
     QCOMPARE(f.log.take(), lines({change.statement, refresh}));
 }
 
-void tst_GroupsPlanRepo::change_noRowChanged_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_noRowChanged()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     for (const int affected : {0, -1}) {
         Fixture f;
         f.script.on(str(change.call)).withAffected(affected);
@@ -290,15 +220,9 @@ void tst_GroupsPlanRepo::change_noRowChanged()
     }
 }
 
-void tst_GroupsPlanRepo::change_failedRefreshIsNotLookedAt_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_failedRefreshIsNotLookedAt()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     Fixture f;
     f.script.on(str(change.call)).withAffected(1);
     f.script.on(QStringLiteral("groups_month"))
@@ -310,15 +234,9 @@ void tst_GroupsPlanRepo::change_failedRefreshIsNotLookedAt()
                     "no function (scripted)"}));
 }
 
-void tst_GroupsPlanRepo::change_sqlError_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_sqlError()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     Fixture f;
     f.script.on(str(change.call))
         .withAffected(1)
@@ -332,15 +250,9 @@ void tst_GroupsPlanRepo::change_sqlError()
                 .arg(str(change.name))}));
 }
 
-void tst_GroupsPlanRepo::change_errorBesideSuccessIsNotLookedAt_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_errorBesideSuccessIsNotLookedAt()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     Fixture f;
     f.script.on(QStringLiteral("exec"))
         .withAffected(1)
@@ -349,15 +261,9 @@ void tst_GroupsPlanRepo::change_errorBesideSuccessIsNotLookedAt()
     QCOMPARE(f.log.take(), lines({change.statement, refresh}));
 }
 
-void tst_GroupsPlanRepo::change_closedConnection_data()
-{
-    addChanges();
-}
-
 void tst_GroupsPlanRepo::change_closedConnection()
 {
-    QFETCH(int, index);
-    const Change &change = changes().at(index);
+    const Change &change = currentRow(changes());
     Fixture f;
     f.close();
     QVERIFY(!(f.repo.*change.run)(plan(3, 11, 202310)));

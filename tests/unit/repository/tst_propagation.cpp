@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 // What a change of membership means for terminals and administrators: statements, records, results.
 #include "repository/branchesrepository.h"
-#include "support/eventlog.h"
-#include "support/scripteddatabase.h"
+#include "support/repositoryfixture.h"
+#include "support/testrows.h"
 
 #include <QThread>
 #include <QtTest>
@@ -13,42 +13,19 @@
 
 namespace {
 
-QString str(const char *text)
+/// A repository with slots as told.
+class Fixture : public RepositoryFixture<BranchesRepository>
 {
-    return QString::fromUtf8(text);
-}
-
-/// A repository over an open scripted connection; the log is empty and at level 0.
-struct Fixture
-{
+public:
     explicit Fixture(bool connectAdded = true, bool connectDeleted = true) :
-        db(script.handle()),
-        repo(nullptr, connectAdded, connectDeleted)
-    {
-        db.open();
-        repo.setDb(db);
-        log.clear();
-    }
+        RepositoryFixture(connectAdded, connectDeleted)
+    { }
 
-    void close()
-    {
-        db.close();
-        log.clear();
-    }
     /// One column of rows for the statements that contain the text.
     void answer(const char *text, const QVector<QVariantList> &rows)
     {
         script.on(str(text)).withRows(lines({"id"}), rows);
     }
-    void fail(const char *text)
-    {
-        script.on(str(text)).withError(QStringLiteral("1064"), QStringLiteral("syntax, väzba"));
-    }
-
-    EventLog log;
-    ScriptedDatabase script;
-    QSqlDatabase db;
-    BranchesRepository repo;
 };
 
 const char notOpen[] = "warning QSqlQuery::exec: database not open";
@@ -155,13 +132,6 @@ const QVector<PeopleSlot> &peopleSlots()
     return all;
 }
 
-void addPeopleSlots()
-{
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < peopleSlots().size(); ++i)
-        QTest::newRow(peopleSlots().at(i).name) << i;
-}
-
 /// A reader, called with 5 (getAids4Uid() with a person of that id).
 struct Reader
 {
@@ -193,13 +163,6 @@ const QVector<Reader> &readers()
     return all;
 }
 
-void addReaders()
-{
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < readers().size(); ++i)
-        QTest::newRow(readers().at(i).name) << i;
-}
-
 } // namespace
 
 class tst_Propagation : public QObject
@@ -226,27 +189,27 @@ private Q_SLOTS:
     void slotAddedPeopleToBranch_failedReadersAreASuccess();
     void slotDeletedPeopleFromBranch_withoutBranchOrPeople();
     void slotDeletedPeopleFromBranch_speaksTheWordsOfTheAddedPath();
-    void peopleSlots_oneAfterTheOther_data();
+    void peopleSlots_oneAfterTheOther_data() { addRows(peopleSlots()); }
     void peopleSlots_oneAfterTheOther();
-    void peopleSlots_entryRecords_data();
+    void peopleSlots_entryRecords_data() { addRows(peopleSlots()); }
     void peopleSlots_entryRecords();
-    void peopleSlots_withoutPeopleAreASuccess_data();
+    void peopleSlots_withoutPeopleAreASuccess_data() { addRows(peopleSlots()); }
     void peopleSlots_withoutPeopleAreASuccess();
-    void peopleSlots_skipWhatIsNoNumber_data();
+    void peopleSlots_skipWhatIsNoNumber_data() { addRows(peopleSlots()); }
     void peopleSlots_skipWhatIsNoNumber();
-    void peopleSlots_goOnAfterAFailure_data();
+    void peopleSlots_goOnAfterAFailure_data() { addRows(peopleSlots()); }
     void peopleSlots_goOnAfterAFailure();
-    void peopleSlots_failedReaderIsASuccess_data();
+    void peopleSlots_failedReaderIsASuccess_data() { addRows(peopleSlots()); }
     void peopleSlots_failedReaderIsASuccess();
     void slotAddedAdminsToBranch_cutsTheIdAfterTheCheck();
     void slotDeletedAdminsFromBranch_cutsTheIdAfterTheCheck();
-    void readers_rowsInTheirOrder_data();
+    void readers_rowsInTheirOrder_data() { addRows(readers()); }
     void readers_rowsInTheirOrder();
-    void readers_entryRecord_data();
+    void readers_entryRecord_data() { addRows(readers()); }
     void readers_entryRecord();
-    void readers_sqlError_data();
+    void readers_sqlError_data() { addRows(readers()); }
     void readers_sqlError();
-    void readers_closedConnection_data();
+    void readers_closedConnection_data() { addRows(readers()); }
     void readers_closedConnection();
     void getAids4Uid_failsUnderAnotherName();
     void AddPeopleToTerm_statementThenNotice();
@@ -598,30 +561,18 @@ void tst_Propagation::slotDeletedPeopleFromBranch_speaksTheWordsOfTheAddedPath()
     QCOMPARE(f.log.takeMessages(), lines({deleteAdminFailed, deleteAdminFailed, adminsWarning}));
 }
 
-void tst_Propagation::peopleSlots_oneAfterTheOther_data()
-{
-    addPeopleSlots();
-}
-
 void tst_Propagation::peopleSlots_oneAfterTheOther()
 {
-    QFETCH(int, index);
-    const PeopleSlot &slot = peopleSlots().at(index);
+    const PeopleSlot &slot = currentRow(peopleSlots());
     Fixture f;
     fullBranch(f);
     QVERIFY((f.repo.*slot.run)(5, str(slot.ids)));
     QCOMPARE(f.log.take(), (lines({selectPeople}) + slot.first + slot.second));
 }
 
-void tst_Propagation::peopleSlots_entryRecords_data()
-{
-    addPeopleSlots();
-}
-
 void tst_Propagation::peopleSlots_entryRecords()
 {
-    QFETCH(int, index);
-    const PeopleSlot &slot = peopleSlots().at(index);
+    const PeopleSlot &slot = currentRow(peopleSlots());
     Fixture f;
     fullBranch(f);
     f.repo.logLevel = 1;
@@ -633,15 +584,9 @@ void tst_Propagation::peopleSlots_entryRecords()
               + slot.entries));
 }
 
-void tst_Propagation::peopleSlots_withoutPeopleAreASuccess_data()
-{
-    addPeopleSlots();
-}
-
 void tst_Propagation::peopleSlots_withoutPeopleAreASuccess()
 {
-    QFETCH(int, index);
-    const PeopleSlot &slot = peopleSlots().at(index);
+    const PeopleSlot &slot = currentRow(peopleSlots());
     Fixture f;
     QVERIFY((f.repo.*slot.run)(5, str(slot.ids)));
     QCOMPARE(f.log.take(), lines({selectPeople}));
@@ -653,15 +598,9 @@ void tst_Propagation::peopleSlots_withoutPeopleAreASuccess()
     QCOMPARE(f.log.take(), lines({selectPeople}));
 }
 
-void tst_Propagation::peopleSlots_skipWhatIsNoNumber_data()
-{
-    addPeopleSlots();
-}
-
 void tst_Propagation::peopleSlots_skipWhatIsNoNumber()
 {
-    QFETCH(int, index);
-    const PeopleSlot &slot = peopleSlots().at(index);
+    const PeopleSlot &slot = currentRow(peopleSlots());
     Fixture f;
     fullBranch(f);
     const QString ids = str(slot.ids);
@@ -669,15 +608,9 @@ void tst_Propagation::peopleSlots_skipWhatIsNoNumber()
     QCOMPARE(f.log.take(), (lines({selectPeople}) + slot.first + slot.second));
 }
 
-void tst_Propagation::peopleSlots_goOnAfterAFailure_data()
-{
-    addPeopleSlots();
-}
-
 void tst_Propagation::peopleSlots_goOnAfterAFailure()
 {
-    QFETCH(int, index);
-    const PeopleSlot &slot = peopleSlots().at(index);
+    const PeopleSlot &slot = currentRow(peopleSlots());
     Fixture f;
     fullBranch(f);
     f.fail(slot.failing);
@@ -686,15 +619,9 @@ void tst_Propagation::peopleSlots_goOnAfterAFailure()
              (lines({selectPeople}) + slot.first.mid(0, 1) + lines({slot.failure}) + slot.second));
 }
 
-void tst_Propagation::peopleSlots_failedReaderIsASuccess_data()
-{
-    addPeopleSlots();
-}
-
 void tst_Propagation::peopleSlots_failedReaderIsASuccess()
 {
-    QFETCH(int, index);
-    const PeopleSlot &slot = peopleSlots().at(index);
+    const PeopleSlot &slot = currentRow(peopleSlots());
     Fixture f;
     f.fail("SELECT");
     QVERIFY((f.repo.*slot.run)(5, str(slot.ids)));
@@ -726,15 +653,9 @@ void tst_Propagation::slotDeletedAdminsFromBranch_cutsTheIdAfterTheCheck()
                     "sql exec DELETE FROM admins_people WHERE aid=0  AND uid IN(11,12);"}));
 }
 
-void tst_Propagation::readers_rowsInTheirOrder_data()
-{
-    addReaders();
-}
-
 void tst_Propagation::readers_rowsInTheirOrder()
 {
-    QFETCH(int, index);
-    const Reader &reader = readers().at(index);
+    const Reader &reader = currentRow(readers());
     Fixture f;
     f.answer("SELECT", {{4294967295u}, {8}, {7}, {str("5")}, {QVariant()}});
     QCOMPARE(reader.run(f.repo), (QList<uint> {4294967295u, 8, 7, 5, 0}));
@@ -744,15 +665,9 @@ void tst_Propagation::readers_rowsInTheirOrder()
     f.log.clear();
 }
 
-void tst_Propagation::readers_entryRecord_data()
-{
-    addReaders();
-}
-
 void tst_Propagation::readers_entryRecord()
 {
-    QFETCH(int, index);
-    const Reader &reader = readers().at(index);
+    const Reader &reader = currentRow(readers());
     for (const int level : {0, 1, 2}) {
         Fixture f;
         f.repo.logLevel = static_cast<quint8>(level);
@@ -766,15 +681,9 @@ void tst_Propagation::readers_entryRecord()
     }
 }
 
-void tst_Propagation::readers_sqlError_data()
-{
-    addReaders();
-}
-
 void tst_Propagation::readers_sqlError()
 {
-    QFETCH(int, index);
-    const Reader &reader = readers().at(index);
+    const Reader &reader = currentRow(readers());
     Fixture f;
     f.script.on(QStringLiteral("SELECT"))
         .withRows(lines({"id"}), {{7}})
@@ -785,15 +694,9 @@ void tst_Propagation::readers_sqlError()
                            str(reader.failure) + str("syntax, väzba (scripted)")}));
 }
 
-void tst_Propagation::readers_closedConnection_data()
-{
-    addReaders();
-}
-
 void tst_Propagation::readers_closedConnection()
 {
-    QFETCH(int, index);
-    const Reader &reader = readers().at(index);
+    const Reader &reader = currentRow(readers());
     Fixture f;
     f.close();
     QCOMPARE(reader.run(f.repo), QList<uint>());

@@ -2,44 +2,14 @@
 // SPDX-License-Identifier: MIT
 // The queue of the terminals: statements, error records and their order.
 #include "repository/termsyncrepository.h"
-#include "support/eventlog.h"
-#include "support/scripteddatabase.h"
+#include "support/repositoryfixture.h"
+#include "support/testrows.h"
 
 #include <QtTest>
 
 namespace {
 
-QString str(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-/// The queue over an open scripted connection; the log is empty.
-struct Fixture
-{
-    Fixture() :
-        db(script.handle()),
-        repo(nullptr)
-    {
-        db.open();
-        repo.setDb(db);
-        log.clear();
-    }
-
-    void fail(const QString &call)
-    {
-        script.on(call).withError(QStringLiteral("1146"), QStringLiteral("no table, väzba"));
-    }
-    void failBeside(const QString &call)
-    {
-        script.on(call).withErrorBeside(QStringLiteral("1146"), QStringLiteral("beside"));
-    }
-
-    EventLog log;
-    ScriptedDatabase script;
-    QSqlDatabase db;
-    TermSyncRepository repo;
-};
+using Fixture = RepositoryFixture<TermSyncRepository>;
 
 const char notOpen[] = "warning QSqlQuery::exec: database not open";
 
@@ -210,13 +180,6 @@ const QVector<Operation> &operations()
     return all;
 }
 
-void addOperations()
-{
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < operations().size(); ++i)
-        QTest::newRow(operations().at(i).name) << i;
-}
-
 void twoTerminals(ScriptedDatabase &script)
 {
     script.on(QStringLiteral("SELECT it.tid")).withRows(lines({"tid"}), {{7}, {8}});
@@ -236,17 +199,17 @@ class tst_TermSync : public QObject
 private Q_SLOTS:
     void metaObject();
     void constructor_takesAParent();
-    void operations_queueThenMark_data();
+    void operations_queueThenMark_data() { addRows(operations()); }
     void operations_queueThenMark();
-    void operations_queueingFails_data();
+    void operations_queueingFails_data() { addRows(operations()); }
     void operations_queueingFails();
-    void operations_markingFails_data();
+    void operations_markingFails_data() { addRows(operations()); }
     void operations_markingFails();
-    void operations_lastErrorDecidesNotTheResult_data();
+    void operations_lastErrorDecidesNotTheResult_data() { addRows(operations()); }
     void operations_lastErrorDecidesNotTheResult();
-    void operations_closedConnectionIsSilent_data();
+    void operations_closedConnectionIsSilent_data() { addRows(operations()); }
     void operations_closedConnectionIsSilent();
-    void operations_withoutADatabase_data();
+    void operations_withoutADatabase_data() { addRows(operations()); }
     void operations_withoutADatabase();
     void setDb_replacesTheHandle();
     void setTermSyn_statement_data();
@@ -292,15 +255,9 @@ void tst_TermSync::constructor_takesAParent()
     QCOMPARE(parent.children(), QObjectList {repo});
 }
 
-void tst_TermSync::operations_queueThenMark_data()
-{
-    addOperations();
-}
-
 void tst_TermSync::operations_queueThenMark()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     twoTerminals(f.script);
     operation.run(f.repo);
@@ -309,59 +266,41 @@ void tst_TermSync::operations_queueThenMark()
               + QStringList {exec(operation.marking)}));
 }
 
-void tst_TermSync::operations_queueingFails_data()
-{
-    addOperations();
-}
-
 void tst_TermSync::operations_queueingFails()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     twoTerminals(f.script);
-    f.fail(exec(operation.queueing).mid(4));
+    f.fail(operation.queueing);
     operation.run(f.repo);
     QStringList expected {exec(operation.queueing),
-                          str(operation.queueingError) + str("no table, väzba (scripted)")};
+                          str(operation.queueingError) + str("syntax, väzba (scripted)")};
     if (operation.goesOn)
         expected += operation.between + QStringList {exec(operation.marking)};
     QCOMPARE(f.log.take(), expected);
 }
 
-void tst_TermSync::operations_markingFails_data()
-{
-    addOperations();
-}
-
 void tst_TermSync::operations_markingFails()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     twoTerminals(f.script);
-    f.fail(exec(operation.marking).mid(4));
+    f.fail(operation.marking);
     operation.run(f.repo);
     QCOMPARE(f.log.take(),
              (QStringList {exec(operation.queueing)} + operation.between
               + QStringList {exec(operation.marking),
-                             str(operation.markingError) + str("no table, väzba (scripted)")}));
-}
-
-void tst_TermSync::operations_lastErrorDecidesNotTheResult_data()
-{
-    addOperations();
+                             str(operation.markingError) + str("syntax, väzba (scripted)")}));
 }
 
 void tst_TermSync::operations_lastErrorDecidesNotTheResult()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     twoTerminals(f.script);
     // The statements succeed.
-    f.failBeside(exec(operation.queueing).mid(4));
-    f.failBeside(exec(operation.marking).mid(4));
+    f.failBeside(operation.queueing);
+    f.failBeside(operation.marking);
     operation.run(f.repo);
     QStringList expected {exec(operation.queueing),
                           str(operation.queueingError) + str("beside (scripted)")};
@@ -373,18 +312,11 @@ void tst_TermSync::operations_lastErrorDecidesNotTheResult()
     QCOMPARE(f.log.take(), expected);
 }
 
-void tst_TermSync::operations_closedConnectionIsSilent_data()
-{
-    addOperations();
-}
-
 void tst_TermSync::operations_closedConnectionIsSilent()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
-    f.db.close();
-    f.log.clear();
+    f.close();
     operation.run(f.repo);
     QStringList expected;
     for (int i = 0; i < operation.closedCalls; ++i)
@@ -392,15 +324,9 @@ void tst_TermSync::operations_closedConnectionIsSilent()
     QCOMPARE(f.log.take(), expected);
 }
 
-void tst_TermSync::operations_withoutADatabase_data()
-{
-    addOperations();
-}
-
 void tst_TermSync::operations_withoutADatabase()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     EventLog log;
     TermSyncRepository repo(nullptr);
     operation.run(repo);
@@ -476,11 +402,11 @@ void tst_TermSync::setTermSyn_result()
 void tst_TermSync::setTermSyn_sqlError()
 {
     Fixture f;
-    f.fail(QStringLiteral("Update `term`"));
+    f.fail("Update `term`");
     QVERIFY(!f.repo.setTermSyn(7, 2));
     QCOMPARE(f.log.takeMessages(),
              lines({"critical TermSyncRepository::setTermSyn() ERROR: "
-                    "no table, väzba (scripted)"}));
+                    "syntax, väzba (scripted)"}));
 }
 
 void tst_TermSync::setTermSyn_errorBesideARow()
@@ -497,7 +423,7 @@ void tst_TermSync::setTermSyn_errorBesideARow()
 void tst_TermSync::addTermSyncPeople_emptyListRunsAndFails()
 {
     Fixture f;
-    f.fail(QStringLiteral("IN()"));
+    f.fail("IN()");
     f.repo.addTermSyncPeople(7, QStringList(), QLatin1Char('I'));
     QCOMPARE(f.log.take(),
              lines({"sql exec INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, created, "
@@ -505,7 +431,7 @@ void tst_TermSync::addTermSyncPeople_emptyListRunsAndFails()
                     "ref_id, UNIX_TIMESTAMP() created, 2 flags FROM people WHERE status = 1 AND "
                     "uid IN();",
                     "critical TermSyncRepository::addTermSyncPeople() ERROR: "
-                    "no table, väzba (scripted)"}));
+                    "syntax, väzba (scripted)"}));
 }
 
 void tst_TermSync::addTermSyncPeople_resultOfTheMarkingIsNotLookedAt()
@@ -532,11 +458,11 @@ void tst_TermSync::addTermSyncInter_marksAlsoAfterAFailedInsert()
 {
     Fixture f;
     twoTerminals(f.script);
-    f.fail(QStringLiteral("INSERT INTO `term_sync`"));
+    f.fail("INSERT INTO `term_sync`");
     f.repo.addTermSyncInter(3, QLatin1Char('U'), QStringLiteral("inters"));
     QCOMPARE(f.log.take().mid(1),
              lines({"critical TermSyncRepository::addTermSyncInter() ERROR: "
-                    "no table, väzba (scripted)",
+                    "syntax, väzba (scripted)",
                     "sql exec SELECT it.tid FROM inters_term it JOIN term t ON it.tid = t.tid "
                     "WHERE t.status = 1 AND iid = 3 AND (t.flags & 1)",
                     "sql exec UPDATE `term` SET `syn` = (`syn` | 1 ) WHERE `tid` IN (7,8)"}));
@@ -546,13 +472,13 @@ void tst_TermSync::addTermSyncInter_namesTheRoutineItDoesNotCall()
 {
     Fixture f;
     twoTerminals(f.script);
-    f.fail(QStringLiteral("UPDATE `term`"));
+    f.fail("UPDATE `term`");
     f.repo.addTermSyncInter(3, QLatin1Char('U'), QStringLiteral("inters"));
     const QStringList events = f.log.take();
     QCOMPARE(events.filter(str("CALL")), QStringList());
     QCOMPARE(events.last(),
              str("critical TermSyncRepository::addTermSyncInter() - updateTermsSync() FAILED! "
-                 "ERROR: no table, väzba (scripted)"));
+                 "ERROR: syntax, väzba (scripted)"));
 }
 
 void tst_TermSync::addTermSyncInter_noTerminalsNoUpdate()
@@ -568,38 +494,38 @@ void tst_TermSync::addTermSyncInter_noTerminalsNoUpdate()
 void tst_TermSync::addTermSyncInter_failedSelection()
 {
     Fixture f;
-    f.fail(QStringLiteral("SELECT it.tid"));
+    f.fail("SELECT it.tid");
     f.repo.addTermSyncInter(3, QLatin1Char('U'), QStringLiteral("inters"));
     QCOMPARE(f.log.take().mid(1),
              lines({"sql exec SELECT it.tid FROM inters_term it JOIN term t ON it.tid = t.tid "
                     "WHERE t.status = 1 AND iid = 3 AND (t.flags & 1)",
                     "critical TermSyncRepository::addTermSyncInter() - updateTermsSync() FAILED! "
-                    "ERROR: no table, väzba (scripted)"}));
+                    "ERROR: syntax, väzba (scripted)"}));
 }
 
 void tst_TermSync::addTermSyncInter_bothFail()
 {
     Fixture f;
-    f.fail(QStringLiteral("term"));
+    f.fail("term");
     f.repo.addTermSyncInter(3, QLatin1Char('U'), QStringLiteral("inters"));
     QCOMPARE(f.log.takeMessages(),
              lines({"critical TermSyncRepository::addTermSyncInter() ERROR: "
-                    "no table, väzba (scripted)",
+                    "syntax, väzba (scripted)",
                     "critical TermSyncRepository::addTermSyncInter() - updateTermsSync() FAILED! "
-                    "ERROR: no table, väzba (scripted)"}));
+                    "ERROR: syntax, väzba (scripted)"}));
 }
 
 void tst_TermSync::addTermSyncInterList_reportsUnderThePeoplesName()
 {
     Fixture f;
-    f.fail(QStringLiteral("IN()"));
+    f.fail("IN()");
     f.repo.addTermSyncInterList(7, QStringList(), QLatin1Char('I'));
     QCOMPARE(f.log.take(),
              lines({"sql exec INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, created, "
                     "flags) SELECT 7 tid, 'I' type, 'inters_term' ref, 'iid' ref_col, `iid` "
                     "ref_id, UNIX_TIMESTAMP() created, 1 flags FROM inters WHERE iid IN();",
                     "critical TermSyncRepository::addTermSyncPeople() ERROR: "
-                    "no table, väzba (scripted)"}));
+                    "syntax, väzba (scripted)"}));
 }
 
 void tst_TermSync::addTermSyncTimezone_marksMoreThanItQueues()
@@ -634,26 +560,26 @@ void tst_TermSync::addTermSyncPZT_typesThatReachTheZone()
 void tst_TermSync::addTermSyncPZT_goesOnWhenTheZoneFails()
 {
     Fixture f;
-    f.fail(QStringLiteral("FROM pzt"));
+    f.fail("FROM pzt");
     f.repo.addTermSyncPZT(11, 5, 7, QLatin1Char('I'), QStringLiteral("pzt"));
     const QStringList events = f.log.take();
     QCOMPARE(events.size(), 4);
     QCOMPARE(events.at(2),
              str("critical TermSyncRepository::addTermSyncTimezone() ERROR: "
-                 "no table, väzba (scripted)"));
+                 "syntax, väzba (scripted)"));
     QCOMPARE(events.at(3), str("sql exec UPDATE `term` SET `syn` = (`syn` | 64 ) WHERE `tid` = 7"));
 }
 
 void tst_TermSync::addColorGroupsToTermSync_bothFail()
 {
     Fixture f;
-    f.fail(QStringLiteral("term"));
+    f.fail("term");
     f.repo.addColorGroupsToTermSync();
     QCOMPARE(f.log.takeMessages(),
              lines({"critical TermSyncRepository::addColorGroupsToTermSync() - "
-                    "INSERT INTO `term_sync` FAILED! ERROR: no table, väzba (scripted)",
+                    "INSERT INTO `term_sync` FAILED! ERROR: syntax, väzba (scripted)",
                     "critical TermSyncRepository::addColorGroupsToTermSync() - "
-                    "Update `term` FAILED! ERROR: no table, väzba (scripted)"}));
+                    "Update `term` FAILED! ERROR: syntax, väzba (scripted)"}));
 }
 
 void tst_TermSync::textsStandAsGiven()

@@ -2,19 +2,14 @@
 // SPDX-License-Identifier: MIT
 // Triples of branch, attribute and section: statements, bound values, records and results.
 #include "repository/branchesrepository.h"
-#include "support/eventlog.h"
-#include "support/scripteddatabase.h"
+#include "support/repositoryfixture.h"
+#include "support/testrows.h"
 
 #include <QMetaMethod>
 #include <QSharedPointer>
 #include <QtTest>
 
 namespace {
-
-QString str(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 BasRecord triple(uint bid, uint attrid, uint secid)
 {
@@ -25,22 +20,13 @@ BasRecord triple(uint bid, uint attrid, uint secid)
     return bas;
 }
 
-/// A repository over an open scripted connection; the log is empty and at level 0.
-struct Fixture
+/// A repository with all slots.
+class Fixture : public RepositoryFixture<BranchesRepository>
 {
+public:
     Fixture() :
-        db(script.handle()),
-        repo(nullptr, true, true)
-    {
-        db.open();
-        repo.setDb(db);
-        log.clear();
-    }
-
-    EventLog log;
-    ScriptedDatabase script;
-    QSqlDatabase db;
-    BranchesRepository repo;
+        RepositoryFixture(true, true)
+    { }
 };
 
 /// The two operations, each in the form for a record and in the form for keys.
@@ -64,13 +50,6 @@ const QVector<Operation> &operations()
     return all;
 }
 
-void addOperations()
-{
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < operations().size(); ++i)
-        QTest::newRow(operations().at(i).name) << i;
-}
-
 QString failure(const Operation &operation, const char *step, const char *text)
 {
     return QStringLiteral("critical BranchesRepository::%1() - %2 failed, SQL ERROR: \"%3\"")
@@ -85,33 +64,33 @@ class tst_Triples : public QObject
 
 private Q_SLOTS:
     void basRecord_startValues();
-    void record_bindsTheValues_data();
+    void record_bindsTheValues_data() { addRows(operations()); }
     void record_bindsTheValues();
-    void record_entryRecord_data();
+    void record_entryRecord_data() { addRows(operations()); }
     void record_entryRecord();
-    void record_affectedRowsAreNotLookedAt_data();
+    void record_affectedRowsAreNotLookedAt_data() { addRows(operations()); }
     void record_affectedRowsAreNotLookedAt();
-    void record_prepareFails_data();
+    void record_prepareFails_data() { addRows(operations()); }
     void record_prepareFails();
-    void record_execFails_data();
+    void record_execFails_data() { addRows(operations()); }
     void record_execFails();
-    void record_errorBesideSuccess_data();
+    void record_errorBesideSuccess_data() { addRows(operations()); }
     void record_errorBesideSuccess();
-    void record_closedConnection_data();
+    void record_closedConnection_data() { addRows(operations()); }
     void record_closedConnection();
-    void keys_runRowByRow_data();
+    void keys_runRowByRow_data() { addRows(operations()); }
     void keys_runRowByRow();
-    void keys_entryRecord_data();
+    void keys_entryRecord_data() { addRows(operations()); }
     void keys_entryRecord();
-    void keys_emptyListRunsNothing_data();
+    void keys_emptyListRunsNothing_data() { addRows(operations()); }
     void keys_emptyListRunsNothing();
-    void keys_prepareFails_data();
+    void keys_prepareFails_data() { addRows(operations()); }
     void keys_prepareFails();
-    void keys_execBatchFails_data();
+    void keys_execBatchFails_data() { addRows(operations()); }
     void keys_execBatchFails();
-    void keys_errorBesideSuccess_data();
+    void keys_errorBesideSuccess_data() { addRows(operations()); }
     void keys_errorBesideSuccess();
-    void keys_closedConnection_data();
+    void keys_closedConnection_data() { addRows(operations()); }
     void keys_closedConnection();
     void addBAS_malformedKeyBecomesZeros_data();
     void addBAS_malformedKeyBecomesZeros();
@@ -128,15 +107,9 @@ void tst_Triples::basRecord_startValues()
     QCOMPARE(bas.secid, 0u);
 }
 
-void tst_Triples::record_bindsTheValues_data()
-{
-    addOperations();
-}
-
 void tst_Triples::record_bindsTheValues()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     QVERIFY((f.repo.*operation.record)(triple(1, 2, 4294967295u)));
     QVERIFY((f.repo.*operation.record)(BasRecord()));
@@ -145,15 +118,9 @@ void tst_Triples::record_bindsTheValues()
                            str(operation.prepare), str("sql run 0=0, 1=0, 2=0")}));
 }
 
-void tst_Triples::record_entryRecord_data()
-{
-    addOperations();
-}
-
 void tst_Triples::record_entryRecord()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     const QString entry = QStringLiteral("info BranchesRepository::%1(1-2-4294967295)")
                               .arg(str(operation.name));
     for (const int level : {0, 1, 2}) {
@@ -167,15 +134,9 @@ void tst_Triples::record_entryRecord()
     }
 }
 
-void tst_Triples::record_affectedRowsAreNotLookedAt_data()
-{
-    addOperations();
-}
-
 void tst_Triples::record_affectedRowsAreNotLookedAt()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     f.script.on(QStringLiteral("run")).withAffected(0);
     QVERIFY((f.repo.*operation.record)(triple(1, 2, 3)));
@@ -183,15 +144,9 @@ void tst_Triples::record_affectedRowsAreNotLookedAt()
     QCOMPARE(f.log.takeMessages(), QStringList());
 }
 
-void tst_Triples::record_prepareFails_data()
-{
-    addOperations();
-}
-
 void tst_Triples::record_prepareFails()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     f.script.on(QStringLiteral("prepare"))
         .withError(QStringLiteral("1064"), QStringLiteral("no \"bas\", väzba"));
@@ -201,15 +156,9 @@ void tst_Triples::record_prepareFails()
                            failure(operation, "prepare", "no \\\"bas\\\", väzba (scripted)")}));
 }
 
-void tst_Triples::record_execFails_data()
-{
-    addOperations();
-}
-
 void tst_Triples::record_execFails()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     f.script.on(QStringLiteral("run")).withError(QStringLiteral("1"), QStringLiteral("full"));
     QVERIFY(!(f.repo.*operation.record)(triple(1, 2, 3)));
@@ -218,49 +167,29 @@ void tst_Triples::record_execFails()
                            failure(operation, "exec", "full (scripted)")}));
 }
 
-void tst_Triples::record_errorBesideSuccess_data()
-{
-    addOperations();
-}
-
 void tst_Triples::record_errorBesideSuccess()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
-    f.script.on(QStringLiteral("run"))
-        .withErrorBeside(QStringLiteral("1"), QStringLiteral("beside"));
+    f.failBeside("run");
     QVERIFY((f.repo.*operation.record)(triple(1, 2, 3)));
     QCOMPARE(f.log.takeMessages(), QStringList {failure(operation, "exec", "beside (scripted)")});
 }
 
-void tst_Triples::record_closedConnection_data()
-{
-    addOperations();
-}
-
 void tst_Triples::record_closedConnection()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
-    f.db.close();
-    f.log.clear();
+    f.close();
     QVERIFY(!(f.repo.*operation.record)(triple(1, 2, 3)));
     QCOMPARE(f.log.take(),
              (QStringList {str("warning QSqlQuery::prepare: database not open"),
                            failure(operation, "prepare", "")}));
 }
 
-void tst_Triples::keys_runRowByRow_data()
-{
-    addOperations();
-}
-
 void tst_Triples::keys_runRowByRow()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     QVERIFY((f.repo.*operation.keys)(lines({"1-2-3", "4294967295-5-6", "1-2-3"})));
     QCOMPARE(f.log.take(),
@@ -268,15 +197,9 @@ void tst_Triples::keys_runRowByRow()
                            str("sql run 0=4294967295, 1=5, 2=6"), str("sql run 0=1, 1=2, 2=3")}));
 }
 
-void tst_Triples::keys_entryRecord_data()
-{
-    addOperations();
-}
-
 void tst_Triples::keys_entryRecord()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     const QString entry = QStringLiteral("info BranchesRepository::%1(1-2-3,väzba)")
                               .arg(str(operation.name));
     for (const int level : {0, 1, 2}) {
@@ -291,15 +214,9 @@ void tst_Triples::keys_entryRecord()
     }
 }
 
-void tst_Triples::keys_emptyListRunsNothing_data()
-{
-    addOperations();
-}
-
 void tst_Triples::keys_emptyListRunsNothing()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     QVERIFY(!(f.repo.*operation.keys)(QStringList()));
     QCOMPARE(f.log.take(), QStringList());
@@ -310,15 +227,9 @@ void tst_Triples::keys_emptyListRunsNothing()
         QStringList {QStringLiteral("info BranchesRepository::%1()").arg(str(operation.name))});
 }
 
-void tst_Triples::keys_prepareFails_data()
-{
-    addOperations();
-}
-
 void tst_Triples::keys_prepareFails()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     f.script.on(QStringLiteral("prepare")).withError(QStringLiteral("1"), QStringLiteral("gone"));
     QVERIFY(!(f.repo.*operation.keys)(lines({"1-2-3"})));
@@ -327,15 +238,9 @@ void tst_Triples::keys_prepareFails()
         (QStringList {str(operation.prepare), failure(operation, "prepare", "gone (scripted)")}));
 }
 
-void tst_Triples::keys_execBatchFails_data()
-{
-    addOperations();
-}
-
 void tst_Triples::keys_execBatchFails()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
     f.script.on(QStringLiteral("run 0=4,"))
         .withError(QStringLiteral("1"), QStringLiteral("no \"row\""));
@@ -347,35 +252,21 @@ void tst_Triples::keys_execBatchFails()
                            failure(operation, "execBatch", "no \\\"row\\\" (scripted)")}));
 }
 
-void tst_Triples::keys_errorBesideSuccess_data()
-{
-    addOperations();
-}
-
 void tst_Triples::keys_errorBesideSuccess()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
-    f.script.on(QStringLiteral("run"))
-        .withErrorBeside(QStringLiteral("1"), QStringLiteral("beside"));
+    f.failBeside("run");
     QVERIFY((f.repo.*operation.keys)(lines({"1-2-3"})));
     QCOMPARE(f.log.takeMessages(),
              QStringList {failure(operation, "execBatch", "beside (scripted)")});
 }
 
-void tst_Triples::keys_closedConnection_data()
-{
-    addOperations();
-}
-
 void tst_Triples::keys_closedConnection()
 {
-    QFETCH(int, index);
-    const Operation &operation = operations().at(index);
+    const Operation &operation = currentRow(operations());
     Fixture f;
-    f.db.close();
-    f.log.clear();
+    f.close();
     QVERIFY(!(f.repo.*operation.keys)(lines({"1-2-3"})));
     QCOMPARE(f.log.take(),
              (QStringList {str("warning QSqlQuery::prepare: database not open"),
