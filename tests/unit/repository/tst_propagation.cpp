@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // What a change of membership means for terminals and administrators: statements, records, results.
 #include "repository/branchesrepository.h"
+#include "support/loglevels.h"
 #include "support/repositoryfixture.h"
 #include "support/testrows.h"
 
@@ -672,12 +673,12 @@ void tst_Propagation::readers_entryRecord()
         Fixture f;
         f.repo.logLevel = static_cast<quint8>(level);
         reader.run(f.repo);
-        QStringList expected = lines({reader.statement});
-        if (level > 0) {
-            expected.prepend(
-                QStringLiteral("info BranchesRepository::%1(5)").arg(str(reader.name)));
-        }
-        QCOMPARE(f.log.take(), expected);
+        QCOMPARE(
+            f.log.take(),
+            atLevel(level,
+                    QStringList {
+                        QStringLiteral("1 info BranchesRepository::%1(5)").arg(str(reader.name)),
+                        str(reader.statement)}));
     }
 }
 

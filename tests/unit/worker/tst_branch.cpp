@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Branch and calendar of an employee: statements, log lines and what is queued for the pass's end.
 #include "support/localseconds.h"
+#include "support/loglevels.h"
 #include "support/workerfixture.h"
 
 #include <QtTest>
@@ -140,16 +141,6 @@ private:
 
 uint Assignment::lastNumber = 6000;
 
-void addLevels()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<bool>("speaks");
-    QTest::newRow("level 0") << 0 << false;
-    QTest::newRow("level 1") << 1 << false;
-    QTest::newRow("level 2") << 2 << true;
-    QTest::newRow("level 3") << 3 << true;
-}
-
 void addCounts()
 {
     QTest::addColumn<QVector<QVariantList>>("rows");
@@ -194,7 +185,7 @@ private Q_SLOTS:
     void dbCheckGroupsPlan_answers();
     void dbCheckGroupsPlan_failure();
 
-    void doSyncBranchAndCalendar_levels_data();
+    void doSyncBranchAndCalendar_levels_data() { addLevels(); }
     void doSyncBranchAndCalendar_levels();
     void doSyncBranchAndCalendar_everyStepInOrder();
     void doSyncBranchAndCalendar_unknownBranch_data();
@@ -230,15 +221,13 @@ private Q_SLOTS:
 void tst_Branch::dbLoadBranches_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     WorkerFixture f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.dbLoadBranches();
-    QStringList expected = lines(
-        {"sql exec SELECT bid, number FROM branches WHERE number IS NOT NULL;"});
-    if (speaks)
-        expected.prepend(QStringLiteral("debug THRWorker::dbLoadBranches()"));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"2 debug THRWorker::dbLoadBranches()",
+                      "sql exec SELECT bid, number FROM branches WHERE number IS NOT NULL;"}));
 }
 
 void tst_Branch::dbLoadBranches_fillsTheMapAnew()
@@ -311,17 +300,16 @@ void tst_Branch::dbLoadBranches_failureLeavesNoBranch()
 void tst_Branch::dbCheckPersonInBranch_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     WorkerFixture f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.dbCheckPersonInBranch(4294967295u, 4294967294u);
-    QStringList expected = lines(
-        {"sql exec SELECT COUNT(*) FROM brape WHERE bid = 4294967294 AND uid = (SELECT uid FROM "
-         "people WHERE pid = 4294967295 LIMIT 1);"});
-    if (speaks)
-        expected.prepend(
-            QStringLiteral("debug THRWorker::dbCheckPersonInBranch(4294967295, 4294967294)"));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(
+        f.log.take(),
+        atLevel(
+            level,
+            {"2 debug THRWorker::dbCheckPersonInBranch(4294967295, 4294967294)",
+             "sql exec SELECT COUNT(*) FROM brape WHERE bid = 4294967294 AND uid = (SELECT uid FROM "
+             "people WHERE pid = 4294967295 LIMIT 1);"}));
 }
 
 void tst_Branch::dbCheckPersonInBranch_answers()
@@ -349,18 +337,17 @@ void tst_Branch::dbCheckPersonInBranch_failure()
 void tst_Branch::getGroupIdByCalendar_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     WorkerFixture f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.getGroupIdByCalendar(4294967295u, 4294967294u);
-    QStringList expected = lines(
-        {"sql exec SELECT gid FROM branches b LEFT JOIN mastergroups mg ON mg.mgid = b.mgid "
-         "LEFT JOIN groups g ON g.parent = mg.mgid WHERE bid = 4294967295 AND "
-         "g.calendarID = 4294967294 LIMIT 1;"});
-    if (speaks)
-        expected.prepend(
-            QStringLiteral("debug THRWorker::getGroupIdByCalendar(B: 4294967295, C: 4294967294)"));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(
+        f.log.take(),
+        atLevel(
+            level,
+            {"2 debug THRWorker::getGroupIdByCalendar(B: 4294967295, C: 4294967294)",
+             "sql exec SELECT gid FROM branches b LEFT JOIN mastergroups mg ON mg.mgid = b.mgid "
+             "LEFT JOIN groups g ON g.parent = mg.mgid WHERE bid = 4294967295 AND "
+             "g.calendarID = 4294967294 LIMIT 1;"}));
 }
 
 void tst_Branch::getGroupIdByCalendar_answers_data()
@@ -399,16 +386,14 @@ void tst_Branch::getGroupIdByCalendar_failure()
 void tst_Branch::dbCheckGroupsPlan_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     WorkerFixture f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.dbCheckGroupsPlan(4294967295u, 4294967294u, 202310);
-    QStringList expected = lines({"sql exec SELECT COUNT(*) FROM groups_plan WHERE "
-                                  "gid = 4294967295 AND uid = 4294967294 AND since = 202310;"});
-    if (speaks)
-        expected.prepend(
-            QStringLiteral("debug THRWorker::dbCheckGroupsPlan(4294967295, 4294967294, 202310)"));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"2 debug THRWorker::dbCheckGroupsPlan(4294967295, 4294967294, 202310)",
+                      "sql exec SELECT COUNT(*) FROM groups_plan WHERE "
+                      "gid = 4294967295 AND uid = 4294967294 AND since = 202310;"}));
 }
 
 void tst_Branch::dbCheckGroupsPlan_answers()
@@ -435,27 +420,17 @@ void tst_Branch::dbCheckGroupsPlan_failure()
 
 // One employee
 
-void tst_Branch::doSyncBranchAndCalendar_levels_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<bool>("speaks");
-    QTest::newRow("level 0") << 0 << false;
-    QTest::newRow("level 2") << 2 << false;
-    QTest::newRow("level 3") << 3 << true;
-}
-
 void tst_Branch::doSyncBranchAndCalendar_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     Assignment f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.doSyncBranchAndCalendar(f.employee());
     const QStringList messages = f.log.takeMessages();
     QCOMPARE(messages.filter(QStringLiteral("doSyncBranchAndCalendar")),
-             speaks ? QStringList {QStringLiteral("debug THRWorker::doSyncBranchAndCalendar(%1.1)")
-                                       .arg(f.number)}
-                    : QStringList());
+             atLevel(level,
+                     QStringList {QStringLiteral("3 debug THRWorker::doSyncBranchAndCalendar(%1.1)")
+                                      .arg(f.number)}));
 }
 
 void tst_Branch::doSyncBranchAndCalendar_everyStepInOrder()

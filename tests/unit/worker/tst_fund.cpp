@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The operations of the leave fund one by one: statements, log lines and results.
 #include "support/localseconds.h"
+#include "support/loglevels.h"
 #include "support/machineclock.h"
 #include "support/workerfixture.h"
 
@@ -93,27 +94,6 @@ public:
     }
 };
 
-/// Of lines that begin with the level from which on they are written, as in "2 debug ...", those
-/// that are written at this one. Calls of the database stand without a level.
-QStringList atLevel(int level, const QStringList &marked)
-{
-    QStringList written;
-    for (const QString &line : marked) {
-        if (!line.at(0).isDigit())
-            written.append(line);
-        else if (line.at(0).digitValue() <= level)
-            written.append(line.mid(2));
-    }
-    return written;
-}
-
-void addLevels()
-{
-    QTest::addColumn<int>("level");
-    for (int level = 0; level <= 3; ++level)
-        QTest::newRow(qPrintable(QStringLiteral("level %1").arg(level))) << level;
-}
-
 } // namespace
 
 class tst_Fund : public QObject
@@ -121,27 +101,27 @@ class tst_Fund : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void checkDovolenkaFond_levels_data();
+    void checkDovolenkaFond_levels_data() { addLevels(); }
     void checkDovolenkaFond_levels();
     void checkDovolenkaFond_asksForTheNumberGiven();
     void checkDovolenkaFond_idIsNarrowed_data();
     void checkDovolenkaFond_idIsNarrowed();
     void checkDovolenkaFond_takesTheFirstRow();
     void checkDovolenkaFond_noFundAtAll();
-    void checkDovolenkaFond_failure_data();
+    void checkDovolenkaFond_failure_data() { addLevels(); }
     void checkDovolenkaFond_failure();
     void checkDovolenkaFond_keepsTheFundThatItFound();
     void checkDovolenkaFond_takesAnotherFund();
 
-    void dbCheckFundMove_levels_data();
+    void dbCheckFundMove_levels_data() { addLevels(); }
     void dbCheckFundMove_levels();
     void dbCheckFundMove_trueWithoutAMove_data();
     void dbCheckFundMove_trueWithoutAMove();
-    void dbCheckFundMove_failure_data();
+    void dbCheckFundMove_failure_data() { addLevels(); }
     void dbCheckFundMove_failure();
     void dbCheckFundMove_largestIds();
 
-    void dbCheckAttendance_levels_data();
+    void dbCheckAttendance_levels_data() { addLevels(); }
     void dbCheckAttendance_levels();
     void dbCheckAttendance_recentCalculation_data();
     void dbCheckAttendance_recentCalculation();
@@ -152,13 +132,13 @@ private Q_SLOTS:
     void dbCheckAttendance_openDaysFromTodayOn_data();
     void dbCheckAttendance_openDaysFromTodayOn();
     void dbCheckAttendance_uidIsReadUnsigned();
-    void dbCheckAttendance_noSuchPersonLeavesTheUid_data();
+    void dbCheckAttendance_noSuchPersonLeavesTheUid_data() { addLevels(); }
     void dbCheckAttendance_noSuchPersonLeavesTheUid();
-    void dbCheckAttendance_failureOfTheFirstStatement_data();
+    void dbCheckAttendance_failureOfTheFirstStatement_data() { addLevels(); }
     void dbCheckAttendance_failureOfTheFirstStatement();
     void dbCheckAttendance_failureOfTheSecondStatementIsOk();
 
-    void loadFundStatusAndMove3_levels_data();
+    void loadFundStatusAndMove3_levels_data() { addLevels(); }
     void loadFundStatusAndMove3_levels();
     void loadFundStatusAndMove3_addsBothSums_data();
     void loadFundStatusAndMove3_addsBothSums();
@@ -166,13 +146,13 @@ private Q_SLOTS:
     void loadFundStatusAndMove3_monthBegin();
     void loadFundStatusAndMove3_largestIds();
     void loadFundStatusAndMove3_okIsSetAnew();
-    void loadFundStatusAndMove3_failureOfTheFirstSum_data();
+    void loadFundStatusAndMove3_failureOfTheFirstSum_data() { addLevels(); }
     void loadFundStatusAndMove3_failureOfTheFirstSum();
-    void loadFundStatusAndMove3_failureOfTheSecondSum_data();
+    void loadFundStatusAndMove3_failureOfTheSecondSum_data() { addLevels(); }
     void loadFundStatusAndMove3_failureOfTheSecondSum();
     void loadFundStatusAndMove3_failureOfBoth();
 
-    void writeFundMove3_levels_data();
+    void writeFundMove3_levels_data() { addLevels(); }
     void writeFundMove3_levels();
     void writeFundMove3_valueIsSigned_data();
     void writeFundMove3_valueIsSigned();
@@ -181,17 +161,12 @@ private Q_SLOTS:
     void writeFundMove3_largestIds();
     void writeFundMove3_trueWhenARowWasWritten_data();
     void writeFundMove3_trueWhenARowWasWritten();
-    void writeFundMove3_failure_data();
+    void writeFundMove3_failure_data() { addLevels(); }
     void writeFundMove3_failure();
     void writeFundMove3_writesInTestMode();
 };
 
 // Finding the fund
-
-void tst_Fund::checkDovolenkaFond_levels_data()
-{
-    addLevels();
-}
 
 void tst_Fund::checkDovolenkaFond_levels()
 {
@@ -202,8 +177,8 @@ void tst_Fund::checkDovolenkaFond_levels()
     f.worker.checkDovolenkaFond(3);
     QCOMPARE(f.log.take(),
              atLevel(level,
-                     lines({"2 debug THRWorker::checkDovolenkaFond()", askingFund,
-                            "1 info THRWorker::checkDovolenkaFond(): fid=7"})));
+                     {"2 debug THRWorker::checkDovolenkaFond()", askingFund,
+                      "1 info THRWorker::checkDovolenkaFond(): fid=7"}));
     QCOMPARE(f.peer.fundId, quint16(7));
 }
 
@@ -262,11 +237,6 @@ void tst_Fund::checkDovolenkaFond_noFundAtAll()
     QCOMPARE(f.peer.fundId, quint16(0));
 }
 
-void tst_Fund::checkDovolenkaFond_failure_data()
-{
-    addLevels();
-}
-
 void tst_Fund::checkDovolenkaFond_failure()
 {
     QFETCH(int, level);
@@ -276,10 +246,10 @@ void tst_Fund::checkDovolenkaFond_failure()
     f.worker.checkDovolenkaFond(3);
     QCOMPARE(f.log.take(),
              atLevel(level,
-                     lines({"2 debug THRWorker::checkDovolenkaFond()", askingFund,
-                            "0 critical THRWorker::checkDovolenkaFond() - SQL ERROR [1146]: "
-                            "no table (scripted)",
-                            "1 info THRWorker::checkDovolenkaFond(): fid=0"})));
+                     {"2 debug THRWorker::checkDovolenkaFond()", askingFund,
+                      "0 critical THRWorker::checkDovolenkaFond() - SQL ERROR [1146]: "
+                      "no table (scripted)",
+                      "1 info THRWorker::checkDovolenkaFond(): fid=0"}));
     QCOMPARE(f.peer.fundId, quint16(0));
 }
 
@@ -320,11 +290,6 @@ void tst_Fund::checkDovolenkaFond_takesAnotherFund()
 
 // A correction of today
 
-void tst_Fund::dbCheckFundMove_levels_data()
-{
-    addLevels();
-}
-
 void tst_Fund::dbCheckFundMove_levels()
 {
     QFETCH(int, level);
@@ -333,14 +298,14 @@ void tst_Fund::dbCheckFundMove_levels()
     QVERIFY(f.worker.dbCheckFundMove(12341));
     QCOMPARE(f.log.take(),
              atLevel(level,
-                     lines({"2 debug THRWorker::dbCheckFundMove(pid: 12341)", askingMove,
-                            "1 info THRWorker::dbCheckFundMove(pid: 12341): OK - non exists"})));
+                     {"2 debug THRWorker::dbCheckFundMove(pid: 12341)", askingMove,
+                      "1 info THRWorker::dbCheckFundMove(pid: 12341): OK - non exists"}));
     f.movesOfToday({{1}});
     QVERIFY(!f.worker.dbCheckFundMove(12341));
     QCOMPARE(f.log.take(),
              atLevel(level,
-                     lines({"2 debug THRWorker::dbCheckFundMove(pid: 12341)", askingMove,
-                            "1 info THRWorker::dbCheckFundMove(pid: 12341): exists"})));
+                     {"2 debug THRWorker::dbCheckFundMove(pid: 12341)", askingMove,
+                      "1 info THRWorker::dbCheckFundMove(pid: 12341): exists"}));
 }
 
 void tst_Fund::dbCheckFundMove_trueWithoutAMove_data()
@@ -369,11 +334,6 @@ void tst_Fund::dbCheckFundMove_trueWithoutAMove()
                   : lines({"info THRWorker::dbCheckFundMove(pid: 12341): exists"}));
 }
 
-void tst_Fund::dbCheckFundMove_failure_data()
-{
-    addLevels();
-}
-
 void tst_Fund::dbCheckFundMove_failure()
 {
     QFETCH(int, level);
@@ -382,10 +342,10 @@ void tst_Fund::dbCheckFundMove_failure()
     QVERIFY(!f.worker.dbCheckFundMove(12341));
     QCOMPARE(f.log.take(),
              atLevel(level,
-                     lines({"2 debug THRWorker::dbCheckFundMove(pid: 12341)", askingMove,
-                            "0 critical THRWorker::dbCheckFundMove() - SQL ERROR [1146]: "
-                            "no table (scripted)",
-                            "1 info THRWorker::dbCheckFundMove(pid: 12341): exists"})));
+                     {"2 debug THRWorker::dbCheckFundMove(pid: 12341)", askingMove,
+                      "0 critical THRWorker::dbCheckFundMove() - SQL ERROR [1146]: "
+                      "no table (scripted)",
+                      "1 info THRWorker::dbCheckFundMove(pid: 12341): exists"}));
 }
 
 void tst_Fund::dbCheckFundMove_largestIds()
@@ -404,11 +364,6 @@ void tst_Fund::dbCheckFundMove_largestIds()
 
 // Attendance at rest
 
-void tst_Fund::dbCheckAttendance_levels_data()
-{
-    addLevels();
-}
-
 void tst_Fund::dbCheckAttendance_levels()
 {
     QFETCH(int, level);
@@ -417,20 +372,18 @@ void tst_Fund::dbCheckAttendance_levels()
     f.openDays({{0}});
     uint uid = 0;
     QVERIFY(f.worker.dbCheckAttendance(12341, &uid));
-    QCOMPARE(
-        f.log.take(),
-        atLevel(level,
-                lines({"2 debug THRWorker::dbCheckAttendance(pid: 12341)", askingAttendance,
-                       askingOpenDays, "1 info THRWorker::dbCheckAttendance(pid: 12341): OK"})));
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"2 debug THRWorker::dbCheckAttendance(pid: 12341)", askingAttendance,
+                      askingOpenDays, "1 info THRWorker::dbCheckAttendance(pid: 12341): OK"}));
     QCOMPARE(uid, 41u);
 
     f.openDays({{1}});
     QVERIFY(!f.worker.dbCheckAttendance(12341, &uid));
-    QCOMPARE(
-        f.log.take(),
-        atLevel(level,
-                lines({"2 debug THRWorker::dbCheckAttendance(pid: 12341)", askingAttendance,
-                       askingOpenDays, "1 info THRWorker::dbCheckAttendance(pid: 12341): NO OK"})));
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"2 debug THRWorker::dbCheckAttendance(pid: 12341)", askingAttendance,
+                      askingOpenDays, "1 info THRWorker::dbCheckAttendance(pid: 12341): NO OK"}));
 }
 
 void tst_Fund::dbCheckAttendance_recentCalculation_data()
@@ -561,11 +514,6 @@ void tst_Fund::dbCheckAttendance_uidIsReadUnsigned()
                     "ok < 0 AND date >= midnightFromTs(UNIX_TIMESTAMP())"}));
 }
 
-void tst_Fund::dbCheckAttendance_noSuchPersonLeavesTheUid_data()
-{
-    addLevels();
-}
-
 void tst_Fund::dbCheckAttendance_noSuchPersonLeavesTheUid()
 {
     QFETCH(int, level);
@@ -574,14 +522,9 @@ void tst_Fund::dbCheckAttendance_noSuchPersonLeavesTheUid()
     QVERIFY(!f.worker.dbCheckAttendance(12341, &uid));
     QCOMPARE(f.log.take(),
              atLevel(level,
-                     lines({"2 debug THRWorker::dbCheckAttendance(pid: 12341)", askingAttendance,
-                            "1 info THRWorker::dbCheckAttendance(pid: 12341): NO OK"})));
+                     {"2 debug THRWorker::dbCheckAttendance(pid: 12341)", askingAttendance,
+                      "1 info THRWorker::dbCheckAttendance(pid: 12341): NO OK"}));
     QCOMPARE(uid, 99u);
-}
-
-void tst_Fund::dbCheckAttendance_failureOfTheFirstStatement_data()
-{
-    addLevels();
 }
 
 void tst_Fund::dbCheckAttendance_failureOfTheFirstStatement()
@@ -593,10 +536,10 @@ void tst_Fund::dbCheckAttendance_failureOfTheFirstStatement()
     QVERIFY(!f.worker.dbCheckAttendance(12341, &uid));
     QCOMPARE(f.log.take(),
              atLevel(level,
-                     lines({"2 debug THRWorker::dbCheckAttendance(pid: 12341)", askingAttendance,
-                            "0 critical THRWorker::dbCheckAttendance() - SQL ERROR [1146]: "
-                            "no table (scripted)",
-                            "1 info THRWorker::dbCheckAttendance(pid: 12341): NO OK"})));
+                     {"2 debug THRWorker::dbCheckAttendance(pid: 12341)", askingAttendance,
+                      "0 critical THRWorker::dbCheckAttendance() - SQL ERROR [1146]: "
+                      "no table (scripted)",
+                      "1 info THRWorker::dbCheckAttendance(pid: 12341): NO OK"}));
     QCOMPARE(uid, 99u);
 }
 
@@ -610,21 +553,16 @@ void tst_Fund::dbCheckAttendance_failureOfTheSecondStatementIsOk()
         QVERIFY(f.worker.dbCheckAttendance(12341, &uid));
         QCOMPARE(f.log.take(),
                  atLevel(level,
-                         lines({"2 debug THRWorker::dbCheckAttendance(pid: 12341)",
-                                askingAttendance, askingOpenDays,
-                                "0 critical THRWorker::dbCheckAttendance() - SQL ERROR [1146]: "
-                                "no table (scripted)",
-                                "1 info THRWorker::dbCheckAttendance(pid: 12341): OK"})));
+                         {"2 debug THRWorker::dbCheckAttendance(pid: 12341)", askingAttendance,
+                          askingOpenDays,
+                          "0 critical THRWorker::dbCheckAttendance() - SQL ERROR [1146]: "
+                          "no table (scripted)",
+                          "1 info THRWorker::dbCheckAttendance(pid: 12341): OK"}));
         QCOMPARE(uid, 41u);
     }
 }
 
 // The balance
-
-void tst_Fund::loadFundStatusAndMove3_levels_data()
-{
-    addLevels();
-}
 
 void tst_Fund::loadFundStatusAndMove3_levels()
 {
@@ -755,11 +693,6 @@ void tst_Fund::loadFundStatusAndMove3_okIsSetAnew()
     QVERIFY(ok);
 }
 
-void tst_Fund::loadFundStatusAndMove3_failureOfTheFirstSum_data()
-{
-    addLevels();
-}
-
 void tst_Fund::loadFundStatusAndMove3_failureOfTheFirstSum()
 {
     QFETCH(int, level);
@@ -781,11 +714,6 @@ void tst_Fund::loadFundStatusAndMove3_failureOfTheFirstSum()
                                    sums.at(1)}
                     + lines({"1 info THRWorker::loadFundStatusAndMove3(pid: 12341): 34, load OK: "
                              "NO"})));
-}
-
-void tst_Fund::loadFundStatusAndMove3_failureOfTheSecondSum_data()
-{
-    addLevels();
 }
 
 void tst_Fund::loadFundStatusAndMove3_failureOfTheSecondSum()
@@ -826,11 +754,6 @@ void tst_Fund::loadFundStatusAndMove3_failureOfBoth()
 }
 
 // The correction
-
-void tst_Fund::writeFundMove3_levels_data()
-{
-    addLevels();
-}
 
 void tst_Fund::writeFundMove3_levels()
 {
@@ -932,11 +855,6 @@ void tst_Fund::writeFundMove3_trueWhenARowWasWritten()
     // An insert id says nothing.
     f.script.on(QStringLiteral("INSERT INTO funds_move")).withAffected(affected).withInsertId(9);
     QCOMPARE(f.worker.writeFundMove3(41, 5), written);
-}
-
-void tst_Fund::writeFundMove3_failure_data()
-{
-    addLevels();
 }
 
 void tst_Fund::writeFundMove3_failure()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The export file: finding, reading and removing it, and which of its lines become records.
 #include "support/localseconds.h"
+#include "support/loglevels.h"
 #include "support/unprivileged.h"
 #include "support/workerfixture.h"
 
@@ -108,6 +109,15 @@ QString infoLoading(const QString &path)
         + QStringLiteral("'");
 }
 
+/// What comes before a file is read.
+QStringList opening(int level, const QString &path)
+{
+    return atLevel(level,
+                   QStringList {QStringLiteral("2 ") + str(enter),
+                                QStringLiteral("3 ") + str(fieldNames),
+                                QStringLiteral("3 ") + infoLoading(path)});
+}
+
 QString debugLine(const QString &line)
 {
     return QStringLiteral("debug THRWorker::parseLine('") + line + QStringLiteral("')");
@@ -117,13 +127,6 @@ QString debugLine(const QString &line)
 void setFolderMode(const QString &path, mode_t mode)
 {
     QCOMPARE(chmod(qPrintable(QFileInfo(path).path()), mode), 0);
-}
-
-void addLevels()
-{
-    QTest::addColumn<int>("level");
-    for (int level = 0; level <= 3; ++level)
-        QTest::newRow(qPrintable(QStringLiteral("level %1").arg(level))) << level;
 }
 
 } // namespace
@@ -178,14 +181,11 @@ void tst_Import::loadAndParseData_logsByLevel()
     const QString path = f.writeExport({lineWith(4, QStringLiteral("Novák"))});
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.loadAndParseData();
-    QStringList expected;
-    if (level > 1)
-        expected += lines({enter});
-    if (level > 2)
-        expected += lines({fieldNames}) + QStringList {infoLoading(path)}
-            + lines({"debug THRWorker::parseLine('1234|1||Ján|Novák|||2015-03-01 00:00:00.000||70|"
-                     "Sklad|8||11|0|0|12.5|99')"});
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(),
+             opening(level, path)
+                 + atLevel(level,
+                           {"3 debug THRWorker::parseLine('1234|1||Ján|Novák|||2015-03-01 "
+                            "00:00:00.000||70|Sklad|8||11|0|0|12.5|99')"}));
     QCOMPARE(people(f), lines({"1234.1 Novák"}));
 }
 
@@ -257,14 +257,9 @@ void tst_Import::loadAndParseData_notARegularFile()
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.loadAndParseData();
 
-    QStringList expected;
-    if (level > 1)
-        expected += lines({enter});
-    if (level > 2)
-        expected += lines({fieldNames}) + QStringList {infoLoading(path)};
-    if (level > 1)
-        expected += warningNotFound(path);
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(),
+             opening(level, path)
+                 + (level > 1 ? QStringList {warningNotFound(path)} : QStringList()));
     QVERIFY(f.peer.importedRecords.isEmpty());
     // Nothing is removed.
     const QFileInfo info(path);
@@ -285,14 +280,10 @@ void tst_Import::loadAndParseData_notOpened()
         QVERIFY(unprivileged.isBound());
         f.worker.loadAndParseData();
     }
-    QStringList expected;
-    if (level > 1)
-        expected += lines({enter});
-    if (level > 2)
-        expected += lines({fieldNames}) + QStringList {infoLoading(path)};
-    expected += QStringLiteral("critical THRWorker::loadAndParseData() - file '") + path
-        + QStringLiteral("' not opened!");
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(
+        f.log.take(),
+        opening(level, path) << QStringLiteral("critical THRWorker::loadAndParseData() - file '")
+                + path + QStringLiteral("' not opened!"));
     QVERIFY(f.peer.importedRecords.isEmpty());
     QVERIFY(QFileInfo::exists(path));
 }
@@ -588,10 +579,10 @@ void tst_Import::parseLine_wrongCountIsSilentBelowLevel3()
     f.worker.setLogLevel(static_cast<quint8>(level));
     parse(f, QStringLiteral("1234|1|bad"));
     QCOMPARE(f.log.take(),
-             level > 2 ? lines({"debug THRWorker::parseLine('1234|1|bad')",
-                                "warning THRWorker::parseLine() - parts count (3) <> "
-                                "fields count(18) - line skipped!"})
-                       : QStringList());
+             atLevel(level,
+                     {"3 debug THRWorker::parseLine('1234|1|bad')",
+                      "3 warning THRWorker::parseLine() - parts count (3) <> "
+                      "fields count(18) - line skipped!"}));
     QVERIFY(f.peer.importedRecords.isEmpty());
 }
 

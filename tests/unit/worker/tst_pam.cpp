@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // Enrolment in PaM: the list of selected people and the person's row.
+#include "support/loglevels.h"
 #include "support/workerfixture.h"
 
 #include <QtTest>
@@ -75,9 +76,9 @@ class tst_Pam : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void addPersonIntoPam_levels_data();
+    void addPersonIntoPam_levels_data() { addLevels(); }
     void addPersonIntoPam_levels();
-    void addPersonIntoPam_pidZeroAsksNothing_data();
+    void addPersonIntoPam_pidZeroAsksNothing_data() { addLevels(); }
     void addPersonIntoPam_pidZeroAsksNothing();
     void addPersonIntoPam_needsExactlyOneBlock_data();
     void addPersonIntoPam_needsExactlyOneBlock();
@@ -95,9 +96,9 @@ private Q_SLOTS:
     void addPersonIntoPam_failedWrite();
     void addPersonIntoPam_writesInTestMode();
 
-    void dbAddPersonIntoPam_levels_data();
+    void dbAddPersonIntoPam_levels_data() { addLevels(); }
     void dbAddPersonIntoPam_levels();
-    void dbAddPersonIntoPam_testMode_data();
+    void dbAddPersonIntoPam_testMode_data() { addLevels(); }
     void dbAddPersonIntoPam_testMode();
     void dbAddPersonIntoPam_personNotFound_data();
     void dbAddPersonIntoPam_personNotFound();
@@ -106,7 +107,7 @@ private Q_SLOTS:
     void dbAddPersonIntoPam_numbers();
     void dbAddPersonIntoPam_result_data();
     void dbAddPersonIntoPam_result();
-    void dbAddPersonIntoPam_failure_data();
+    void dbAddPersonIntoPam_failure_data() { addLevels(); }
     void dbAddPersonIntoPam_failure();
 
     void doSyncRecord_missedEnrolmentStaysMissed();
@@ -114,46 +115,25 @@ private Q_SLOTS:
 
 // The list
 
-void tst_Pam::addPersonIntoPam_levels_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<bool>("speaks");
-    QTest::newRow("level 0") << 0 << false;
-    QTest::newRow("level 1") << 1 << false;
-    QTest::newRow("level 2") << 2 << true;
-    QTest::newRow("level 3") << 3 << true;
-}
-
 void tst_Pam::addPersonIntoPam_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     PamList f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     QVERIFY(f.worker.addPersonIntoPam(4294967295u));
-    QStringList expected = lines({askingBlocks, askingList, preparingList})
-        << writingList(QStringLiteral("4294967295"));
-    if (speaks)
-        expected.prepend(QStringLiteral("debug THRWorker::addPersonIntoPam(4294967295)"));
-    QCOMPARE(f.log.take(), expected);
-}
-
-void tst_Pam::addPersonIntoPam_pidZeroAsksNothing_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("level 1") << 1 << QStringList();
-    QTest::newRow("level 2") << 2 << lines({"debug THRWorker::addPersonIntoPam(0)"});
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"2 debug THRWorker::addPersonIntoPam(4294967295)", askingBlocks, askingList,
+                      preparingList, "sql run :name=exportPam.1.selPeople, :value=4294967295"}));
 }
 
 void tst_Pam::addPersonIntoPam_pidZeroAsksNothing()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     PamList f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     QVERIFY(!f.worker.addPersonIntoPam(0));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(), atLevel(level, {"2 debug THRWorker::addPersonIntoPam(0)"}));
 }
 
 void tst_Pam::addPersonIntoPam_needsExactlyOneBlock_data()
@@ -357,49 +337,32 @@ void tst_Pam::addPersonIntoPam_writesInTestMode()
 
 // The row
 
-void tst_Pam::dbAddPersonIntoPam_levels_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    const char opening[] = "debug THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2)";
-    QTest::newRow("level 0") << 0 << lines({askingPerson, enrolling});
-    QTest::newRow("level 1") << 1 << lines({opening, askingPerson, enrolling});
-    QTest::newRow("level 2") << 2 << lines({opening, askingPerson, enrolling});
-    QTest::newRow("level 3") << 3 << lines({opening, askingPerson, enrolling});
-}
-
 void tst_Pam::dbAddPersonIntoPam_levels()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     PamRow f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     QVERIFY(f.worker.dbAddPersonIntoPam(12341, 2));
-    QCOMPARE(f.log.take(), expected);
-}
-
-void tst_Pam::dbAddPersonIntoPam_testMode_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    const QStringList outspoken = lines(
-        {"debug THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2)",
-         "warning THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2) - Testing mode is "
-         "active, person not really add into PaM!"});
-    QTest::newRow("level 0") << 0 << QStringList();
-    QTest::newRow("level 1") << 1 << outspoken;
-    QTest::newRow("level 2") << 2 << outspoken;
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"1 debug THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2)",
+                      askingPerson, enrolling}));
 }
 
 void tst_Pam::dbAddPersonIntoPam_testMode()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     WorkerFixture f; // knows nobody
     f.worker.setTestMode(true);
     f.worker.setLogLevel(static_cast<quint8>(level));
     QVERIFY(f.worker.dbAddPersonIntoPam(12341, 2));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(
+        f.log.take(),
+        atLevel(
+            level,
+            {"1 debug THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2)",
+             "1 warning THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2) - Testing mode is "
+             "active, person not really add into PaM!"}));
 }
 
 void tst_Pam::dbAddPersonIntoPam_personNotFound_data()
@@ -516,23 +479,9 @@ void tst_Pam::dbAddPersonIntoPam_result()
     QCOMPARE(f.log.take(), lines({askingPerson, enrolling}));
 }
 
-void tst_Pam::dbAddPersonIntoPam_failure_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    const char failure[] = "critical THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2) - "
-                           "SQL ERROR: lock wait (scripted)";
-    QTest::newRow("level 0") << 0 << lines({askingPerson, enrolling, failure});
-    QTest::newRow("level 1")
-        << 1
-        << lines({"debug THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2)", askingPerson,
-                  enrolling, failure});
-}
-
 void tst_Pam::dbAddPersonIntoPam_failure()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     PamRow f;
     f.script.on(QStringLiteral("INSERT INTO people_pam"))
         .withInsertId(5)
@@ -540,7 +489,12 @@ void tst_Pam::dbAddPersonIntoPam_failure()
         .withError(QStringLiteral("1205"), QStringLiteral("lock wait"));
     f.worker.setLogLevel(static_cast<quint8>(level));
     QVERIFY(!f.worker.dbAddPersonIntoPam(12341, 2));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"1 debug THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2)",
+                      askingPerson, enrolling,
+                      "critical THRWorker::dbAddPersonIntoPam(pid: 12341, pamSettingsID: 2) - "
+                      "SQL ERROR: lock wait (scripted)"}));
 }
 
 // What becomes of it later

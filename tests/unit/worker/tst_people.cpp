@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The person store: statements, log lines and results of each operation.
 #include "support/localseconds.h"
+#include "support/loglevels.h"
 #include "support/workerfixture.h"
 
 #include <QtTest>
@@ -101,16 +102,6 @@ QStringList noticing()
                   "sql exec CALL updateTermsSync(42, 2);"});
 }
 
-void addLevels()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<bool>("speaks");
-    QTest::newRow("level 0") << 0 << false;
-    QTest::newRow("level 1") << 1 << false;
-    QTest::newRow("level 2") << 2 << true;
-    QTest::newRow("level 3") << 3 << true;
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(EmployeeRecord)
@@ -138,14 +129,14 @@ private Q_SLOTS:
     void dbAddPerson_absentValues();
     void dbAddPerson_result_data();
     void dbAddPerson_result();
-    void dbAddPerson_levels_data();
+    void dbAddPerson_levels_data() { addLevels(); }
     void dbAddPerson_levels();
     void dbAddPerson_failure();
     void dbAddPerson_listsInPamWhateverTheResult_data();
     void dbAddPerson_listsInPamWhateverTheResult();
     void dbAddPerson_failedListingChangesNothing_data();
     void dbAddPerson_failedListingChangesNothing();
-    void dbAddPerson_failedListingIsWarnedOfAtEveryLevel_data();
+    void dbAddPerson_failedListingIsWarnedOfAtEveryLevel_data() { addLevels(); }
     void dbAddPerson_failedListingIsWarnedOfAtEveryLevel();
     void dbAddPerson_pidZeroIsNotListed();
 
@@ -159,7 +150,7 @@ private Q_SLOTS:
     void dbUpdatePerson_result();
     void dbUpdatePerson_failedNoticeChangesNothing_data();
     void dbUpdatePerson_failedNoticeChangesNothing();
-    void dbUpdatePerson_levels_data();
+    void dbUpdatePerson_levels_data() { addLevels(); }
     void dbUpdatePerson_levels();
     void dbUpdatePerson_failure();
     void dbUpdatePerson_fillsTheIntervalTogether();
@@ -238,20 +229,22 @@ void tst_People::getUidByPid_doesNotKeepAFailure()
 void tst_People::dbChangeLastCalc_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     WorkerFixture f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     QVERIFY(f.worker.dbChangeLastCalc(42, QDate(2024, 2, 1)));
-    QStringList expected {
-        QStringLiteral("sql exec UPDATE atten SET ok = -1 WHERE `lock` =0 AND `man`=0 AND "
-                       "`date` >= %1 AND uid =42")
-            .arg(seconds(QDate(2024, 2, 1))),
-        QStringLiteral("sql exec UPDATE people set lastCalc = %1, calc = 0 WHERE lastCalc > %1 "
-                       "AND uid=42")
-            .arg(seconds(QDate(2024, 1, 31)))};
-    if (speaks)
-        expected.prepend(QStringLiteral("debug THRWorker::dbChangeLastCalc(42, 1 Feb 2024)"));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(
+        f.log.take(),
+        atLevel(
+            level,
+            QStringList {
+                QStringLiteral("2 debug THRWorker::dbChangeLastCalc(42, 1 Feb 2024)"),
+                QStringLiteral("sql exec UPDATE atten SET ok = -1 WHERE `lock` =0 AND `man`=0 AND "
+                               "`date` >= %1 AND uid =42")
+                    .arg(seconds(QDate(2024, 2, 1))),
+                QStringLiteral(
+                    "sql exec UPDATE people set lastCalc = %1, calc = 0 WHERE lastCalc > %1 "
+                    "AND uid=42")
+                    .arg(seconds(QDate(2024, 1, 31)))}));
 }
 
 void tst_People::dbChangeLastCalc_localMidnights_data()
@@ -386,36 +379,24 @@ void tst_People::dbAddPerson_result()
     QCOMPARE(f.log.takeMessages(), QStringList());
 }
 
-void tst_People::dbAddPerson_levels_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<bool>("speaks");
-    QTest::newRow("level 0") << 0 << false;
-    QTest::newRow("level 1") << 1 << true;
-    QTest::newRow("level 2") << 2 << true;
-}
-
 void tst_People::dbAddPerson_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     Listed f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.dbAddPerson(fullRecord());
-    QStringList expected;
-    if (speaks)
-        expected += lines({"debug THRWorker::dbAddPerson(1234.1 Ing. Ján Novák PhD. "
-                           "(T: +421 900 111 222) N-V: 1 Mar 2015 - 31 Mar 2024 "
-                           "TPP: 51  K: 3  DOV: 12.5, S: 7)"});
-    expected.append(
-        insertion(QStringLiteral("'12341', '1234.1', 'Ing.', 'Ján', 'Novák', 'PhD.', "
-                                 "'+421 900 111 222', %1, %2, UNIX_TIMESTAMP(), %3, %4, "
-                                 "'materská', 4, 1, 3, NULL")
-                      .arg(seconds(QDate(2015, 3, 1)), lastSecond(QDate(2024, 3, 31)),
-                           seconds(QDate(2024, 4, 1)), seconds(QDate(2024, 10, 27)))));
-    if (level == 2)
-        expected += lines({"debug THRWorker::addPersonIntoPam(12341)"});
-    QCOMPARE(f.log.take(), expected + asking());
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     lines({"1 debug THRWorker::dbAddPerson(1234.1 Ing. Ján Novák PhD. "
+                            "(T: +421 900 111 222) N-V: 1 Mar 2015 - 31 Mar 2024 "
+                            "TPP: 51  K: 3  DOV: 12.5, S: 7)"})
+                         << insertion(
+                                QStringLiteral("'12341', '1234.1', 'Ing.', 'Ján', 'Novák', 'PhD.', "
+                                               "'+421 900 111 222', %1, %2, UNIX_TIMESTAMP(), %3, "
+                                               "%4, 'materská', 4, 1, 3, NULL")
+                                    .arg(seconds(QDate(2015, 3, 1)), lastSecond(QDate(2024, 3, 31)),
+                                         seconds(QDate(2024, 4, 1)), seconds(QDate(2024, 10, 27))))
+                         << lines({"2 debug THRWorker::addPersonIntoPam(12341)"}) << asking()));
 }
 
 void tst_People::dbAddPerson_failure()
@@ -490,13 +471,6 @@ void tst_People::dbAddPerson_failedListingChangesNothing()
                      + lines({"warning THRWorker::dbAddPerson(1234.1) - addPersonIntoPam() "
                               "FAILED!"}));
     }
-}
-
-void tst_People::dbAddPerson_failedListingIsWarnedOfAtEveryLevel_data()
-{
-    QTest::addColumn<int>("level");
-    for (const int level : {0, 1, 2, 3})
-        QTest::newRow(qPrintable(QString::number(level))) << level;
 }
 
 void tst_People::dbAddPerson_failedListingIsWarnedOfAtEveryLevel()
@@ -681,25 +655,19 @@ void tst_People::dbUpdatePerson_failedNoticeChangesNothing()
     QCOMPARE(events, noticing().mid(0, statements) << line);
 }
 
-void tst_People::dbUpdatePerson_levels_data()
-{
-    dbAddPerson_levels_data();
-}
-
 void tst_People::dbUpdatePerson_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     WorkerFixture f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.dbUpdatePerson(fullRecord(), true);
     QStringList events = f.log.take();
     QVERIFY(events.takeLast().startsWith(QStringLiteral("sql exec UPDATE people ")));
     QCOMPARE(events,
-             speaks ? lines({"debug THRWorker::dbUpdatePerson(1234.1 Ing. Ján Novák PhD. "
-                             "(T: +421 900 111 222) N-V: 1 Mar 2015 - 31 Mar 2024 "
-                             "TPP: 51  K: 3  DOV: 12.5, S: 7)"})
-                    : QStringList());
+             atLevel(level,
+                     {"1 debug THRWorker::dbUpdatePerson(1234.1 Ing. Ján Novák PhD. "
+                      "(T: +421 900 111 222) N-V: 1 Mar 2015 - 31 Mar 2024 "
+                      "TPP: 51  K: 3  DOV: 12.5, S: 7)"}));
 }
 
 void tst_People::dbUpdatePerson_failure()

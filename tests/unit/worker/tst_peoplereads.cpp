@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // What the worker reads of people: statements, log lines, and how rows become records.
 #include "support/localseconds.h"
+#include "support/loglevels.h"
 #include "support/workerfixture.h"
 
 #include <QtTest>
@@ -35,16 +36,6 @@ void answerPeople(ScriptedDatabase &script, const QVector<QMap<QString, QVariant
 QString columnPamId()
 {
     return QStringLiteral("pamId");
-}
-
-void addLevels()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<bool>("speaks");
-    QTest::newRow("level 0") << 0 << false;
-    QTest::newRow("level 1") << 1 << false;
-    QTest::newRow("level 2") << 2 << true;
-    QTest::newRow("level 3") << 3 << true;
 }
 
 } // namespace
@@ -89,12 +80,10 @@ private Q_SLOTS:
 void tst_PeopleReads::dbLoadPeople_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     WorkerFixture f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     QVERIFY(f.worker.dbLoadPeople());
-    QCOMPARE(f.log.take(),
-             speaks ? lines({"debug THRWorker::dbLoadPeople()", loadPeople}) : lines({loadPeople}));
+    QCOMPARE(f.log.take(), atLevel(level, {"2 debug THRWorker::dbLoadPeople()", loadPeople}));
 }
 
 void tst_PeopleReads::dbLoadPeople_everyColumn()
@@ -299,14 +288,13 @@ void tst_PeopleReads::dbLoadPeople_failureKeepsPeople()
 void tst_PeopleReads::dbCheckPerson_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     WorkerFixture f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.dbCheckPerson(record().pid(1234, 1));
-    QStringList expected = lines({"sql exec SELECT COUNT(*) FROM people WHERE pid = 12341;"});
-    if (speaks)
-        expected.prepend(QStringLiteral("debug THRWorker::dbCheckPerson(1234.1)"));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"2 debug THRWorker::dbCheckPerson(1234.1)",
+                      "sql exec SELECT COUNT(*) FROM people WHERE pid = 12341;"}));
 }
 
 void tst_PeopleReads::dbCheckPerson_counts_data()
@@ -349,17 +337,15 @@ void tst_PeopleReads::dbCheckPerson_failure()
 void tst_PeopleReads::dbGetUidByPid_levels()
 {
     QFETCH(int, level);
-    QFETCH(bool, speaks);
     WorkerFixture f;
     f.script.on(QStringLiteral("SELECT uid FROM people"))
         .withRows({QStringLiteral("uid")}, {{4294967295u}});
     f.worker.setLogLevel(static_cast<quint8>(level));
     QCOMPARE(f.worker.dbGetUidByPid(4294967294u), 4294967295u);
-    QStringList expected = lines(
-        {"sql exec SELECT uid FROM people WHERE pid = 4294967294 LIMIT 1;"});
-    if (speaks)
-        expected.prepend(QStringLiteral("debug THRWorker::dbGetUidByPid(4294967294)"));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"2 debug THRWorker::dbGetUidByPid(4294967294)",
+                      "sql exec SELECT uid FROM people WHERE pid = 4294967294 LIMIT 1;"}));
 }
 
 void tst_PeopleReads::dbGetUidByPid_noRow()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // When the leave fund of one record is asked, corrected and tried again.
 #include "support/localseconds.h"
+#include "support/loglevels.h"
 #include "support/machineclock.h"
 #include "support/workerfixture.h"
 
@@ -224,7 +225,7 @@ private Q_SLOTS:
     void fundWithId65536_isNone();
     void fundWithId65543_isTheFund7();
 
-    void correction_levels_data();
+    void correction_levels_data() { addLevels(); }
     void correction_levels();
     void correction_comesAfterTheUpdateAndBeforeTheSupervisor();
     void bothChecks_runForEveryRecord_data();
@@ -350,13 +351,6 @@ void tst_RecordFund::fundWithId65543_isTheFund7()
 
 // The order of events
 
-void tst_RecordFund::correction_levels_data()
-{
-    QTest::addColumn<int>("level");
-    for (int level = 0; level <= 3; ++level)
-        QTest::newRow(qPrintable(QStringLiteral("level %1").arg(level))) << level;
-}
-
 void tst_RecordFund::correction_levels()
 {
     QFETCH(int, level);
@@ -365,34 +359,24 @@ void tst_RecordFund::correction_levels()
     Fund f(employee(number));
     f.fundHolds(1000, 34);
     f.worker.setLogLevel(static_cast<quint8>(level));
-    QStringList expected;
-    const auto add = [&](int from, const QString &line) {
-        if (level >= from)
-            expected.append(line);
-    };
     const auto ofPid = [pid](const char *text) { return QString::fromUtf8(text).arg(pid); };
-    add(3,
-        QStringLiteral("debug THRWorker::doSyncRecord(%1)")
-            .arg(shown(number, "S: 0, K: 0 from ", "12.5")));
-    add(2, ofPid("debug THRWorker::dbCheckFundMove(pid: %1)"));
-    add(0, askingMove(pid));
-    add(1, ofPid("info THRWorker::dbCheckFundMove(pid: %1): OK - non exists"));
-    add(2, ofPid("debug THRWorker::dbCheckAttendance(pid: %1)"));
-    add(0, askingAttendance(pid));
-    add(0, askingOpenDays());
-    add(1, ofPid("info THRWorker::dbCheckAttendance(pid: %1): OK"));
-    add(2, ofPid("debug THRWorker::loadFundStatusAndMove3(pid: %1)"));
-    add(0, askingBefore(pid));
-    add(0, askingCorrections(pid));
-    add(1, ofPid("info THRWorker::loadFundStatusAndMove3(pid: %1): 1034, load OK: YES"));
-    add(1, QStringLiteral("debug THRWorker::writeFundMove3(uid: 41, value: 216)"));
-    add(0, writing(216));
-    add(2, ofPid("debug THRWorker::dbGetUidByPid(%1)"));
-    add(0, askingUid(pid));
-    add(2, QStringLiteral("debug THRWorker::dbChangeLastCalc(41, 1 Feb 2024)"));
-    add(0, reopeningDays(41));
-    add(0, movingMark(41));
-    QCOMPARE(f.sync(employee(number).balance(12.5)), expected);
+    QCOMPARE(
+        f.sync(employee(number).balance(12.5)),
+        atLevel(level,
+                QStringList {
+                    QStringLiteral("3 debug THRWorker::doSyncRecord(%1)")
+                        .arg(shown(number, "S: 0, K: 0 from ", "12.5")),
+                    ofPid("2 debug THRWorker::dbCheckFundMove(pid: %1)"), askingMove(pid),
+                    ofPid("1 info THRWorker::dbCheckFundMove(pid: %1): OK - non exists"),
+                    ofPid("2 debug THRWorker::dbCheckAttendance(pid: %1)"), askingAttendance(pid),
+                    askingOpenDays(), ofPid("1 info THRWorker::dbCheckAttendance(pid: %1): OK"),
+                    ofPid("2 debug THRWorker::loadFundStatusAndMove3(pid: %1)"), askingBefore(pid),
+                    askingCorrections(pid),
+                    ofPid("1 info THRWorker::loadFundStatusAndMove3(pid: %1): 1034, load OK: YES"),
+                    QStringLiteral("1 debug THRWorker::writeFundMove3(uid: 41, value: 216)"),
+                    writing(216), ofPid("2 debug THRWorker::dbGetUidByPid(%1)"), askingUid(pid),
+                    QStringLiteral("2 debug THRWorker::dbChangeLastCalc(41, 1 Feb 2024)"),
+                    reopeningDays(41), movingMark(41)}));
 }
 
 void tst_RecordFund::correction_comesAfterTheUpdateAndBeforeTheSupervisor()

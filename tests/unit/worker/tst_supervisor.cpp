@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The supervisor of an employee: statements, transaction, log lines and results.
+#include "support/loglevels.h"
 #include "support/workerfixture.h"
 
 #include <QtTest>
@@ -50,26 +51,6 @@ QStringList afterAsking(uint pid, const QStringList &rest)
     return lines({asking}) << askingUid(pid) << rest;
 }
 
-QStringList transcript(uint osobniCislo)
-{
-    return QStringList {
-               QStringLiteral("debug THRWorker::processNadOsCis(%1.1, NOC: 77)").arg(osobniCislo),
-               QStringLiteral("debug THRWorker::dbGetAidByOsCis(uid: 77)"),
-               QString::fromLatin1(asking),
-               QStringLiteral("debug THRWorker::dbGetAidByOsCis(uid: 77): 9"),
-               QStringLiteral("debug THRWorker::dbGetUidByPid(%1)").arg(osobniCislo * 10 + 1),
-               askingUid(osobniCislo * 10 + 1)}
-    + lines({"sql begin", "debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42)", resetting,
-             "debug THRWorker::dbResetAdminPeopleRequest - query 'UPDATE admins_people SET "
-             "request =0 WHERE uid=42 AND aid != 9' - affected rows: 1",
-             "debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42) - affected: 1",
-             "debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42)", setting,
-             "debug THRWorker - query 'INSERT INTO admins_people (aid, uid, request) "
-             "VALUES(9, 42, 1) ON DUPLICATE KEY UPDATE request=1' - affected rows: 1",
-             "debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42) - affected: 1",
-             "sql commit"});
-}
-
 EmployeeRecord supervised(uint osobniCislo)
 {
     return record().pid(osobniCislo, 1).supervisor(77);
@@ -104,9 +85,9 @@ class tst_Supervisor : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void processNadOsCis_levels_data();
+    void processNadOsCis_levels_data() { addLevels(); }
     void processNadOsCis_levels();
-    void processNadOsCis_noneNamedTouchesNothing_data();
+    void processNadOsCis_noneNamedTouchesNothing_data() { addLevels(); }
     void processNadOsCis_noneNamedTouchesNothing();
     void processNadOsCis_unknownAdministratorTouchesNothing();
     void processNadOsCis_failedSearchForTheAdministratorTouchesNothing();
@@ -127,79 +108,70 @@ private Q_SLOTS:
     void doSyncRecord_goesOnWhateverBecameOfTheSupervisor_data();
     void doSyncRecord_goesOnWhateverBecameOfTheSupervisor();
 
-    void dbGetAidByOsCis_trace_data();
+    void dbGetAidByOsCis_trace_data() { addLevels(); }
     void dbGetAidByOsCis_trace();
     void dbGetAidByOsCis_result_data();
     void dbGetAidByOsCis_result();
-    void dbGetAidByOsCis_failure_data();
+    void dbGetAidByOsCis_failure_data() { addLevels(); }
     void dbGetAidByOsCis_failure();
 
-    void dbResetAdminPeopleRequest_trace_data();
+    void dbResetAdminPeopleRequest_trace_data() { addLevels(); }
     void dbResetAdminPeopleRequest_trace();
     void dbResetAdminPeopleRequest_result_data();
     void dbResetAdminPeopleRequest_result();
-    void dbResetAdminPeopleRequest_failure_data();
+    void dbResetAdminPeopleRequest_failure_data() { addLevels(); }
     void dbResetAdminPeopleRequest_failure();
 
-    void dbSetAdminPeopleRequest_trace_data();
+    void dbSetAdminPeopleRequest_trace_data() { addLevels(); }
     void dbSetAdminPeopleRequest_trace();
     void dbSetAdminPeopleRequest_result_data();
     void dbSetAdminPeopleRequest_result();
-    void dbSetAdminPeopleRequest_failure_data();
+    void dbSetAdminPeopleRequest_failure_data() { addLevels(); }
     void dbSetAdminPeopleRequest_failure();
 };
 
 // One employee
 
-void tst_Supervisor::processNadOsCis_levels_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("level 0") << 0
-                             << afterAsking(880001,
-                                            lines({"sql begin", resetting, setting, "sql commit"}));
-    QTest::newRow("level 1")
-        << 1
-        << (lines({"debug THRWorker::processNadOsCis(88001.1, NOC: 77)", asking,
-                   "debug THRWorker::dbGetAidByOsCis(uid: 77): 9"})
-            << askingUid(880011)
-            << lines({"sql begin", resetting,
-                      "debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42) - affected: 1",
-                      setting,
-                      "debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42) - affected: 1",
-                      "sql commit"}));
-    QTest::newRow("level 2") << 2 << transcript(88002);
-    QTest::newRow("level 3") << 3 << transcript(88003);
-}
-
 void tst_Supervisor::processNadOsCis_levels()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
+    const uint number = 88000 + static_cast<uint>(level);
+    const uint pid = number * 10 + 1;
     Supervisor f;
     f.worker.setLogLevel(static_cast<quint8>(level));
-    f.worker.processNadOsCis(supervised(88000 + static_cast<uint>(level)));
-    QCOMPARE(f.log.take(), expected);
-}
-
-void tst_Supervisor::processNadOsCis_noneNamedTouchesNothing_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    const QStringList opening = lines({"debug THRWorker::processNadOsCis(88010.1, NOC: 0)"});
-    QTest::newRow("level 0") << 0 << QStringList();
-    QTest::newRow("level 1") << 1 << opening;
-    QTest::newRow("level 3") << 3 << opening;
+    f.worker.processNadOsCis(supervised(number));
+    QCOMPARE(
+        f.log.take(),
+        atLevel(
+            level,
+            QStringList {
+                QStringLiteral("1 debug THRWorker::processNadOsCis(%1.1, NOC: 77)").arg(number),
+                QStringLiteral("2 debug THRWorker::dbGetAidByOsCis(uid: 77)"), str(asking),
+                QStringLiteral("1 debug THRWorker::dbGetAidByOsCis(uid: 77): 9"),
+                QStringLiteral("2 debug THRWorker::dbGetUidByPid(%1)").arg(pid), askingUid(pid)}
+                + lines({"sql begin",
+                         "2 debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42)", resetting,
+                         "2 debug THRWorker::dbResetAdminPeopleRequest - query 'UPDATE "
+                         "admins_people SET request =0 WHERE uid=42 AND aid != 9' - affected "
+                         "rows: 1",
+                         "1 debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42) - "
+                         "affected: 1",
+                         "2 debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42)", setting,
+                         "2 debug THRWorker - query 'INSERT INTO admins_people (aid, uid, "
+                         "request) VALUES(9, 42, 1) ON DUPLICATE KEY UPDATE request=1' - "
+                         "affected rows: 1",
+                         "1 debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42) - "
+                         "affected: 1",
+                         "sql commit"})));
 }
 
 void tst_Supervisor::processNadOsCis_noneNamedTouchesNothing()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     Supervisor f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     f.worker.processNadOsCis(record().pid(88010, 1).supervisor(0));
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(), atLevel(level, {"1 debug THRWorker::processNadOsCis(88010.1, NOC: 0)"}));
 }
 
 void tst_Supervisor::processNadOsCis_unknownAdministratorTouchesNothing()
@@ -427,27 +399,16 @@ void tst_Supervisor::doSyncRecord_goesOnWhateverBecameOfTheSupervisor()
 
 // Finding the administrator
 
-void tst_Supervisor::dbGetAidByOsCis_trace_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    const QStringList whole = lines({"debug THRWorker::dbGetAidByOsCis(uid: 77)", asking,
-                                     "debug THRWorker::dbGetAidByOsCis(uid: 77): 9"});
-    QTest::newRow("level 0") << 0 << lines({asking});
-    QTest::newRow("level 1") << 1
-                             << lines({asking, "debug THRWorker::dbGetAidByOsCis(uid: 77): 9"});
-    QTest::newRow("level 2") << 2 << whole;
-    QTest::newRow("level 3") << 3 << whole;
-}
-
 void tst_Supervisor::dbGetAidByOsCis_trace()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     Supervisor f;
     f.worker.setLogLevel(static_cast<quint8>(level));
     QCOMPARE(f.worker.dbGetAidByOsCis(77), 9u);
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"2 debug THRWorker::dbGetAidByOsCis(uid: 77)", asking,
+                      "1 debug THRWorker::dbGetAidByOsCis(uid: 77): 9"}));
 }
 
 void tst_Supervisor::dbGetAidByOsCis_result_data()
@@ -478,60 +439,36 @@ void tst_Supervisor::dbGetAidByOsCis_result()
                                + result}));
 }
 
-void tst_Supervisor::dbGetAidByOsCis_failure_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("level 0") << 0 << lines({asking, adminFailure});
-    QTest::newRow("level 1") << 1
-                             << lines({asking, adminFailure,
-                                       "debug THRWorker::dbGetAidByOsCis(uid: 77): 0"});
-    QTest::newRow("level 2") << 2
-                             << lines({"debug THRWorker::dbGetAidByOsCis(uid: 77)", asking,
-                                       adminFailure,
-                                       "debug THRWorker::dbGetAidByOsCis(uid: 77): 0"});
-}
-
 void tst_Supervisor::dbGetAidByOsCis_failure()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     Supervisor f;
     f.fail("SELECT aid");
     f.worker.setLogLevel(static_cast<quint8>(level));
     QCOMPARE(f.worker.dbGetAidByOsCis(77), 0u);
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(f.log.take(),
+             atLevel(level,
+                     {"2 debug THRWorker::dbGetAidByOsCis(uid: 77)", asking, adminFailure,
+                      "1 debug THRWorker::dbGetAidByOsCis(uid: 77): 0"}));
 }
 
 // Clearing the mark
 
-void tst_Supervisor::dbResetAdminPeopleRequest_trace_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    const QStringList whole = lines(
-        {"debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42)", resetting,
-         "debug THRWorker::dbResetAdminPeopleRequest - query 'UPDATE admins_people SET request =0 "
-         "WHERE uid=42 AND aid != 9' - affected rows: 3",
-         "debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42) - affected: 3"});
-    QTest::newRow("level 0") << 0 << lines({resetting});
-    QTest::newRow("level 1")
-        << 1
-        << lines({resetting,
-                  "debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42) - affected: 3"});
-    QTest::newRow("level 2") << 2 << whole;
-    QTest::newRow("level 3") << 3 << whole;
-}
-
 void tst_Supervisor::dbResetAdminPeopleRequest_trace()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     WorkerFixture f;
     f.script.on(QStringLiteral("UPDATE")).withAffected(3);
     f.worker.setLogLevel(static_cast<quint8>(level));
     QCOMPARE(f.worker.dbResetAdminPeopleRequest(9, 42), 3);
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(
+        f.log.take(),
+        atLevel(
+            level,
+            {"2 debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42)", resetting,
+             "2 debug THRWorker::dbResetAdminPeopleRequest - query 'UPDATE admins_people SET request =0 "
+             "WHERE uid=42 AND aid != 9' - affected rows: 3",
+             "1 debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42) - affected: 3"}));
 }
 
 void tst_Supervisor::dbResetAdminPeopleRequest_result_data()
@@ -558,60 +495,38 @@ void tst_Supervisor::dbResetAdminPeopleRequest_result()
                           .arg(affected)}));
 }
 
-void tst_Supervisor::dbResetAdminPeopleRequest_failure_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    const char closing[]
-        = "debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42) - affected: -1";
-    QTest::newRow("level 0") << 0 << lines({resetting, resetFailure});
-    QTest::newRow("level 1") << 1 << lines({resetting, resetFailure, closing});
-    QTest::newRow("level 2") << 2
-                             << lines({"debug THRWorker::dbResetAdminPeopleRequest(aid: 9, "
-                                       "uid: 42)",
-                                       resetting, resetFailure, closing});
-}
-
 void tst_Supervisor::dbResetAdminPeopleRequest_failure()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     Supervisor f;
     f.fail("UPDATE admins_people");
     f.worker.setLogLevel(static_cast<quint8>(level));
     QCOMPARE(f.worker.dbResetAdminPeopleRequest(9, 42), -1);
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(
+        f.log.take(),
+        atLevel(level,
+                {"2 debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42)", resetting,
+                 resetFailure,
+                 "1 debug THRWorker::dbResetAdminPeopleRequest(aid: 9, uid: 42) - affected: -1"}));
 }
 
 // Setting the mark
 
-void tst_Supervisor::dbSetAdminPeopleRequest_trace_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    const QStringList whole = lines(
-        {"debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42)", setting,
-         "debug THRWorker - query 'INSERT INTO admins_people (aid, uid, request) VALUES(9, 42, 1) "
-         "ON DUPLICATE KEY UPDATE request=1' - affected rows: 2",
-         "debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42) - affected: 2"});
-    QTest::newRow("level 0") << 0 << lines({setting});
-    QTest::newRow("level 1")
-        << 1
-        << lines({setting,
-                  "debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42) - affected: 2"});
-    QTest::newRow("level 2") << 2 << whole;
-    QTest::newRow("level 3") << 3 << whole;
-}
-
 void tst_Supervisor::dbSetAdminPeopleRequest_trace()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     WorkerFixture f;
     f.script.on(QStringLiteral("INSERT")).withAffected(2);
     f.worker.setLogLevel(static_cast<quint8>(level));
     QCOMPARE(f.worker.dbSetAdminPeopleRequest(9, 42), 2);
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(
+        f.log.take(),
+        atLevel(
+            level,
+            {"2 debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42)", setting,
+             "2 debug THRWorker - query 'INSERT INTO admins_people (aid, uid, request) VALUES(9, 42, 1) "
+             "ON DUPLICATE KEY UPDATE request=1' - affected rows: 2",
+             "1 debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42) - affected: 2"}));
 }
 
 void tst_Supervisor::dbSetAdminPeopleRequest_result_data()
@@ -640,28 +555,18 @@ void tst_Supervisor::dbSetAdminPeopleRequest_result()
                           .arg(affected)}));
 }
 
-void tst_Supervisor::dbSetAdminPeopleRequest_failure_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-    const char closing[]
-        = "debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42) - affected: -1";
-    QTest::newRow("level 0") << 0 << lines({setting, setFailure});
-    QTest::newRow("level 1") << 1 << lines({setting, setFailure, closing});
-    QTest::newRow("level 2") << 2
-                             << lines({"debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42)",
-                                       setting, setFailure, closing});
-}
-
 void tst_Supervisor::dbSetAdminPeopleRequest_failure()
 {
     QFETCH(int, level);
-    QFETCH(QStringList, expected);
     Supervisor f;
     f.fail("INSERT INTO admins_people");
     f.worker.setLogLevel(static_cast<quint8>(level));
     QCOMPARE(f.worker.dbSetAdminPeopleRequest(9, 42), -1);
-    QCOMPARE(f.log.take(), expected);
+    QCOMPARE(
+        f.log.take(),
+        atLevel(level,
+                {"2 debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42)", setting, setFailure,
+                 "1 debug THRWorker::dbSetAdminPeopleRequest(aid: 9, uid: 42) - affected: -1"}));
 }
 
 QTEST_GUILESS_MAIN(tst_Supervisor)
