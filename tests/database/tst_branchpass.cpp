@@ -2,30 +2,17 @@
 // SPDX-License-Identifier: MIT
 // Whole passes over the sample company: branches, calendars, terminals and administrators.
 #include "repository/branchesrepository.h"
+#include "support/databasefixture.h"
 #include "support/databaseworker.h"
 #include "support/localseconds.h"
 
 #include <QtTest>
 
-#include <memory>
-
 namespace {
-
-QDate today()
-{
-    return localDay(std::time(nullptr));
-}
 
 QDate firstOfThisMonth()
 {
     return QDate(today().year(), today().month(), 1);
-}
-
-QDate firstOfPreviousMonth()
-{
-    const QDate first = firstOfThisMonth();
-    return first.month() == 1 ? QDate(first.year() - 1, 12, 1)
-                              : QDate(first.year(), first.month() - 1, 1);
 }
 
 QString month(const QDate &day)
@@ -33,23 +20,21 @@ QString month(const QDate &day)
     return QString::number(day.year() * 100 + day.month());
 }
 
-QString seconds(const QDate &day)
-{
-    return QString::number(localSeconds(day));
-}
-
 } // namespace
 
 // All functions share one database: each has people of its own. The queue of the terminals is empty
 // at the beginning of each.
-class tst_BranchPass : public QObject
+class tst_BranchPass : public DatabaseFixture
 {
     Q_OBJECT
 
+public:
+    tst_BranchPass() :
+        DatabaseFixture(TestDatabase::Sample)
+    { }
+
 private Q_SLOTS:
-    void initTestCase();
     void init();
-    void cleanupTestCase();
 
     void branches_onlyThoseWithANumber();
     void newPeople_landInTheirBranches();
@@ -74,6 +59,12 @@ private Q_SLOTS:
     void hiddenPlans_keepTheMembership();
 
 private:
+    void prepare() override
+    {
+        // Nobody's leave is looked at here: a balance that is brought into line makes a record
+        // changed.
+        database->execute(QStringLiteral("DELETE FROM funds"));
+    }
     QString uidOf(uint pid);
     QStringList branchesOf(const QString &uid);
     QStringList terminalsOf(const QString &uid);
@@ -83,27 +74,12 @@ private:
     QStringList queue();
     QStringList markedTerminals();
     QStringList writesSoFar();
-
-    std::unique_ptr<TestDatabase> database;
 };
-
-void tst_BranchPass::initTestCase()
-{
-    database = std::make_unique<TestDatabase>(TestDatabase::Sample);
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-    // Nobody's leave is looked at here: a balance that is brought into line makes a record changed.
-    database->execute(QStringLiteral("DELETE FROM funds"));
-}
 
 void tst_BranchPass::init()
 {
     database->execute(QStringLiteral("DELETE FROM term_sync"));
     database->execute(QStringLiteral("UPDATE term SET syn=0"));
-}
-
-void tst_BranchPass::cleanupTestCase()
-{
-    database.reset();
 }
 
 QString tst_BranchPass::uidOf(uint pid)

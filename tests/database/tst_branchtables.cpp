@@ -2,20 +2,13 @@
 // SPDX-License-Identifier: MIT
 // Branches on the server: rows, memberships and what follows from them.
 #include "repository/branchesrepository.h"
-#include "support/eventlog.h"
-#include "support/testdatabase.h"
+#include "support/databasefixture.h"
 
-#include <QSqlQuery>
 #include <QtTest>
 
 #include <memory>
 
 namespace {
-
-QString str(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 BranchRecord named(const char *name, ushort bid = 0)
 {
@@ -27,16 +20,11 @@ BranchRecord named(const char *name, ushort bid = 0)
 
 } // namespace
 
-class tst_BranchTables : public QObject
+class tst_BranchTables : public ConnectionFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-
     void addBranch_zerosAreNull();
     void addBranch_emptyName();
     void addBranch_allColumns();
@@ -73,7 +61,12 @@ private Q_SLOTS:
     void triples_hiddenTable();
 
 private:
-    QStringList rows(const char *statement) { return database->rows(str(statement)); }
+    void begin() override;
+    void end() override
+    {
+        repo.reset();
+        bare.reset();
+    }
     QStringList onTerms() { return rows("SELECT tid, uid FROM people_term ORDER BY tid, uid"); }
     QStringList underAdmins()
     {
@@ -83,61 +76,26 @@ private:
     QStringList queue() { return rows("SELECT tid, type, ref_id FROM term_sync ORDER BY id"); }
     QStringList marks() { return rows("SELECT tid, syn FROM term WHERE syn <> 0 ORDER BY tid"); }
     QStringList triples() { return rows("SELECT * FROM bas ORDER BY bid, attrid, secid"); }
-    void setClock(qint64 seconds);
 
-    std::unique_ptr<TestDatabase> database;
-    QSqlDatabase handle;
     std::unique_ptr<BranchesRepository> repo; ///< with all slots
     std::unique_ptr<BranchesRepository> bare; ///< without
-    std::unique_ptr<EventLog> log;
 };
 
-void tst_BranchTables::initTestCase()
+void tst_BranchTables::begin()
 {
-    database = std::make_unique<TestDatabase>();
-    QCOMPARE(database->error(), QString());
-    handle = database->handle();
-    QVERIFY(handle.open());
     repo = std::make_unique<BranchesRepository>(nullptr, true, true);
     repo->setDb(handle);
     bare = std::make_unique<BranchesRepository>(nullptr, false, false);
     bare->setDb(handle);
-}
-
-void tst_BranchTables::init()
-{
-    database->clear();
     // Branch 5 has terminals 1 (off), 2 (in service), 3 (set up) and 4 (in service, takes no
     // persons), and administrators 51 and 52; branch 6 has terminal 7 and administrator 52.
-    database->execute(str("INSERT INTO branches (bid, name) VALUES (5, 'five'), (6, 'six')"));
-    database->execute(str("INSERT INTO term (tid, bid, status, flags) VALUES (1, 5, 0, 2), "
-                          "(2, 5, 1, 2), (3, 5, 2, 2), (4, 5, 1, 1), (7, 6, 1, 2)"));
-    database->execute(str("INSERT INTO admins (aid) VALUES (51), (52), (53)"));
-    database->execute(str("INSERT INTO bradm (bid, aid) VALUES (5, 51), (5, 52), (6, 52)"));
-    database->execute(str("INSERT INTO people (uid, status) VALUES (11, 1), (12, 1), (13, 0)"));
-    database->execute(str("INSERT INTO sections (secid) VALUES (81), (82)"));
-    log = std::make_unique<EventLog>();
-    setClock(1700000000);
-}
-
-void tst_BranchTables::cleanup()
-{
-    log.reset();
-}
-
-void tst_BranchTables::cleanupTestCase()
-{
-    repo.reset();
-    bare.reset();
-    handle = QSqlDatabase();
-    database.reset();
-}
-
-/// What UNIX_TIMESTAMP() is for the repository.
-void tst_BranchTables::setClock(qint64 seconds)
-{
-    QSqlQuery query(handle);
-    QVERIFY(query.exec(QStringLiteral("SET timestamp = %1").arg(seconds)));
+    execute("INSERT INTO branches (bid, name) VALUES (5, 'five'), (6, 'six')");
+    execute("INSERT INTO term (tid, bid, status, flags) VALUES (1, 5, 0, 2), "
+            "(2, 5, 1, 2), (3, 5, 2, 2), (4, 5, 1, 1), (7, 6, 1, 2)");
+    execute("INSERT INTO admins (aid) VALUES (51), (52), (53)");
+    execute("INSERT INTO bradm (bid, aid) VALUES (5, 51), (5, 52), (6, 52)");
+    execute("INSERT INTO people (uid, status) VALUES (11, 1), (12, 1), (13, 0)");
+    execute("INSERT INTO sections (secid) VALUES (81), (82)");
 }
 
 void tst_BranchTables::addBranch_zerosAreNull()
@@ -336,8 +294,8 @@ void tst_BranchTables::delPeopleFromBranch_withoutSlots()
 void tst_BranchTables::delPeopleFromBranch_leavesTerminalsAndAdministrators()
 {
     repo->addPeopleToBranch(5, str("11,12"));
-    database->execute(str("DELETE FROM term_sync"));
-    database->execute(str("UPDATE term SET syn = 0"));
+    execute("DELETE FROM term_sync");
+    execute("UPDATE term SET syn = 0");
     QVERIFY(repo->delPeopleFromBranch(5, str("11")));
     QCOMPARE(members(), lines({"5|12"}));
     QCOMPARE(onTerms(), lines({"2|12", "3|12", "4|12"}));
@@ -361,7 +319,7 @@ void tst_BranchTables::delPeopleFromBranch_keepsPeopleOfAnotherBranch()
 
 void tst_BranchTables::addBranchToTerms_givesTheBranchsPeople()
 {
-    database->execute(str("INSERT INTO brape (bid, uid) VALUES (6, 11), (6, 12)"));
+    execute("INSERT INTO brape (bid, uid) VALUES (6, 11), (6, 12)");
     QVERIFY(repo->addBranchToTerms(6, str("1,4")));
     QCOMPARE(rows("SELECT tid, bid FROM term ORDER BY tid"),
              lines({"1|6", "2|5", "3|5", "4|6", "7|6"}));
@@ -386,8 +344,8 @@ void tst_BranchTables::delBranchFromTerms_detachesFromAnyBranch()
 
 void tst_BranchTables::delBranchFromTerms_takesTheBranchsPeople()
 {
-    database->execute(str("INSERT INTO brape (bid, uid) VALUES (5, 11)"));
-    database->execute(str("INSERT INTO people_term (tid, uid) VALUES (2, 11), (2, 12), (3, 11)"));
+    execute("INSERT INTO brape (bid, uid) VALUES (5, 11)");
+    execute("INSERT INTO people_term (tid, uid) VALUES (2, 11), (2, 12), (3, 11)");
     QVERIFY(repo->delBranchFromTerms(5, str("2")));
     QCOMPARE(onTerms(), lines({"2|12", "3|11"}));
     QCOMPARE(queue(), lines({"2|D|11"}));
@@ -396,7 +354,7 @@ void tst_BranchTables::delBranchFromTerms_takesTheBranchsPeople()
 
 void tst_BranchTables::addAdminsToBranch_givesTheBranchsPeople()
 {
-    database->execute(str("INSERT INTO brape (bid, uid) VALUES (6, 11), (6, 12)"));
+    execute("INSERT INTO brape (bid, uid) VALUES (6, 11), (6, 12)");
     QVERIFY(repo->addAdminsToBranch(6, str("53")));
     QCOMPARE(rows("SELECT bid, aid FROM bradm ORDER BY bid, aid"),
              lines({"5|51", "5|52", "6|52", "6|53"}));
@@ -408,7 +366,7 @@ void tst_BranchTables::addAdminsToBranch_givesTheBranchsPeople()
 void tst_BranchTables::addAdminsToBranch_repeated()
 {
     // Nothing changes, so nothing follows.
-    database->execute(str("INSERT INTO brape (bid, uid) VALUES (6, 11)"));
+    execute("INSERT INTO brape (bid, uid) VALUES (6, 11)");
     QVERIFY(!repo->addAdminsToBranch(6, str("52")));
     QVERIFY(!repo->addAdminsToBranch(6, str("99")));
     QCOMPARE(underAdmins(), QStringList());
@@ -434,8 +392,8 @@ void tst_BranchTables::sections_addAndDelete()
     QCOMPARE(rows("SELECT bid, secid FROM sec_branch ORDER BY secid"), lines({"5|81", "5|82"}));
     QVERIFY(!repo->addSectionsToBranch(5, str("81")));
     QVERIFY(repo->addSectionsToBranch(6, str("81")));
-    database->execute(str("INSERT INTO bas (bid, attrid, secid) VALUES (5, 1, 81), (5, 2, 81), "
-                          "(5, 1, 82), (6, 1, 81)"));
+    execute("INSERT INTO bas (bid, attrid, secid) VALUES (5, 1, 81), (5, 2, 81), "
+            "(5, 1, 82), (6, 1, 81)");
     QVERIFY(repo->delSectionsFromBranch(5, str("81")));
     QCOMPARE(rows("SELECT bid, secid FROM sec_branch ORDER BY bid"), lines({"5|82", "6|81"}));
     QCOMPARE(triples(), lines({"5|1|82", "6|1|81"}));
@@ -444,13 +402,13 @@ void tst_BranchTables::sections_addAndDelete()
 
 void tst_BranchTables::delSectionsFromBranch_triplesAloneAreNoSuccess()
 {
-    database->execute(str("INSERT INTO bas (bid, attrid, secid) VALUES (5, 1, 81)"));
+    execute("INSERT INTO bas (bid, attrid, secid) VALUES (5, 1, 81)");
     QSignalSpy spy(repo.get(), &BranchesRepository::sigDeletedSectionsFromBranch);
     QVERIFY(!repo->delSectionsFromBranch(5, str("81")));
     QCOMPARE(spy.count(), 0);
     QCOMPARE(triples(), QStringList());
     // With the second statement failed, they are one.
-    database->execute(str("INSERT INTO bas (bid, attrid, secid) VALUES (5, 1, 81)"));
+    execute("INSERT INTO bas (bid, attrid, secid) VALUES (5, 1, 81)");
     database->hideTable(str("sec_branch"));
     const bool removed = repo->delSectionsFromBranch(5, str("81"));
     database->showTable(str("sec_branch"));
@@ -465,7 +423,7 @@ void tst_BranchTables::delSectionsFromBranch_triplesAloneAreNoSuccess()
 
 void tst_BranchTables::readers_orderAndStatus()
 {
-    database->execute(str("INSERT INTO brape (bid, uid) VALUES (5, 12), (5, 11), (6, 11)"));
+    execute("INSERT INTO brape (bid, uid) VALUES (5, 12), (5, 11), (6, 11)");
     QCOMPARE(repo->getTids4Branch(5), (QVector<uint> {2, 3, 4}));
     QCOMPARE(repo->getTids4Branch(9), QVector<uint>());
     QCOMPARE(repo->getAids4Branch(5), (QVector<uint> {51, 52}));
@@ -494,7 +452,7 @@ void tst_BranchTables::AddPeopleToTerm_skipsWhatIsNoNumber()
 
 void tst_BranchTables::deletePeopleFromTerm_emptyList()
 {
-    database->execute(str("INSERT INTO people_term (tid, uid) VALUES (2, 11)"));
+    execute("INSERT INTO people_term (tid, uid) VALUES (2, 11)");
     QVERIFY(!repo->deletePeopleFromTerm(2, QStringList()));
     QCOMPARE(onTerms(), lines({"2|11"}));
     QCOMPARE(queue() + marks(), QStringList());
@@ -518,7 +476,7 @@ void tst_BranchTables::AddPeopleToAdmin_withoutValues()
     QVERIFY(events.first().startsWith(str("critical BranchesRepository::AddPeopleToAdmins - "
                                           "ERROR: You have an error in your SQL syntax")));
     // A row that is there already is none to fail, and keeps the mark of the supervisor.
-    database->execute(str("INSERT INTO admins_people (aid, uid, request) VALUES (51, 11, 1)"));
+    execute("INSERT INTO admins_people (aid, uid, request) VALUES (51, 11, 1)");
     QVERIFY(repo->AddPeopleToAdmin(51, lines({"11", "12"})));
     QCOMPARE(rows("SELECT aid, uid, request FROM admins_people ORDER BY uid"),
              lines({"51|11|1", "51|12|0"}));
@@ -550,8 +508,8 @@ void tst_BranchTables::addBAS_batch()
 
 void tst_BranchTables::deleteBAS_recordAndBatch()
 {
-    database->execute(str("INSERT INTO bas (bid, attrid, secid) VALUES (0, 0, 0), (1, 1, 1), "
-                          "(1, 1, 2), (1, 2, 1), (2, 1, 1)"));
+    execute("INSERT INTO bas (bid, attrid, secid) VALUES (0, 0, 0), (1, 1, 1), "
+            "(1, 1, 2), (1, 2, 1), (2, 1, 1)");
     BasRecord bas;
     bas.bid = 1;
     bas.attrid = 2;

@@ -2,11 +2,10 @@
 // SPDX-License-Identifier: MIT
 // A company over several days: who is written when, and under whom.
 #include "support/database/companydays.h"
+#include "support/databasefixture.h"
 #include "support/localseconds.h"
 
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 
@@ -30,7 +29,7 @@ QString typeUpdate(uint personalNumber, const char *type)
 
 QString endUpdate(uint personalNumber, const char *phone, const QDate &last)
 {
-    return update(personalNumber, QString::fromLatin1(phone), endOf(last),
+    return update(personalNumber, QString::fromLatin1(phone), lastSecond(last),
                   QStringLiteral("rsBegin=NULL, rsEnd=NULL, rsText=''"), QStringLiteral("1"),
                   QStringLiteral("calendarID=1, bid=1 "));
 }
@@ -42,44 +41,22 @@ QString at(const QDate &day, const char *rest)
 
 } // namespace
 
-class tst_Days : public QObject
+class tst_Days : public DatabaseFixture
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
+public:
+    tst_Days() :
+        DatabaseFixture(QDateTime(QDate(2024, 5, 14), QTime(8, 0)))
+    { }
 
+private Q_SLOTS:
     void identicalPeople_areWrittenOnceAfterAStart();
     void supervisor_followsWhoIsNamed();
     void evidenceState_opensKeepsAndClosesIntervals();
     void lostFirstTick_isNotMadeUp();
     void lastDay_stillCounts();
-
-private:
-    QStringList personRow(const QString &columns, const QString &uid);
-
-    std::unique_ptr<MachineClock> clock;
-    std::unique_ptr<TestDatabase> database;
 };
-
-void tst_Days::initTestCase()
-{
-    clock = std::make_unique<MachineClock>(QDateTime(QDate(2024, 5, 14), QTime(8, 0)));
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-}
-
-void tst_Days::cleanupTestCase()
-{
-    database.reset();
-    clock.reset();
-}
-
-QStringList tst_Days::personRow(const QString &columns, const QString &uid)
-{
-    return database->rows(QStringLiteral("SELECT %1 FROM people WHERE uid=%2").arg(columns, uid));
-}
 
 void tst_Days::identicalPeople_areWrittenOnceAfterAStart()
 {
@@ -307,7 +284,8 @@ void tst_Days::evidenceState_opensKeepsAndClosesIntervals()
     expected += uidAsked(28011);
     expected += membershipInPlace(28011, uid);
     QCOMPARE(passOf(may(14), 0, ""), expected);
-    QCOMPARE(personRow(row, uid), QStringList {QStringLiteral("NULL|NULL||") + seconds(may(13))});
+    QCOMPARE(company.personRow(row, uid),
+             QStringList {QStringLiteral("NULL|NULL||") + seconds(may(13))});
 
     // It opens on the day on which it comes, which has to be calculated.
     company.setTime(may(18));
@@ -315,11 +293,11 @@ void tst_Days::evidenceState_opensKeepsAndClosesIntervals()
     QCOMPARE(passOf(may(15), 21, ""),
              written("", opened.arg(seconds(may(15))) + calculated.arg(seconds(may(14)))));
     const QStringList running {at(may(15), "|NULL|materská|") + seconds(may(14))};
-    QCOMPARE(personRow(row, uid), running);
+    QCOMPARE(company.personRow(row, uid), running);
     QCOMPARE(passOf(may(15), 21, "1"), written("1", opened.arg(seconds(may(15)))));
     QCOMPARE(passOf(may(16), 21, "1"), QStringList());
     QCOMPARE(passOf(may(17), 21, "2"), written("2", opened.arg(seconds(may(15)))));
-    QCOMPARE(personRow(row, uid), running);
+    QCOMPARE(company.personRow(row, uid), running);
 
     // Another state in the same interval: calculated anew from its begin.
     company.setTime(may(20));
@@ -329,7 +307,7 @@ void tst_Days::evidenceState_opensKeepsAndClosesIntervals()
              written("2",
                      other.arg(seconds(may(15)), QStringLiteral("NULL"))
                          + calculated.arg(seconds(may(14)))));
-    QCOMPARE(personRow(row, uid),
+    QCOMPARE(company.personRow(row, uid),
              QStringList {at(may(15), "|NULL|rodičovská|") + seconds(may(14))});
 
     // It closes on the day on which the end is noticed, keeps its text, and stays closed.
@@ -339,14 +317,15 @@ void tst_Days::evidenceState_opensKeepsAndClosesIntervals()
     QCOMPARE(passOf(may(23), 0, "2"), written("2", closed + calculated.arg(seconds(may(14)))));
     const QStringList over {QStringLiteral("%1|%2|rodičovská|%3")
                                 .arg(seconds(may(15)), seconds(may(23)), seconds(may(14)))};
-    QCOMPARE(personRow(row, uid), over);
+    QCOMPARE(company.personRow(row, uid), over);
     QCOMPARE(passOf(may(24), 0, "3"), written("3", closed));
-    QCOMPARE(personRow(row, uid), over);
+    QCOMPARE(company.personRow(row, uid), over);
 
     // Another one opens.
     QCOMPARE(passOf(may(25), 21, "3"),
              written("3", opened.arg(seconds(may(25))) + calculated.arg(seconds(may(24)))));
-    QCOMPARE(personRow(row, uid), QStringList {at(may(25), "|NULL|materská|") + seconds(may(24))});
+    QCOMPARE(company.personRow(row, uid),
+             QStringList {at(may(25), "|NULL|materská|") + seconds(may(24))});
 
     // A worker that knows nothing takes the state for a new one: calculated anew, no new interval.
     company.setTime(may(27));
@@ -354,7 +333,8 @@ void tst_Days::evidenceState_opensKeepsAndClosesIntervals()
     company.restartWorker();
     QCOMPARE(passOf(may(27), 21, "3"),
              written("3", opened.arg(seconds(may(25))) + calculated.arg(seconds(may(24)))));
-    QCOMPARE(personRow(row, uid), QStringList {at(may(25), "|NULL|materská|") + seconds(may(24))});
+    QCOMPARE(company.personRow(row, uid),
+             QStringList {at(may(25), "|NULL|materská|") + seconds(may(24))});
 
     // An end that was set for it stays as long as it lies ahead.
     company.execute(
@@ -364,7 +344,8 @@ void tst_Days::evidenceState_opensKeepsAndClosesIntervals()
                      QStringLiteral("rsBegin=%1, rsEnd=%2, rsText='materská'")
                          .arg(seconds(may(25)), seconds(may(30)))));
     QCOMPARE(passOf(may(30), 21, "5"), written("5", opened.arg(seconds(may(30)))));
-    QCOMPARE(personRow(row, uid), QStringList {at(may(30), "|NULL|materská|") + seconds(may(24))});
+    QCOMPARE(company.personRow(row, uid),
+             QStringList {at(may(30), "|NULL|materská|") + seconds(may(24))});
 }
 
 void tst_Days::lostFirstTick_isNotMadeUp()
@@ -407,7 +388,7 @@ void tst_Days::lostFirstTick_isNotMadeUp()
               + QStringList {uidAsked(32011)} + membershipInPlace(32011, QStringLiteral("121"))));
     QCOMPARE(company.worker->peer.syncCount, 1u);
     QCOMPARE(company.worker->peer.tickCount, 3u);
-    QCOMPARE(personRow(QStringLiteral("edited"), QStringLiteral("121")),
+    QCOMPARE(company.personRow(QStringLiteral("edited"), QStringLiteral("121")),
              QStringList {QString::number(localSeconds(day, 8, 2))});
 }
 
@@ -437,13 +418,14 @@ void tst_Days::lastDay_stillCounts()
     expected += news(32021, QStringLiteral("122"));
     expected += uidAsked(32021);
     expected += membershipInPlace(32021, QStringLiteral("122"));
-    expected += insert(QStringLiteral("'32031', '3203.1', '', 'Ján', 'Novák', '', ''"), endOf(day),
-                       QStringLiteral("NULL, NULL, ''"), QStringLiteral("0, 1, 0, NULL"));
+    expected += insert(QStringLiteral("'32031', '3203.1', '', 'Ján', 'Novák', '', ''"),
+                       lastSecond(day), QStringLiteral("NULL, NULL, ''"),
+                       QStringLiteral("0, 1, 0, NULL"));
     expected += pamListRead() + pamListWritten("77,32031");
     QCOMPARE(company.pass(file("")), expected);
     QCOMPARE(company.rows(QStringLiteral("SELECT pamId, end, status FROM people ORDER BY pid")),
-             (QStringList {QStringLiteral("3202.1|%1|1").arg(endOf(day)),
-                           QStringLiteral("3203.1|%1|1").arg(endOf(day))}));
+             (QStringList {QStringLiteral("3202.1|%1|1").arg(lastSecond(day)),
+                           QStringLiteral("3203.1|%1|1").arg(lastSecond(day))}));
     QCOMPARE(company.rows(QStringLiteral("SELECT * FROM people_pam")), QStringList());
     QCOMPARE(company.worker->peer.lastRecords.size(), 4);
     const QString added = company.uidOf(32031);
@@ -451,7 +433,7 @@ void tst_Days::lastDay_stillCounts()
     // The first second of the next: what changes is written, and no more.
     company.setTime(day.addDays(1), QTime(0, 0));
     expected = QStringList {endUpdate(3202, "1", day)} + news(32021, QStringLiteral("122"));
-    expected += update(3203, QStringLiteral("1"), endOf(day),
+    expected += update(3203, QStringLiteral("1"), lastSecond(day),
                        QStringLiteral("rsBegin=NULL, rsEnd=NULL, rsText=''"), QStringLiteral("0"),
                        QStringLiteral("calendarID=0, bid=NULL "));
     expected += news(32031, added);

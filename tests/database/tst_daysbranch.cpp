@@ -2,11 +2,10 @@
 // SPDX-License-Identifier: MIT
 // A company over several days: who joins, waits, leaves and comes back.
 #include "support/database/companydays.h"
+#include "support/databasefixture.h"
 #include "support/localseconds.h"
 
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 
@@ -17,45 +16,23 @@ QString at(const QDate &day, const char *rest)
 
 } // namespace
 
-class tst_DaysBranch : public QObject
+class tst_DaysBranch : public DatabaseFixture
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
+public:
+    tst_DaysBranch() :
+        DatabaseFixture(QDateTime(QDate(2024, 5, 14), QTime(8, 0)))
+    { }
 
+private Q_SLOTS:
     void personWhoLeft_comesBackIntoTheOldRow();
     void waitingRecord_isTriedWhenItComesAgain();
     void twoLinesOfAPerson_takeTurns();
     void twoLinesOfANewPerson_addTwice();
     void testMode_keepsThePersonAndWritesTheRest_data();
     void testMode_keepsThePersonAndWritesTheRest();
-
-private:
-    QStringList personRow(const QString &columns, const QString &uid);
-
-    std::unique_ptr<MachineClock> clock;
-    std::unique_ptr<TestDatabase> database;
 };
-
-void tst_DaysBranch::initTestCase()
-{
-    clock = std::make_unique<MachineClock>(QDateTime(QDate(2024, 5, 14), QTime(8, 0)));
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-}
-
-void tst_DaysBranch::cleanupTestCase()
-{
-    database.reset();
-    clock.reset();
-}
-
-QStringList tst_DaysBranch::personRow(const QString &columns, const QString &uid)
-{
-    return database->rows(QStringLiteral("SELECT %1 FROM people WHERE uid=%2").arg(columns, uid));
-}
 
 void tst_DaysBranch::personWhoLeft_comesBackIntoTheOldRow()
 {
@@ -71,7 +48,7 @@ void tst_DaysBranch::personWhoLeft_comesBackIntoTheOldRow()
     const QString uid = company.uidOf(27011);
     const QString row = QStringLiteral("name, surname, phone, end, rsBegin, rsEnd, rsText, type, "
                                        "status, did, bid, calendarID");
-    QCOMPARE(personRow(row, uid),
+    QCOMPARE(company.personRow(row, uid),
              QStringList {
                  QStringLiteral("Ján|Novák||NULL|%1|NULL|materská|1|1|7|1|1").arg(seconds(began))});
     company.pass({employee.line()});
@@ -85,8 +62,8 @@ void tst_DaysBranch::personWhoLeft_comesBackIntoTheOldRow()
     company.setTime(QDate(2024, 5, 15));
     QVERIFY(company.pass({leaving.line()}).size() > fundChecks(27011, uid.toUInt()).size());
     const QStringList left {QStringLiteral("Ján|Novák||%1|%2|NULL|materská|1|1|7|1|1")
-                                .arg(endOf(last), seconds(began))};
-    QCOMPARE(personRow(row, uid), left);
+                                .arg(lastSecond(last), seconds(began))};
+    QCOMPARE(company.personRow(row, uid), left);
     company.setTime(QDate(2024, 5, 17));
     QCOMPARE(company.pass({leaving.line()}), fundChecks(27011, uid.toUInt()));
     const QString gone = RecordBuilder(leaving).relationState(4).line();
@@ -94,13 +71,13 @@ void tst_DaysBranch::personWhoLeft_comesBackIntoTheOldRow()
     // Known and changed, so the date of the calendar reopens attendance once more.
     QCOMPARE(company.pass({gone}), (fundChecks(27011, uid.toUInt()) + reopening(uid, april)));
     QCOMPARE(company.worker->peer.lastRecords.value(27011).stavPracovnihoPomeru, ushort(4));
-    QCOMPARE(personRow(row, uid), left);
+    QCOMPARE(company.personRow(row, uid), left);
     company.execute(QStringLiteral("UPDATE people SET status=0 WHERE uid=%1").arg(uid));
     company.setTime(QDate(2024, 5, 19));
     QCOMPARE(company.pass({gone}), fundChecks(27011, uid.toUInt()));
     company.force();
     QCOMPARE(company.pass({gone}), fundChecks(27011, uid.toUInt()));
-    QCOMPARE(personRow(QStringLiteral("status"), uid), lines({"0"}));
+    QCOMPARE(company.personRow(QStringLiteral("status"), uid), lines({"0"}));
     company.takeQueue();
 
     // Back under another name, in another branch.
@@ -128,8 +105,8 @@ void tst_DaysBranch::personWhoLeft_comesBackIntoTheOldRow()
     QCOMPARE(company.pass({returning.line()}), expected);
     const QString kept = QStringLiteral("Eva|Malá|0905|NULL|%1|NULL|materská|1|1|1|1|1")
                              .arg(seconds(began));
-    QCOMPARE(personRow(row, uid), QStringList {kept});
-    QCOMPARE(personRow(QStringLiteral("edited"), uid),
+    QCOMPARE(company.personRow(row, uid), QStringList {kept});
+    QCOMPARE(company.personRow(QStringLiteral("edited"), uid),
              QStringList {QString::number(localSeconds(back, 8))});
     QCOMPARE(company.rows(QStringLiteral("SELECT value FROM vars "
                                          "WHERE name='exportPam.1.selPeople'")),
@@ -146,7 +123,7 @@ void tst_DaysBranch::personWhoLeft_comesBackIntoTheOldRow()
     // The row keeps what the insert left there, until the record changes.
     company.setTime(back.addDays(1));
     QCOMPARE(company.pass({returning.line()}), fundChecks(27011, uid.toUInt()));
-    QCOMPARE(personRow(row, uid), QStringList {kept});
+    QCOMPARE(company.personRow(row, uid), QStringList {kept});
     const QDate changed = back.addDays(2);
     company.setTime(changed);
     expected = fundChecks(27011, uid.toUInt());
@@ -158,7 +135,7 @@ void tst_DaysBranch::personWhoLeft_comesBackIntoTheOldRow()
                     .arg(seconds(QDate(2015, 3, 1)), seconds(began), seconds(changed));
     expected += news(27011, uid) + secondBranchAsked(27011, uid, 202406) + reopening(uid, april);
     QCOMPARE(company.pass({RecordBuilder(returning).phone(QString()).line()}), expected);
-    QCOMPARE(personRow(row, uid),
+    QCOMPARE(company.personRow(row, uid),
              QStringList {QStringLiteral("Eva|Malá||NULL|%1|%2|materská|1|1|7|2|2")
                               .arg(seconds(began), seconds(changed))});
     QCOMPARE(
@@ -276,13 +253,13 @@ void tst_DaysBranch::twoLinesOfAPerson_takeTurns()
     expected += uidAsked(30011);
     expected += member + again + checks + writtenB + member;
     QCOMPARE(company.pass(file), expected);
-    QCOMPARE(personRow(phone, uid), lines({"B"}));
+    QCOMPARE(company.personRow(phone, uid), lines({"B"}));
 
     // Both lines are compared with the row as it was before the pass.
     QCOMPARE(company.pass(file), (checks + writtenA + member + again + checks + member));
-    QCOMPARE(personRow(phone, uid), lines({"A"}));
+    QCOMPARE(company.personRow(phone, uid), lines({"A"}));
     QCOMPARE(company.pass(file), (checks + member + again + checks + writtenB + member));
-    QCOMPARE(personRow(phone, uid), lines({"B"}));
+    QCOMPARE(company.personRow(phone, uid), lines({"B"}));
     QCOMPARE(company.rows(QStringLiteral("SELECT day, value FROM funds_move")),
              QStringList {at(day, "|1900")});
     QCOMPARE(company.worker->peer.lastRecords.value(30011).telefon, QStringLiteral("B"));
@@ -334,7 +311,8 @@ void tst_DaysBranch::twoLinesOfANewPerson_addTwice()
     QCOMPARE(events.mid(second, joined.size()), joined);
 
     // The second line takes the phone, the first one calendar and branch of the row.
-    QCOMPARE(personRow(QStringLiteral("phone, calendarID, bid, did"), uid), lines({"B|1|1|1"}));
+    QCOMPARE(company.personRow(QStringLiteral("phone, calendarID, bid, did"), uid),
+             lines({"B|1|1|1"}));
     QCOMPARE(company.rows(QStringLiteral("SELECT bid, uid FROM brape ORDER BY bid")),
              (QStringList {QStringLiteral("1|") + uid, QStringLiteral("2|") + uid}));
     QCOMPARE(company.rows(QStringLiteral("SELECT since, gid FROM groups_plan")),

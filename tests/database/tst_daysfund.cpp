@@ -2,11 +2,10 @@
 // SPDX-License-Identifier: MIT
 // The leave of a company over several days: corrections, waiting attendance, restarts.
 #include "support/database/companydays.h"
+#include "support/databasefixture.h"
 #include "support/localseconds.h"
 
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 
@@ -58,14 +57,16 @@ QStringList toldBalance(uint pid, const QDate &monthBegin, int balance)
 
 } // namespace
 
-class tst_DaysFund : public QObject
+class tst_DaysFund : public DatabaseFixture
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
+public:
+    tst_DaysFund() :
+        DatabaseFixture(QDateTime(QDate(2024, 5, 14), QTime(8, 0)))
+    { }
 
+private Q_SLOTS:
     void newPerson_getsTheBalanceAtTheSecondPass();
     void correction_isReexaminedTheNextDay();
     void balance_countsTheOtherMovesOfEarlierMonthsOnly();
@@ -75,24 +76,7 @@ private Q_SLOTS:
     void attendanceAtRest_isCorrectedAtOnce();
     void correction_waitsForTheCalculationThatItAsksFor();
     void restart_examinesAllAnewAndDoublesNothing();
-
-private:
-    std::unique_ptr<MachineClock> clock;
-    std::unique_ptr<TestDatabase> database;
 };
-
-void tst_DaysFund::initTestCase()
-{
-    clock = std::make_unique<MachineClock>(QDateTime(QDate(2024, 5, 14), QTime(8, 0)));
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-}
-
-void tst_DaysFund::cleanupTestCase()
-{
-    database.reset();
-    clock.reset();
-}
 
 void tst_DaysFund::newPerson_getsTheBalanceAtTheSecondPass()
 {
@@ -125,7 +109,7 @@ void tst_DaysFund::newPerson_getsTheBalanceAtTheSecondPass()
                     "surname=VALUES(surname), title2=VALUES(title2), phone=VALUES(phone), "
                     "begin=VALUES(begin), end=VALUES(end), edited=VALUES(created), status=1, "
                     "type=VALUES(type), did=1")
-                    .arg(seconds(QDate(2024, 5, 13)), endOf(QDate(2025, 3, 30)));
+                    .arg(seconds(QDate(2024, 5, 13)), lastSecond(QDate(2025, 3, 30)));
     expected += pamListRead() + pamListWritten("77,22011") + pamRow(22011, uid, 1);
     expected += adminAsked(9002);
     expected += uidAsked(22011);

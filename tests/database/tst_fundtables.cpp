@@ -2,24 +2,18 @@
 // SPDX-License-Identifier: MIT
 // The leave fund on a real server: what the questions find in the tables, and the moves that result
 // from day to day.
+#include "support/databasefixture.h"
 #include "support/databaseworker.h"
 #include "support/localseconds.h"
-#include "support/machineclock.h"
 
 #include <QtTest>
 
 #include <limits>
-#include <memory>
 
 namespace {
 
 /// A day in the middle of a month.
 const QDate someDay(2024, 3, 15);
-
-QString seconds(const QDate &day)
-{
-    return QString::number(localSeconds(day));
-}
 
 /// Moments at which days begin and end, also where clocks change.
 void addMoments()
@@ -48,21 +42,24 @@ void addMoments()
 
 } // namespace
 
-class tst_FundTables : public QObject
+class tst_FundTables : public DatabaseFixture
 {
     Q_OBJECT
 
+public:
+    tst_FundTables() :
+        DatabaseFixture(QDateTime(someDay, QTime(12, 0, 0)))
+    { }
+
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
-    void cleanupTestCase();
 
     void checkDovolenkaFond_numberAndUnit();
     void checkDovolenkaFond_idIsNarrowed();
     void checkDovolenkaFond_hiddenTable();
 
-    void dbCheckFundMove_correctionOfToday_data();
+    void dbCheckFundMove_correctionOfToday_data() { addMoments(); }
     void dbCheckFundMove_correctionOfToday();
     void dbCheckFundMove_onlyThisMove_data();
     void dbCheckFundMove_onlyThisMove();
@@ -71,7 +68,7 @@ private Q_SLOTS:
 
     void dbCheckAttendance_rows_data();
     void dbCheckAttendance_rows();
-    void dbCheckAttendance_today_data();
+    void dbCheckAttendance_today_data() { addMoments(); }
     void dbCheckAttendance_today();
     void dbCheckAttendance_recentCalculation_data();
     void dbCheckAttendance_recentCalculation();
@@ -89,7 +86,7 @@ private Q_SLOTS:
     void loadFundStatusAndMove3_secondSumRefused();
     void loadFundStatusAndMove3_hiddenTable();
 
-    void writeFundMove3_row_data();
+    void writeFundMove3_row_data() { addMoments(); }
     void writeFundMove3_row();
     void writeFundMove3_replacesTheValueOfTheDay();
     void writeFundMove3_sameValueTouchesNothing();
@@ -113,28 +110,16 @@ private Q_SLOTS:
     void pass_inTestMode();
 
 private:
-    /// Stops the clocks of this process and of connections to come.
-    void at(const QDateTime &moment);
-    void at(const QDate &day) { at(QDateTime(day, QTime(12, 0, 0))); }
+    void setNoon(const QDate &day) { setMoment(QDateTime(day, QTime(12, 0, 0))); }
     void move(int type, const QDate &day, int value, uint fid = 7, uint uid = 41);
     void attend(const QDate &day, int lock, int ok, uint uid = 41);
     QStringList moves();
-
-    std::unique_ptr<TestDatabase> database;
-    std::unique_ptr<MachineClock> clock;
 };
-
-void tst_FundTables::initTestCase()
-{
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-    clock = std::make_unique<MachineClock>(QDateTime(someDay, QTime(12, 0, 0)));
-}
 
 void tst_FundTables::init()
 {
     database->clear();
-    at(someDay);
+    setNoon(someDay);
     database->execute(QStringLiteral("INSERT INTO funds (fid, iid, unit) VALUES (7, 3, 2)"));
     database->execute(QStringLiteral("INSERT INTO people (uid, pid, pamId, name, surname, begin, "
                                      "type, did) VALUES "
@@ -149,19 +134,6 @@ void tst_FundTables::cleanup()
     if (database && database->error().isEmpty())
         database->execute(
             QStringLiteral("GRANT EXECUTE ON FUNCTION midnightFromTs TO 'talvenhr'@'localhost'"));
-}
-
-void tst_FundTables::cleanupTestCase()
-{
-    clock.reset();
-    database.reset();
-}
-
-void tst_FundTables::at(const QDateTime &moment)
-{
-    clock->set(moment);
-    const QTime time = moment.time();
-    database->setClock(localSeconds(moment.date(), time.hour(), time.minute(), time.second()));
 }
 
 void tst_FundTables::move(int type, const QDate &day, int value, uint fid, uint uid)
@@ -233,15 +205,10 @@ void tst_FundTables::checkDovolenkaFond_hiddenTable()
 
 // A correction of today
 
-void tst_FundTables::dbCheckFundMove_correctionOfToday_data()
-{
-    addMoments();
-}
-
 void tst_FundTables::dbCheckFundMove_correctionOfToday()
 {
     QFETCH(QDateTime, now);
-    at(now);
+    setMoment(now);
     DatabaseWorker f(*database);
     f.peer.fundId = 7;
     move(3, now.date().addDays(-1), 100);
@@ -337,15 +304,10 @@ void tst_FundTables::dbCheckAttendance_rows()
     QCOMPARE(f.log.take(), QStringList());
 }
 
-void tst_FundTables::dbCheckAttendance_today_data()
-{
-    addMoments();
-}
-
 void tst_FundTables::dbCheckAttendance_today()
 {
     QFETCH(QDateTime, now);
-    at(now);
+    setMoment(now);
     DatabaseWorker f(*database);
     uint uid = 0;
     attend(now.date().addDays(-1), 0, -2);
@@ -467,7 +429,7 @@ void tst_FundTables::loadFundStatusAndMove3_whatCounts()
 {
     QFETCH(QDateTime, now);
     QFETCH(QDate, monthBegin);
-    at(now);
+    setMoment(now);
     const QDate today = now.date();
     // Each bit is one move: a sum tells which of them it holds.
     move(1, monthBegin.addDays(-400), 0x1);
@@ -510,7 +472,7 @@ void tst_FundTables::loadFundStatusAndMove3_noneOfThisMonthOnItsFirstDay_data()
 void tst_FundTables::loadFundStatusAndMove3_noneOfThisMonthOnItsFirstDay()
 {
     QFETCH(QDateTime, now);
-    at(now);
+    setMoment(now);
     const QDate today = now.date();
     move(2, today.addDays(-1), 0x1);
     move(3, today.addDays(-1), 0x2);
@@ -569,15 +531,10 @@ void tst_FundTables::loadFundStatusAndMove3_hiddenTable()
 
 // The correction
 
-void tst_FundTables::writeFundMove3_row_data()
-{
-    addMoments();
-}
-
 void tst_FundTables::writeFundMove3_row()
 {
     QFETCH(QDateTime, now);
-    at(now);
+    setMoment(now);
     DatabaseWorker f(*database);
     f.peer.fundId = 7;
     QVERIFY(f.worker.writeFundMove3(41, -150));
@@ -746,14 +703,14 @@ void tst_FundTables::pass_secondOfTheDayLeavesTheFundAlone()
     f.tick();
     const QStringList written = moves();
     QCOMPARE(written, QStringList {QStringLiteral("3|%1|202403|1250|7|41").arg(seconds(someDay))});
-    at(QDateTime(someDay, QTime(23, 59, 59)));
+    setMoment(QDateTime(someDay, QTime(23, 59, 59)));
     f.tick();
     QCOMPARE(moves(), written);
     QCOMPARE(f.peer.fundRetry.value(12341), true);
 
     // The next day it is looked at again, and found in line.
     f.worker.setLogLevel(1);
-    at(QDateTime(someDay.addDays(1), QTime(0, 0, 0)));
+    setMoment(QDateTime(someDay.addDays(1), QTime(0, 0, 0)));
     f.tick();
     QVERIFY(f.log.takeMessages().contains(
         QStringLiteral("info THRWorker::loadFundStatusAndMove3(pid: 12341): 1250, load OK: YES")));
@@ -771,7 +728,7 @@ void tst_FundTables::pass_onlyOneOfTheDayIsNotLookedAtAgain()
     f.tick();
     QCOMPARE(f.log.takeMatching({QStringLiteral("SELECT SUM(fm.value)")}).size(), 2);
     // Nothing has failed its checks since, so that nothing is to be made up for.
-    at(someDay.addDays(1));
+    setNoon(someDay.addDays(1));
     f.tick();
     QCOMPARE(f.log.takeMatching({QStringLiteral("SELECT SUM(fm.value)")}), QStringList());
     QCOMPARE(moves().size(), 1);
@@ -787,7 +744,7 @@ void tst_FundTables::pass_newBalanceWaitsForTheNextDay()
     f.tick();
     const QString first = QStringLiteral("3|%1|202403|1250|7|41").arg(seconds(someDay));
     QCOMPARE(moves(), QStringList {first});
-    at(someDay.addDays(1));
+    setNoon(someDay.addDays(1));
     f.tick();
     QCOMPARE(moves(),
              (QStringList {
@@ -803,7 +760,7 @@ void tst_FundTables::pass_waitsForTheCalculation()
     f.tick();
     QCOMPARE(database->value(QStringLiteral("SELECT ok FROM atten")), QStringLiteral("-1"));
     // The next day attendance, opened by the correction itself, was not calculated yet.
-    at(someDay.addDays(1));
+    setNoon(someDay.addDays(1));
     f.writeExport({exportHeader(), record().balance(10).line()});
     f.tick();
     QCOMPARE(moves().size(), 1);
@@ -822,10 +779,10 @@ void tst_FundTables::pass_waitsForARunningCalculation()
     f.worker.setSyncInterval(1);
     f.writeExport({exportHeader(), record().balance(12.5).line()});
     f.tick();
-    at(QDateTime(someDay, QTime(12, 13, 59)));
+    setMoment(QDateTime(someDay, QTime(12, 13, 59)));
     f.tick();
     QCOMPARE(moves(), QStringList());
-    at(QDateTime(someDay, QTime(12, 14, 0)));
+    setMoment(QDateTime(someDay, QTime(12, 14, 0)));
     f.tick();
     QCOMPARE(moves(), QStringList {QStringLiteral("3|%1|202403|1250|7|41").arg(seconds(someDay))});
 }
@@ -877,7 +834,7 @@ void tst_FundTables::pass_monthEndLetsOtherMovesCount()
 {
     move(1, QDate(2024, 1, 1), 2000);
     move(2, QDate(2024, 3, 20), -500);
-    at(QDateTime(QDate(2024, 3, 31), QTime(23, 59, 59)));
+    setMoment(QDateTime(QDate(2024, 3, 31), QTime(23, 59, 59)));
     DatabaseWorker f(*database);
     f.worker.setSyncInterval(1);
     f.writeExport({exportHeader(), record().balance(15).line()});
@@ -887,7 +844,7 @@ void tst_FundTables::pass_monthEndLetsOtherMovesCount()
     // Another pass finds the correction of today, so that the fund is looked at again.
     f.tick();
     // A second later the leave of March counts as well as its correction.
-    at(QDateTime(QDate(2024, 4, 1), QTime(0, 0, 0)));
+    setMoment(QDateTime(QDate(2024, 4, 1), QTime(0, 0, 0)));
     f.tick();
     QCOMPARE(moves().last(),
              QStringLiteral("3|%1|202404|500|7|41").arg(seconds(QDate(2024, 4, 1))));

@@ -2,21 +2,14 @@
 // SPDX-License-Identifier: MIT
 // The plan of work groups on the server: rows, and the months that follow from plan and attendance.
 #include "repository/groupsplanrepo.h"
-#include "support/eventlog.h"
+#include "support/databasefixture.h"
 #include "support/localseconds.h"
-#include "support/testdatabase.h"
 
-#include <QSqlQuery>
 #include <QtTest>
 
 #include <memory>
 
 namespace {
-
-QString str(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 GroupsPlan plan(uint gid, uint since, uint uid = 11)
 {
@@ -29,16 +22,11 @@ GroupsPlan plan(uint gid, uint since, uint uid = 11)
 
 } // namespace
 
-class tst_GroupsPlanTables : public QObject
+class tst_GroupsPlanTables : public ConnectionFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-
     void add_newRowRefreshesTheMonths();
     void add_sameRowIsNoSuccessAndRefreshesNothing();
     void add_replacesTheGroupOfTheSameMonth();
@@ -63,43 +51,20 @@ private Q_SLOTS:
     void getCurrentGid_hiddenTables();
 
 private:
+    void begin() override;
+    void end() override { repo.reset(); }
     void attend(const QDate &day, uint uid = 11);
     QStringList plans();
     QStringList months();
 
-    std::unique_ptr<TestDatabase> database;
-    QSqlDatabase handle;
     std::unique_ptr<GroupsPlanRepo> repo;
-    std::unique_ptr<EventLog> log;
 };
 
-void tst_GroupsPlanTables::initTestCase()
+void tst_GroupsPlanTables::begin()
 {
-    database = std::make_unique<TestDatabase>();
-    QCOMPARE(database->error(), QString());
-    handle = database->handle();
-    QVERIFY(handle.open());
-}
-
-void tst_GroupsPlanTables::init()
-{
-    database->clear();
-    database->execute(str("INSERT INTO people (uid, gid) VALUES (11, 9), (12, NULL)"));
+    execute("INSERT INTO people (uid, gid) VALUES (11, 9), (12, NULL)");
     repo = std::make_unique<GroupsPlanRepo>(nullptr);
     repo->setDb(handle);
-    log = std::make_unique<EventLog>();
-}
-
-void tst_GroupsPlanTables::cleanup()
-{
-    log.reset();
-    repo.reset();
-}
-
-void tst_GroupsPlanTables::cleanupTestCase()
-{
-    handle = QSqlDatabase();
-    database.reset();
 }
 
 void tst_GroupsPlanTables::attend(const QDate &day, uint uid)
@@ -111,12 +76,12 @@ void tst_GroupsPlanTables::attend(const QDate &day, uint uid)
 
 QStringList tst_GroupsPlanTables::plans()
 {
-    return database->rows(str("SELECT uid, since, gid FROM groups_plan ORDER BY uid, since"));
+    return rows("SELECT uid, since, gid FROM groups_plan ORDER BY uid, since");
 }
 
 QStringList tst_GroupsPlanTables::months()
 {
-    return database->rows(str("SELECT uid, month, gid FROM groups_month ORDER BY uid, month"));
+    return rows("SELECT uid, month, gid FROM groups_month ORDER BY uid, month");
 }
 
 void tst_GroupsPlanTables::add_newRowRefreshesTheMonths()
@@ -135,7 +100,7 @@ void tst_GroupsPlanTables::add_sameRowIsNoSuccessAndRefreshesNothing()
 {
     attend(QDate(2023, 10, 1));
     QVERIFY(repo->add(plan(3, 202310)));
-    database->execute(str("DELETE FROM groups_month"));
+    execute("DELETE FROM groups_month");
     QVERIFY(!repo->add(plan(3, 202310)));
     QCOMPARE(plans(), lines({"11|202310|3"}));
     QCOMPARE(months(), QStringList());
@@ -284,7 +249,7 @@ void tst_GroupsPlanTables::updateGroupsMonth_monthsAreLocal()
     }
     QVERIFY(repo->updateGroupsMonth(11, 202301));
     QCOMPARE(months(), lines({"11|202303|9", "11|202310|9", "11|202311|9", "11|202312|9"}));
-    QCOMPARE(database->rows(str("SELECT monthFromTimestamp(`date`) FROM atten ORDER BY `date`")),
+    QCOMPARE(rows("SELECT monthFromTimestamp(`date`) FROM atten ORDER BY `date`"),
              (QStringList {QString::number(GroupsPlanRepo::monthFromDate(QDate(2023, 3, 26))),
                            QString::number(GroupsPlanRepo::monthFromTime(uint(november - 1))),
                            QString::number(GroupsPlanRepo::monthFromTime(uint(november))),
@@ -316,8 +281,8 @@ void tst_GroupsPlanTables::updateGroupsMonth_unchanged()
 
 void tst_GroupsPlanTables::updateGroupsMonth_otherPeopleAreLeftAlone()
 {
-    database->execute(str("UPDATE people SET gid = 8 WHERE uid = 12"));
-    database->execute(str("INSERT INTO groups_month (uid, month, gid) VALUES (12, 202310, 1)"));
+    execute("UPDATE people SET gid = 8 WHERE uid = 12");
+    execute("INSERT INTO groups_month (uid, month, gid) VALUES (12, 202310, 1)");
     attend(QDate(2023, 10, 1));
     attend(QDate(2023, 10, 1), 12);
     QVERIFY(repo->updateGroupsMonth(11, 202310));
@@ -358,7 +323,7 @@ void tst_GroupsPlanTables::getCurrentGid_fallback()
     QCOMPARE(repo->getCurrentGid(99, 202305, true), 0u);
     QCOMPARE(repo->getCurrentGid(0, 202306, true), 0u);
     // A plan of group 0 is none.
-    database->execute(str("INSERT INTO groups_plan (uid, since, gid) VALUES (11, 202307, 0)"));
+    execute("INSERT INTO groups_plan (uid, since, gid) VALUES (11, 202307, 0)");
     QCOMPARE(repo->getCurrentGid(11, 202307, true), 9u);
     QCOMPARE(repo->getCurrentGid(11, 202307, false), 0u);
     QCOMPARE(log->take(), QStringList());
@@ -369,14 +334,10 @@ void tst_GroupsPlanTables::getCurrentGid_monthZeroIsTheServersMonth()
     repo->add(plan(3, 202309));
     repo->add(plan(4, 202310));
     const qint64 october = localSeconds(QDate(2023, 10, 1));
-    QSqlQuery clock(handle);
-    QVERIFY(clock.exec(QStringLiteral("SET timestamp = %1").arg(october - 1)));
-    const uint september = repo->getCurrentGid(11, 0, false);
-    QVERIFY(clock.exec(QStringLiteral("SET timestamp = %1").arg(october)));
-    const uint now = repo->getCurrentGid(11, 0, false);
-    QVERIFY(clock.exec(str("SET timestamp = DEFAULT")));
-    QCOMPARE(september, 3u);
-    QCOMPARE(now, 4u);
+    setClock(october - 1);
+    QCOMPARE(repo->getCurrentGid(11, 0, false), 3u);
+    setClock(october);
+    QCOMPARE(repo->getCurrentGid(11, 0, false), 4u);
 }
 
 void tst_GroupsPlanTables::getCurrentGid_hiddenTables()

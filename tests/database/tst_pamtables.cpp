@@ -1,21 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // Enrolment in PaM on a real server: which block is found, and what stands in list and table.
+#include "support/databasefixture.h"
 #include "support/databaseworker.h"
 
 #include <QSqlQuery>
 #include <QtTest>
 
-#include <memory>
-
-class tst_PamTables : public QObject
+class tst_PamTables : public DatabaseFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
-    void cleanupTestCase();
 
     void addPersonIntoPam_firstPersonMakesTheList();
     void addPersonIntoPam_appends_data();
@@ -48,24 +45,11 @@ private:
     void insertVars(const char *values);
     QStringList vars();
     QStringList enrolments();
-
-    std::unique_ptr<TestDatabase> database;
 };
-
-void tst_PamTables::initTestCase()
-{
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-}
 
 void tst_PamTables::init()
 {
     database->clear();
-}
-
-void tst_PamTables::cleanupTestCase()
-{
-    database.reset();
 }
 
 void tst_PamTables::insertVars(const char *values)

@@ -1,33 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // Whole passes from a real export file into a real database, and what a lost server leaves.
+#include "support/databasefixture.h"
 #include "support/databaseworker.h"
 #include "support/localseconds.h"
 
 #include <QFileInfo>
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 
 const char allPeople[] = "SELECT * FROM people ORDER BY uid";
-
-QString seconds(const QDate &day)
-{
-    return QString::number(localSeconds(day));
-}
-
-QDate today()
-{
-    return localDay(std::time(nullptr));
-}
-
-QDate firstOfPreviousMonth()
-{
-    const QDate day = today();
-    return day.month() == 1 ? QDate(day.year() - 1, 12, 1) : QDate(day.year(), day.month() - 1, 1);
-}
 
 /// Kills the server at the moment at which a certain line is logged, once in its life.
 class ServerKiller
@@ -75,14 +58,12 @@ QStringList takeOutcome(EventLog &log)
 
 } // namespace
 
-class tst_Pass : public QObject
+class tst_Pass : public DatabaseFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
-    void cleanupTestCase();
 
     void firstPass_addsAndUpdates();
     void firstPass_updatesIdenticalPeopleToo();
@@ -111,32 +92,22 @@ private Q_SLOTS:
     void serverKilledBeforeAWrite();
 
 private:
+    void prepare() override
+    {
+        // For what is written to last when the server is killed.
+        database->execute(QStringLiteral("SET GLOBAL innodb_flush_log_at_trx_commit = 1"));
+    }
     QStringList people();
     /// Who stands on the list of the PaM block, and the rows of all who are enrolled.
     QStringList enrolled();
     QString forceVariable();
-
-    std::unique_ptr<TestDatabase> database;
 };
-
-void tst_Pass::initTestCase()
-{
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-    // For what is written to last when the server is killed.
-    database->execute(QStringLiteral("SET GLOBAL innodb_flush_log_at_trx_commit = 1"));
-}
 
 void tst_Pass::init()
 {
     database->clear();
     database->execute(QStringLiteral("INSERT INTO branches (bid, number) VALUES (70, 7), (80, 8)"));
     database->execute(QStringLiteral("INSERT INTO vars VALUES ('exportPam.1.active', '1')"));
-}
-
-void tst_Pass::cleanupTestCase()
-{
-    database.reset();
 }
 
 QStringList tst_Pass::people()

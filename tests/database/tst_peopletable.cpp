@@ -2,27 +2,17 @@
 // SPDX-License-Identifier: MIT
 // The person store on a real server: what each operation leaves in the tables, and what it reads
 // back.
+#include "support/databasefixture.h"
 #include "support/databaseworker.h"
 #include "support/localseconds.h"
 
 #include <QtTest>
 
 #include <algorithm>
-#include <memory>
 
 namespace {
 
 const qint64 someMoment = 1700000000;
-
-QString seconds(const QDate &day)
-{
-    return QString::number(localSeconds(day));
-}
-
-QString lastSecond(const QDate &day)
-{
-    return QString::number(localSeconds(day, 23, 59, 59));
-}
 
 /// Each field has a value of its own; branch 7 is bid 70.
 RecordBuilder fullRecord()
@@ -41,14 +31,12 @@ RecordBuilder fullRecord()
 
 } // namespace
 
-class tst_PeopleTable : public QObject
+class tst_PeopleTable : public DatabaseFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
-    void cleanupTestCase();
 
     void dbAddPerson_everyColumn();
     void dbAddPerson_absentValues();
@@ -101,25 +89,12 @@ private Q_SLOTS:
 
 private:
     QStringList person(uint pid);
-
-    std::unique_ptr<TestDatabase> database;
 };
-
-void tst_PeopleTable::initTestCase()
-{
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-}
 
 void tst_PeopleTable::init()
 {
     database->clear();
     database->execute(QStringLiteral("INSERT INTO vars VALUES ('exportPam.1.active', '1')"));
-}
-
-void tst_PeopleTable::cleanupTestCase()
-{
-    database.reset();
 }
 
 /// All of a row but its uid: identity, texts, employment, interval, assignment, calculation,

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The supervisor's mark on a real server: the rows that others see afterwards, and what a failure
 // leaves of them.
+#include "support/databasefixture.h"
 #include "support/databaseworker.h"
 
 #include <QtTest>
@@ -77,14 +78,12 @@ const char setRefused[] = "critical THRWorker::dbSetAdminPeopleRequest() - SQL E
 
 } // namespace
 
-class tst_SupervisorTables : public QObject
+class tst_SupervisorTables : public DatabaseFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
-    void cleanupTestCase();
 
     void processNadOsCis_firstSupervisorMakesTheLink();
     void processNadOsCis_markMoves_data();
@@ -116,15 +115,7 @@ private:
     void insertLinks(const char *values);
     QStringList links();
     void noTransactionIsOpen(DatabaseWorker *worker);
-
-    std::unique_ptr<TestDatabase> database;
 };
-
-void tst_SupervisorTables::initTestCase()
-{
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-}
 
 void tst_SupervisorTables::init()
 {
@@ -133,11 +124,6 @@ void tst_SupervisorTables::init()
                                      "(4, NULL), (5, 50), (6, 60), (9, 77)"));
     database->execute(QStringLiteral("INSERT INTO people (uid, pid, pamId, name, surname) VALUES "
                                      "(42, 12341, '1234.1', 'Ján', 'Novák')"));
-}
-
-void tst_SupervisorTables::cleanupTestCase()
-{
-    database.reset();
 }
 
 void tst_SupervisorTables::insertLinks(const char *values)

@@ -2,20 +2,13 @@
 // SPDX-License-Identifier: MIT
 // The queue of the terminals on the server: queued rows and marked terminals.
 #include "repository/termsyncrepository.h"
-#include "support/eventlog.h"
-#include "support/testdatabase.h"
+#include "support/databasefixture.h"
 
-#include <QSqlQuery>
 #include <QtTest>
 
 #include <memory>
 
 namespace {
-
-QString str(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 const QChar added = QLatin1Char('I');
 const QChar deleted = QLatin1Char('D');
@@ -23,16 +16,11 @@ const QChar updated = QLatin1Char('U');
 
 } // namespace
 
-class tst_TermSyncTables : public QObject
+class tst_TermSyncTables : public ConnectionFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-
     void setTermSyn_marksOnceAndOnlyInService();
     void setTermSyn_keepsOtherBits();
     void addTermSyncPeople_queuesActivePeopleOnly();
@@ -59,67 +47,42 @@ private Q_SLOTS:
     void apostropheFails();
 
 private:
+    void begin() override;
+    void end() override { repo.reset(); }
     QStringList queue();
     QStringList marks();
 
-    std::unique_ptr<TestDatabase> database;
-    QSqlDatabase handle;
     std::unique_ptr<TermSyncRepository> repo;
-    std::unique_ptr<EventLog> log;
 };
 
-void tst_TermSyncTables::initTestCase()
+void tst_TermSyncTables::begin()
 {
-    database = std::make_unique<TestDatabase>();
-    QCOMPARE(database->error(), QString());
-    handle = database->handle();
-    QVERIFY(handle.open());
-    // UNIX_TIMESTAMP() stands still for the repository.
-    QSqlQuery(handle).exec(str("SET timestamp = 1700000000"));
     repo = std::make_unique<TermSyncRepository>(nullptr);
     repo->setDb(handle);
-}
-
-void tst_TermSyncTables::init()
-{
-    database->clear();
     // 1 to 4 take all kinds: off, in service, set up, in service; 5 is in service and takes none.
-    database->execute(str("INSERT INTO term (tid, status, flags, syn) VALUES (1, 0, 323, 0), "
-                          "(2, 1, 323, 0), (3, 2, 323, 0), (4, 1, 323, 8), (5, 1, 4, 0)"));
-    database->execute(str("INSERT INTO people (uid, status) VALUES (11, 1), (12, 0), (13, 1)"));
-    database->execute(str("INSERT INTO people_term (tid, uid) VALUES (1, 11), (2, 11), (3, 11), "
-                          "(5, 11), (4, 13)"));
-    database->execute(str("INSERT INTO inters (iid) VALUES (21), (22)"));
-    database->execute(str("INSERT INTO inters_term (tid, iid) VALUES (1, 21), (2, 21), (3, 21), "
-                          "(4, 21), (5, 21), (3, 22)"));
-    database->execute(str("INSERT INTO pzt (zid, tid, uid) VALUES (31, 1, 11), (31, 2, 11), "
-                          "(31, 2, 13), (31, 3, 11), (31, 5, 11), (32, 4, 11)"));
-    log = std::make_unique<EventLog>();
-}
-
-void tst_TermSyncTables::cleanup()
-{
-    log.reset();
-}
-
-void tst_TermSyncTables::cleanupTestCase()
-{
-    repo.reset();
-    handle = QSqlDatabase();
-    database.reset();
+    execute("INSERT INTO term (tid, status, flags, syn) VALUES (1, 0, 323, 0), "
+            "(2, 1, 323, 0), (3, 2, 323, 0), (4, 1, 323, 8), (5, 1, 4, 0)");
+    execute("INSERT INTO people (uid, status) VALUES (11, 1), (12, 0), (13, 1)");
+    execute("INSERT INTO people_term (tid, uid) VALUES (1, 11), (2, 11), (3, 11), "
+            "(5, 11), (4, 13)");
+    execute("INSERT INTO inters (iid) VALUES (21), (22)");
+    execute("INSERT INTO inters_term (tid, iid) VALUES (1, 21), (2, 21), (3, 21), "
+            "(4, 21), (5, 21), (3, 22)");
+    execute("INSERT INTO pzt (zid, tid, uid) VALUES (31, 1, 11), (31, 2, 11), "
+            "(31, 2, 13), (31, 3, 11), (31, 5, 11), (32, 4, 11)");
 }
 
 QStringList tst_TermSyncTables::queue()
 {
-    return database->rows(str("SELECT tid, type, ref, ref_col, ref_id, ref_col2, ref_id2, created, "
-                              "flags FROM term_sync ORDER BY id"));
+    return rows("SELECT tid, type, ref, ref_col, ref_id, ref_col2, ref_id2, created, "
+                "flags FROM term_sync ORDER BY id");
 }
 
 /// "tid|syn" of the terminals that are marked.
 QStringList tst_TermSyncTables::marks()
 {
-    return database->rows(str("SELECT tid, syn FROM term WHERE syn <> 0 AND syn <> 8 "
-                              "ORDER BY tid"));
+    return rows("SELECT tid, syn FROM term WHERE syn <> 0 AND syn <> 8 "
+                "ORDER BY tid");
 }
 
 void tst_TermSyncTables::setTermSyn_marksOnceAndOnlyInService()
@@ -195,7 +158,7 @@ void tst_TermSyncTables::addTermSyncPeople_hiddenQueue()
 
 void tst_TermSyncTables::addTermSyncPerson_everyTerminalInServiceThatTakesPersons()
 {
-    database->execute(str("INSERT INTO people_term (tid, uid) VALUES (4, 11)"));
+    execute("INSERT INTO people_term (tid, uid) VALUES (4, 11)");
     repo->addTermSyncPerson(11, updated, str("people"));
     QCOMPARE(queue(),
              lines({"2|U|people|uid|11|NULL|NULL|1700000000|2",

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The table `vars` on a real server: what is read, which rows result, how the errors are told.
 #include "repository/orvdbsettings.h"
-#include "support/eventlog.h"
-#include "support/testdatabase.h"
+#include "support/databasefixture.h"
 
 #include <QtTest>
 
@@ -29,16 +28,11 @@ QString tooLong()
 
 } // namespace
 
-class tst_VarsTable : public QObject
+class tst_VarsTable : public ConnectionFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-
     void variableGet_text();
     void variableGet_nullValueIsNotTheDefault();
     void variableGet_emptyValueIsNotTheDefault();
@@ -75,6 +69,8 @@ private Q_SLOTS:
     void dbOpen_noServer();
 
 private:
+    void begin() override { settings = std::make_unique<OrvDbSettings>(handle); }
+    void end() override { settings.reset(); }
     QStringList rows()
     {
         return database->rows(QStringLiteral("SELECT name, value FROM vars ORDER BY name"));
@@ -86,40 +82,8 @@ private:
     }
     void syntaxErrorIs(const char *caption);
 
-    std::unique_ptr<TestDatabase> database;
-    QSqlDatabase handle;
     std::unique_ptr<OrvDbSettings> settings;
-    std::unique_ptr<EventLog> log;
 };
-
-void tst_VarsTable::initTestCase()
-{
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-    handle = database->handle();
-    settings = std::make_unique<OrvDbSettings>(handle);
-    QVERIFY(settings->dbOpen());
-}
-
-void tst_VarsTable::init()
-{
-    database->clear();
-    log = std::make_unique<EventLog>();
-}
-
-void tst_VarsTable::cleanup()
-{
-    log.reset();
-}
-
-void tst_VarsTable::cleanupTestCase()
-{
-    settings.reset();
-    const QString name = handle.connectionName();
-    handle = QSqlDatabase();
-    QSqlDatabase::removeDatabase(name);
-    database.reset();
-}
 
 /// The log holds the two records of a statement that the server cannot read.
 void tst_VarsTable::syntaxErrorIs(const char *caption)

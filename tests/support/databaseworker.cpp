@@ -4,8 +4,8 @@
 #include "support/databaseworker.h"
 
 #include "support/recordeddatabase.h"
+#include "support/textfile.h"
 
-#include <QFile>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QtTest>
@@ -29,11 +29,7 @@ void DatabaseWorker::tick()
 QString DatabaseWorker::writeExport(const QStringList &lines)
 {
     const QString path = folder.filePath(QStringLiteral("ron.data"));
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    for (const QString &line : lines)
-        file.write(line.toUtf8() + '\n');
+    writeLines(path, lines);
     worker.setImportFile(path);
     return path;
 }

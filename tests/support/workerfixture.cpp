@@ -4,8 +4,8 @@
 #include "support/workerfixture.h"
 
 #include "repository/orvdbsettings.h"
+#include "support/textfile.h"
 
-#include <QFile>
 #include <QtTest>
 
 WorkerFixture::WorkerFixture() :
@@ -41,13 +41,35 @@ void WorkerFixture::tick()
 QString WorkerFixture::writeExport(const QStringList &lines)
 {
     const QString path = filePath(QStringLiteral("ron.data"));
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    for (const QString &line : lines)
-        file.write(line.toUtf8() + '\n');
+    writeLines(path, lines);
     worker.setImportFile(path);
     return path;
+}
+
+void WorkerFixture::known(const EmployeeRecord &row)
+{
+    peer.dbPeople.insert(row.pid(), row);
+}
+
+void WorkerFixture::stated(const EmployeeRecord &last)
+{
+    peer.lastRecords.insert(last.pid(), last);
+}
+
+QStringList WorkerFixture::sync(const EmployeeRecord &given)
+{
+    worker.doSyncRecord(given);
+    return log.take();
+}
+
+void WorkerFixture::answer(const char *call, const QVariant &value, int times)
+{
+    script.on(str(call), times).withRows({QStringLiteral("answer")}, {{value}});
+}
+
+void WorkerFixture::fail(const char *call, const char *code, const char *text)
+{
+    script.on(str(call)).withError(str(code), str(text));
 }
 
 void WorkerFixture::listInPam(const QString &pids)

@@ -24,6 +24,15 @@ public:
     void tick();
     /// Writes an export file of these lines into a folder of its own and tells the worker of it.
     QString writeExport(const QStringList &lines);
+    /// The database holds this of a person; the last export file has stated it.
+    void known(const EmployeeRecord &row);
+    void stated(const EmployeeRecord &last);
+    /// What the record brings about.
+    QStringList sync(const EmployeeRecord &given);
+
+    /// Calls that hold the text bring one row of one value, or fail.
+    void answer(const char *call, const QVariant &value, int times = -1);
+    void fail(const char *call, const char *code = "1205", const char *text = "lock wait");
     /// There is one PaM block, and it lists these people.
     void listInPam(const QString &pids);
     QString filePath(const QString &name) const;

@@ -133,6 +133,11 @@ QString CompanyDays::uidOf(uint pid)
     return database.value(QStringLiteral("SELECT uid FROM people WHERE pid=%1").arg(pid));
 }
 
+QStringList CompanyDays::personRow(const QString &columns, const QString &uid)
+{
+    return rows(QStringLiteral("SELECT %1 FROM people WHERE uid=%2").arg(columns, uid));
+}
+
 QStringList CompanyDays::marks(const QString &uid)
 {
     return rows(QStringLiteral("SELECT aid, request FROM admins_people WHERE uid=%1 ORDER BY aid")
@@ -145,16 +150,6 @@ QStringList CompanyDays::takeQueue()
         QStringLiteral("SELECT tid, type, ref, ref_id FROM term_sync ORDER BY id"));
     execute(QStringLiteral("DELETE FROM term_sync"));
     return queue;
-}
-
-QString seconds(const QDate &day)
-{
-    return QString::number(localSeconds(day));
-}
-
-QString endOf(const QDate &day)
-{
-    return QString::number(localSeconds(day, 23, 59, 59));
 }
 
 QStringList fundChecks(uint pid, uint uid)

@@ -48,6 +48,7 @@ public:
     void execute(const QString &statement) { database.execute(statement); }
     QStringList rows(const QString &statement) { return database.rows(statement); }
     QString uidOf(uint pid);
+    QStringList personRow(const QString &columns, const QString &uid);
     /// Administrators of a person with their marks.
     QStringList marks(const QString &uid);
     /// Terminal, type, object and person of what is queued; empties the queue.
@@ -64,9 +65,6 @@ private:
     uint passes = 0;
     bool forced = false;
 };
-
-QString seconds(const QDate &day);
-QString endOf(const QDate &day);
 
 // The statements of a pass, each as the database receives it
 

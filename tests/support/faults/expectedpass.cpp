@@ -11,16 +11,6 @@
 
 namespace {
 
-QString secondsText(const QDate &day)
-{
-    return QString::number(localSeconds(day));
-}
-
-QDate firstOfPreviousMonth(const QDate &day)
-{
-    return day.month() == 1 ? QDate(day.year() - 1, 12, 1) : QDate(day.year(), day.month() - 1, 1);
-}
-
 /// The text with each match replaced by what the function makes of its captures.
 QString replaced(const QString &text, const QString &pattern,
                  const std::function<QString(const QRegularExpressionMatch &)> &value)
@@ -160,11 +150,9 @@ QString ExpectedPass::filled(QString text) const
 {
     if (!text.contains(QLatin1Char('{')))
         return text;
-    const QDate today = localDay(std::time(nullptr));
-    text.replace(QLatin1String("{today}"), secondsText(today));
-    text.replace(QLatin1String("{first of previous month}"),
-                 secondsText(firstOfPreviousMonth(today)));
-    text.replace(QLatin1String("{1 Mar 2021}"), secondsText(QDate(2021, 3, 1)));
+    text.replace(QLatin1String("{today}"), seconds(today()));
+    text.replace(QLatin1String("{first of previous month}"), seconds(firstOfPreviousMonth()));
+    text.replace(QLatin1String("{1 Mar 2021}"), seconds(QDate(2021, 3, 1)));
     text.replace(QLatin1String("{waiting}"), QString::number(waitingPersons.size()));
     text = replaced(text, QStringLiteral("\\{bid of (\\d)\\}"), [&](const auto &match) {
         return holds(QStringLiteral("branches")) ? match.captured(1) : QStringLiteral("NULL");

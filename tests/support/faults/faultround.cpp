@@ -131,27 +131,21 @@ void FaultRound::comparePass(const UndisturbedRun &undisturbed, const Fault &fau
     QVERIFY2(lost == lossesOf(expected), qPrintable(lost.join(QLatin1Char('\n'))));
 }
 
-void FaultFixture::initTestCase()
+FaultFixture::FaultFixture() :
+    DatabaseFixture(companyNow())
 {
-    clock = std::make_unique<MachineClock>(companyNow());
     // Branches get their people in the order of a hash: the table has branch 1 first.
     qSetGlobalQHashSeed(0);
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
+}
+
+void FaultFixture::prepare()
+{
     undisturbed = std::make_unique<const UndisturbedRun>(*database);
 }
 
-void FaultFixture::cleanupTestCase()
+void FaultFixture::release()
 {
     undisturbed.reset();
-    database.reset();
-    clock.reset();
-}
-
-void FaultFixture::setMoment(const QDateTime &moment)
-{
-    clock->set(moment);
-    database->setClock(moment.toSecsSinceEpoch());
 }
 
 std::unique_ptr<RecordedCallHook> beforeEachCall(const std::function<QSqlError(int)> &function)

@@ -3,10 +3,10 @@
 // A faulty pass on the private server, what it leaves, and what comes back afterwards.
 #pragma once
 
+#include "support/databasefixture.h"
 #include "support/databaseworker.h"
 #include "support/faults/servercompany.h"
 #include "support/faults/servertable.h"
-#include "support/machineclock.h"
 #include "support/recordeddatabase.h"
 
 #include <QHash>
@@ -84,22 +84,18 @@ std::unique_ptr<RecordedCallHook> beforeEachCall(const std::function<QSqlError(i
 std::unique_ptr<RecordedCallHook> beforeCall(int number,
                                              const std::function<QSqlError()> &function);
 
-/// The base of the test classes: clock, server and undisturbed run of an executable, from before
-/// its first test until after its last.
-class FaultFixture : public QObject
+/// The base of the test classes: also an undisturbed run.
+class FaultFixture : public DatabaseFixture
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
+public:
+    FaultFixture();
 
 protected:
-    /// For the process, and for new connections of the plugin.
-    void setMoment(const QDateTime &moment);
+    void prepare() override;
+    void release() override;
 
-    std::unique_ptr<MachineClock> clock;
-    std::unique_ptr<TestDatabase> database;
     std::unique_ptr<const UndisturbedRun> undisturbed;
 };
 

@@ -3,9 +3,10 @@
 // What a plugin finds when it is made: data directory, INI file and environment variables.
 #include "support/plugin/pluginenvironment.h"
 
+#include "support/textfile.h"
+
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QSettings>
 
 PluginEnvironment::PluginEnvironment()
@@ -49,11 +50,7 @@ QString PluginEnvironment::filePath(const QString &name) const
 void PluginEnvironment::writeIni(const QStringList &lines)
 {
     QDir().mkpath(data);
-    QFile file(iniPath());
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(iniPath()));
-    for (const QString &line : lines)
-        file.write(line.toUtf8() + '\n');
+    writeLines(iniPath(), lines);
 }
 
 void PluginEnvironment::setVariable(const QByteArray &name, const QByteArray &value)

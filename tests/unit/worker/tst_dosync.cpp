@@ -139,8 +139,7 @@ void tst_DoSync::doSync_goesOnWithoutBranches()
     WorkerFixture f;
     f.init();
     f.listInPam(QStringLiteral("11,21"));
-    f.script.on(QStringLiteral("SELECT bid, number"))
-        .withError(QStringLiteral("1146"), QStringLiteral("no such table"));
+    f.fail("SELECT bid, number", "1146", "no such table");
     f.peer.branches.insert(7, 70);
     f.peer.importedRecords = {record().pid(1, 1).branch(7), record().pid(2, 1)};
     f.worker.doSync();
@@ -189,7 +188,7 @@ void tst_DoSync::doSync_theFundThatItFindsHoldsForTheFirstRecord()
 {
     WorkerFixture f;
     f.init();
-    f.script.on(QStringLiteral("SELECT fid FROM funds")).withRows({QStringLiteral("fid")}, {{6}});
+    f.answer("SELECT fid FROM funds", 6);
     f.peer.importedRecords = {record().pid(1, 1).relationState(4),
                               record().pid(2, 1).relationState(4)};
     f.worker.doSync();
@@ -213,8 +212,7 @@ void tst_DoSync::doSync_goesOnWithoutAFund()
 {
     WorkerFixture f;
     f.init();
-    f.script.on(QStringLiteral("SELECT fid FROM funds"))
-        .withError(QStringLiteral("1146"), QStringLiteral("no such table"));
+    f.fail("SELECT fid FROM funds", "1146", "no such table");
     f.listInPam(QStringLiteral("11"));
     f.peer.importedRecords = {record().pid(1, 1)};
     f.worker.doSync();
@@ -251,10 +249,8 @@ void tst_DoSync::doSync_collectsOverAllRecords()
     f.script.on(QStringLiteral("SELECT bid, number"))
         .withRows({QStringLiteral("bid"), QStringLiteral("number")}, {{70, 7}});
     // Found uids last as long as the process.
-    f.script.on(QStringLiteral("exec SELECT uid FROM people WHERE pid = 990311 "))
-        .withRows({QStringLiteral("uid")}, {{31}});
-    f.script.on(QStringLiteral("exec SELECT uid FROM people WHERE pid = 990321 "))
-        .withRows({QStringLiteral("uid")}, {{32}});
+    f.answer("exec SELECT uid FROM people WHERE pid = 990311 ", 31);
+    f.answer("exec SELECT uid FROM people WHERE pid = 990321 ", 32);
     f.listInPam(QStringLiteral("990311,990321"));
     f.peer.importedRecords = {record().pid(99032, 1).branch(7), record().pid(99031, 1).branch(7)};
     f.worker.doSync();
@@ -306,8 +302,7 @@ void tst_DoSync::doSync_failedMembershipIsNotLookedAt()
 {
     WorkerFixture f;
     f.init();
-    f.script.on(QStringLiteral("INSERT INTO brape"))
-        .withError(QStringLiteral("1205"), QStringLiteral("lock wait"));
+    f.fail("INSERT INTO brape");
     f.peer.branchPeople = {{70u, lines({"5"})}, {80u, lines({"4"})}};
     f.peer.importedRecords = {record().relationState(4)};
     f.worker.doSync();

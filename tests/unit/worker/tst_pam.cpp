@@ -49,12 +49,6 @@ public:
     {
         script.on(QStringLiteral("SELECT value")).withRows({QStringLiteral("value")}, oneRow(list));
     }
-
-    void fail(const char *call)
-    {
-        script.on(QString::fromLatin1(call))
-            .withError(QStringLiteral("1205"), QStringLiteral("lock wait"));
-    }
 };
 
 /// The person is known, and has no row yet.

@@ -64,16 +64,6 @@ public:
     Listed() { listInPam(QStringLiteral("12341")); }
 };
 
-QString seconds(const QDate &day)
-{
-    return QString::number(localSeconds(day));
-}
-
-QString lastSecond(const QDate &day)
-{
-    return QString::number(localSeconds(day, 23, 59, 59));
-}
-
 /// How record() is inserted; type, department, calendar and branch as given.
 QString plainInsertion(const QString &typeToBranch)
 {
@@ -132,7 +122,7 @@ private Q_SLOTS:
     void dbAddPerson_levels_data() { addLevels(); }
     void dbAddPerson_levels();
     void dbAddPerson_failure();
-    void dbAddPerson_listsInPamWhateverTheResult_data();
+    void dbAddPerson_listsInPamWhateverTheResult_data() { dbAddPerson_result_data(); }
     void dbAddPerson_listsInPamWhateverTheResult();
     void dbAddPerson_failedListingChangesNothing_data();
     void dbAddPerson_failedListingChangesNothing();
@@ -172,13 +162,11 @@ void tst_People::getUidByPid_keepsWhatItFound()
     const char question[] = "sql exec SELECT uid FROM people WHERE pid = 770011 LIMIT 1;";
     {
         WorkerFixture f;
-        f.script.on(QStringLiteral("SELECT uid FROM people"), 1)
-            .withRows({QStringLiteral("uid")}, {{42}});
+        f.answer("SELECT uid FROM people", 42, 1);
         f.worker.setLogLevel(2);
         QCOMPARE(f.worker.getUidByPid(770011), 42u);
         QCOMPARE(f.log.take(), lines({"debug THRWorker::dbGetUidByPid(770011)", question}));
-        f.script.on(QStringLiteral("SELECT uid FROM people"))
-            .withRows({QStringLiteral("uid")}, {{43}});
+        f.answer("SELECT uid FROM people", 43);
         QCOMPARE(f.worker.getUidByPid(770011), 42u);
         QCOMPARE(f.log.take(), QStringList());
     }
@@ -194,8 +182,7 @@ void tst_People::getUidByPid_keepsWhatItFound()
 void tst_People::getUidByPid_keepsTheLeastUid()
 {
     WorkerFixture f;
-    f.script.on(QStringLiteral("SELECT uid FROM people"), 1)
-        .withRows({QStringLiteral("uid")}, {{1}});
+    f.answer("SELECT uid FROM people", 1, 1);
     QCOMPARE(f.worker.getUidByPid(770014), 1u);
     QCOMPARE(f.worker.getUidByPid(770014), 1u);
     QCOMPARE(f.log.take(), lines({"sql exec SELECT uid FROM people WHERE pid = 770014 LIMIT 1;"}));
@@ -206,7 +193,7 @@ void tst_People::getUidByPid_doesNotKeepThatThereIsNone()
     WorkerFixture f;
     const char question[] = "sql exec SELECT uid FROM people WHERE pid = 770012 LIMIT 1;";
     QCOMPARE(f.worker.getUidByPid(770012), 0u);
-    f.script.on(QStringLiteral("SELECT uid FROM people")).withRows({QStringLiteral("uid")}, {{44}});
+    f.answer("SELECT uid FROM people", 44);
     QCOMPARE(f.worker.getUidByPid(770012), 44u);
     QCOMPARE(f.log.take(), lines({question, question}));
 }
@@ -214,7 +201,7 @@ void tst_People::getUidByPid_doesNotKeepThatThereIsNone()
 void tst_People::getUidByPid_doesNotKeepAFailure()
 {
     WorkerFixture f;
-    f.script.on(QStringLiteral("SELECT uid FROM people")).withRows({QStringLiteral("uid")}, {{45}});
+    f.answer("SELECT uid FROM people", 45);
     f.script.on(QStringLiteral("SELECT uid FROM people"), 1)
         .withError(QStringLiteral("2006"), QStringLiteral("gone away"));
     QCOMPARE(f.worker.getUidByPid(770013), 0u);
@@ -296,8 +283,7 @@ void tst_People::dbChangeLastCalc_writesInTestMode()
 void tst_People::dbChangeLastCalc_firstStatementFails()
 {
     WorkerFixture f;
-    f.script.on(QStringLiteral("UPDATE atten"))
-        .withError(QStringLiteral("1205"), QStringLiteral("lock wait"));
+    f.fail("UPDATE atten");
     QVERIFY(!f.worker.dbChangeLastCalc(42, QDate(2024, 2, 1)));
     const QStringList events = f.log.take();
     QCOMPARE(events.size(), 2);
@@ -310,8 +296,7 @@ void tst_People::dbChangeLastCalc_firstStatementFails()
 void tst_People::dbChangeLastCalc_secondStatementFails()
 {
     WorkerFixture f;
-    f.script.on(QStringLiteral("UPDATE people"))
-        .withError(QStringLiteral("1205"), QStringLiteral("lock wait"));
+    f.fail("UPDATE people");
     QVERIFY(!f.worker.dbChangeLastCalc(42, QDate(2024, 2, 1)));
     const QStringList events = f.log.take();
     QCOMPARE(events.size(), 3);
@@ -416,11 +401,6 @@ void tst_People::dbAddPerson_failure()
                             "syntax (scripted)"));
 }
 
-void tst_People::dbAddPerson_listsInPamWhateverTheResult_data()
-{
-    dbAddPerson_result_data();
-}
-
 void tst_People::dbAddPerson_listsInPamWhateverTheResult()
 {
     QFETCH(QVariant, insertId);
@@ -462,8 +442,7 @@ void tst_People::dbAddPerson_failedListingChangesNothing()
         WorkerFixture f;
         f.script.on(QStringLiteral("LIKE 'exportPam.%.active%'"))
             .withRows({QStringLiteral("name"), QStringLiteral("value")}, rows);
-        f.script.on(QStringLiteral("run :name="))
-            .withError(QStringLiteral("1142"), QStringLiteral("denied"));
+        f.fail("run :name=", "1142", "denied");
         f.script.on(QStringLiteral("INSERT INTO people")).withAffected(affected);
         QCOMPARE(f.worker.dbAddPerson(record()), affected == 1);
         QCOMPARE(f.log.take(),
@@ -612,8 +591,7 @@ void tst_People::dbUpdatePerson_result()
     f.script.on(QStringLiteral("UPDATE people SET pamId"))
         .withInsertId(5) // means nothing here
         .withAffected(affected);
-    f.script.on(QStringLiteral("SELECT uid FROM people WHERE pid=12341 LIMIT 1"))
-        .withRows({QStringLiteral("uid")}, {{42}});
+    f.answer("SELECT uid FROM people WHERE pid=12341 LIMIT 1", 42);
     QCOMPARE(f.worker.dbUpdatePerson(record(), false), updated);
     // A row that is as it was is no news for terminals, and nothing to speak of.
     QCOMPARE(f.log.take(),
@@ -646,8 +624,7 @@ void tst_People::dbUpdatePerson_failedNoticeChangesNothing()
     QFETCH(QString, line);
     WorkerFixture f;
     f.script.on(QStringLiteral("UPDATE people SET pamId")).withAffected(1);
-    f.script.on(QStringLiteral("SELECT uid FROM people WHERE pid=12341 LIMIT 1"))
-        .withRows({QStringLiteral("uid")}, {{42}});
+    f.answer("SELECT uid FROM people WHERE pid=12341 LIMIT 1", 42);
     f.script.on(failing).withError(QStringLiteral("1142"), QStringLiteral("denied"));
     QVERIFY(f.worker.dbUpdatePerson(record(), false));
     QStringList events = f.log.take();

@@ -273,8 +273,7 @@ void tst_PeopleReads::dbLoadPeople_failureKeepsPeople()
 {
     WorkerFixture f;
     f.peer.dbPeople.insert(12341, record());
-    f.script.on(QStringLiteral("FROM people p"))
-        .withError(QStringLiteral("1146"), QStringLiteral("no such table"));
+    f.fail("FROM people p", "1146", "no such table");
     QVERIFY(!f.worker.dbLoadPeople());
     QCOMPARE(f.log.take(),
              lines({loadPeople,
@@ -311,8 +310,7 @@ void tst_PeopleReads::dbCheckPerson_counts()
     QFETCH(int, count);
     QFETCH(bool, exists);
     WorkerFixture f;
-    f.script.on(QStringLiteral("SELECT COUNT(*) FROM people"))
-        .withRows({QStringLiteral("COUNT(*)")}, {{count}});
+    f.answer("SELECT COUNT(*) FROM people", count);
     QCOMPARE(f.worker.dbCheckPerson(record()), exists);
 }
 
@@ -326,8 +324,7 @@ void tst_PeopleReads::dbCheckPerson_noRow()
 void tst_PeopleReads::dbCheckPerson_failure()
 {
     WorkerFixture f;
-    f.script.on(QStringLiteral("SELECT COUNT(*) FROM people"))
-        .withError(QStringLiteral("2006"), QStringLiteral("gone away"));
+    f.fail("SELECT COUNT(*) FROM people", "2006", "gone away");
     QCOMPARE(f.worker.dbCheckPerson(record()), false);
     QCOMPARE(f.log.takeMessages(),
              lines({"critical THRWorker::dbCheckPerson() - SQL ERROR [2006]: "
@@ -338,8 +335,7 @@ void tst_PeopleReads::dbGetUidByPid_levels()
 {
     QFETCH(int, level);
     WorkerFixture f;
-    f.script.on(QStringLiteral("SELECT uid FROM people"))
-        .withRows({QStringLiteral("uid")}, {{4294967295u}});
+    f.answer("SELECT uid FROM people", 4294967295u);
     f.worker.setLogLevel(static_cast<quint8>(level));
     QCOMPARE(f.worker.dbGetUidByPid(4294967294u), 4294967295u);
     QCOMPARE(f.log.take(),
@@ -358,8 +354,7 @@ void tst_PeopleReads::dbGetUidByPid_noRow()
 void tst_PeopleReads::dbGetUidByPid_failure()
 {
     WorkerFixture f;
-    f.script.on(QStringLiteral("SELECT uid FROM people"))
-        .withError(QStringLiteral("2006"), QStringLiteral("gone away"));
+    f.fail("SELECT uid FROM people", "2006", "gone away");
     QCOMPARE(f.worker.dbGetUidByPid(12341), 0u);
     QCOMPARE(f.log.takeMessages(),
              lines({"critical THRWorker::dbGetUidByPid() - SQL ERROR [2006]: "

@@ -9,22 +9,6 @@
 
 namespace {
 
-QString seconds(const QDate &day)
-{
-    return QString::number(localSeconds(day));
-}
-
-QDate today()
-{
-    return localDay(std::time(nullptr));
-}
-
-QDate firstOfPreviousMonth()
-{
-    const QDate day = today();
-    return day.month() == 1 ? QDate(day.year() - 1, 12, 1) : QDate(day.year(), day.month() - 1, 1);
-}
-
 /// The statement that adds record(), with these values of end, interval and branch.
 QString adding(const QString &end, const QString &interval, const QString &typeToBranch)
 {
@@ -133,15 +117,8 @@ public:
         if (uid == 0)
             return;
         script.on(QStringLiteral("INSERT INTO people (")).withInsertId(uid).withAffected(1);
-        script.on(QStringLiteral("SELECT uid FROM people WHERE pid="))
-            .withRows({QStringLiteral("uid")}, {{uid}});
+        answer("SELECT uid FROM people WHERE pid=", uid);
         script.on(QStringLiteral("INSERT INTO people_pam ")).withAffected(1);
-    }
-
-    QStringList sync(const EmployeeRecord &given)
-    {
-        worker.doSyncRecord(given);
-        return log.take();
     }
 };
 
@@ -152,20 +129,9 @@ class KnownPerson : public WorkerFixture
 public:
     explicit KnownPerson(const EmployeeRecord &row)
     {
-        peer.dbPeople.insert(row.pid(), row);
+        known(row);
         script.on(QStringLiteral("UPDATE people SET pamId")).withAffected(1);
-        script.on(QStringLiteral("SELECT uid FROM people WHERE pid="))
-            .withRows({QStringLiteral("uid")}, {{41}});
-    }
-
-    /// The export file has stated this of the person before.
-    void stated(const EmployeeRecord &last) { peer.lastRecords.insert(last.pid(), last); }
-
-    /// The statements that a record of the person brings about.
-    QStringList sync(const EmployeeRecord &given)
-    {
-        worker.doSyncRecord(given);
-        return log.take();
+        answer("SELECT uid FROM people WHERE pid=", 41);
     }
 };
 
@@ -625,7 +591,7 @@ void tst_Record::recalculation_ofChangedAssignment()
     QFETCH(QString, assignment);
     QFETCH(bool, reopened);
     KnownPerson f(record().pid(given.osobniCislo, 1).branch(7).calendar(3));
-    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{51}});
+    f.answer("SELECT uid", 51);
     QStringList events = f.sync(given);
     // The first record of a person always updates.
     QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
@@ -646,7 +612,7 @@ void tst_Record::recalculation_comesAfterTheUpdate()
 {
     const RecordBuilder person = record().pid(5002, 1);
     KnownPerson f(person);
-    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{52}});
+    f.answer("SELECT uid", 52);
     f.worker.setLogLevel(2);
     QCOMPARE(
         f.sync(RecordBuilder(person).calendar(3)),
@@ -698,7 +664,7 @@ void tst_Record::recalculation_notRepeatedForASecondLine()
 {
     const RecordBuilder person = record().pid(5004, 1);
     KnownPerson f(person);
-    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{54}});
+    f.answer("SELECT uid", 54);
     const RecordBuilder given = RecordBuilder(person).branch(7).calendar(3, QDate(2020, 1, 1));
     QVERIFY(f.sync(given).contains(reopening(54).first()));
     // The file has another balance in its second line, and the pass is forced.
@@ -713,7 +679,7 @@ void tst_Record::recalculation_notRepeatedForASecondLine()
 void tst_Record::recalculation_rowTakesTheAssignmentOnly()
 {
     KnownPerson f(record().pid(5005, 1).phone(QStringLiteral("111")));
-    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{55}});
+    f.answer("SELECT uid", 55);
     f.sync(record()
                .pid(5005, 1)
                .phone(QStringLiteral("222"))
@@ -735,9 +701,8 @@ void tst_Record::recalculation_rowTakesTheAssignmentOnly()
 void tst_Record::recalculation_alsoWhenTheUpdateFails()
 {
     KnownPerson f(record().pid(5006, 1));
-    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{56}});
-    f.script.on(QStringLiteral("UPDATE people SET pamId"))
-        .withError(QStringLiteral("1064"), QStringLiteral("syntax"));
+    f.answer("SELECT uid", 56);
+    f.fail("UPDATE people SET pamId", "1064", "syntax");
     QStringList events = f.sync(record().pid(5006, 1).calendar(3));
     QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
     QCOMPARE(events,
@@ -750,7 +715,7 @@ void tst_Record::recalculation_alsoInTestMode()
 {
     KnownPerson f(record().pid(5007, 1));
     f.worker.setTestMode(true);
-    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{57}});
+    f.answer("SELECT uid", 57);
     QCOMPARE(f.sync(record().pid(5007, 1).calendar(3)),
              QStringList {askingUid(50071)} + reopening(57));
     QVERIFY(f.peer.lastRecords.contains(50071));
@@ -777,7 +742,7 @@ void tst_Record::recalculation_needsNoChangeOfTheRow()
     // Nothing for the row to take: branch and calendar are the same, the file differs elsewhere.
     const RecordBuilder person = record().pid(5009, 1).calendar(3, QDate(2020, 1, 1));
     KnownPerson f(record().pid(5009, 1).calendar(3));
-    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{59}});
+    f.answer("SELECT uid", 59);
     f.stated(person);
     QCOMPARE(f.sync(person), QStringList());
     QCOMPARE(f.sync(RecordBuilder(person).balance(1)),
@@ -789,7 +754,7 @@ void tst_Record::calendarDateAloneReopensAttendance()
     const RecordBuilder person = record().pid(5010, 1).branch(7);
     const RecordBuilder given = RecordBuilder(person).calendar(3, QDate(2020, 1, 1));
     KnownPerson f(RecordBuilder(person).calendar(3));
-    f.script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{60}});
+    f.answer("SELECT uid", 60);
     f.stated(given);
     f.peer.forceSync = true;
     const QStringList noBranch {branchMissing(

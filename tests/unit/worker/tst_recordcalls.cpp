@@ -7,20 +7,7 @@
 #include <QRegularExpression>
 #include <QtTest>
 
-#include <ctime>
-
 namespace {
-
-QString seconds(const QDate &day)
-{
-    return QString::number(localSeconds(day));
-}
-
-QDate firstOfPreviousMonth()
-{
-    const QDate day = localDay(std::time(nullptr));
-    return day.month() == 1 ? QDate(day.year() - 1, 12, 1) : QDate(day.year(), day.month() - 1, 1);
-}
 
 /// A person is added, and found on the list of the one PaM block.
 QStringList adding(uint number, uint type, uint calendarID = 0)
@@ -112,18 +99,10 @@ QString branchMissing(uint number, const char *assignment, const char *typeToSup
 class Worker : public WorkerFixture
 {
 public:
-    QStringList sync(const EmployeeRecord &given)
-    {
-        worker.doSyncRecord(given);
-        return log.take();
-    }
-
     void findSupervisor()
     {
-        script.on(QStringLiteral("SELECT aid FROM admins"))
-            .withRows({QStringLiteral("aid")}, {{6}});
-        script.on(QStringLiteral("SELECT uid FROM people WHERE pid = "))
-            .withRows({QStringLiteral("uid")}, {{41}});
+        answer("SELECT aid FROM admins", 6);
+        answer("SELECT uid FROM people WHERE pid = ", 41);
     }
 };
 
@@ -136,8 +115,7 @@ public:
     {
         listInPam(QString::number(pid));
         script.on(QStringLiteral("INSERT INTO people (")).withInsertId(41).withAffected(1);
-        script.on(QStringLiteral("SELECT uid FROM people WHERE pid="))
-            .withRows({QStringLiteral("uid")}, {{41}});
+        answer("SELECT uid FROM people WHERE pid=", 41);
         script.on(QStringLiteral("INSERT INTO people_pam ")).withAffected(1);
     }
 };
@@ -149,14 +127,10 @@ class KnownPerson : public Worker
 public:
     explicit KnownPerson(const EmployeeRecord &row)
     {
-        peer.dbPeople.insert(row.pid(), row);
+        known(row);
         script.on(QStringLiteral("UPDATE people SET pamId")).withAffected(1);
-        script.on(QStringLiteral("SELECT uid FROM people WHERE pid="))
-            .withRows({QStringLiteral("uid")}, {{41}});
+        answer("SELECT uid FROM people WHERE pid=", 41);
     }
-
-    /// The export file has stated this of the person before.
-    void stated(const EmployeeRecord &last) { peer.lastRecords.insert(last.pid(), last); }
 };
 
 } // namespace
@@ -543,8 +517,7 @@ void tst_RecordCalls::knownPerson_supervisorAlsoWhenTheUpdateFails()
 {
     KnownPerson f(record());
     f.stated(record());
-    f.script.on(QStringLiteral("UPDATE people SET pamId"))
-        .withError(QStringLiteral("1064"), QStringLiteral("syntax"));
+    f.fail("UPDATE people SET pamId", "1064", "syntax");
     QStringList events = f.sync(record().phone(QStringLiteral("111")).supervisor(5));
     QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
     QCOMPARE(events,

@@ -154,8 +154,7 @@ public:
     {
         peer.fundId = 7;
         // Before the moves of today: their statement holds this one.
-        script.on(QStringLiteral("SELECT uid FROM people"))
-            .withRows({QStringLiteral("uid")}, {{41}});
+        answer("SELECT uid FROM people", 41);
         movesOfToday(0);
         attendance(0);
         script.on(QStringLiteral("INSERT INTO funds_move")).withAffected(1);
@@ -164,18 +163,11 @@ public:
     explicit Fund(const EmployeeRecord &both) :
         Fund()
     {
-        row(both);
+        known(both);
         stated(both);
     }
 
-    void row(const EmployeeRecord &person) { peer.dbPeople.insert(person.pid(), person); }
-    void stated(const EmployeeRecord &last) { peer.lastRecords.insert(last.pid(), last); }
-
-    void movesOfToday(int count)
-    {
-        script.on(QStringLiteral("SELECT COUNT(*) FROM funds_move"))
-            .withRows({QStringLiteral("COUNT(*)")}, {{count}});
-    }
+    void movesOfToday(int count) { answer("SELECT COUNT(*) FROM funds_move", count); }
     /// So many days of the person wait for their calculation.
     void attendance(int uncalculated)
     {
@@ -191,22 +183,13 @@ public:
     }
     void fundHolds(int before, int corrections = 0)
     {
-        script.on(QStringLiteral("WHERE fm.day <"))
-            .withRows({QStringLiteral("SUM(fm.value)")}, {{double(before)}});
-        script.on(QStringLiteral("WHERE fm.type=3"))
-            .withRows({QStringLiteral("SUM(fm.value)")}, {{double(corrections)}});
+        answer("WHERE fm.day <", double(before));
+        answer("WHERE fm.type=3", double(corrections));
     }
     void fails(const char *text, int times = -1)
     {
         script.on(QString::fromUtf8(text), times)
             .withError(QStringLiteral("1146"), QStringLiteral("no table"));
-    }
-
-    /// What a record brings about.
-    QStringList sync(const EmployeeRecord &given)
-    {
-        worker.doSyncRecord(given);
-        return log.take();
     }
 
     MachineClock clock;
@@ -290,10 +273,10 @@ private Q_SLOTS:
 void tst_RecordFund::fundIsLookedFor_oncePerPassBeforeTheFirstRecord()
 {
     Fund f;
-    f.script.on(QStringLiteral("FROM funds WHERE")).withRows({QStringLiteral("fid")}, {{7}});
+    f.answer("FROM funds WHERE", 7);
     f.peer.fundId = 0;
     for (const uint number : {6001u, 6002u}) {
-        f.row(employee(number));
+        f.known(employee(number));
         f.stated(employee(number));
         f.peer.importedRecords.append(employee(number));
     }
@@ -327,7 +310,7 @@ void tst_RecordFund::fundWithId65536_isNone()
 {
     Fund f(employee(6011));
     f.peer.fundId = 0;
-    f.script.on(QStringLiteral("FROM funds WHERE")).withRows({QStringLiteral("fid")}, {{65536}});
+    f.answer("FROM funds WHERE", 65536);
     f.peer.importedRecords.append(employee(6011).balance(12.5));
     f.worker.doSync();
     QCOMPARE(f.log.take(),
@@ -340,7 +323,7 @@ void tst_RecordFund::fundWithId65543_isTheFund7()
 {
     Fund f(employee(6012));
     f.peer.fundId = 0;
-    f.script.on(QStringLiteral("FROM funds WHERE")).withRows({QStringLiteral("fid")}, {{65543}});
+    f.answer("FROM funds WHERE", 65543);
     f.peer.importedRecords.append(employee(6012).balance(12.5));
     f.worker.doSync();
     QCOMPARE(f.log.take(),
@@ -466,7 +449,7 @@ void tst_RecordFund::fundStep_runsWhen()
 void tst_RecordFund::fundStep_ofTheFirstRecord()
 {
     Fund f;
-    f.row(employee(6041));
+    f.known(employee(6041));
     QStringList events = f.sync(employee(6041).balance(12.5));
     QCOMPARE(events.filter(QStringLiteral("UPDATE people SET pamId=6041.1, ")).size(), 1);
     events.removeAt(3);
@@ -692,7 +675,7 @@ void tst_RecordFund::failedChecks_areRemembered()
 void tst_RecordFund::failedChecks_ofOnePersonOnly()
 {
     Fund f(employee(6206));
-    f.row(employee(6207));
+    f.known(employee(6207));
     f.stated(employee(6207));
     f.movesOfToday(1);
     f.sync(employee(6206));
@@ -777,7 +760,7 @@ void tst_RecordFund::newPerson_getsTheBalanceAtTheNextPass()
     QVERIFY(events.filter(QStringLiteral("SUM(")).isEmpty());
     QCOMPARE(f.peer.fundRetry.value(62201), true);
 
-    f.row(employee(6220));
+    f.known(employee(6220));
     f.attendance(0);
     QCOMPARE(f.sync(given), correcting(62201, 1250));
 }
@@ -793,7 +776,7 @@ void tst_RecordFund::inactivePerson_isAddedWithoutTheBalance()
     QVERIFY(events.filter(QStringLiteral("SUM(")).isEmpty());
     // The checks have passed: nothing is made up for until balance or force asks.
     QCOMPARE(f.peer.fundRetry.value(62211, true), false);
-    f.row(employee(6221));
+    f.known(employee(6221));
     QCOMPARE(f.sync(given), checks(62211));
     f.peer.forceSync = true;
     QCOMPARE(f.sync(given), correcting(62211, 1250));
@@ -1004,7 +987,7 @@ void tst_RecordFund::recalculation_ofAnUnusableRow()
 {
     // Without a name it would not be recalculated for a new calendar.
     Fund f;
-    f.row(employee(6401).name(QString(), QString()));
+    f.known(employee(6401).name(QString(), QString()));
     f.stated(employee(6401));
     QStringList events = f.sync(employee(6401).calendar(3).balance(12.5));
     QVERIFY(events.takeAt(3).startsWith(QStringLiteral("sql exec UPDATE people SET pamId=")));
@@ -1015,8 +998,7 @@ void tst_RecordFund::recalculation_ofAnUnusableRow()
 void tst_RecordFund::recalculation_asksForTheUidAnew()
 {
     Fund f(employee(6402));
-    f.script.on(QStringLiteral("SELECT uid FROM people WHERE pid = 64021 LIMIT"))
-        .withRows({QStringLiteral("uid")}, {{42}});
+    f.answer("SELECT uid FROM people WHERE pid = 64021 LIMIT", 42);
     QCOMPARE(f.sync(employee(6402).balance(12.5)),
              checks(64021) + sums(64021) + QStringList {writing(1250)} + reopening(64021, 42));
 }

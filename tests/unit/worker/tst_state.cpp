@@ -61,6 +61,25 @@ void addIntervalColumns()
     QTest::addColumn<QDate>("end");
 }
 
+/// The interval of the row, for a person who comes into the state from another one.
+void compareInterval(ushort state, ushort earlierState, const char *text)
+{
+    QFETCH(QDate, oldBegin);
+    QFETCH(QDate, oldEnd);
+    QFETCH(QDate, begin);
+    QFETCH(QDate, end);
+    THRWorker worker;
+    worker.setMes({{knownState, QStringLiteral("MD")}});
+    // Neither the interval of the record itself nor the state of the old one plays a part.
+    EmployeeRecord employee = record().es(state).interval(QDate(1999, 1, 1), QDate(2199, 1, 1),
+                                                          QStringLiteral("left over"));
+    worker.applyStateValidity(
+        employee, record().es(earlierState).interval(oldBegin, oldEnd, QStringLiteral("earlier")));
+    QCOMPARE(employee.rsBegin, begin);
+    QCOMPARE(employee.rsEnd, end);
+    QCOMPARE(employee.rsText, str(text));
+}
+
 QString insertOf(qint64 begin, const QString &rsBegin, const QString &rsText)
 {
     return QStringLiteral(
@@ -215,22 +234,7 @@ void tst_State::applyStateValidity_knownState_data()
 
 void tst_State::applyStateValidity_knownState()
 {
-    QFETCH(QDate, oldBegin);
-    QFETCH(QDate, oldEnd);
-    QFETCH(QDate, begin);
-    QFETCH(QDate, end);
-    THRWorker worker;
-    worker.setMes({{knownState, QStringLiteral("MD")}});
-    // Neither the interval of the record itself nor the state of the old one plays a part.
-    EmployeeRecord employee = record()
-                                  .es(knownState)
-                                  .interval(QDate(1999, 1, 1), QDate(2199, 1, 1),
-                                            QStringLiteral("left over"));
-    worker.applyStateValidity(
-        employee, record().es(unknownState).interval(oldBegin, oldEnd, QStringLiteral("earlier")));
-    QCOMPARE(employee.rsBegin, begin);
-    QCOMPARE(employee.rsEnd, end);
-    QCOMPARE(employee.rsText, QStringLiteral("MD"));
+    compareInterval(knownState, unknownState, "MD");
 }
 
 void tst_State::applyStateValidity_unknownState_data()
@@ -256,21 +260,7 @@ void tst_State::applyStateValidity_unknownState_data()
 
 void tst_State::applyStateValidity_unknownState()
 {
-    QFETCH(QDate, oldBegin);
-    QFETCH(QDate, oldEnd);
-    QFETCH(QDate, begin);
-    QFETCH(QDate, end);
-    THRWorker worker;
-    worker.setMes({{knownState, QStringLiteral("MD")}});
-    EmployeeRecord employee = record()
-                                  .es(unknownState)
-                                  .interval(QDate(1999, 1, 1), QDate(2199, 1, 1),
-                                            QStringLiteral("left over"));
-    worker.applyStateValidity(
-        employee, record().es(knownState).interval(oldBegin, oldEnd, QStringLiteral("earlier")));
-    QCOMPARE(employee.rsBegin, begin);
-    QCOMPARE(employee.rsEnd, end);
-    QCOMPARE(employee.rsText, QStringLiteral("earlier"));
+    compareInterval(unknownState, knownState, "earlier");
 }
 
 void tst_State::applyStateValidity_emptyTextIsKnown()

@@ -62,8 +62,8 @@ class Supervisor : public WorkerFixture
 public:
     Supervisor()
     {
-        script.on(QStringLiteral("SELECT aid")).withRows({QStringLiteral("aid")}, {{9}});
-        script.on(QStringLiteral("SELECT uid")).withRows({QStringLiteral("uid")}, {{42}});
+        answer("SELECT aid", 9);
+        answer("SELECT uid", 42);
         script.on(QStringLiteral("UPDATE admins_people")).withAffected(1);
         script.on(QStringLiteral("INSERT INTO admins_people")).withAffected(1);
     }

@@ -52,7 +52,7 @@ private Q_SLOTS:
     void addTermSyncPerson_onNoTerminalCallsTheRoutine();
     void addTermSyncPerson_failedQueueEndsIt_data();
     void addTermSyncPerson_failedQueueEndsIt();
-    void addTermSyncPerson_failedRoutine_data();
+    void addTermSyncPerson_failedRoutine_data() { addTermSyncPerson_failedQueueEndsIt_data(); }
     void addTermSyncPerson_failedRoutine();
     void addTermSyncPerson_onlyTheLastErrorCounts();
     void addTermSyncPerson_asksForTheUidEachTime();
@@ -174,11 +174,6 @@ void tst_Terminal::addTermSyncPerson_failedQueueEndsIt()
     QCOMPARE(f.send(),
              lines({askingUid, queueing,
                     "critical THRWorker::addTermSyncPerson() ERROR: lock wait (scripted)"}));
-}
-
-void tst_Terminal::addTermSyncPerson_failedRoutine_data()
-{
-    addTermSyncPerson_failedQueueEndsIt_data();
 }
 
 void tst_Terminal::addTermSyncPerson_failedRoutine()

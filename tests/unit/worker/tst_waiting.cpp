@@ -18,11 +18,6 @@ const char askingUid[] = "sql exec SELECT uid FROM people WHERE pid = 12341 LIMI
 const char askingMember[] = "sql exec SELECT COUNT(*) FROM brape WHERE bid = 70 AND "
                             "uid = (SELECT uid FROM people WHERE pid = 12341 LIMIT 1);";
 
-QDate today()
-{
-    return localDay(std::time(nullptr));
-}
-
 RecordBuilder employee()
 {
     return record().branch(7);
@@ -37,24 +32,16 @@ public:
     explicit Waiting(const EmployeeRecord &row = employee())
     {
         init();
-        peer.dbPeople.insert(row.pid(), row);
+        known(row);
         stated(row);
     }
 
-    void stated(const EmployeeRecord &last) { peer.lastRecords.insert(last.pid(), last); }
     /// The last file said something else of the employee, in a field that the row does not hold.
     void statedOther() { stated(employee().balance(9)); }
     void branchAppears() { peer.branches.insert(7, 70); }
-    void member()
-    {
-        script.on(QStringLiteral("SELECT COUNT(*) FROM brape"))
-            .withRows({QStringLiteral("COUNT(*)")}, {{1}});
-    }
-    QStringList sync(const EmployeeRecord &given = employee())
-    {
-        worker.doSyncRecord(given);
-        return log.take();
-    }
+    void member() { answer("SELECT COUNT(*) FROM brape", 1); }
+    using WorkerFixture::sync;
+    QStringList sync() { return sync(employee()); }
     /// These records wait, and no others.
     bool waits(const QVector<EmployeeRecord> &records) const
     {
@@ -75,7 +62,7 @@ class tst_Waiting : public QObject
 private Q_SLOTS:
     void assignment_runsWhen_data();
     void assignment_runsWhen();
-    void assignment_runsForNoBranchNumber_data();
+    void assignment_runsForNoBranchNumber_data() { assignment_runsWhen_data(); }
     void assignment_runsForNoBranchNumber();
     void assignment_runsOnlyForCurrent_data();
     void assignment_runsOnlyForCurrent();
@@ -135,11 +122,6 @@ void tst_Waiting::assignment_runsWhen()
     QCOMPARE(f.sync(), runs ? lines({askingUid, askingMember}) : QStringList());
     QCOMPARE(f.peer.branchPeople.value(70), runs ? lines({"0"}) : QStringList());
     QVERIFY(f.waits({}));
-}
-
-void tst_Waiting::assignment_runsForNoBranchNumber_data()
-{
-    assignment_runsWhen_data();
 }
 
 void tst_Waiting::assignment_runsForNoBranchNumber()
@@ -206,8 +188,7 @@ void tst_Waiting::assignment_runsThoughTheAddFailed()
     WorkerFixture f;
     f.init();
     f.peer.branches.insert(7, 70);
-    f.script.on(QStringLiteral("INSERT INTO people "))
-        .withError(QStringLiteral("1064"), QStringLiteral("syntax"));
+    f.fail("INSERT INTO people ", "1064", "syntax");
     f.worker.doSyncRecord(employee());
     QStringList events = f.log.take();
     QVERIFY(events.takeFirst().startsWith(QStringLiteral("sql exec INSERT INTO people ")));

@@ -247,7 +247,7 @@ void tst_Worker::setOrvDb_updatesTheBranches()
     f.peer.db.open();
     f.log.take();
     f.script.on(QStringLiteral("INSERT INTO brape")).withAffected(1);
-    f.script.on(QStringLiteral("SELECT tid FROM term")).withRows({QStringLiteral("tid")}, {{3}});
+    f.answer("SELECT tid FROM term", 3);
     // Also the terminal queue of the repository is on the connection that is open.
     QVERIFY(f.peer.branchesRepo->addPeopleToBranch(70, QStringLiteral("5")));
     QCOMPARE(f.log.take(),
@@ -473,8 +473,7 @@ void tst_Worker::dbCheckOpen_failure()
     WorkerFixture f;
     f.peer.db.close();
     f.log.take();
-    f.script.on(QStringLiteral("open"))
-        .withError(QStringLiteral("2002"), QStringLiteral("no server"));
+    f.fail("open", "2002", "no server");
     QVERIFY(!f.worker.dbCheckOpen());
     QCOMPARE(
         f.log.take(),
@@ -710,8 +709,7 @@ void tst_Worker::checkSync_peopleNotLoaded()
     f.worker.setLogLevel(1);
     f.peer.tickCount = 1;
     force(f.script);
-    f.script.on(QStringLiteral("FROM people p"))
-        .withError(QStringLiteral("1146"), QStringLiteral("no such table"));
+    f.fail("FROM people p", "1146", "no such table");
     f.writeExport({record().line()});
     f.tick();
     QCOMPARE(f.log.take(),
@@ -731,15 +729,13 @@ void tst_Worker::checkSync_levelZeroPrintsNothing()
     WorkerFixture f;
     f.init();
     // All that is written succeeds: a failure is told of at every level.
-    f.script.on(QStringLiteral("SELECT fid FROM funds")).withRows({QStringLiteral("fid")}, {{2}});
+    f.answer("SELECT fid FROM funds", 2);
     f.script.on(QStringLiteral("INSERT INTO people ")).withInsertId(41).withAffected(1);
     f.listInPam(QString());
-    f.script.on(QStringLiteral("SELECT uid FROM people WHERE pid="))
-        .withRows({QStringLiteral("uid")}, {{41}});
+    f.answer("SELECT uid FROM people WHERE pid=", 41);
     f.script.on(QStringLiteral("INSERT INTO people_pam ")).withAffected(1);
-    f.script.on(QStringLiteral("SELECT aid FROM admins")).withRows({QStringLiteral("aid")}, {{6}});
-    f.script.on(QStringLiteral("SELECT uid FROM people WHERE pid = "))
-        .withRows({QStringLiteral("uid")}, {{41}});
+    f.answer("SELECT aid FROM admins", 6);
+    f.answer("SELECT uid FROM people WHERE pid = ", 41);
     f.writeExport({exportHeader(), record().supervisor(5).line(), QStringLiteral("bad line")});
     f.tick();
     const QStringList events = f.log.take();
@@ -755,8 +751,7 @@ void tst_Worker::checkSync_failedClearIsNotLookedAt()
     f.init();
     f.peer.tickCount = 1;
     force(f.script);
-    f.script.on(QStringLiteral("prepare INSERT INTO vars"))
-        .withError(QStringLiteral("1142"), QStringLiteral("denied"));
+    f.fail("prepare INSERT INTO vars", "1142", "denied");
     f.tick();
     QCOMPARE(f.log.take(),
              lines({readForce, prepareForce, "critical variableSet ERROR: \"denied (scripted)\"",
