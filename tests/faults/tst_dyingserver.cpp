@@ -1,13 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The built library at work while its server is killed and comes back.
-#include "plugin/serverinterface.h"
 #include "support/faults/faultround.h"
 #include "support/plugin/pluginenvironment.h"
+#include "support/plugin/pluginlibrary.h"
 #include "support/recordeddatabase.h"
+#include "support/textfile.h"
 
-#include <QFile>
-#include <QPluginLoader>
 #include <QSemaphore>
 #include <QtTest>
 
@@ -82,9 +81,6 @@ class tst_DyingServer : public FaultFixture
 {
     Q_OBJECT
 
-public:
-    tst_DyingServer();
-
 private Q_SLOTS:
     void cleanup();
     void serverKilled_data();
@@ -96,20 +92,14 @@ private:
     std::unique_ptr<EventLog> log;
     std::unique_ptr<PluginEnvironment> environment;
     std::unique_ptr<Ticks> ticks;
-    QPluginLoader loader;
+    PluginLibrary library;
 };
-
-tst_DyingServer::tst_DyingServer()
-{
-    loader.setFileName(QStringLiteral(TALVENHR_PLUGIN_FILE));
-    loader.setLoadHints({}); // otherwise the library stays in memory when it is unloaded
-}
 
 void tst_DyingServer::cleanup()
 {
     if (ticks)
         ticks->letGo();
-    loader.unload(); // deletes the object as well, at the end of a tick
+    library.unload(); // deletes the object as well, at the end of a tick
     ticks.reset();
     QSqlDatabase::removeDatabase(QStringLiteral("OQS.attendance.TalvenHR"));
     environment.reset();
@@ -122,23 +112,15 @@ void tst_DyingServer::start(const ServerCompany &company)
 {
     environment = std::make_unique<PluginEnvironment>();
     const QString path = environment->filePath(QStringLiteral("ron.data"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    const QStringList lines = company.exportLines();
-    for (const QString &line : lines)
-        file.write(line.toUtf8() + '\n');
-    file.close();
+    writeLines(path, company.exportLines());
     environment->writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
                            QStringLiteral("syncInterval=1"), QStringLiteral("deleteFile=false"),
                            QStringLiteral("importFile=") + path, QStringLiteral("[MES]"),
                            QStringLiteral("5=maternity")});
-    QVERIFY2(loader.load(), qPrintable(loader.errorString()));
-    auto *const server = qobject_cast<ServerInterface *>(loader.instance());
-    QVERIFY(server);
-    server->setLogLevel(0);
-    server->setDatabase(recordedHandle(database->handle()));
+    library.load();
+    library.object();
     log->clear(); // the keys of the settings
-    QVERIFY(server->start());
+    library.start(0, recordedHandle(database->handle()));
 }
 
 void tst_DyingServer::serverKilled_data()

@@ -106,8 +106,7 @@ void tst_Destruction::destructor_waitsForTheRunningPass()
     PluginFixture f;
     f.createRunning(1);
     Gate gate(f.script, QStringLiteral("SELECT value FROM vars"));
-    QVERIFY(QMetaObject::invokeMethod(f.peer().worker, "checkSync", Qt::QueuedConnection));
-    QVERIFY(gate.waitUntilReached());
+    f.tickUntil(gate);
     // The settings go first: by then the destructor runs, and only then the pass can go on.
     connect(f.peer().settings, &QObject::destroyed, this, [&gate] {
         EventLog::record(QStringLiteral("debug the destructor has begun"));

@@ -5,9 +5,9 @@
 #include "repository/groupsplanrepo.h"
 #include "support/plugin/pluginfixture.h"
 #include "support/recordbuilder.h"
+#include "support/textfile.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSemaphore>
@@ -60,11 +60,9 @@ const char addingToBranch[]
 /// 99111.
 void offerPerson(PluginFixture &f)
 {
-    QFile file(f.environment.filePath(QStringLiteral("ron.data")));
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(file.fileName()));
-    file.write(record().pid(9911, 1).branch(7).line().toUtf8() + '\n');
-    f.worker().importFile = file.fileName();
+    const QString path = f.environment.filePath(QStringLiteral("ron.data"));
+    writeLines(path, {record().pid(9911, 1).branch(7).line()});
+    f.worker().importFile = path;
     const auto answer = [&f](const char *question, const QVariantList &row) {
         f.script.on(QString::fromLatin1(question))
             .withRows({QStringLiteral("a"), QStringLiteral("b")}, {row});
@@ -571,8 +569,7 @@ void tst_Lifecycle::stop_letsARunningPassEnd()
     PluginFixture f;
     f.createRunning(1);
     Gate gate(f.script, QStringLiteral("SELECT value FROM vars"));
-    QVERIFY(QMetaObject::invokeMethod(f.peer().worker, "checkSync", Qt::QueuedConnection));
-    QVERIFY(gate.waitUntilReached());
+    f.tickUntil(gate);
     f.plugin->stop(); // does not wait
     EventLog::record(QStringLiteral("debug stop() has returned"));
     gate.open();
@@ -679,8 +676,7 @@ void tst_Lifecycle::resume_membershipsArePropagatedBesideThePass()
     f.log.clear();
     // The pass is about to close its connection when this thread comes to its events.
     Gate gate(f.script, QStringLiteral("close"));
-    QVERIFY(QMetaObject::invokeMethod(f.peer().worker, "checkSync", Qt::QueuedConnection));
-    QVERIFY(gate.waitUntilReached());
+    f.tickUntil(gate);
     QCOMPARE(fromTheMembership(f.log.take()),
              lines({addingToBranch, "debug THRWorker: END synchronization #1 (waiting records: 0)",
                     "sql close"}));
@@ -743,8 +739,7 @@ void tst_Lifecycle::resume_tickDuringAPassComesAfterIt()
     PluginFixture f;
     f.createRunning(0);
     Gate gate(f.script, QStringLiteral("SELECT value FROM vars"));
-    QVERIFY(QMetaObject::invokeMethod(f.peer().worker, "checkSync", Qt::QueuedConnection));
-    QVERIFY(gate.waitUntilReached());
+    f.tickUntil(gate);
     f.restart([&f] { f.plugin->resume(); }); // does not wait
     f.worker().timer->setInterval(0);
     QSignalSpy ticks(f.worker().timer, &QTimer::timeout);

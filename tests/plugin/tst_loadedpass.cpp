@@ -1,17 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The built library at work, as a server runs it: real timer, real database, several lives.
-#include "plugin/serverinterface.h"
-#include "support/eventlog.h"
+#include "support/databasefixture.h"
+#include "support/localseconds.h"
 #include "support/plugin/pluginenvironment.h"
+#include "support/plugin/pluginlibrary.h"
 #include "support/recordbuilder.h"
-#include "support/testdatabase.h"
+#include "support/textfile.h"
 
 #include <QFile>
-#include <QPluginLoader>
 #include <QtTest>
 
-#include <ctime>
 #include <memory>
 
 namespace {
@@ -21,26 +20,13 @@ const int longestWait = 30000; // milliseconds
 const char peopleStatement[] = "SELECT pid, pamId, title, name, surname, title2, phone, type, "
                                "status, did, begin, end FROM people ORDER BY pid";
 
-/// Seconds since the epoch of a local midnight.
-long long midnight(int year, int month, int day)
-{
-    std::tm moment = {};
-    moment.tm_year = year - 1900;
-    moment.tm_mon = month - 1;
-    moment.tm_mday = day;
-    moment.tm_isdst = -1;
-    return std::mktime(&moment);
-}
-
 } // namespace
 
-class tst_LoadedPass : public QObject
+class tst_LoadedPass : public DatabaseFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void init();
     void cleanup();
     void pass_writesThePeopleOfTheExport();
@@ -54,31 +40,15 @@ private Q_SLOTS:
     void pass_inEveryLifeOfTheLibrary();
 
 private:
-    void load();
-    void start(quint8 logLevel) { start(logLevel, database->handle()); }
-    void start(quint8 logLevel, const QSqlDatabase &handle);
-    void writeExport(const QStringList &lines);
+    void start(quint8 logLevel) { library.start(logLevel, database->handle()); }
+    void writeExport(const QStringList &lines) { writeLines(exportPath(), lines); }
+    QString exportPath() const { return environment->filePath(QStringLiteral("ron.data")); }
     QStringList passes(const QStringList &events) const;
 
-    std::unique_ptr<TestDatabase> database;
     std::unique_ptr<EventLog> log;
     std::unique_ptr<PluginEnvironment> environment;
-    QPluginLoader loader;
+    PluginLibrary library;
 };
-
-void tst_LoadedPass::initTestCase()
-{
-    loader.setFileName(QStringLiteral(TALVENHR_PLUGIN_FILE));
-    loader.setLoadHints({}); // otherwise the library stays in memory when it is unloaded
-    database = std::make_unique<TestDatabase>();
-    QVERIFY2(database->error().isEmpty(), qPrintable(database->error()));
-}
-
-void tst_LoadedPass::cleanupTestCase()
-{
-    QSqlDatabase::removeDatabase(QStringLiteral("OQS.attendance.TalvenHR"));
-    database.reset();
-}
 
 void tst_LoadedPass::init()
 {
@@ -86,42 +56,18 @@ void tst_LoadedPass::init()
     database->execute(QStringLiteral("INSERT INTO vars VALUES ('exportPam.1.active', '1')"));
     log = std::make_unique<EventLog>();
     environment = std::make_unique<PluginEnvironment>();
-    environment->writeIni(
-        {QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
-         QStringLiteral("departmentId=4"),
-         QStringLiteral("importFile=") + environment->filePath(QStringLiteral("ron.data"))});
-    load();
+    environment->writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
+                           QStringLiteral("departmentId=4"),
+                           QStringLiteral("importFile=") + exportPath()});
+    library.load();
 }
 
 void tst_LoadedPass::cleanup()
 {
-    loader.unload(); // deletes the object as well
+    library.unload(); // deletes the object as well
     QSqlDatabase::removeDatabase(QStringLiteral("OQS.attendance.TalvenHR"));
     environment.reset();
     log.reset();
-}
-
-void tst_LoadedPass::load()
-{
-    QVERIFY2(loader.load(), qPrintable(loader.errorString()));
-}
-
-/// The steps of a server, in its order.
-void tst_LoadedPass::start(quint8 logLevel, const QSqlDatabase &handle)
-{
-    auto *const server = qobject_cast<ServerInterface *>(loader.instance());
-    QVERIFY(server);
-    server->setLogLevel(logLevel);
-    server->setDatabase(handle);
-    QVERIFY(server->start());
-}
-
-void tst_LoadedPass::writeExport(const QStringList &lines)
-{
-    QFile file(environment->filePath(QStringLiteral("ron.data")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    for (const QString &line : lines)
-        file.write(line.toUtf8() + '\n');
 }
 
 QStringList tst_LoadedPass::passes(const QStringList &events) const
@@ -146,18 +92,19 @@ void tst_LoadedPass::pass_writesThePeopleOfTheExport()
                      .line()});
     start(1);
     QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")), longestWait);
-    delete loader.instance();
+    delete library.object();
 
     const QStringList events = log->take();
     QCOMPARE(passes(events).mid(0, 2),
              lines({"debug THRWorker: BEGIN synchronization #1 (force: NO)",
                     "debug THRWorker: END synchronization #1 (waiting records: 0)"}));
     QCOMPARE(events.filter(QStringLiteral("critical ")), QStringList());
-    QCOMPARE(database->rows(QString::fromLatin1(peopleStatement)),
-             (QStringList {
-                 QStringLiteral("772|77.2||Žofia|Ťažká|||4|1|4|%1|NULL").arg(midnight(2020, 7, 1)),
-                 QStringLiteral("12341|1234.1|Ing.|Ján|Novák|PhD.|0905 123|1|1|4|%1|NULL")
-                     .arg(midnight(2015, 3, 1))}));
+    QCOMPARE(
+        database->rows(QString::fromLatin1(peopleStatement)),
+        (QStringList {
+            QStringLiteral("772|77.2||Žofia|Ťažká|||4|1|4|%1|NULL").arg(seconds(QDate(2020, 7, 1))),
+            QStringLiteral("12341|1234.1|Ing.|Ján|Novák|PhD.|0905 123|1|1|4|%1|NULL")
+                .arg(seconds(QDate(2015, 3, 1)))}));
     // In file order, and each by his type of employment.
     QCOMPARE(database->rows(QStringLiteral("SELECT value FROM vars "
                                            "WHERE name='exportPam.1.selPeople'")),
@@ -166,7 +113,7 @@ void tst_LoadedPass::pass_writesThePeopleOfTheExport()
                                            "ORDER BY pid")),
              lines({"772|2", "12341|1"}));
     // Read, then removed.
-    QVERIFY(!QFile::exists(environment->filePath(QStringLiteral("ron.data"))));
+    QVERIFY(!QFile::exists(exportPath()));
 }
 
 void tst_LoadedPass::pass_carriesPeopleToTheirBranch()
@@ -182,7 +129,7 @@ void tst_LoadedPass::pass_carriesPeopleToTheirBranch()
         {exportHeader(), record().pid(8801, 1).branch(7).calendar(3, QDate(2023, 10, 2)).line()});
     start(1);
     QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")), longestWait);
-    delete loader.instance();
+    delete library.object();
 
     const QStringList events = log->take();
     QCOMPARE(events.filter(QStringLiteral("critical ")), QStringList());
@@ -205,18 +152,14 @@ void tst_LoadedPass::pass_carriesPeopleToTheirBranch()
 void tst_LoadedPass::pass_runsTheExportCommandFirst()
 {
     const QString prepared = environment->filePath(QStringLiteral("prepared"));
-    QFile file(prepared);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(record().pid(5, 1).line().toUtf8() + '\n');
-    file.close();
-    const QString path = environment->filePath(QStringLiteral("ron.data"));
+    writeLines(prepared, {record().pid(5, 1).line()});
     environment->writeIni({QStringLiteral("enabled=true"), QStringLiteral("timerInterval=1"),
-                           QStringLiteral("importFile=") + path,
-                           QStringLiteral("syncCommand=\"cp %1 %2\"").arg(prepared, path),
+                           QStringLiteral("importFile=") + exportPath(),
+                           QStringLiteral("syncCommand=\"cp %1 %2\"").arg(prepared, exportPath()),
                            QStringLiteral("syncCommandRun=2")});
     start(1);
     QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")), longestWait);
-    delete loader.instance();
+    delete library.object();
     QCOMPARE(log->take().filter(QStringLiteral("runCommand")), QStringList());
     QCOMPARE(database->rows(QStringLiteral("SELECT pid FROM people")), lines({"51"}));
 }
@@ -226,7 +169,7 @@ void tst_LoadedPass::pass_messagesCarryNeitherCategoryNorPlace()
     writeExport({exportHeader(), record().line(), QStringLiteral("not a record")});
     start(3);
     QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")), longestWait);
-    delete loader.instance();
+    delete library.object();
     const QStringList events = log->take();
     // Of all levels and of every part.
     QVERIFY(!events.filter(QStringLiteral("debug TalvenHR::")).isEmpty());
@@ -248,7 +191,7 @@ void tst_LoadedPass::pass_forcedFromOutside()
     QTRY_COMPARE_WITH_TIMEOUT(database->value(QStringLiteral(
                                   "SELECT value FROM vars WHERE name = 'OQS.THRWorker.forceSync'")),
                               QStringLiteral("0"), longestWait);
-    delete loader.instance();
+    delete library.object();
     QCOMPARE(passes(log->take()),
              lines({"debug THRWorker: BEGIN synchronization #1 (force: NO)",
                     "debug THRWorker: END synchronization #1 (waiting records: 0)",
@@ -263,7 +206,7 @@ void tst_LoadedPass::pass_inTestModeWritesNothing()
     writeExport({record().line()});
     start(1);
     QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")), longestWait);
-    delete loader.instance();
+    delete library.object();
     QCOMPARE(log->take().filter(QStringLiteral("warning ")),
              lines({"warning THRWorker::dbAddPerson(1234.1) - Testing mode is active, "
                     "person not really add!",
@@ -280,7 +223,7 @@ void tst_LoadedPass::pass_databaseThatIsAway()
     writeExport({record().line()});
     QSqlDatabase handle = database->handle();
     handle.setConnectOptions(QStringLiteral("UNIX_SOCKET=/nowhere/socket"));
-    start(1, handle);
+    library.start(1, handle);
     QTRY_VERIFY_WITH_TIMEOUT(
         log->contains(QStringLiteral("warning THRWorker::checkSync() - database not open!")),
         longestWait);
@@ -288,8 +231,8 @@ void tst_LoadedPass::pass_databaseThatIsAway()
     QVERIFY(!log->contains(QStringLiteral("BEGIN synchronization")));
     // The next tick tries again.
     QTRY_VERIFY_WITH_TIMEOUT(log->count(QStringLiteral("database not open!")) > 1, longestWait);
-    delete loader.instance();
-    QVERIFY(QFile::exists(environment->filePath(QStringLiteral("ron.data"))));
+    delete library.object();
+    QVERIFY(QFile::exists(exportPath()));
     log->clear();
 }
 
@@ -300,7 +243,7 @@ void tst_LoadedPass::pass_inEveryLifeOfTheObject()
         start(1);
         QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")),
                                  longestWait);
-        delete loader.instance();
+        delete library.object();
         const QStringList events = log->take();
         QCOMPARE(events.filter(QStringLiteral("critical ")), QStringList());
         QCOMPARE(events.filter(QStringLiteral("warning QSql")), QStringList());
@@ -313,11 +256,11 @@ void tst_LoadedPass::pass_inEveryLifeOfTheLibrary()
 {
     for (uint life = 1; life <= 3; ++life) {
         writeExport({record().pid(life, 1).line()});
-        load();
+        library.load();
         start(1);
         QTRY_VERIFY_WITH_TIMEOUT(log->contains(QStringLiteral("END synchronization #1")),
                                  longestWait);
-        QVERIFY(loader.unload());
+        QVERIFY(library.unload());
         const QStringList events = log->take();
         QCOMPARE(events.filter(QStringLiteral("critical ")), QStringList());
         QCOMPARE(events.filter(QStringLiteral("warning QSql")), QStringList());

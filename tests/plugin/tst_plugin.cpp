@@ -4,6 +4,7 @@
 #include "plugin/buildstamp.h"
 #include "support/eventlog.h"
 #include "support/plugin/pluginenvironment.h"
+#include "support/plugin/pluginlibrary.h"
 #include "support/scripteddatabase.h"
 
 #include <QDir>
@@ -45,11 +46,6 @@ Q_DECLARE_INTERFACE(VerInfoInterface, "com.kestra-lk.VerInfoInterface")
 
 namespace {
 
-QString pluginFile()
-{
-    return QStringLiteral(TALVENHR_PLUGIN_FILE);
-}
-
 bool isMapped()
 {
     QFile maps(QStringLiteral("/proc/self/maps"));
@@ -63,14 +59,10 @@ public:
     LoadedLibrary()
     {
         environment.writeIni({QStringLiteral("enabled=true")});
-        loader.setFileName(pluginFile());
-        loader.setLoadHints({}); // otherwise the library stays in memory when it is unloaded
-        if (!loader.load())
-            qFatal("%s", qPrintable(loader.errorString()));
+        file.load();
     }
-    ~LoadedLibrary() { loader.unload(); }
 
-    QObject *object() { return loader.instance(); }
+    QObject *object() { return file.object(); }
     ServerInterface *server() { return qobject_cast<ServerInterface *>(object()); }
     VerInfoInterface *verInfo() { return qobject_cast<VerInfoInterface *>(object()); }
 
@@ -78,7 +70,7 @@ public:
     EventLog log;
     ScriptedDatabase script;
     PluginEnvironment environment;
-    QPluginLoader loader;
+    PluginLibrary file;
 };
 
 } // namespace
@@ -120,7 +112,7 @@ private Q_SLOTS:
 
 void tst_Plugin::file_name()
 {
-    const QFileInfo file(pluginFile());
+    const QFileInfo file(PluginLibrary::file());
     QCOMPARE(file.fileName(), QStringLiteral("libTalvenHR.so"));
     QVERIFY(file.isFile() && !file.isSymLink());
     // No further names with a version.
@@ -146,7 +138,7 @@ void tst_Plugin::file_exports()
 {
     QFETCH(QByteArray, symbol);
     LoadedLibrary library;
-    QLibrary symbols(pluginFile());
+    QLibrary symbols(PluginLibrary::file());
     QVERIFY(symbols.resolve(symbol.constData()));
     symbols.unload();
     QCOMPARE(library.log.take(), QStringList());
@@ -154,7 +146,7 @@ void tst_Plugin::file_exports()
 
 void tst_Plugin::metadata_keys()
 {
-    const QJsonObject metadata = QPluginLoader(pluginFile()).metaData();
+    const QJsonObject metadata = QPluginLoader(PluginLibrary::file()).metaData();
     QCOMPARE(metadata.value(QStringLiteral("IID")).toString(),
              QStringLiteral("com.kestra-lk.oqs.ServerInterface"));
     QCOMPARE(metadata.value(QStringLiteral("className")).toString(), QStringLiteral("TalvenHR"));
@@ -177,11 +169,11 @@ void tst_Plugin::metadata_isReadWithoutAnObject()
 {
     EventLog log;
     PluginEnvironment environment; // whose missing INI file a plugin would tell of
-    QPluginLoader loader(pluginFile());
+    QPluginLoader loader(PluginLibrary::file());
     loader.setLoadHints({});
     QVERIFY(!loader.metaData().isEmpty());
     QVERIFY(loader.load());
-    QLibrary symbols(pluginFile());
+    QLibrary symbols(PluginLibrary::file());
     using Query = const char *(*)();
     const auto query = reinterpret_cast<Query>(symbols.resolve("qt_plugin_query_metadata"));
     QVERIFY(query);
@@ -199,7 +191,7 @@ void tst_Plugin::instance_sameObjectAsLongAsItLives()
     QVERIFY(object);
     QVERIFY(!object->parent());
     QCOMPARE(library.object(), object.data());
-    QPluginLoader another(pluginFile());
+    QPluginLoader another(PluginLibrary::file());
     QCOMPARE(another.instance(), object.data());
     another.unload();
     QVERIFY(object);
@@ -210,7 +202,7 @@ void tst_Plugin::instance_entryPointAndLoaderAgree()
 {
     LoadedLibrary library;
     using Instance = QObject *(*)();
-    QLibrary symbols(pluginFile());
+    QLibrary symbols(PluginLibrary::file());
     const auto instance = reinterpret_cast<Instance>(symbols.resolve("qt_plugin_instance"));
     QVERIFY(instance);
     QObject *const object = instance();
@@ -485,7 +477,7 @@ void tst_Plugin::unload_endsTheRunningPlugin()
     QTRY_VERIFY(library.log.contains(QStringLiteral("debug THRWorker::init()")));
     const QPointer<QObject> object = library.object();
     library.log.clear();
-    QVERIFY(library.loader.unload());
+    QVERIFY(library.file.unload());
     QVERIFY(!object);
     QVERIFY(!isMapped());
     QCOMPARE(library.log.take(), QStringList());
@@ -507,12 +499,11 @@ void tst_Plugin::unload_severalRounds()
     environment.writeIni({QStringLiteral("enabled=true")});
     const QSqlDatabase handle = script.handle();
     for (int round = 1; round <= 3; ++round) {
-        QPluginLoader loader(pluginFile());
-        loader.setLoadHints({});
+        PluginLibrary library;
         QVERIFY(!isMapped());
-        QVERIFY2(loader.load(), qPrintable(loader.errorString()));
+        library.load();
         QVERIFY(isMapped());
-        const QPointer<QObject> object = loader.instance();
+        const QPointer<QObject> object = library.object();
         auto *const server = qobject_cast<ServerInterface *>(object.data());
         QVERIFY(server);
         server->setLogLevel(1);
@@ -524,7 +515,7 @@ void tst_Plugin::unload_severalRounds()
         log.clear();
         if (deleteFirst)
             delete object.data();
-        QVERIFY(loader.unload());
+        QVERIFY(library.unload());
         QVERIFY(!object);
         QVERIFY(!isMapped());
         // Closed by hand, as the end of a tick would.

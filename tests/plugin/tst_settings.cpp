@@ -39,6 +39,14 @@ QStringList defaultsBut(const QString &setting)
     return settings;
 }
 
+/// The worker of a plugin on the settings that stand receives the defaults but for this one.
+void startAndCompare(PluginFixture &f, const QString &setting)
+{
+    f.create(0);
+    QVERIFY(f.plugin->start());
+    QCOMPARE(received(f.worker()), defaultsBut(setting));
+}
+
 } // namespace
 
 class tst_Settings : public QObject
@@ -160,9 +168,7 @@ void tst_Settings::keys_defaults()
 {
     PluginFixture f;
     f.environment.writeIni({QStringLiteral("enabled=true")});
-    f.create(0);
-    QVERIFY(f.plugin->start());
-    QCOMPARE(received(f.worker()), defaultsBut(QString()));
+    startAndCompare(f, QString());
     QVERIFY(f.worker().mes.isEmpty());
     f.log.clear();
 }
@@ -200,9 +206,7 @@ void tst_Settings::keys_file()
     QFETCH(QString, setting);
     PluginFixture f;
     f.environment.writeIni({QStringLiteral("enabled=true"), line});
-    f.create(0);
-    QVERIFY(f.plugin->start());
-    QCOMPARE(received(f.worker()), defaultsBut(setting));
+    startAndCompare(f, setting);
     f.log.clear();
 }
 
@@ -232,9 +236,7 @@ void tst_Settings::keys_environment()
     PluginFixture f;
     f.environment.writeIni({QStringLiteral("enabled=true")});
     f.environment.setVariable(variable, value);
-    f.create(0);
-    QVERIFY(f.plugin->start());
-    QCOMPARE(received(f.worker()), defaultsBut(setting));
+    startAndCompare(f, setting);
     f.log.clear();
 }
 
@@ -268,9 +270,7 @@ void tst_Settings::keys_fileWinsOverTheEnvironment()
     PluginFixture f;
     f.environment.writeIni({QStringLiteral("enabled=true"), line});
     f.environment.setVariable(variable, value);
-    f.create(0);
-    QVERIFY(f.plugin->start());
-    QCOMPARE(received(f.worker()), defaultsBut(setting));
+    startAndCompare(f, setting);
     f.log.clear();
 }
 
@@ -297,9 +297,7 @@ void tst_Settings::keys_badNumbers()
     QFETCH(QString, setting);
     PluginFixture f;
     f.environment.writeIni({QStringLiteral("enabled=true"), line});
-    f.create(0);
-    QVERIFY(f.plugin->start());
-    QCOMPARE(received(f.worker()), defaultsBut(setting));
+    startAndCompare(f, setting);
     // Nobody hears of it.
     QVERIFY(!f.log.contains(QStringLiteral("warning ")));
     QVERIFY(!f.log.contains(QStringLiteral("critical ")));
@@ -340,9 +338,7 @@ void tst_Settings::keys_inAGroupAreNotRead()
     PluginFixture f;
     f.environment.writeIni(
         lines({"enabled=true", "[TalvenHR]", "timerInterval=7", "[MES]", "departmentId=8"}));
-    f.create(0);
-    QVERIFY(f.plugin->start());
-    QCOMPARE(received(f.worker()), defaultsBut(QString()));
+    startAndCompare(f, QString());
     f.log.clear();
 }
 

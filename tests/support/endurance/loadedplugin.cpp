@@ -3,22 +3,11 @@
 // The built library, loaded as a server loads it, with a look at its members.
 #include "support/endurance/loadedplugin.h"
 
+#include "support/textfile.h"
+
 #include <QFile>
 #include <QTimer>
 #include <QtTest>
-
-#include <algorithm>
-
-LoadedPlugin::LoadedPlugin()
-{
-    loader.setFileName(QStringLiteral(TALVENHR_PLUGIN_FILE));
-    loader.setLoadHints({}); // otherwise the library stays in memory when it is unloaded
-}
-
-LoadedPlugin::~LoadedPlugin()
-{
-    unload();
-}
 
 void LoadedPlugin::writeIni(const QStringList &lines)
 {
@@ -32,19 +21,14 @@ void LoadedPlugin::writeExport(const QStringList &lines)
 {
     const QString draft = exportPath() + QStringLiteral(".new");
     QFile::remove(exportPath());
-    QFile file(draft);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    for (const QString &line : lines)
-        file.write(line.toUtf8() + '\n');
-    file.close();
-    QVERIFY(file.rename(exportPath()));
+    writeLines(draft, lines);
+    QVERIFY(QFile::rename(draft, exportPath()));
 }
 
 void LoadedPlugin::create(quint8 logLevel, const QSqlDatabase &handle)
 {
-    if (!loader.isLoaded() && !loader.load())
-        qFatal("%s", qPrintable(loader.errorString()));
-    plugin = static_cast<TalvenHR *>(loader.instance());
+    library.load();
+    plugin = static_cast<TalvenHR *>(library.object());
     plugin->setLogLevel(logLevel);
     plugin->setDatabase(handle);
 }
@@ -64,20 +48,7 @@ void LoadedPlugin::destroy()
 void LoadedPlugin::unload()
 {
     plugin = nullptr;
-    if (loader.isLoaded())
-        loader.unload();
-}
-
-bool LoadedPlugin::isMapped() const
-{
-    QFile maps(QStringLiteral("/proc/self/maps"));
-    if (!maps.open(QIODevice::ReadOnly))
-        qFatal("cannot read %s", qPrintable(maps.fileName()));
-    const QList<QByteArray> lines = maps.readAll().split('\n');
-    const QByteArray file = QFile::encodeName(loader.fileName());
-    return std::any_of(lines.begin(), lines.end(), [&file](const QByteArray &line) {
-        return line.contains(" r-xp ") && line.endsWith(file);
-    });
+    library.unload();
 }
 
 void LoadedPlugin::onWorkerThread(const std::function<void()> &step)

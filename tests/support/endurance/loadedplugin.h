@@ -6,10 +6,9 @@
 #include "support/endurance/resources.h"
 #include "support/eventlog.h"
 #include "support/plugin/pluginenvironment.h"
+#include "support/plugin/pluginlibrary.h"
 #include "support/pluginpeer.h"
 #include "support/workerpeer.h"
-
-#include <QPluginLoader>
 
 #include <functional>
 
@@ -17,9 +16,6 @@
 class LoadedPlugin
 {
 public:
-    LoadedPlugin();
-    ~LoadedPlugin();
-
     /// An INI file of an enabled plugin that ticks by itself only after an hour, and these lines.
     void writeIni(const QStringList &lines = QStringList());
     QString exportPath() const { return environment.filePath(QStringLiteral("ron.data")); }
@@ -34,7 +30,7 @@ public:
     void destroy();
     /// Takes the library out of memory, with the object if there is one.
     void unload();
-    bool isMapped() const;
+    bool isMapped() const { return PluginLibrary::isMapped(); }
 
     ServerInterface &server() { return *plugin; }
     PluginPeer peer() { return PluginPeer(*plugin); }
@@ -54,6 +50,6 @@ public:
     PluginEnvironment environment;
 
 private:
-    QPluginLoader loader;
+    PluginLibrary library;
     TalvenHR *plugin = nullptr;
 };

@@ -56,6 +56,12 @@ void PluginFixture::tick()
     QVERIFY(QMetaObject::invokeMethod(peer().worker, "checkSync", Qt::BlockingQueuedConnection));
 }
 
+void PluginFixture::tickUntil(Gate &gate)
+{
+    QVERIFY(QMetaObject::invokeMethod(peer().worker, "checkSync", Qt::QueuedConnection));
+    QVERIFY(gate.waitUntilReached());
+}
+
 void PluginFixture::restart(const std::function<void()> &call)
 {
     OrvDbSettings *const settings = worker().orvSettings;

@@ -15,7 +15,7 @@
 #include <memory>
 #include <vector>
 
-class QTimer;
+class Gate;
 
 /// One to a test function: `PluginFixture f;`. Everything on the thread of the object is done
 /// through the plugin's own timer and threads; nothing is replaced but the database.
@@ -42,6 +42,8 @@ public:
     void onWorkerThread(const std::function<void()> &step = [] {});
     /// One tick on the worker's thread, to its end.
     void tick();
+    /// Begins a tick there, and waits until it has reached the gate.
+    void tickUntil(Gate &gate);
     /// Makes a call that starts the worker once more. What it leaves out of the worker's reach goes
     /// with the fixture.
     void restart(const std::function<void()> &call);
