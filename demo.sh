@@ -131,7 +131,7 @@ wait_for() {
 # messages PASS: what the plugin logged of the one employee in a pass, and all warnings and errors.
 # Dots stand for the lines of the others. Left out are the stamps.
 messages() {
-    cut -c25- "$log" | sed 's/^ *//' | awk -v pass="#$1" -v pid="${person/./}" -v bid=1 '
+    cut -c31- "$log" | sed 's/^ *//' | awk -v pass="#$1" -v pid="${person/./}" -v bid=1 '
         /(BEGIN|END) synchronization/ && index($0, pass) { print_it = 1; inside = /BEGIN/ }
         inside && /dbCheckFundMove\(/ { mine = index($0, "(pid: " pid ")") }
         inside && /BranchesRepository::/ { mine = $0 ~ "\\(" bid "[,)]" }

@@ -19,6 +19,8 @@ enum class MessageEvent {
     ConnectionTurns, ///< it opens or closes, in the same words
     PassBegins,
     PassEnds, ///< the second value: how many records wait
+    CommandFailed, ///< the export command
+    ExportReading, ///< begins, if there is an export
     ExportMissing,
     RecordsCounted, ///< the value: how many records the pass has
     RecordBegins,

@@ -60,7 +60,8 @@ MessageTopic passMessages()
         true,
         {
             debug(2, "THRWorker::checkSync(): #%u"),
-            debug(2, "THRWorker::dbCheckOpen()").by("THRWorker::dbCheckOpen, THRWorker::dbClose")
+            debug(2, "THRWorker::dbCheckOpen()")
+                .by("THRWorker::dbCheckOpen, THRWorker::dbClose")
                 .tells(MessageEvent::ConnectionTurns),
             debug(1, "THRWorker: BEGIN synchronization #%u (force: %s)")
                 .by("THRWorker::runPass")
@@ -92,11 +93,13 @@ MessageTopic passMessages()
                 .leadsTo("The records are dropped. With `deleteFile` the export is gone.")
                 .todo("Leave a new export."),
             warning("THRWorker::runCommand() - NO command, aborted!")
+                .tells(MessageEvent::CommandFailed)
                 .means("`syncCommandRun` is set, and `syncCommand` is empty or holds a comma "
                        "without quotes.")
                 .leadsTo("No command runs. The pass goes on with the file as it is.")
                 .todo("Set `syncCommand`, or `syncCommandRun=0`."),
             warning("THRWorker::runCommand() - command: '%s' exit with code: %i")
+                .tells(MessageEvent::CommandFailed)
                 .means("The export command failed; -2: it could not be started, -1: it crashed.")
                 .leadsTo("The pass goes on with the file as it is.")
                 .todo("Run the command by hand, as the server's user."),
@@ -113,7 +116,7 @@ MessageTopic exportMessages()
         nullptr,
         true,
         {
-            debug(2, "THRWorker::loadAndParseData()"),
+            debug(2, "THRWorker::loadAndParseData()").tells(MessageEvent::ExportReading),
             debug(3, "THRWorker::loadAndParseData() - fields: %s"),
             info(3, "THRWorker::loadAndParseData() - loading data from file: '%s'"),
             debug(3, "THRWorker::parseLine('%s')"),

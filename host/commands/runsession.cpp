@@ -8,6 +8,7 @@
 #include "host/database/attendance.h"
 #include "host/server/privatedatabase.h"
 
+#include <QFileInfo>
 #include <QTime>
 #include <QTimer>
 
@@ -50,6 +51,7 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     connect(&plugin, &PluginRun::started, this, &RunSession::tellStart);
     connect(&plugin, &PluginRun::waitingForPass, this, &RunSession::tellWaiting);
     connect(&plugin, &PluginRun::passEnded, this, &RunSession::showChanges);
+    connect(&plugin, &PluginRun::exportSeen, this, &RunSession::tellOfExport, Qt::QueuedConnection);
     connect(&plugin, &PluginRun::exportMissing, this, &RunSession::tellMissingExport);
     connect(&plugin, &PluginRun::databaseNotOpen, this, &RunSession::endForLostTick);
 }
@@ -73,7 +75,7 @@ Failure RunSession::prepare()
     const Failure unfit = plugin.prepare();
     for (const Finding &finding : plugin.findings()) {
         if (finding.severity == Finding::Warning)
-            writer->warn(findingLine(finding));
+            warn(findingLine(finding));
     }
     if (unfit)
         return unfit;
@@ -84,7 +86,7 @@ Failure RunSession::prepare()
             return failure;
     }
     if (!localeKeepsLetters())
-        writer->warn(QStringLiteral("names will show as '?' in this locale; set LC_ALL=C.UTF-8"));
+        warn(QStringLiteral("names will show as '?' in this locale; set LC_ALL=C.UTF-8"));
     return {};
 }
 
@@ -105,8 +107,8 @@ Failure RunSession::prepareDatabase()
         failure = forceNextPass(connection.handle());
     connection.close();
     if (!failure && !lock.isHeld())
-        writer->warn(QStringLiteral("the server has no locks (GET_LOCK), so another 'talvenhr run' "
-                                    "on this database would go unnoticed"));
+        warn(QStringLiteral("the server has no locks (GET_LOCK), so another 'talvenhr run' "
+                            "on this database would go unnoticed"));
     return failure;
 }
 
@@ -148,14 +150,22 @@ Failure RunSession::runPlugin()
     if (privateDatabase)
         privateDatabase->stop();
     const RunEnding end = ending(failure);
-    writer->summary(runSummary(plugin.figures(), plugin.settings().testMode, clock.elapsed(), end));
+    writer->summary(runSummary(figures(), plugin.settings().testMode, clock.elapsed(), end));
     return {end.exitCode, QString()};
+}
+
+RunFigures RunSession::figures() const
+{
+    RunFigures all = plugin.figures();
+    all.warnings += ownWarnings;
+    all.dropped = exportLines.dropped;
+    return all;
 }
 
 /// The exit code tells the worst of what has happened.
 RunEnding RunSession::ending(const Failure &failure) const
 {
-    const RunFigures figures = plugin.figures();
+    const RunFigures figures = this->figures();
     if (failure)
         return {failure.exitCode, firstFailure.text};
     if (figures.passes < options.passes)
@@ -163,6 +173,10 @@ RunEnding RunSession::ending(const Failure &failure) const
                 QStringLiteral("ended by a signal before pass %1").arg(figures.passes + 1)};
     if (figures.errors > 0)
         return {ExitErrors, QString()};
+    if (figures.commandFailures > 0)
+        return {ExitErrors, QStringLiteral("the export command failed")};
+    if (sawUselessExport)
+        return {ExitErrors, QStringLiteral("an export had no usable line")};
     if (figures.warnings > 0 && options.strict)
         return {ExitErrors, QStringLiteral("warnings count as errors, as --strict asks for")};
     return {};
@@ -204,12 +218,35 @@ void RunSession::showChanges()
     if (!changes || firstFailure)
         return;
     if (const Failure failure = changes->show(plugin.figures().passes))
-        writer->warn(failure.text);
+        warn(failure.text);
+}
+
+/// What the plugin does not say, or not at every level.
+void RunSession::tellOfExport()
+{
+    const ExportGlance glance = plugin.takeGlance();
+    exportLines += glance.fates;
+    for (const Finding &finding : glance.findings) {
+        sawUselessExport = sawUselessExport || finding.code == QLatin1String("E-FILE-NOTHING");
+        warn(findingLine(finding));
+    }
 }
 
 void RunSession::tellMissingExport()
 {
-    writer->say(QStringLiteral("no export file at '%1'").arg(plugin.settings().importFile));
+    const QFileInfo file(plugin.settings().importFile);
+    if (file.isDir())
+        warn(QStringLiteral("the export '%1' is a folder").arg(file.filePath()));
+    else if (file.exists())
+        warn(QStringLiteral("the export '%1' is no regular file").arg(file.filePath()));
+    else
+        writer->say(QStringLiteral("no export file at '%1'").arg(file.filePath()));
+}
+
+void RunSession::warn(const QString &text)
+{
+    ++ownWarnings;
+    writer->warn(text);
 }
 
 /// A first signal lets the running pass come to its end; a second one is in earnest.
@@ -270,8 +307,7 @@ void RunSession::cut(const RunEnding &end)
         : QStringLiteral("while waiting for ");
     const RunEnding told {end.exitCode,
                           end.reason + QStringLiteral(", ") + pass + whatIsWaitedFor()};
-    const Report summary = runSummary(plugin.figures(), plugin.settings().testMode, clock.elapsed(),
-                                      told);
+    const Report summary = runSummary(figures(), plugin.settings().testMode, clock.elapsed(), told);
     // Only now: the plugin would go on with errors.
     if (serverProcess > 0)
         ::kill(static_cast<pid_t>(serverProcess), SIGKILL);

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void tellWaiting(bool again);
     void tellMissingExport();
     void showChanges();
+    void tellOfExport();
     void endForSignal();
     void endForTimeout();
     void endForDeadServer(const QString &reason);
@@ -72,6 +73,8 @@ private:
     Failure watchChanges();
     Failure startPrivateDatabase();
     Failure runPlugin();
+    RunFigures figures() const;
+    void warn(const QString &text);
     RunEnding ending(const Failure &failure) const;
     Failure told(const Failure &failure);
     void cutAfterGrace(const RunEnding &ending);
@@ -90,6 +93,9 @@ private:
     QScopedPointer<ChangeWatch> changes; ///< null unless they are to be shown
     PluginRun plugin;
     bool waiting = false; ///< for the running pass to end
+    int ownWarnings = 0; ///< told by the session, not by the plugin
+    FateCounts exportLines; ///< of all passes
+    bool sawUselessExport = false; ///< one without a usable line
     Failure firstFailure; ///< that was told
     bool hasPlugin = false; ///< it has started
     Watchdog watchdog; ///< last: it looks at the others

@@ -22,6 +22,8 @@ QString line(const RunFigures &figures, bool testMode, double seconds, const QSt
                        counted(figures.errors, "error", "errors"),
                        QStringLiteral("%1 waiting").arg(figures.waiting),
                        QStringLiteral("%1 s").arg(seconds, 0, 'f', 1)};
+    if (figures.dropped > 0)
+        parts.append(counted(figures.dropped, "line dropped", "lines dropped"));
     if (testMode)
         parts.append(QStringLiteral("in test mode"));
     const QString text = parts.join(QStringLiteral(", "));
@@ -46,6 +48,7 @@ Report runSummary(const RunFigures &figures, bool testMode, qint64 milliseconds,
                        figure("warnings", figures.warnings),
                        figure("errors", figures.errors),
                        figure("waiting", figures.waiting),
+                       figure("dropped", figures.dropped),
                        figure("testMode", testMode),
                        figure("seconds", seconds),
                        figure("exitCode", static_cast<int>(ending.exitCode)),

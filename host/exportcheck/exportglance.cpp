@@ -98,9 +98,9 @@ void Glance::drop(const ExportLine &line)
     if (line.fate == LineFate::WrongCount)
         wrongCount.add(number, Text::tr("%1 cells in place of 18").arg(line.cellCount));
     else if (line.fate == LineFate::NoKey)
-        noKey.add(number,
-                  QStringLiteral("'%1', '%2'").arg(line.cells[0].toString(),
-                                                   line.cells[1].toString()));
+        noKey.add(
+            number,
+            QStringLiteral("'%1', '%2'").arg(line.cells[0].toString(), line.cells[1].toString()));
     else
         noName.add(number, QString());
 }
@@ -111,9 +111,10 @@ void Glance::lookAtCells(const ExportLine &line)
         if (!isLost(line, column))
             continue;
         Places &places = isDateColumn(column) ? dates : numbers;
-        places.add(lines.lineNumber(),
-                   QStringLiteral("%1 '%2'").arg(exportColumns().at(column),
-                                                 line.cells[static_cast<size_t>(column)].toString()));
+        places.add(
+            lines.lineNumber(),
+            QStringLiteral("%1 '%2'").arg(exportColumns().at(column),
+                                          line.cells[static_cast<size_t>(column)].toString()));
     }
 }
 
@@ -142,35 +143,35 @@ QVector<Finding> Glance::findings() const
     const QString correct = Text::tr("correct the export and leave it again");
     if (wrongCount.count > 0)
         all.append(found("E-LINE-CELLS", wrongCount,
-                         Text::tr("%n line(s) of the export dropped for a wrong number of cells",
-                                  nullptr, wrongCount.count),
+                         Text::tr("lines of the export dropped for a wrong number of cells: %1")
+                             .arg(wrongCount.count),
                          correct));
     if (noKey.count > 0)
-        all.append(found("E-LINE-KEY", noKey,
-                         Text::tr("%n line(s) of the export dropped for want of a personal number "
-                                  "or an ordinal",
-                                  nullptr, noKey.count),
-                         correct));
+        all.append(found(
+            "E-LINE-KEY", noKey,
+            Text::tr("lines of the export dropped for want of a personal number or an ordinal: %1")
+                .arg(noKey.count),
+            correct));
     if (noName.count > 0)
-        all.append(found("E-LINE-NAME", noName,
-                         Text::tr("%n line(s) of the export dropped for want of a name", nullptr,
-                                  noName.count),
-                         correct));
+        all.append(
+            found("E-LINE-NAME", noName,
+                  Text::tr("lines of the export dropped for want of a name: %1").arg(noName.count),
+                  correct));
     if (dates.count > 0)
         all.append(found("E-CELL-DATE", dates,
-                         Text::tr("%n date(s) of the export count as empty", nullptr, dates.count),
+                         Text::tr("dates of the export that count as empty: %1").arg(dates.count),
                          Text::tr("write dates as 2024-03-31 00:00:00.000")));
     if (numbers.count > 0)
-        all.append(found("E-CELL-NUMBER", numbers,
-                         Text::tr("%n number(s) of the export are read as another one", nullptr,
-                                  numbers.count),
-                         Text::tr("write digits only, and a point before decimals")));
+        all.append(
+            found("E-CELL-NUMBER", numbers,
+                  Text::tr("numbers of the export that are read as others: %1").arg(numbers.count),
+                  Text::tr("write digits only, and a point before decimals")));
     if (letters.count > 0)
-        all.append(found("E-TEXT-UTF8", letters,
-                         Text::tr("%n line(s) of the export hold letters that are no UTF-8 and "
-                                  "arrive damaged",
-                                  nullptr, letters.count),
-                         Text::tr("write the export in UTF-8")));
+        all.append(found(
+            "E-TEXT-UTF8", letters,
+            Text::tr("lines of the export with letters that are no UTF-8 and arrive damaged: %1")
+                .arg(letters.count),
+            Text::tr("write the export in UTF-8")));
     return all;
 }
 
@@ -186,6 +187,22 @@ Finding Glance::nothingUsable() const
 }
 
 } // namespace
+
+FateCounts &FateCounts::operator+=(const FateCounts &other)
+{
+    taken += other.taken;
+    header += other.header;
+    blank += other.blank;
+    dropped += other.dropped;
+    return *this;
+}
+
+ExportGlance &ExportGlance::operator+=(const ExportGlance &other)
+{
+    fates += other.fates;
+    findings += other.findings;
+    return *this;
+}
 
 ExportGlance glanceAtExport(QIODevice *device)
 {

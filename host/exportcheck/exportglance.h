@@ -18,6 +18,7 @@ struct FateCounts
     int dropped = 0;
 
     int lines() const { return taken + header + blank + dropped; }
+    FateCounts &operator+=(const FateCounts &other);
 };
 
 /// What a glance has seen: one finding for each kind of matter, with the number of places and the
@@ -26,6 +27,9 @@ struct ExportGlance
 {
     FateCounts fates;
     QVector<Finding> findings;
+
+    /// Adds what was seen of another export.
+    ExportGlance &operator+=(const ExportGlance &other);
 };
 
 /// Reads the export with the plugin's own reader. The device is open.

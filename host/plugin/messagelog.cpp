@@ -106,6 +106,8 @@ void MessageLog::take(QtMsgType type, const QString &text)
     // Without the lock: whoever listens may ask for the figures.
     if (event == PassWatch::PassOver)
         Q_EMIT passEnded();
+    else if (event == PassWatch::ExportReading)
+        Q_EMIT exportReading();
     else if (event == PassWatch::ExportMissing && !shown)
         Q_EMIT exportMissing();
     else if (event == PassWatch::DatabaseNotOpen)

@@ -42,6 +42,8 @@ public:
 Q_SIGNALS:
     /// All that a pass writes is written.
     void passEnded();
+    /// The plugin is about to read the export, if there is one, on the thread of this signal.
+    void exportReading();
     /// A pass has found no export file, and no shown message says so.
     void exportMissing();
     void databaseNotOpen();

@@ -33,6 +33,11 @@ PassWatch::Event PassWatch::see(QtMsgType type, const QString &text)
         passUnclosed = false;
         return isOver ? PassOver : Nothing;
     }
+    case MessageEvent::CommandFailed:
+        ++runFigures.commandFailures;
+        return Nothing;
+    case MessageEvent::ExportReading:
+        return ExportReading;
     case MessageEvent::ExportMissing: {
         const bool isNews = !exportMissing;
         exportMissing = true;

@@ -22,6 +22,7 @@ public:
         RecordBegan, ///< only at log level 3
         PassEnded, ///< by its last line; the force variable is still to be cleared
         PassOver, ///< all is written, and the connection closes
+        ExportReading, ///< is about to begin, on this thread
         ExportMissing, ///< where there was one in the pass before, or none before
         DatabaseNotOpen, ///< a tick was lost
         PluginDisabled,

@@ -6,6 +6,10 @@
 #include "host/plugin/settingscheck.h"
 #include "plugin/serverinterface.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <QMutexLocker>
+
 namespace {
 
 bool lifeIsSpent = false; // a plugin was started in this process
@@ -22,6 +26,8 @@ PluginRun::PluginRun(const PluginRunOptions &runOptions, LogWriter *writer, QObj
     log.endAfterPasses(options.passes);
     // Queued: the messages come on the plugin's thread.
     connect(&log, &MessageLog::passEnded, this, &PluginRun::countPass, Qt::QueuedConnection);
+    // Not queued: the plugin waits meanwhile, and reads the same file.
+    connect(&log, &MessageLog::exportReading, this, &PluginRun::lookAtExport, Qt::DirectConnection);
     connect(&log, &MessageLog::exportMissing, this, &PluginRun::exportMissing,
             Qt::QueuedConnection);
     connect(&log, &MessageLog::databaseNotOpen, this, &PluginRun::databaseNotOpen,
@@ -97,6 +103,28 @@ void PluginRun::abort(const Failure &failure)
     if (!outcome)
         outcome = failure;
     loop.quit();
+}
+
+/// On the plugin's thread, just before it opens the file.
+void PluginRun::lookAtExport()
+{
+    QFile file(pluginSettings.importFile);
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
+        return;
+    const ExportGlance seen = glanceAtExport(&file);
+    {
+        const QMutexLocker locker(&glanceMutex);
+        glance += seen;
+    }
+    Q_EMIT exportSeen();
+}
+
+ExportGlance PluginRun::takeGlance()
+{
+    const QMutexLocker locker(&glanceMutex);
+    const ExportGlance taken = glance;
+    glance = ExportGlance();
+    return taken;
 }
 
 void PluginRun::countPass()

@@ -4,12 +4,14 @@
 #pragma once
 
 #include "host/base/finding.h"
+#include "host/exportcheck/exportglance.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/messagelog.h"
 #include "host/plugin/pluginfile.h"
 #include "host/plugin/settingsfile.h"
 
 #include <QEventLoop>
+#include <QMutex>
 #include <QObject>
 #include <QVector>
 
@@ -53,6 +55,8 @@ public:
     const PluginSettings &settings() const { return pluginSettings; }
     /// What is odd about the settings, known after prepare().
     const QVector<Finding> &findings() const { return settingFindings; }
+    /// What was seen of the exports since the last call.
+    ExportGlance takeGlance();
     /// The figures so far; from any thread.
     RunFigures figures() const { return log.figures(); }
     bool isPassRunning() const { return log.isPassRunning(); }
@@ -72,11 +76,15 @@ Q_SIGNALS:
     /// A pass has to come to its end first; `again` if somebody had asked for the end before.
     void waitingForPass(bool again);
     void passEnded();
+    /// The pass reads an export, and takeGlance() has what is odd about it. Emitted on the plugin's
+    /// thread.
+    void exportSeen();
     void exportMissing();
     void databaseNotOpen();
 
 private Q_SLOTS:
     void countPass();
+    void lookAtExport();
 
 private:
     Failure start(const QSqlDatabase &handle);
@@ -89,6 +97,8 @@ private:
 
     PluginSettings pluginSettings;
     QVector<Finding> settingFindings;
+    QMutex glanceMutex;
+    ExportGlance glance;
     QEventLoop loop;
     Failure outcome;
     bool ending = false; ///< when the pass has come to its end

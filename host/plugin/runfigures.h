@@ -13,4 +13,6 @@ struct RunFigures
     int warnings = 0; ///< shown
     int errors = 0; ///< shown
     int waiting = 0; ///< records, at the end of the last pass
+    int dropped = 0; ///< lines of exports, but for headers and blank ones
+    int commandFailures = 0; ///< of the export command
 };

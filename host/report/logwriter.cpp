@@ -32,9 +32,11 @@ QString levelName(QtMsgType type)
     return QStringLiteral("fatal");
 }
 
+/// With the offset from UTC, of one width.
 QString now()
 {
-    return QDateTime::currentDateTime().toString(Qt::ISODateWithMs);
+    const QDateTime moment = QDateTime::currentDateTime();
+    return moment.toOffsetFromUtc(moment.offsetFromUtc()).toString(Qt::ISODateWithMs);
 }
 
 void writeAll(const QByteArray &bytes)

@@ -46,7 +46,8 @@ Failure waitForLeftServer(const QString &databaseFolder)
 {
     PrivateFolder folder(databaseFolder);
     QString error;
-    if (folder.isKnown() && !folder.take(&error))
+    QString unknown;
+    if (folder.isKnown(&unknown) && !folder.take(&error))
         return {ExitDatabase, error};
     return {};
 }

@@ -57,7 +57,7 @@ void tst_Run::firstPass_makesThePrivateDatabase()
     QCOMPARE(lines.mid(0, 2), news);
     // Time, level, text; the names in UTF-8.
     const QRegularExpression form(
-        QStringLiteral("^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3} "
+        QStringLiteral("^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}[+-]\\d\\d:\\d\\d "
                        "(debug|info|warning|critical) +\\S"));
     for (const QString &line : lines.mid(2, lines.size() - 3))
         QVERIFY2(form.match(line).hasMatch(), qPrintable(line));
