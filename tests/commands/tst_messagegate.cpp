@@ -240,7 +240,7 @@ void tst_MessageGate::filteredLevel3EqualsTheProgramAtEachLevel()
             site.runOptions(words(QStringLiteral("--once --log-level %1 --socket %2")
                                       .arg(logLevel)
                                       .arg(server->socketPath()))));
-        QCOMPARE(program.finish(), 0);
+        QCOMPARE(program.finish(), 1); // for the export command, which fails
         // Without the time and the summary.
         QStringList lines = program.lines();
         QVERIFY(lines.takeLast().startsWith(QStringLiteral("talvenhr: 1 pass, ")));
