@@ -16,21 +16,24 @@ QString besideProgram(const QString &relativePath)
                            + relativePath);
 }
 
+/// The one place or the other: no installation looks where only a build tree has something.
+QString partOfProgram(const QString &installed, const QString &built)
+{
+    const bool inBuildTree = QFileInfo::exists(besideProgram(QStringLiteral("../CMakeCache.txt")));
+    return besideProgram(inBuildTree ? built : installed);
+}
+
 } // namespace
 
 QString defaultPluginFile()
 {
-    const QString name = QStringLiteral(TALVENHR_PLUGIN_NAME);
-    const QString built = besideProgram(QStringLiteral("../plugin/") + name);
-    return QFileInfo::exists(built)
-        ? built
-        : besideProgram(QStringLiteral(TALVENHR_PLUGIN_FROM_BIN "/") + name);
+    return partOfProgram(QStringLiteral(TALVENHR_PLUGIN_FROM_BIN "/" TALVENHR_PLUGIN_NAME),
+                         QStringLiteral("../plugin/" TALVENHR_PLUGIN_NAME));
 }
 
 QString defaultDatabaseFolder()
 {
-    const QString installed = besideProgram(QStringLiteral(TALVENHR_DATABASE_FROM_BIN));
-    return QFileInfo(installed).isDir() ? installed : QStringLiteral(TALVENHR_DATABASE_SOURCE);
+    return partOfProgram(QStringLiteral(TALVENHR_DATABASE_FROM_BIN), QStringLiteral("../database"));
 }
 
 QString defaultPrivateFolder()

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The catalogue of messages, against the plugin itself and against the program.
-#include "host/base/programpaths.h"
 #include "host/catalogue/messagegate.h"
 #include "host/catalogue/messages.h"
 #include "host/database/connection.h"
@@ -129,7 +128,7 @@ void tst_MessageGate::initTestCase()
 /// The sample company as it is before the first pass.
 void tst_MessageGate::loadContent()
 {
-    const QStringList files = databaseFiles(defaultDatabaseFolder(),
+    const QStringList files = databaseFiles(QStringLiteral(TALVENHR_DATABASE_FOLDER),
                                             {QStringLiteral("schema"), QStringLiteral("routines"),
                                              QStringLiteral("sample"), QStringLiteral("grants")});
     const QString name = QStringLiteral("attendance");
