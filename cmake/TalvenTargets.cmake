@@ -1,6 +1,32 @@
 # SPDX-FileCopyrightText: 2026 The TalvenHR authors
 # SPDX-License-Identifier: MIT
 
+# Where a build was made must not show in what it makes: paths of the sources begin with ".", those of
+# the build with "./build", archives carry no dates and owners, and moc names headers by the folders to
+# search. (The later option counts: the build may lie within the sources.)
+set(CMAKE_AUTOMOC_PATH_PREFIX ON)
+set(talven_path_options "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=."
+    "-ffile-prefix-map=${PROJECT_BINARY_DIR}=./build")
+if(CMAKE_CXX_FLAGS MATCHES "--coverage")
+    set(talven_path_options) # the report has to find the sources
+endif()
+if(UNIX AND NOT APPLE)
+    set(CMAKE_CXX_ARCHIVE_CREATE "<CMAKE_AR> qcD <TARGET> <LINK_FLAGS> <OBJECTS>")
+    set(CMAKE_CXX_ARCHIVE_APPEND "<CMAKE_AR> qD <TARGET> <LINK_FLAGS> <OBJECTS>")
+    set(CMAKE_CXX_ARCHIVE_FINISH "<CMAKE_RANLIB> -D <TARGET>")
+endif()
+
+# Programs that can be loaded anywhere, where the compiler does not make them so by itself.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+# talven_harden(<target>): what makes a fault hard to exploit.
+function(talven_harden target)
+    target_compile_options(${target} PRIVATE
+        -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now,-z,noexecstack)
+endfunction()
+
 # talven_target_defaults(<target>): language level, definitions and warnings of every target.
 function(talven_target_defaults target)
     set_target_properties(${target} PROPERTIES
@@ -23,8 +49,11 @@ function(talven_target_defaults target)
         QT_NO_DEPRECATED_WARNINGS)
     target_compile_options(${target} PRIVATE
         $<$<CXX_COMPILER_ID:MSVC>:/utf-8>
-        $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall -Wextra -Wpedantic -Wshadow>
+        $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall -Wextra -Wpedantic -Wshadow ${talven_path_options}>
         $<$<AND:$<CXX_COMPILER_ID:GNU,Clang>,$<BOOL:${TALVENHR_WARNINGS_AS_ERRORS}>>:-Werror>)
+    if(TALVENHR_HARDEN)
+        talven_harden(${target})
+    endif()
     if(TALVENHR_SANITIZE)
         set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all)
         target_compile_options(${target} PRIVATE ${sanitizers} -fno-omit-frame-pointer)
