@@ -38,7 +38,7 @@ esac
 ensure_packages "${build_packages[@]}"
 mkdir -p build
 if $all; then
-    ensure_packages clang clang-format shellcheck
+    ensure_packages clang clang-format codespell reuse shellcheck
     tools/check-sources.sh
     cmake --preset clang >build/configure.log || { cat build/configure.log; exit 1; }
     cmake --build --preset clang

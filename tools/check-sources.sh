@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-FileCopyrightText: 2026 The TalvenHR authors
 # SPDX-License-Identifier: MIT
-# Checks that need no build: format, scripts, API level, and the tests that comments name.
+# Checks that need no build: format, scripts, licences, spelling, API level, and what documents say of
+# the code.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -18,6 +19,14 @@ clang-format --dry-run --Werror "${sources[@]}" || complain "run clang-format -i
 # Scripts.
 mapfile -t scripts < <(git ls-files --cached --others --exclude-standard '*.sh' .ci/run)
 shellcheck -x "${scripts[@]}" || complain "scripts need attention"
+
+# Every file with its licence.
+reuse lint >/dev/null || { reuse lint; complain "files need a licence, at their head or in .reuse/dep5"; }
+
+# Spelling, but for what people's exports and fuzzers wrote.
+mapfile -t written < <(git ls-files --cached --others --exclude-standard -- ':!fuzz/corpus' ':!*.data')
+codespell --ignore-words tools/words.txt "${written[@]}" ||
+    complain "spelling, or words that tools/words.txt lacks"
 
 # Which folder may include which, and who prints.
 tools/check-includes.py || complain "includes or output are not where they belong"

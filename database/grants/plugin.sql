@@ -1,3 +1,4 @@
+-- SPDX-FileCopyrightText: 2026 The TalvenHR authors
 -- SPDX-License-Identifier: MIT
 -- The database user of the plugin and the rights that its statements need, in the current database.
 

@@ -1,3 +1,4 @@
+-- SPDX-FileCopyrightText: 2026 The TalvenHR authors
 -- SPDX-License-Identifier: MIT
 -- Days and months of a moment, in local time, which is the time zone of the session.
 

@@ -1,3 +1,4 @@
+-- SPDX-FileCopyrightText: 2026 The TalvenHR authors
 -- SPDX-License-Identifier: MIT
 -- The company's people: memberships, attendance of the last two months, moves of leave.
 

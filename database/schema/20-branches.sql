@@ -1,3 +1,4 @@
+-- SPDX-FileCopyrightText: 2026 The TalvenHR authors
 -- SPDX-License-Identifier: MIT
 -- Branches, the groups that carry their calendars, their people and their sections.
 

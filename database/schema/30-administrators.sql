@@ -1,3 +1,4 @@
+-- SPDX-FileCopyrightText: 2026 The TalvenHR authors
 -- SPDX-License-Identifier: MIT
 -- Administrators, their branches and their people.
 
