@@ -51,6 +51,13 @@ while read -r pinned; do
     git grep -qF "void $class::$slot(" -- tests || complain "no test $pinned"
 done < <(git grep -hoE 'tst_[A-Za-z]+::[A-Za-z0-9_]+' -- src docs | sort -u)
 
+# What docs/hosts.md shows of the small host.
+# shellcheck disable=SC2016 # no command, the mark of an example
+examples='/^```cpp/,/^```/{/^```/d; p}'
+while read -r line; do
+    grep -qF -- "$line" examples/host/main.cpp || complain "examples/host does not say: $line"
+done < <(sed -n "$examples" docs/hosts.md)
+
 # What administrators look up: every message of the plugin, every key, every column.
 mapfile -t plugin < <(git ls-files --cached --others --exclude-standard 'src/*.cpp')
 # look_up FILE: each line of the input must stand there as code.
