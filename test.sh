@@ -14,7 +14,8 @@ Builds with a preset of CMakePresets.json (release, debug or sanitize; release i
 runs all its tests. The build stays in build/PRESET and is quick when run again.
 
   --all   everything that CI runs: release and sanitize with their tests, a build with clang,
-          the checks of the sources, and the fuzz targets, side by side, for a minute
+          the checks of the sources, two builds compared, and the fuzz targets, side by side, for
+          a minute
 EOF
 }
 
@@ -48,6 +49,8 @@ for preset in "${presets[@]}"; do
     run_tests "$preset"
 done
 if $all; then
+    echo "== reproducible"
+    tools/check-reproducible.sh
     echo "== fuzz"
     tools/fuzz.sh
 fi
