@@ -6,7 +6,6 @@
 #include "host/server/folderowner.h"
 #include "host/server/serverprograms.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcessEnvironment>
 #include <QThread>
@@ -105,7 +104,7 @@ bool PrivateServer::waitForHolder(QString *error)
     QElapsedTimer timer;
     timer.start();
     while (!answers(joinedSocket)) {
-        if (isHopeless(QByteArray(), error))
+        if (isHopeless(QByteArray(), timer, error))
             return false;
         if (timer.elapsed() > patience) {
             *error = tr("the private server at '%1' has not answered for %2 s; its log is '%3'")
@@ -212,7 +211,7 @@ bool PrivateServer::attend(ChildProcess *process, const QString &what,
     QElapsedTimer timer;
     timer.start();
     while (process->state() != QProcess::NotRunning && !process->waitForFinished(longPause)) {
-        if (isHopeless(text(), error)) {
+        if (isHopeless(text(), timer, error)) {
             process->killAll();
             return false;
         }
@@ -223,15 +222,22 @@ bool PrivateServer::attend(ChildProcess *process, const QString &what,
 }
 
 /// Nobody wants the result any more, or it cannot come.
-bool PrivateServer::isHopeless(const QByteArray &text, QString *error) const
+bool PrivateServer::isHopeless(const QByteArray &text, const QElapsedTimer &waiting,
+                               QString *error) const
 {
-    if (isInterrupted && isInterrupted())
-        *error = tr("interrupted; what was begun is made anew by the next run");
-    else if (waitsForSpace(text))
-        *error = withRemedy(decisiveLine(text));
-    else
-        return false;
-    return true;
+    *error = isInterrupted && isInterrupted()
+        ? tr("interrupted; what was begun is made anew by the next run")
+        : withRemedy(diskTrouble(text, waiting));
+    return !error->isEmpty();
+}
+
+/// Why the server waits for its disk; empty if it does not. A full disk may have no room for a line
+/// of the log either, so it is asked itself when the waiting gets long.
+QString PrivateServer::diskTrouble(const QByteArray &text, const QElapsedTimer &waiting) const
+{
+    if (waitsForSpace(text))
+        return decisiveLine(text);
+    return waiting.elapsed() > silentWait ? writeTroubleIn(folder.name()) : QString();
 }
 
 /// Why a process did not do its work. On a full disk there may be nothing of it in the log.
@@ -257,7 +263,7 @@ bool PrivateServer::waitUntilItAnswers(QString *error)
                          .arg(withRemedy(reason(log.text(), server)), folder.logPath());
             return false;
         }
-        if (isHopeless(log.text(), error))
+        if (isHopeless(log.text(), timer, error))
             return false;
         if (timer.elapsed() > patience) {
             *error = tr("the private server, process %1, has not answered for %2 s; its log '%3' "

@@ -7,6 +7,7 @@
 #include "host/server/privatefolder.h"
 #include "host/server/serverlog.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QStringList>
 
@@ -84,7 +85,8 @@ private:
     void startInstallation(const QString &install, ChildProcess *process) const;
     bool attend(ChildProcess *process, const QString &what, const std::function<QByteArray()> &text,
                 QString *error);
-    bool isHopeless(const QByteArray &text, QString *error) const;
+    bool isHopeless(const QByteArray &text, const QElapsedTimer &waiting, QString *error) const;
+    QString diskTrouble(const QByteArray &text, const QElapsedTimer &waiting) const;
     QString reason(const QByteArray &text, const QProcess &process) const;
     bool waitUntilItAnswers(QString *error);
     QStringList serverOptions() const;

@@ -49,8 +49,8 @@ bool PrivateServer::runClient(const QString &database, const QByteArray &input, 
     const QString what = tr("filling the private database in '%1'").arg(folder.name());
     const auto text = [this] { return log.text(); };
     if (!attend(&process, what, text, error)) {
-        // One that waits for space would not end by being asked.
-        kill();
+        // It may still be at work on what the client sent.
+        stop();
         return false;
     }
     if (startedAndEndedWell(process))

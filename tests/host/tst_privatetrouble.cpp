@@ -113,15 +113,13 @@ void tst_PrivateTrouble::fullDisk_isNamedWhileFilling()
 {
     PrivateServer server(disk() + QStringLiteral("/db"));
     QVERIFY2(server.start(&error), qPrintable(error));
-    const QString name = QStringLiteral("filled");
-    QVERIFY2(server.createDatabase(name, &error), qPrintable(error));
+    QVERIFY2(server.createDatabase(QStringLiteral("filled"), &error), qPrintable(error));
     QVERIFY(smallDisk.fillUpTo(1024));
-    QVERIFY(!server.execute(name,
+    QVERIFY(!server.execute(QStringLiteral("filled"),
                             QStringLiteral("CREATE TABLE t (x TEXT) ENGINE=Aria; INSERT INTO t "
                                            "SELECT REPEAT('x', 60000) FROM seq_1_to_1000"),
                             &error));
     checkFullDisk();
-    // It would not have ended by being asked.
     QVERIFY(!server.isRunning());
 }
 
