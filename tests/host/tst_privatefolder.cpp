@@ -80,7 +80,7 @@ void tst_PrivateFolder::take_namesTheOwnerOfAClosedFolder()
 void tst_PrivateFolder::take_keepsRootOutOfTheFolderOfAnother()
 {
     if (!isRoot)
-        QSKIP("only root can give a folder away");
+        QSKIP("only root can give a folder away", );
     const QString theirs = path(QStringLiteral("theirs"));
     QVERIFY(QDir().mkdir(theirs));
     QCOMPARE(::chown(QFile::encodeName(theirs).constData(), somebody, somebody), 0);
@@ -93,7 +93,7 @@ void tst_PrivateFolder::take_keepsRootOutOfTheFolderOfAnother()
 void tst_PrivateFolder::take_namesTheOwnerOfAFile()
 {
     if (!isRoot)
-        QSKIP("only root can give a file away");
+        QSKIP("only root can give a file away", );
     PrivateFolder mixed(path(QStringLiteral("mixed")));
     QVERIFY2(mixed.take(&error), qPrintable(error));
     mixed.release();
