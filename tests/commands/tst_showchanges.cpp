@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // `talvenhr run --show-changes`: the rows that each pass changed.
+#include "host/server/privateserver.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
 #include "support/eventlog.h"
 
 #include <QRegularExpression>
 #include <QtTest>
-
-#include <csignal>
 
 namespace {
 
@@ -131,11 +130,10 @@ void tst_ShowChanges::missingTable_endsTheRunBeforeAnyPass()
 /// On a database of one's own the run's user reads the changes, too.
 void tst_ShowChanges::missingRight_isTold()
 {
-    TalvenhrProcess server(options({QStringLiteral("--log-level"), QStringLiteral("2")}));
-    server.start();
-    QVERIFY(server.waitForLine(QStringLiteral("END synchronization #1")));
-    const QStringList connection {QStringLiteral("--socket"),
-                                  databasePath() + QStringLiteral("/server.sock"),
+    PrivateServer server(databasePath());
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    const QStringList connection {QStringLiteral("--socket"), server.socketPath(),
                                   QStringLiteral("--once"), QStringLiteral("--show-changes")};
     TalvenhrProcess refused(site.runOptions(connection));
     QCOMPARE(refused.finish(), 3);
@@ -147,8 +145,6 @@ void tst_ShowChanges::missingRight_isTold()
     TalvenhrProcess granted(site.runOptions(connection));
     QCOMPARE(granted.finish(), 0);
     QVERIFY(granted.output().startsWith(QStringLiteral("Pass 1: ")));
-    server.sendSignal(SIGINT);
-    QCOMPARE(server.finish(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_ShowChanges)
