@@ -31,7 +31,8 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(PrivateFolder)
 };
 
-const int leftServerPatience = 10000; // milliseconds
+const int leftServerPatience = 30000; // milliseconds
+const int firstPatience = 1000; // milliseconds
 // The server takes paths of up to 512 bytes, and some longer ones end in a crash; below its data
 // the names of tables need their room.
 const int longestPath = 400; // bytes
@@ -301,11 +302,13 @@ bool PrivateFolder::makeTemporaryFolder(QString *error) const
 }
 
 /// After a host that was killed its server still needs a moment to end. One that was making data
-/// has nobody to end for, and would go on for ever on a full disk.
+/// has nobody to end for, and would go on for ever on a full disk. One that was only starting when
+/// the host died may have missed that it is to end, and is told again.
 bool PrivateFolder::waitForLeftServer(QString *error) const
 {
     QElapsedTimer timer;
     timer.start();
+    bool toldAgain = false;
     for (QVector<qint64> left = processesIn(dataPath()); !left.isEmpty();
          left = processesIn(dataPath())) {
         if (timer.elapsed() > leftServerPatience) {
@@ -316,10 +319,14 @@ bool PrivateFolder::waitForLeftServer(QString *error) const
                          .arg(leftServerPatience / 1000);
             return false;
         }
+        const bool tellAgain = !toldAgain && timer.elapsed() > firstPatience;
         for (const qint64 process : qAsConst(left)) {
             if (isMakingData(process))
                 ::kill(static_cast<pid_t>(process), SIGKILL);
+            else if (tellAgain)
+                ::kill(static_cast<pid_t>(process), SIGTERM);
         }
+        toldAgain = toldAgain || tellAgain;
         QThread::msleep(10);
     }
     return true;
