@@ -18,12 +18,12 @@ QVector<ExitMeaning> exitMeanings()
 {
     return {
         {ExitClean, Text::tr("no errors")},
-        {ExitErrors, Text::tr("errors: the plugin logged some, or a statement failed")},
+        {ExitErrors,
+         Text::tr("errors: logged by the plugin, a useless export, fewer passes than asked for")},
         {ExitUsage, Text::tr("wrong usage, settings missing or wrong, plugin cannot be loaded")},
         {ExitDatabase, Text::tr("database cannot be reached or used")},
         {ExitTimeout, Text::tr("timed out")},
-        {ExitRefused, Text::tr("refused: a limit, a damaged export, another run in progress")},
-        {ExitChanges, Text::tr("there are changes, with --exit-code")},
+        {ExitRefused, Text::tr("refused: another run is in progress")},
         {ExitInterrupted, Text::tr("a second signal has cut the running pass")},
     };
 }

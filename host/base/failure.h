@@ -14,7 +14,6 @@ enum ExitCode {
     ExitDatabase = 3,
     ExitTimeout = 4,
     ExitRefused = 5,
-    ExitChanges = 6,
     ExitInterrupted = 130, ///< as shells tell of SIGINT
 };
 

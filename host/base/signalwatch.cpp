@@ -12,7 +12,7 @@
 
 namespace {
 
-const int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP};
+const int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 int writingEnd = -1;
 volatile std::sig_atomic_t wasCaught = 0;
@@ -28,13 +28,16 @@ extern "C" void handleSignal(int)
     errno = savedError;
 }
 
-void setHandler(int number, void (*handler)(int))
+/// Sets a handler and gives what was there before.
+struct sigaction setHandler(int number, void (*handler)(int))
 {
     struct sigaction action = {};
+    struct sigaction before = {};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
-    ::sigaction(number, &action, nullptr);
+    ::sigaction(number, &action, &before);
+    return before;
 }
 
 } // namespace
@@ -48,20 +51,37 @@ SignalWatch::SignalWatch(QObject *parent) :
     wasCaught = 0;
     notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
     connect(notifier, SIGNAL(activated(int)), this, SLOT(readPipe()));
-    for (const int number : watchedSignals)
-        setHandler(number, handleSignal);
     setHandler(SIGPIPE, SIG_IGN);
+    resume();
 }
 
 SignalWatch::~SignalWatch()
 {
-    for (const int number : watchedSignals)
-        setHandler(number, SIG_DFL);
+    pause();
     setHandler(SIGPIPE, SIG_DFL);
     delete notifier;
     ::close(pipeEnds[0]);
     ::close(pipeEnds[1]);
     writingEnd = -1;
+}
+
+void SignalWatch::pause()
+{
+    for (const WatchedSignal &watched : qAsConst(watchedSignals))
+        ::sigaction(watched.number, &watched.before, nullptr);
+    watchedSignals.clear();
+}
+
+/// What was ignored stays so: nohup and background jobs rely on it.
+void SignalWatch::resume()
+{
+    for (const int number : endingSignals) {
+        const struct sigaction before = setHandler(number, handleSignal);
+        if (before.sa_handler == SIG_IGN)
+            ::sigaction(number, &before, nullptr);
+        else
+            watchedSignals.append({number, before});
+    }
 }
 
 bool SignalWatch::hasCaught() const

@@ -4,11 +4,15 @@
 #pragma once
 
 #include <QObject>
+#include <QVector>
+
+#include <csignal>
 
 class QSocketNotifier;
 
 /// Turns SIGINT, SIGTERM and SIGHUP into a signal of Qt's while it lives, so that none of them ends
-/// the process in the middle of a pass. A closed pipe (SIGPIPE) does not end it either.
+/// the process in the middle of a pass; but for those that the process ignores from its start. A
+/// closed pipe (SIGPIPE) does not end it either.
 ///
 /// One at a time, owned by the command and living on its thread, which must run an event loop.
 class SignalWatch : public QObject
@@ -18,6 +22,11 @@ class SignalWatch : public QObject
 public:
     explicit SignalWatch(QObject *parent = nullptr);
     ~SignalWatch() override;
+
+    /// Leaves the signals to what was there before: they end the process at once, as a rule. For a
+    /// time without an event loop.
+    void pause();
+    void resume();
 
     /// One of the signals has come since the object was made; also known without an event loop.
     bool hasCaught() const;
@@ -30,6 +39,13 @@ private Q_SLOTS:
     void readPipe();
 
 private:
+    struct WatchedSignal
+    {
+        int number;
+        struct sigaction before;
+    };
+
+    QVector<WatchedSignal> watchedSignals;
     int pipeEnds[2] = {-1, -1};
     QSocketNotifier *notifier = nullptr;
 };

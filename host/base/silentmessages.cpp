@@ -5,17 +5,40 @@
 
 #include <QString>
 
+#include <atomic>
+#include <thread>
+
 namespace {
 
-void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) { }
+thread_local int silenced = 0; // how many objects of this thread live
+// Whom the messages of other threads go to. It stays: one of them may be on its way.
+std::atomic<QtMessageHandler> others {nullptr};
+
+void dropOwnMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (silenced > 0)
+        return;
+    // In the moment of the swap another thread may come before the constructor has it.
+    QtMessageHandler handler = others;
+    while (!handler) {
+        std::this_thread::yield();
+        handler = others;
+    }
+    handler(type, context, text);
+}
 
 } // namespace
 
-SilentMessages::SilentMessages() :
-    previousHandler(qInstallMessageHandler(dropMessage))
-{ }
+SilentMessages::SilentMessages()
+{
+    if (silenced++ > 0)
+        return;
+    others = qInstallMessageHandler(dropOwnMessage);
+}
 
 SilentMessages::~SilentMessages()
 {
-    qInstallMessageHandler(previousHandler);
+    if (--silenced > 0)
+        return;
+    qInstallMessageHandler(others);
 }

@@ -5,7 +5,8 @@
 
 #include <QtGlobal>
 
-/// Keeps all messages away for as long as it lives. Not to be used while a plugin runs.
+/// Keeps all messages of the calling thread away for as long as it lives; those of other threads go
+/// on to whom they went before. Made and destroyed on one thread, and on one thread at a time.
 class SilentMessages
 {
 public:
@@ -13,7 +14,4 @@ public:
     ~SilentMessages();
     SilentMessages(const SilentMessages &) = delete;
     SilentMessages &operator=(const SilentMessages &) = delete;
-
-private:
-    QtMessageHandler previousHandler = nullptr;
 };

@@ -33,7 +33,7 @@ public:
     bool helpWanted() const;
     /// The option stands on the command line.
     bool isSet(const QString &name) const;
-    /// The option has a value that is not the default.
+    /// The option stands on the command line, in the environment or in talvenhr.conf.
     bool isGiven(const QString &name) const { return origin(name) != Default; }
     QString value(const QString &name) const;
     Origin origin(const QString &name) const;
@@ -48,7 +48,6 @@ public:
     /// All settings that talvenhr.conf may hold.
     const QVector<Option> &allSettings() const { return settings; }
     const Configuration &configuration() const { return file; }
-    QString commandName() const { return command.name; }
 
     /// The failure for options that do not fit together.
     Failure usageFailure(const QString &text) const;

@@ -12,8 +12,10 @@
 #include <QTime>
 #include <QTimer>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <thread>
 
 namespace {
 
@@ -49,6 +51,7 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     clock.start();
     connect(&signalWatch, &SignalWatch::caught, this, &RunSession::endForSignal);
     connect(&plugin, &PluginRun::started, this, &RunSession::tellStart);
+    connect(&plugin, &PluginRun::unloading, this, &RunSession::limitUnloading);
     connect(&plugin, &PluginRun::waitingForPass, this, &RunSession::tellWaiting);
     connect(&plugin, &PluginRun::passEnded, this, &RunSession::showChanges);
     connect(&plugin, &PluginRun::exportSeen, this, &RunSession::tellOfExport, Qt::QueuedConnection);
@@ -61,9 +64,7 @@ RunSession::~RunSession() = default;
 Failure RunSession::run()
 {
     if (options.timeout > 0)
-        watchdog.arm(options.timeout * 1000, [this] {
-            cut({ExitTimeout, QStringLiteral("timed out after %1 s").arg(options.timeout)});
-        });
+        watchdog.arm(options.timeout * 1000, [this] { cut(timedOut()); });
     if (const Failure failure = prepare())
         return failure;
     return runPlugin();
@@ -81,10 +82,6 @@ Failure RunSession::prepare()
         return unfit;
     if (const Failure failure = prepareDatabase())
         return failure;
-    if (options.showChanges) {
-        if (const Failure failure = watchChanges())
-            return failure;
-    }
     if (!localeKeepsLetters())
         warn(QStringLiteral("names will show as '?' in this locale; set LC_ALL=C.UTF-8"));
     return {};
@@ -96,6 +93,15 @@ Failure RunSession::prepareDatabase()
         if (const Failure failure = startPrivateDatabase())
             return failure;
     }
+    // No event loop runs while a server does not answer, and nothing of a pass is at work.
+    signalWatch.pause();
+    const Failure failure = openDatabase();
+    signalWatch.resume();
+    return failure;
+}
+
+Failure RunSession::openDatabase()
+{
     const ConnectionParameters parameters = privateDatabase ? privateDatabase->parameters()
                                                             : options.database.connection;
     Failure failure = connection.open(parameters);
@@ -109,6 +115,8 @@ Failure RunSession::prepareDatabase()
     if (!failure && !lock.isHeld())
         warn(QStringLiteral("the server has no locks (GET_LOCK), so another 'talvenhr run' "
                             "on this database would go unnoticed"));
+    if (!failure && options.showChanges)
+        failure = watchChanges();
     return failure;
 }
 
@@ -142,13 +150,16 @@ Failure RunSession::watchChanges()
 Failure RunSession::runPlugin()
 {
     const Failure failure = plugin.run(connection.handle());
-    watchdog.disarm();
+    if (!graceRuns)
+        watchdog.disarm();
     if (!hasPlugin)
         return failure;
     // What is still to be shown: the pass ended too late for the loop, or the attempt failed.
     showChanges();
     if (privateDatabase)
         privateDatabase->stop();
+    serverProcess = 0;
+    watchdog.disarm();
     const RunEnding end = ending(failure);
     writer->summary(runSummary(figures(), plugin.settings().testMode, clock.elapsed(), end));
     return {end.exitCode, QString()};
@@ -192,8 +203,10 @@ void RunSession::tellStart()
     hasPlugin = true;
     watchdog.disarm();
     if (options.timeout > 0) {
-        const qint64 left = options.timeout * 1000LL - clock.elapsed();
-        QTimer::singleShot(static_cast<int>(qMax(left, 0LL)), this, &RunSession::endForTimeout);
+        const int left = static_cast<int>(qMax(options.timeout * 1000LL - clock.elapsed(), 0LL));
+        QTimer::singleShot(left, this, &RunSession::endForTimeout);
+        // Also where this thread does not get to the timer.
+        watchdog.arm(left + options.grace * 1000, [this] { cut(timedOut()); });
     }
     const uint firstTick = plugin.settings().tickMilliseconds;
     if (firstTick > longWait)
@@ -215,7 +228,7 @@ void RunSession::tellWaiting(bool again)
 /// What cannot be shown now comes with the next pass, or at the end.
 void RunSession::showChanges()
 {
-    if (!changes || firstFailure)
+    if (!changes || firstFailure.exitCode == ExitDatabase)
         return;
     if (const Failure failure = changes->show(plugin.figures().passes))
         warn(failure.text);
@@ -259,10 +272,24 @@ void RunSession::endForSignal()
 
 void RunSession::endForTimeout()
 {
-    const QString reason = QStringLiteral("timed out after %1 s").arg(options.timeout);
-    cutAfterGrace({ExitTimeout, reason});
+    cutAfterGrace(timedOut());
     if (!waiting)
-        plugin.finish(told({ExitTimeout, reason}));
+        plugin.finish(told({ExitTimeout, timedOut().reason}));
+}
+
+RunEnding RunSession::timedOut() const
+{
+    return {ExitTimeout, QStringLiteral("timed out after %1 s").arg(options.timeout)};
+}
+
+/// A tick that hangs before or after its pass keeps the plugin's thread.
+void RunSession::limitUnloading()
+{
+    if (graceRuns)
+        return;
+    const RunEnding end {firstFailure ? firstFailure.exitCode : ExitInterrupted,
+                         firstFailure ? firstFailure.text : QStringLiteral("asked to end")};
+    watchdog.arm(options.grace * 1000, [this, end] { cut(end); });
 }
 
 void RunSession::endForDeadServer(const QString &reason)
@@ -272,6 +299,7 @@ void RunSession::endForDeadServer(const QString &reason)
                          "gone, and the person at work half written: leave the export again, run "
                          "again, and see docs/recovery.md, \"The server goes\"")
         : QStringLiteral("; its data are kept, so just run again");
+    serverProcess = 0;
     // Not even waiting for the pass: nothing more can come of it.
     cutAfterGrace({ExitDatabase, reason + left});
     plugin.abort(told({ExitDatabase, reason + left}));
@@ -288,13 +316,18 @@ void RunSession::endForLostTick()
 /// Tells the failure at once, so that it stands in the log where it happened.
 Failure RunSession::told(const Failure &failure)
 {
-    firstFailure = failure;
+    if (!firstFailure)
+        firstFailure = failure;
     writer->fail(failure.text);
     return {failure.exitCode, QString()};
 }
 
+/// The first reason counts, and its time: whoever asks again does not put it off.
 void RunSession::cutAfterGrace(const RunEnding &end)
 {
+    if (graceRuns)
+        return;
+    graceRuns = true;
     watchdog.arm(options.grace * 1000, [this, end] { cut(end); });
 }
 
@@ -302,6 +335,11 @@ void RunSession::cutAfterGrace(const RunEnding &end)
 /// Leaves no server and no file of this process behind.
 void RunSession::cut(const RunEnding &end)
 {
+    // Whoever reads the log may stand still, and hold the locks of those who write.
+    std::thread([end] {
+        std::this_thread::sleep_for(std::chrono::seconds(2));
+        std::_Exit(end.exitCode);
+    }).detach();
     const QString pass = plugin.isPassRunning()
         ? QStringLiteral("the running pass was cut while waiting for ")
         : QStringLiteral("while waiting for ");

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void tellMissingExport();
     void showChanges();
     void tellOfExport();
+    void limitUnloading();
     void endForSignal();
     void endForTimeout();
     void endForDeadServer(const QString &reason);
@@ -70,6 +71,7 @@ private Q_SLOTS:
 private:
     Failure prepare();
     Failure prepareDatabase();
+    Failure openDatabase();
     Failure watchChanges();
     Failure startPrivateDatabase();
     Failure runPlugin();
@@ -77,6 +79,7 @@ private:
     void warn(const QString &text);
     RunEnding ending(const Failure &failure) const;
     Failure told(const Failure &failure);
+    RunEnding timedOut() const;
     void cutAfterGrace(const RunEnding &ending);
     void cut(const RunEnding &ending);
     QString whatIsWaitedFor() const;
@@ -92,6 +95,7 @@ private:
     Connection connection {QStringLiteral("talvenhr")}; ///< whose clone the plugin gets
     QScopedPointer<ChangeWatch> changes; ///< null unless they are to be shown
     PluginRun plugin;
+    bool graceRuns = false; ///< the process will be cut at its end
     bool waiting = false; ///< for the running pass to end
     int ownWarnings = 0; ///< told by the session, not by the plugin
     FateCounts exportLines; ///< of all passes

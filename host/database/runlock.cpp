@@ -3,8 +3,12 @@
 // One run at a time on a database.
 #include "host/database/runlock.h"
 
+#include "host/database/errortext.h"
+
 #include <QCoreApplication>
+#include <QSqlError>
 #include <QSqlQuery>
+#include <QStringList>
 #include <QVariant>
 
 namespace {
@@ -22,25 +26,43 @@ QString lockName(const QString &database)
     return QLatin1Char('\'') + name + QLatin1Char('\'');
 }
 
-/// The first value of the answer; not valid without one.
-QVariant answerOf(const QSqlDatabase &database, const QString &statement)
+/// The first value of the answer, which is not valid without one, and the error if there is any.
+struct Answer
+{
+    QVariant value;
+    QSqlError error;
+};
+
+Answer answerOf(const QSqlDatabase &database, const QString &statement)
 {
     QSqlQuery query(database);
-    return query.exec(statement) && query.next() ? query.value(0) : QVariant();
+    const bool answered = query.exec(statement) && query.next();
+    return {answered ? query.value(0) : QVariant(), query.lastError()};
 }
 
-/// Who has the lock: his connection, and from where and since when as far as the server tells.
+/// Who has the lock: his connection, and from where as far as the server tells. Empty if nobody has
+/// it any more.
 QString holderOf(const QSqlDatabase &database, const QString &lock)
 {
     const QString id = answerOf(database, QStringLiteral("SELECT IS_USED_LOCK(%1)").arg(lock))
-                           .toString();
+                           .value.toString();
+    if (id.isEmpty())
+        return QString();
     const QString more = answerOf(database,
                                   QStringLiteral("SELECT CONCAT(user, ' from ', host) FROM "
                                                  "information_schema.processlist WHERE id = %1")
                                       .arg(id))
-                             .toString();
+                             .value.toString();
     return more.isEmpty() ? Text::tr("connection %1 of the server").arg(id)
                           : Text::tr("connection %1 of the server, %2").arg(id, more);
+}
+
+/// The server knows no such function, or not in the way in which it runs (as a cluster).
+bool meansNoLocks(const QSqlError &error)
+{
+    const QStringList codes {QStringLiteral("1305"), QStringLiteral("1235"),
+                             QStringLiteral("1193")};
+    return codes.contains(error.nativeErrorCode());
 }
 
 } // namespace
@@ -57,12 +79,23 @@ Failure RunLock::take(const ConnectionParameters &parameters)
     // A connection that rests for a year is not to be ended for that.
     QSqlQuery(database).exec(QStringLiteral("SET SESSION wait_timeout = 31536000"));
     const QString lock = lockName(parameters.database);
-    const QVariant answer = answerOf(database, QStringLiteral("SELECT GET_LOCK(%1, 0)").arg(lock));
-    held = answer.toInt() == 1;
-    if (answer.isNull() || held)
+    const QString question = QStringLiteral("SELECT GET_LOCK(%1, 0)").arg(lock);
+    Answer answer = answerOf(database, question);
+    QString holder;
+    if (answer.value.toInt() == 0 && !answer.value.isNull()) {
+        holder = holderOf(database, lock);
+        if (holder.isEmpty()) // gone in this moment
+            answer = answerOf(database, question);
+    }
+    held = answer.value.toInt() == 1;
+    if (held || meansNoLocks(answer.error))
         return {};
+    if (answer.value.isNull())
+        return {ExitDatabase,
+                Text::tr("database '%1' cannot be locked against another run: %2")
+                    .arg(parameters.database, errorText(answer.error))};
     return {ExitRefused,
             Text::tr("another 'talvenhr run' is at work on database '%1' (%2); two at a time would "
                      "undo each other's work, so wait for its end, or end it")
-                .arg(parameters.database, holderOf(database, lock))};
+                .arg(parameters.database, holder)};
 }

@@ -100,18 +100,13 @@ bool isLost(const ExportLine &line, int column)
     return !dateOf(line.record, column).isValid();
 }
 
-QString likelyFault(const QString &firstLine, bool headerOnly)
+QString separatorFault(const QString &line)
 {
-    if (headerOnly)
-        return Text::tr("it ends with its header");
-    if (firstLine.contains(QChar(0)) || firstLine.startsWith(QStringLiteral("\ufffd\ufffd")))
-        return Text::tr("it looks like UTF-16");
-    if (firstLine.count(QLatin1Char(';')) >= 10)
+    if (line.count(QLatin1Char(';')) >= 10)
         return Text::tr("its cells are separated by semicolons, not by '|'");
-    if (firstLine.count(QLatin1Char('\t')) >= 10)
+    if (line.count(QLatin1Char('\t')) >= 10)
         return Text::tr("its cells are separated by tabs, not by '|'");
-    if (firstLine.count(QLatin1Char(',')) >= 10)
+    if (line.count(QLatin1Char(',')) >= 10)
         return Text::tr("its cells are separated by commas, not by '|'");
-    return Text::tr("its first line has %1 cells in place of 18")
-        .arg(firstLine.count(QLatin1Char('|')) + 1);
+    return QString();
 }

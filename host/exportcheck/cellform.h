@@ -17,5 +17,6 @@ bool isDateColumn(int column);
 /// text are never lost.
 bool isLost(const ExportLine &line, int column);
 
-/// Why an export of which this is the first line may have no usable one; ends without a full stop.
-QString likelyFault(const QString &firstLine, bool headerOnly);
+/// Which other sign than '|' seems to separate the cells of a line; empty if none does. Ends
+/// without a full stop.
+QString separatorFault(const QString &line);

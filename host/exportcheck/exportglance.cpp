@@ -49,6 +49,7 @@ private:
     void lookAtLetters(const QString &text);
     QVector<Finding> findings() const;
     Finding nothingUsable() const;
+    QString likelyFault() const;
 
     ExportFile lines;
     LineReader reader;
@@ -59,7 +60,8 @@ private:
     Places dates;
     Places numbers;
     Places letters;
-    QString firstLine;
+    bool looksLikeUtf16 = false;
+    QString otherSeparator; ///< of the first line
 };
 
 ExportGlance Glance::look()
@@ -68,8 +70,10 @@ ExportGlance Glance::look()
     int seen = 0;
     while (lines.nextLine(&text)) {
         ++seen;
-        if (firstLine.isEmpty())
-            firstLine = text.left(200);
+        if (seen == 1) {
+            looksLikeUtf16 = text.startsWith(QStringLiteral("\ufffd\ufffd"));
+            otherSeparator = separatorFault(text);
+        }
         lookAtLetters(text);
         take(reader.read(text));
     }
@@ -140,7 +144,7 @@ QVector<Finding> Glance::findings() const
     QVector<Finding> all;
     if (fates.taken == 0)
         return {nothingUsable()};
-    const QString correct = Text::tr("correct the export and leave it again");
+    const QString correct = Text::tr("correct the export and put it there again");
     if (wrongCount.count > 0)
         all.append(found("E-LINE-CELLS", wrongCount,
                          Text::tr("lines of the export dropped for a wrong number of cells: %1")
@@ -177,13 +181,29 @@ QVector<Finding> Glance::findings() const
 
 Finding Glance::nothingUsable() const
 {
-    const QString text = fates.lines() == 0
-        ? Text::tr("the export is empty")
-        : Text::tr("the export has no usable line among %1; %2")
-              .arg(fates.lines())
-              .arg(likelyFault(firstLine, fates.header > 0 && fates.dropped == 0));
+    const QString text = fates.lines() == 0 ? Text::tr("the export is empty")
+                                            : Text::tr("the export has no usable line among %1; %2")
+                                                  .arg(fates.lines())
+                                                  .arg(likelyFault());
     return {QStringLiteral("E-FILE-NOTHING"), Finding::Error, Text::tr("export"), text,
-            Text::tr("nobody is added or updated until a correct one is left")};
+            Text::tr("nobody is added or updated until a correct one is there")};
+}
+
+QString Glance::likelyFault() const
+{
+    if (looksLikeUtf16)
+        return Text::tr("it looks like UTF-16");
+    if (!otherSeparator.isEmpty())
+        return otherSeparator;
+    if (wrongCount.count > 0)
+        return Text::tr("line %1 has %2").arg(wrongCount.firstLine).arg(wrongCount.first);
+    if (noKey.count > 0)
+        return Text::tr("line %1 has no personal number or no ordinal (%2)")
+            .arg(noKey.firstLine)
+            .arg(noKey.first);
+    if (noName.count > 0)
+        return Text::tr("line %1 has no name").arg(noName.firstLine);
+    return Text::tr("it ends with its header");
 }
 
 } // namespace

@@ -56,6 +56,7 @@ Failure PluginRun::run(const QSqlDatabase &handle)
         return failure;
     Q_EMIT started();
     loop.exec();
+    Q_EMIT unloading();
     plugin.unload();
     return outcome;
 }

@@ -73,6 +73,8 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void started();
+    /// The plugin is about to go, which waits for its thread.
+    void unloading();
     /// A pass has to come to its end first; `again` if somebody had asked for the end before.
     void waitingForPass(bool again);
     void passEnded();

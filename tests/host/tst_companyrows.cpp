@@ -4,6 +4,7 @@
 #include "host/company/companyrows.h"
 #include "host/company/exportwriter.h"
 #include "host/company/life.h"
+#include "support/contentdifference.h"
 #include "support/databaseworker.h"
 #include "support/localseconds.h"
 #include "support/machineclock.h"
@@ -41,20 +42,6 @@ const TableQuery queries[] = {
 QStringList nightOf(const QDate &day)
 {
     return nightStatements(QString::number(localSeconds(day)));
-}
-
-/// What only one of two contents holds: "-VALUE" of the first, "+VALUE" of the second.
-QString contentDifference(const QStringList &before, const QStringList &after)
-{
-    const QSet<QString> old(before.cbegin(), before.cend());
-    const QSet<QString> now(after.cbegin(), after.cend());
-    QStringList difference;
-    for (const QString &value : old - now)
-        difference.append(QLatin1Char('-') + value);
-    for (const QString &value : now - old)
-        difference.append(QLatin1Char('+') + value);
-    difference.sort();
-    return difference.join(QLatin1Char('\n'));
 }
 
 /// In a month most people see something happen.
@@ -252,7 +239,7 @@ void tst_CompanyRows::firstPass_changesNothingThatAnExportDecides()
     DatabaseWorker worker(*database);
     setUp(&worker);
     pass(&worker, company);
-    QCOMPARE(contentDifference(before, content()), QString());
+    QCOMPARE(contentDifference(before, content()), QStringList());
     QCOMPARE(rows("SELECT * FROM funds_move ORDER BY uid, day, type"), moves);
     QCOMPARE(rows("SELECT * FROM admins_people ORDER BY uid, aid"), administrators);
     QVERIFY(rows("SELECT COUNT(*) FROM term_sync") != QStringList(QStringLiteral("0")));
@@ -282,7 +269,7 @@ void tst_CompanyRows::daysOfLife_endWithTheRowsOfTheLastDay()
     const QStringList lived = content();
     const QStringList livedLeave = leave(life.company().day);
     load(life.company());
-    QCOMPARE(contentDifference(lived, content()), QString());
+    QCOMPARE(contentDifference(lived, content()), QStringList());
     QCOMPARE(livedLeave, leave(life.company().day));
 }
 

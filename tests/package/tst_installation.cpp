@@ -155,7 +155,7 @@ void tst_Installation::files_areHardened()
 {
     QFETCH(QString, file);
     if (!TALVENHR_IS_HARDENED)
-        QSKIP("not built with TALVENHR_HARDEN");
+        QSKIP("not built with TALVENHR_HARDEN", );
     const QString said = outputOf(QStringLiteral("readelf"), {QStringLiteral("-Whld"), file});
     const auto says = [&said](const char *pattern) {
         return said.contains(

@@ -219,17 +219,3 @@ QStringList ServerCompany::canonical(QStringList events)
         QRegularExpression(QStringLiteral("\\b%1([123])(1?)\\b").arg(own(QStringLiteral("900")))),
         QStringLiteral("900\\1\\2"));
 }
-
-QStringList contentDifference(const QStringList &before, const QStringList &after)
-{
-    QStringList added = after;
-    QStringList difference;
-    for (const QString &value : before) {
-        if (!added.removeOne(value))
-            difference.append(QLatin1Char('-') + value);
-    }
-    for (const QString &value : qAsConst(added))
-        difference.append(QLatin1Char('+') + value);
-    difference.sort();
-    return difference;
-}

@@ -3,6 +3,7 @@
 // A small company in the database of the private server, for a pass in which something goes wrong.
 #pragma once
 
+#include "support/contentdifference.h"
 #include "support/testdatabase.h"
 
 #include <QStringList>
@@ -52,6 +53,3 @@ private:
 
 /// Noon of 17 March 2026.
 QDateTime companyNow();
-
-/// "-VALUE" for what only the first content holds, "+VALUE" for what only the second does; sorted.
-QStringList contentDifference(const QStringList &before, const QStringList &after);

@@ -46,10 +46,7 @@ private Q_SLOTS:
 void tst_Documents::exitCodes_areThoseOfTheReadme()
 {
     QStringList rows;
-    QStringList help;
-    const QStringList lines = helpText(allCommands()).split(QLatin1Char('\n'));
-    for (const QString &line : lines)
-        help.append(line.simplified());
+    const QString help = helpText(allCommands()).simplified();
     const QVector<ExitMeaning> meanings = exitMeanings();
     for (const ExitMeaning &meaning : meanings) {
         const QString line = QStringLiteral("%1 %2").arg(meaning.code).arg(meaning.meaning);

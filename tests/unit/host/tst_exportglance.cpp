@@ -106,7 +106,7 @@ void tst_ExportGlance::findings_nameNumberAndFirstPlace()
     QCOMPARE(
         findingLine(findings.at(0)),
         QStringLiteral("lines of the export dropped for a wrong number of cells: 1 (first: line 5, "
-                       "3 cells in place of 18); correct the export and leave it again"));
+                       "3 cells in place of 18); correct the export and put it there again"));
     QCOMPARE(
         findingLine(findings.at(1)),
         QStringLiteral("dates of the export that count as empty: 2 (first: line 3, DatumNastupu "
@@ -127,9 +127,18 @@ void tst_ExportGlance::nothingUsable_guessesWhy_data()
     QTest::newRow("tabs") << QByteArray(lines).replace('|', '\t')
                           << "the export has no usable line among 2; its cells are separated by "
                              "tabs, not by '|'";
-    QTest::newRow("cells missing") << QByteArray("1|2|3\n")
-                                   << "the export has no usable line among 1; its first line has 3 "
-                                      "cells in place of 18";
+    QTest::newRow("cells missing")
+        << QByteArray("1|2|3\n")
+        << "the export has no usable line among 1; line 1 has 3 cells in "
+           "place of 18";
+    QTest::newRow("keys missing") << with(1, "x")
+                                  << "the export has no usable line among 1; line 1 has no "
+                                     "personal number or no ordinal ('x', '1')";
+    QTest::newRow("names missing") << QByteArray(with(4, "")).replace("Nov\xc3\xa1", "")
+                                   << "the export has no usable line among 1; line 1 has no name";
+    QTest::newRow("long line") << QByteArray(header).trimmed() + "|\n"
+                               << "the export has no usable line among 1; line 1 has 19 cells in "
+                                  "place of 18";
     QByteArray utf16("\xff\xfe");
     for (const char byte : lines) {
         utf16 += byte;

@@ -53,7 +53,7 @@ void tst_Watchdog::arm_takesThePlaceOfTheActionBefore()
 void tst_Watchdog::runningChildren_areNamed()
 {
 #ifndef Q_OS_LINUX
-    QSKIP("only Linux tells");
+    QSKIP("only Linux tells", );
 #endif
     QCOMPARE(runningChildren().size(), 0);
     QProcess child;
