@@ -53,5 +53,5 @@ QString nearest(const QString &word, const QStringList &known)
 QString didYouMean(const QString &word, const QStringList &known)
 {
     const QString meant = nearest(word, known);
-    return meant.isEmpty() ? QString() : Text::tr("; did you mean '%1'?").arg(meant);
+    return meant.isEmpty() ? QString() : Text::tr(" (did you mean '%1'?)").arg(meant);
 }

@@ -9,5 +9,5 @@
 /// empty when none is near.
 QString nearest(const QString &word, const QStringList &known);
 
-/// "; did you mean '...'?" for the nearest word, or nothing.
+/// " (did you mean '...'?)" for the nearest word, or nothing.
 QString didYouMean(const QString &word, const QStringList &known);

@@ -18,6 +18,12 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(Options)
 };
 
+/// As it stands on the command line.
+QString dashed(const QString &option)
+{
+    return (option.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + option;
+}
+
 /// Qt's word for what is wrong, in the form of ours.
 QString parserError(const QCommandLineParser &parser)
 {
@@ -66,7 +72,7 @@ Failure Options::parse(const QStringList &arguments)
             unknown.isEmpty()
                 ? parserError(parser)
                 : Text::tr("unknown option '%1'%2")
-                      .arg(unknown.first(), didYouMean(unknown.first(), optionNames())));
+                      .arg(dashed(unknown.first()), didYouMean(unknown.first(), optionNames())));
     }
     return helpWanted() ? Failure() : checkArguments();
 }

@@ -190,7 +190,7 @@ RunEnding RunSession::ending(const Failure &failure) const
         return {ExitErrors, QStringLiteral("an export had no usable line")};
     if (figures.warnings > 0 && options.strict)
         return {ExitErrors, QStringLiteral("warnings count as errors, as --strict asks for")};
-    return {};
+    return {ExitClean, endedBySignal ? QStringLiteral("ended by a signal") : QString()};
 }
 
 void RunSession::tellActivity(const QString &what)
@@ -265,6 +265,7 @@ void RunSession::warn(const QString &text)
 /// A first signal lets the running pass come to its end; a second one is in earnest.
 void RunSession::endForSignal()
 {
+    endedBySignal = true;
     if (waiting)
         cutAfterGrace({ExitInterrupted, QStringLiteral("ended by a second signal")});
     plugin.finish();
@@ -350,7 +351,6 @@ void RunSession::cut(const RunEnding &end)
     if (serverProcess > 0)
         ::kill(static_cast<pid_t>(serverProcess), SIGKILL);
     plugin.removeTraces();
-    writer->fail(told.reason);
     writer->summary(summary);
     std::_Exit(told.exitCode);
 }

@@ -96,6 +96,7 @@ private:
     QScopedPointer<ChangeWatch> changes; ///< null unless they are to be shown
     PluginRun plugin;
     bool graceRuns = false; ///< the process will be cut at its end
+    bool endedBySignal = false;
     bool waiting = false; ///< for the running pass to end
     int ownWarnings = 0; ///< told by the session, not by the plugin
     FateCounts exportLines; ///< of all passes

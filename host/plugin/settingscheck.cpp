@@ -9,6 +9,8 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 #include <limits>
 
@@ -167,6 +169,40 @@ QVector<Finding> numberFindings(const QString &name, const QVariant &value)
     return {};
 }
 
+/// The first word of the export command, as the plugin's splitting takes it: double quotes group,
+/// others do not.
+QString programOf(const QString &command)
+{
+    const QString text = command.trimmed();
+    if (text.startsWith(QLatin1Char('"')))
+        return text.mid(1).section(QLatin1Char('"'), 0, 0);
+    return text.section(QLatin1Char(' '), 0, 0);
+}
+
+QVector<Finding> commandFindings(const SettingsFile &settings)
+{
+    const QString name = QStringLiteral("syncCommand");
+    const QString program = programOf(settings.toString(name));
+    if (static_cast<quint8>(settings.toUInt(QStringLiteral("syncCommandRun"))) == 0)
+        return {};
+    if (program.isEmpty())
+        return {warning("W-SET-COMMAND", name,
+                        Text::tr("syncCommandRun asks for an export command, and there is none"),
+                        Text::tr("name it in syncCommand, or set syncCommandRun=0"))};
+    if (!QStandardPaths::findExecutable(program).isEmpty())
+        return {};
+    return {
+        warning("W-SET-COMMAND", name,
+                QFileInfo::exists(program)
+                    ? Text::tr("the export command '%1' may not be executed: each pass goes on "
+                               "without it, with the export that is there")
+                          .arg(program)
+                    : Text::tr("the export command '%1' is not found: each pass goes on without "
+                               "it, with the export that is there")
+                          .arg(program),
+                Text::tr("correct syncCommand in '%1'").arg(settings.path()))};
+}
+
 QVector<Finding> valueFindings(const SettingsFile &settings)
 {
     QVector<Finding> findings;
@@ -226,6 +262,6 @@ QVector<Finding> settingsFindings(const SettingsFile &settings)
     // Strange keys of a file that was not read as it was meant tell nothing more.
     if (findings.isEmpty())
         findings = keyFindings(settings);
-    findings += valueFindings(settings);
+    findings += valueFindings(settings) + commandFindings(settings);
     return findings + fatalFindings(settings, findings);
 }

@@ -169,10 +169,11 @@ QString sandboxPage(const SandboxOptions &options)
     page += trial(
         Text::tr("Break a line"),
         QStringLiteral("sed -i \"20s/|1|/|1|O'/\" %1/exports/*.data\n").arg(folder)
-            + runCommand(options, QStringLiteral("--once --log-level 3")),
-        Text::tr("An apostrophe before a title: the statement for that person fails. Take "
-                 "away a separator instead, and the line is skipped, which is said at "
-                 "level 3 only."));
+            + runCommand(options, QStringLiteral("--once --log-level 0")),
+        Text::tr("An apostrophe before a title: the statement for that person fails, and the "
+                 "server's error shows what it stumbled over. Take away a separator instead, and "
+                 "the line is dropped, with a warning. The same sed with the texts exchanged "
+                 "undoes it."));
     page += trial(
         Text::tr("Begin again"), QStringLiteral("rm %1/last-export").arg(folder),
         Text::tr("The first export comes next. For a fresh database, remove the folder and "

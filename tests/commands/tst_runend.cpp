@@ -28,6 +28,8 @@ private Q_SLOTS:
     void timeoutInMidPass_cutsAHangingServer();
     void timeoutBeforeTheFirstTick();
     void timeoutWhileTheServerDoesNotAnswer();
+    void signalWhileTheServerDoesNotAnswer();
+    void signalWhileATickHangs_cutsIt();
     void killedPrivateServer_endsAtOnce();
     void killedPrivateServerInMidPass_tellsWhatIsLeft();
     void lostDatabase_endsAfterTheTick();
@@ -185,7 +187,7 @@ void tst_RunEnd::timeoutInMidPass_cutsAHangingServer()
     QCOMPARE(::kill(static_cast<pid_t>(server), SIGSTOP), 0);
     site.endPass();
     QCOMPARE(program.finish(), 4);
-    QCOMPARE(program.linesWith(QStringLiteral("talvenhr: timed out after 8 s")).count(), 2);
+    QCOMPARE(program.linesWith(QStringLiteral("talvenhr: timed out after 8 s")).count(), 1);
     QVERIFY2(program.lastLine().contains(
                  QStringLiteral("timed out after 8 s, the running pass was cut while waiting for "
                                 "an answer of the database; the plugin's last message: THRWorker")),
@@ -215,6 +217,52 @@ void tst_RunEnd::timeoutWhileTheServerDoesNotAnswer()
     QCOMPARE(exitCode, 4);
     QVERIFY2(program.lastLine().endsWith(QStringLiteral("; timed out after 1 s, while waiting for "
                                                         "an answer of the database")),
+             qPrintable(program.lastLine()));
+}
+
+/// Nothing is at work yet, so that the signal ends the process itself.
+void tst_RunEnd::signalWhileTheServerDoesNotAnswer()
+{
+    PrivateServer server(databasePath());
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    Site odd;
+    odd.set({QStringLiteral("importfile=x")}); // its warning tells that the program has come so far
+    QCOMPARE(::kill(static_cast<pid_t>(server.processId()), SIGSTOP), 0);
+    TalvenhrProcess program(odd.runOptions({QStringLiteral("--socket"), server.socketPath()}));
+    program.start();
+    const bool warned = program.waitForLine(QStringLiteral("talvenhr: warning: the key"));
+    // A signal that comes before the connection is tried waits for the event loop.
+    for (int attempt = 0; attempt < 100 && !program.hasEnded(); ++attempt) {
+        program.sendSignal(SIGTERM);
+        QTest::qWait(20);
+    }
+    server.kill();
+    QVERIFY(warned);
+    QVERIFY(program.hasEnded());
+}
+
+void tst_RunEnd::signalWhileATickHangs_cutsIt()
+{
+    PrivateServer server(databasePath());
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    TalvenhrProcess program(
+        site.runOptions({QStringLiteral("--socket"), server.socketPath(), QStringLiteral("--grace"),
+                         QStringLiteral("1"), QStringLiteral("--log-level"), QStringLiteral("2")}));
+    program.start();
+    QVERIFY(program.waitForLine(begin));
+    site.endPass();
+    QVERIFY(program.waitForLine(end));
+    QCOMPARE(::kill(static_cast<pid_t>(server.processId()), SIGSTOP), 0);
+    const bool ticks = program.waitForLine(QStringLiteral("THRWorker::checkSync(): #2"));
+    program.sendSignal(SIGINT);
+    const int exitCode = program.finish();
+    server.kill();
+    QVERIFY(ticks);
+    QCOMPARE(exitCode, 130);
+    QVERIFY2(program.lastLine().contains(QStringLiteral("; asked to end, while waiting for an "
+                                                        "answer of the database")),
              qPrintable(program.lastLine()));
 }
 

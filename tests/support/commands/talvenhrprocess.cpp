@@ -77,6 +77,12 @@ void TalvenhrProcess::sendSignal(int number)
     ::kill(static_cast<pid_t>(process.processId()), number);
 }
 
+bool TalvenhrProcess::hasEnded()
+{
+    process.waitForFinished(0);
+    return process.state() == QProcess::NotRunning;
+}
+
 int TalvenhrProcess::finish()
 {
     if (process.state() == QProcess::NotRunning)

@@ -25,6 +25,7 @@ public:
     /// Waits until a line of standard error holds the text. False when none came.
     bool waitForLine(const QString &text);
     void sendSignal(int number);
+    bool hasEnded();
     /// Waits for the end, having started the program if it was not. The exit code, -1 for a crash.
     int finish();
 

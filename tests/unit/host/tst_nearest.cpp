@@ -46,7 +46,7 @@ void tst_Nearest::nearest_findsTheWord()
 void tst_Nearest::didYouMean_asksOnlyWhenOneIsNear()
 {
     const QStringList known {QStringLiteral("host")};
-    QCOMPARE(didYouMean(QStringLiteral("hots"), known), QStringLiteral("; did you mean 'host'?"));
+    QCOMPARE(didYouMean(QStringLiteral("hots"), known), QStringLiteral(" (did you mean 'host'?)"));
     QCOMPARE(didYouMean(QStringLiteral("elephant"), known), QString());
 }
 

@@ -169,8 +169,8 @@ void tst_Options::parse_wrongUse_data()
     };
     row("", "FILE is missing: where to");
     row("one two", "unexpected argument 'two'");
-    row("one --fats", "unknown option 'fats'; did you mean 'fast'?");
-    row("one --walrus", "unknown option 'walrus'");
+    row("one --fats", "unknown option '--fats' (did you mean 'fast'?)");
+    row("one --walrus", "unknown option '--walrus'");
     row("one --user", "missing value after '--user'");
 }
 
@@ -202,8 +202,8 @@ void tst_Options::configuration_wrongLines_data()
     const auto row = [](const char *lines, const char *text) {
         QTest::newRow(text) << QByteArray(lines) << text;
     };
-    row("\n[databse]", "line 2: unknown section [databse]; did you mean 'database'?");
-    row("[database]\nhots=x", "line 2: unknown key 'hots' in [database]; did you mean 'host'?");
+    row("\n[databse]", "line 2: unknown section [databse] (did you mean 'database'?)");
+    row("[database]\nhots=x", "line 2: unknown key 'hots' in [database] (did you mean 'host'?)");
     row("[plugin]\nhost=x", "line 2: unknown key 'host' in [plugin]");
     row("host=x", "line 1: the key 'host' stands below no section");
     row("[database]\nhost", "line 2: neither a section nor KEY=VALUE: 'host'");

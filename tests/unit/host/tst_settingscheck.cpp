@@ -72,6 +72,13 @@ void tst_SettingsCheck::findings_data()
     row("9 bits", enabled("syncCommandRun=256"), "W-SET-WRAP syncCommandRun");
     row("comma", enabled("syncCommand=/x a,b"), "W-SET-COMMA syncCommand");
     row("no export", enabled("importFile="), "W-SET-EXPORT importFile");
+    row("command not found", enabled("syncCommand=/none/x --y\nsyncCommandRun=2"),
+        "W-SET-COMMAND syncCommand");
+    row("command not executable", enabled("syncCommand=\\\"/etc/passwd\\\" -a\nsyncCommandRun=1"),
+        "W-SET-COMMAND syncCommand");
+    row("no command", enabled("syncCommandRun=2"), "W-SET-COMMAND syncCommand");
+    row("command of the search path", enabled("syncCommand=sh /x\nsyncCommandRun=2"), "");
+    row("command that never runs", enabled("syncCommand=/none/x"), "");
     row("sync 0", enabled("syncInterval=0"), "E-SET-SYNC syncInterval");
     row("sync no number", enabled("syncInterval=often"),
         "W-SET-NUMBER syncInterval, E-SET-SYNC syncInterval");
@@ -103,11 +110,11 @@ void tst_SettingsCheck::findings()
 void tst_SettingsCheck::findings_textNamesTheMatter()
 {
     const QVector<Finding> findings = settingsFindings(
-        *settings("enabled=no\nsyncCommandRun=257\nimportFil=x\n"));
+        *settings("enabled=no\nsyncCommand=sh\nsyncCommandRun=257\nimportFil=x\n"));
     QCOMPARE(findings.size(), 3);
     QCOMPARE(findingLine(findings.at(0)),
-             QStringLiteral("the plugin does not know the key 'importFil' of '%1'; did you mean "
-                            "'importFile'?; correct or remove it")
+             QStringLiteral("the plugin does not know the key 'importFil' of '%1' (did you mean "
+                            "'importFile'?); correct or remove it")
                  .arg(file->path()));
     QCOMPARE(findingLine(findings.at(1)),
              QStringLiteral("'enabled=no' is read as true, as is everything but 'false', '0' and "
