@@ -20,9 +20,10 @@ COPY_CHANGES = {
     'src/CMakeLists.txt': [('add_library(talvenhr_core STATIC', 'add_library(talvenhr_core SHARED')],
     # Each job has a plugin of its own, in the folder beside that in which its tests run.
     'tests/support/CMakeLists.txt': [('add_library(talvenhr_plugintest STATIC',
-                                      'add_library(talvenhr_plugintest SHARED')],
-    'tests/plugin/CMakeLists.txt': [('$<TARGET_FILE:TalvenHR>',
-                                     '/proc/self/cwd/../plugin/libTalvenHR.so')],
+                                      'add_library(talvenhr_plugintest SHARED'),
+                                     ('TALVENHR_PLUGIN_FILE="$<TARGET_FILE:TalvenHR>"',
+                                      'TALVENHR_PLUGIN_FILE="/proc/self/cwd/../plugin/'
+                                      'libTalvenHR.so"')],
     'cmake/TalvenTargets.cmake': [('CXX_VISIBILITY_PRESET hidden', 'CXX_VISIBILITY_PRESET default'),
                                   ('VISIBILITY_INLINES_HIDDEN ON', 'VISIBILITY_INLINES_HIDDEN OFF')],
 }
