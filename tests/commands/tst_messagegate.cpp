@@ -240,9 +240,14 @@ void tst_MessageGate::filteredLevel3EqualsTheProgramAtEachLevel()
                                       .arg(logLevel)
                                       .arg(server->socketPath()))));
         QCOMPARE(program.finish(), 1); // for the export command, which fails
-        // Without the time and the summary.
-        QStringList lines = program.lines();
-        QVERIFY(lines.takeLast().startsWith(QStringLiteral("talvenhr: 1 pass, ")));
+        // Without the time and the program's own lines, which come when its thread gets to them.
+        QStringList lines;
+        const QStringList all = program.lines();
+        QVERIFY(all.constLast().startsWith(QStringLiteral("talvenhr: 1 pass, ")));
+        for (const QString &line : all) {
+            if (!line.startsWith(QStringLiteral("talvenhr: ")))
+                lines.append(line);
+        }
         lines.replaceInStrings(QRegularExpression(QStringLiteral("^\\S+ ")), QString());
         texts.append(lines);
     }
