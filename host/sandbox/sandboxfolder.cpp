@@ -3,12 +3,17 @@
 // The folder of a sandbox: whose it is, and what lies where in it.
 #include "host/sandbox/sandboxfolder.h"
 
+#include "host/server/leftprocess.h"
 #include "host/server/privatefolder.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
+
+#include <csignal>
 
 namespace {
 
@@ -19,6 +24,8 @@ struct Text
 
 const QFile::Permissions ownersFile = QFile::ReadOwner | QFile::WriteOwner;
 const QFile::Permissions ownersProgram = ownersFile | QFile::ExeOwner;
+
+const int leftServerPatience = 10000; // milliseconds
 
 QString markName()
 {
@@ -41,14 +48,29 @@ Failure cannotWrite(const QString &path, const QString &reason)
     return {ExitUsage, Text::tr("cannot write '%1': %2").arg(path, reason)};
 }
 
-/// The server of a process that was killed ends by itself, in a moment.
-Failure waitForLeftServer(const QString &databaseFolder)
+/// Ends the server that a process which was killed has left behind. What it works on goes anyway,
+/// so that it need not take its time.
+Failure endLeftServer(const QString &databaseFolder)
 {
-    PrivateFolder folder(databaseFolder);
-    QString error;
-    QString unknown;
-    if (folder.isKnown(&unknown) && !folder.take(&error))
-        return {ExitDatabase, error};
+    if (!PrivateFolder(databaseFolder).socketOfHolder().isEmpty())
+        return {ExitRefused,
+                Text::tr("the unfinished sandbox's database '%1' is in use by another process")
+                    .arg(databaseFolder)};
+    const QString dataFolder = PrivateFolder(databaseFolder).dataPath();
+    QElapsedTimer timer;
+    timer.start();
+    for (QVector<qint64> left = processesIn(dataFolder); !left.isEmpty();
+         left = processesIn(dataFolder)) {
+        if (timer.elapsed() > leftServerPatience)
+            return {ExitDatabase,
+                    Text::tr("process %1, which an unfinished sandbox has left behind, still works "
+                             "in '%2'; end it first")
+                        .arg(left.first())
+                        .arg(dataFolder)};
+        for (const qint64 process : qAsConst(left))
+            ::kill(static_cast<pid_t>(process), SIGKILL);
+        QThread::msleep(10);
+    }
     return {};
 }
 
@@ -97,7 +119,7 @@ Failure SandboxFolder::finish()
 /// The mark stays, so that a clearing that is broken off can be taken up again.
 Failure SandboxFolder::clear() const
 {
-    if (const Failure failure = waitForLeftServer(path(QStringLiteral("db"))))
+    if (const Failure failure = endLeftServer(path(QStringLiteral("db"))))
         return failure;
     const QStringList entries = entriesOf(directory);
     for (const QString &entry : entries) {
