@@ -4,9 +4,10 @@
 """Holds the includes of src/ and host/ to the order of their folders.
 
 A folder of host/ (a wing) includes only the wings that host/CMakeLists.txt says it uses, and src/ only
-where it uses `core`. src/ never includes host/, and src/export no worker. No include runs in a circle,
-and below the commands only report/ and cli/ print. Run in the root of the sources; prints what is
-wrong, a line each. Exit code 1 when anything is.
+where it uses `core`. src/ never includes host/, and src/export nothing else of src/. Every include in
+quotes is rooted at the project or at src/. No include of headers runs in a circle, and only report/,
+cli/ and commands/ print. Run in the root of the sources; prints what is wrong, a line each. Exit code
+1 when anything is.
 """
 
 import pathlib
@@ -37,7 +38,7 @@ def read_wings(path):
 
 
 def resolve(text):
-    """The file that an include names, seen from the root; None for one of another kind."""
+    """The file that an include names, seen from the root or from src/; None if there is none."""
     for path in (pathlib.Path(text), pathlib.Path('src') / text):
         if path.is_file():
             return path
@@ -51,7 +52,7 @@ def wrong_folders(file, included, wings):
     if top == 'src':
         if target[0] != 'src':
             yield f'{file}: src/ includes {included}'
-        elif folder == 'export' and target[1] not in ('export',):
+        elif folder == 'export' and target[1] != 'export':
             yield f'{file}: the export is read without {included}'
     elif folder in wings:
         if target[0] == 'src' and 'core' not in wings[folder]:
@@ -86,9 +87,14 @@ def main():
             if file.suffix not in ('.h', '.cpp'):
                 continue
             text = file.read_text('utf-8')
-            includes[file] = [path for path in map(resolve, INCLUDE.findall(text)) if path]
+            named = [name for name in INCLUDE.findall(text) if not name.endswith('.moc')]
+            wrong.extend(f'{file}: no file "{name}" from the root or from src/'
+                         for name in named if not resolve(name))
+            includes[file] = [path for path in map(resolve, named) if path]
             if len(file.parts) < 3:
                 continue
+            if top == 'host' and file.parts[1] not in wings:
+                wrong.append(f'{file}: the folder is no wing of host/CMakeLists.txt')
             for included in includes[file]:
                 wrong.extend(wrong_folders(file, included, wings))
             if top == 'host' and file.parts[1] not in PRINTING_WINGS and PRINTING.search(text):

@@ -23,10 +23,9 @@ void ChildProcess::setupChildProcess()
 {
     ::setsid();
 #ifdef Q_OS_LINUX
-    const pid_t host = ::getppid();
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-    // The host may have died in between; a foster parent would not tell.
-    if (::getppid() != host)
+    // The host may have died before that; a foster parent would not tell.
+    if (::getppid() != static_cast<pid_t>(host))
         ::_exit(1);
 #endif
 }

@@ -3,6 +3,7 @@
 // A program of the host's own that the terminal's signals do not reach.
 #pragma once
 
+#include <QCoreApplication>
 #include <QProcess>
 
 /// A process in a session of its own: Ctrl+C at the terminal does not end it. On Linux it is asked
@@ -22,4 +23,7 @@ public:
 
 protected:
     void setupChildProcess() override;
+
+private:
+    const qint64 host = QCoreApplication::applicationPid();
 };

@@ -77,6 +77,8 @@ int runCommand(const QVector<Command> &commands, const Command &command,
         failure = options.readConfiguration();
     if (!failure)
         failure = command.run(options);
+    if (!failure && !outputHasArrived())
+        failure = {ExitErrors, Text::tr("standard output cannot be written; is its disk full?")};
     return end(failure, logFormat(options));
 }
 

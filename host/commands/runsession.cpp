@@ -74,6 +74,7 @@ Failure RunSession::run()
 Failure RunSession::prepare()
 {
     const Failure unfit = plugin.prepare();
+    testMode = plugin.settings().testMode;
     for (const Finding &finding : plugin.findings()) {
         if (finding.severity == Finding::Warning)
             warn(findingLine(finding));
@@ -161,7 +162,7 @@ Failure RunSession::runPlugin()
     serverProcess = 0;
     watchdog.disarm();
     const RunEnding end = ending(failure);
-    writer->summary(runSummary(figures(), plugin.settings().testMode, clock.elapsed(), end));
+    writer->summary(runSummary(figures(), testMode, clock.elapsed(), end));
     return {end.exitCode, QString()};
 }
 
@@ -169,7 +170,7 @@ RunFigures RunSession::figures() const
 {
     RunFigures all = plugin.figures();
     all.warnings += ownWarnings;
-    all.dropped = exportLines.dropped;
+    all.dropped = droppedLines;
     return all;
 }
 
@@ -238,7 +239,7 @@ void RunSession::showChanges()
 void RunSession::tellOfExport()
 {
     const ExportGlance glance = plugin.takeGlance();
-    exportLines += glance.fates;
+    droppedLines += glance.fates.dropped;
     for (const Finding &finding : glance.findings) {
         sawUselessExport = sawUselessExport || finding.code == QLatin1String("E-FILE-NOTHING");
         warn(findingLine(finding));
@@ -346,7 +347,7 @@ void RunSession::cut(const RunEnding &end)
         : QStringLiteral("while waiting for ");
     const RunEnding told {end.exitCode,
                           end.reason + QStringLiteral(", ") + pass + whatIsWaitedFor()};
-    const Report summary = runSummary(figures(), plugin.settings().testMode, clock.elapsed(), told);
+    const Report summary = runSummary(figures(), testMode, clock.elapsed(), told);
     // Only now: the plugin would go on with errors.
     if (serverProcess > 0)
         ::kill(static_cast<pid_t>(serverProcess), SIGKILL);

@@ -98,8 +98,10 @@ private:
     bool graceRuns = false; ///< the process will be cut at its end
     bool endedBySignal = false;
     bool waiting = false; ///< for the running pass to end
-    int ownWarnings = 0; ///< told by the session, not by the plugin
-    FateCounts exportLines; ///< of all passes
+    // Of the session itself; the watchdog looks at them, too.
+    std::atomic<int> ownWarnings {0};
+    std::atomic<int> droppedLines {0};
+    std::atomic<bool> testMode {false};
     bool sawUselessExport = false; ///< one without a usable line
     Failure firstFailure; ///< that was told
     bool hasPlugin = false; ///< it has started

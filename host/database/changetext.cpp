@@ -14,7 +14,7 @@
 
 namespace {
 
-// Seconds of about nine thousand years: what is further away is no moment that anybody meant.
+// Short of the year 10000: what is further away is no moment that anybody meant.
 const qlonglong farthest = 253402300800 - 2 * 86400;
 
 QString momentText(qlonglong seconds)

@@ -12,14 +12,22 @@
 
 namespace {
 
-/// What dataDir() asks for when it looks for the directory of this program.
-void writeDataDirEntry(const QString &directory)
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(DataDirectory)
+};
+
+/// What dataDir() asks for when it looks for the directory of this program. False if it cannot be
+/// written.
+bool writeDataDirEntry(const QString &directory)
 {
     QString key = QCoreApplication::applicationDirPath();
     key.replace(QLatin1Char('/'), QLatin1Char('|'));
     QSettings settings(QSettings::SystemScope, QStringLiteral("KESTRA-LK"), QStringLiteral("ORV"));
     settings.beginGroup(QStringLiteral("dataDirs"));
     settings.setValue(key, directory);
+    settings.sync();
+    return settings.status() == QSettings::NoError;
 }
 
 } // namespace
@@ -31,11 +39,23 @@ DataDirectory::DataDirectory(const QString &name)
         return;
     }
     directory = QDir::cleanPath(QFileInfo(name).absoluteFilePath());
-    QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, systemSettings.path());
-    writeDataDirEntry(directory);
+    systemSettings.reset(new QTemporaryDir);
+    QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, systemSettings->path());
+    isTold = systemSettings->isValid() && writeDataDirEntry(directory);
+}
+
+Failure DataDirectory::check() const
+{
+    if (isTold)
+        return {};
+    return {ExitUsage,
+            Text::tr("the plugin cannot be told of '%1', for the temporary folder '%2' cannot be "
+                     "written; make room there, or set TMPDIR")
+                .arg(directory, QDir::tempPath())};
 }
 
 void DataDirectory::removeTraces() const
 {
-    QDir(systemSettings.path()).removeRecursively();
+    if (systemSettings)
+        QDir(systemSettings->path()).removeRecursively();
 }

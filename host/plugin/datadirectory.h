@@ -3,6 +3,9 @@
 // The folder in which the plugin looks for its settings.
 #pragma once
 
+#include "host/base/failure.h"
+
+#include <QScopedPointer>
 #include <QTemporaryDir>
 
 /// Tells the plugins that this process loads where their data directory is, without a trace on the
@@ -15,6 +18,8 @@ public:
     /// An empty name leaves the search to the plugin.
     explicit DataDirectory(const QString &name);
 
+    /// Fails when the plugin cannot be told: it would look elsewhere.
+    Failure check() const;
     /// Removes the temporary folder, for a process that ends without the destructor.
     void removeTraces() const;
 
@@ -22,6 +27,7 @@ public:
     QString iniFile() const { return directory + QStringLiteral("/TalvenHR.ini"); }
 
 private:
-    QTemporaryDir systemSettings;
+    QScopedPointer<QTemporaryDir> systemSettings; ///< null if the search is left to the plugin
+    bool isTold = true; ///< the plugin will find the directory
     QString directory;
 };

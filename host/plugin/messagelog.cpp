@@ -45,10 +45,12 @@ void MessageLog::endAfterPasses(int passes)
     lastPass = passes;
 }
 
-void MessageLog::endAfterThisPass()
+bool MessageLog::endAfterThisPass()
 {
     const QMutexLocker locker(&mutex);
-    lastPass = watch.figures().passes + 1;
+    if (watch.isPassRunning())
+        lastPass = watch.figures().passes + 1;
+    return watch.isPassRunning();
 }
 
 RunFigures MessageLog::figures() const

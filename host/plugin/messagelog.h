@@ -14,8 +14,9 @@ class LogWriter;
 /// Takes every message of Qt's logger while it lives: counts what it tells, and writes it if the
 /// chosen log level shows it.
 ///
-/// One at a time, owned by the command and living on its thread. Messages come from that thread and
-/// from the plugin's worker thread; the signals are to be connected queued.
+/// One at a time, owned by the run of the plugin and living on its thread. Messages come from that
+/// thread and from the plugin's worker thread, and the signals on the thread of their message: to
+/// be connected queued, but for exportReading().
 class MessageLog : public QObject
 {
     Q_OBJECT
@@ -31,7 +32,8 @@ public:
     /// Lets no pass begin after so many, or after the running one. A tick that fell due during a
     /// long pass would otherwise come at once, before the command gets to end the plugin.
     void endAfterPasses(int passes);
-    void endAfterThisPass();
+    /// False when none is running: then nothing is changed.
+    bool endAfterThisPass();
 
     RunFigures figures() const;
     bool isPassRunning() const;
@@ -42,7 +44,8 @@ public:
 Q_SIGNALS:
     /// All that a pass writes is written.
     void passEnded();
-    /// The plugin is about to read the export, if there is one, on the thread of this signal.
+    /// The plugin is about to read the export, if there is one, on the thread of this signal; it
+    /// waits for whoever is connected directly.
     void exportReading();
     /// A pass has found no export file, and no shown message says so.
     void exportMissing();

@@ -23,7 +23,7 @@ public:
         PassEnded, ///< by its last line; the force variable is still to be cleared
         PassOver, ///< all is written, and the connection closes
         ExportReading, ///< is about to begin, on this thread
-        ExportMissing, ///< where there was one in the pass before, or none before
+        ExportMissing, ///< where the pass before had records, or there was none before
         DatabaseNotOpen, ///< a tick was lost
         PluginDisabled,
     };

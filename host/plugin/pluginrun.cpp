@@ -38,6 +38,8 @@ Failure PluginRun::prepare()
 {
     if (const Failure failure = plugin.check())
         return failure;
+    if (const Failure failure = dataDirectory.check())
+        return failure;
     const SettingsFile file(dataDirectory.iniFile());
     if (const Failure failure = file.check())
         return failure;
@@ -88,15 +90,12 @@ void PluginRun::finish(const Failure &failure)
 {
     if (!outcome)
         outcome = failure;
-    if (!log.isPassRunning()) {
+    if (!log.endAfterThisPass()) {
         loop.quit();
         return;
     }
     Q_EMIT waitingForPass(ending);
-    if (ending)
-        return;
     ending = true;
-    log.endAfterThisPass();
 }
 
 void PluginRun::abort(const Failure &failure)

@@ -27,3 +27,8 @@ void printText(const QString &text)
     std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
     std::fflush(stdout);
 }
+
+bool outputHasArrived()
+{
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}

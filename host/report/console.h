@@ -17,5 +17,8 @@ enum class ReportForm {
 /// where there is none, or as one JSON document with a line end.
 void printReport(const Report &report, ReportForm form);
 
+/// Whether all that was printed so far has arrived.
+bool outputHasArrived();
+
 /// Writes a text to standard output as it is, and at once.
 void printText(const QString &text);

@@ -19,7 +19,8 @@ enum class LogFormat {
 /// Writes each message as one line, in plain text or as a JSON object, and keeps the progress bar
 /// out of the way.
 ///
-/// Owned by the command; used from the command's thread and from the plugin's worker thread.
+/// Owned by the command; used from the command's thread, from the plugin's worker thread, and from
+/// that of a watchdog.
 class LogWriter
 {
 public:

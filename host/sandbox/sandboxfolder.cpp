@@ -85,11 +85,9 @@ Failure SandboxFolder::take()
     const QFileInfo info(directory);
     if (info.exists() && !info.isDir())
         return {ExitUsage, Text::tr("'%1' is not a folder").arg(directory)};
-    const QStringList entries = entriesOf(directory);
-    const bool isHalfMade = entries.contains(markName()) || entries == QStringList(lockName());
-    if (!isHalfMade && !entries.isEmpty())
-        return {ExitUsage,
-                Text::tr("'%1' holds files already; name an empty or a new folder").arg(directory)};
+    // Before anything is written into a folder of somebody else.
+    if (holdsOtherFiles())
+        return otherFiles();
     if (const Failure failure = makeFolder(QString()))
         return failure;
 
@@ -100,11 +98,28 @@ Failure SandboxFolder::take()
         return {
             ExitUsage,
             Text::tr("'%1' is being made by another process, or is not writable").arg(directory)};
-    if (isHalfMade) {
-        if (const Failure failure = clear())
-            return failure;
+    // The other process may have come to its end just now.
+    if (holdsOtherFiles()) {
+        lock.reset();
+        return otherFiles();
     }
+    if (const Failure failure = clear())
+        return failure;
     return write(markName(), "This sandbox was not made to its end; it will be made anew.\n");
+}
+
+/// Neither empty nor half made.
+bool SandboxFolder::holdsOtherFiles() const
+{
+    QStringList entries = entriesOf(directory);
+    entries.removeAll(lockName());
+    return !entries.isEmpty() && !entries.contains(markName());
+}
+
+Failure SandboxFolder::otherFiles() const
+{
+    return {ExitUsage,
+            Text::tr("'%1' holds files already; name an empty or a new folder").arg(directory)};
 }
 
 Failure SandboxFolder::finish()

@@ -29,6 +29,8 @@ public:
     Failure write(const QString &name, const QByteArray &text, bool isProgram = false) const;
 
 private:
+    bool holdsOtherFiles() const;
+    Failure otherFiles() const;
     Failure clear() const;
 
     const QString directory;

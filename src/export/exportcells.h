@@ -20,6 +20,6 @@ using DateCache = DayCache<qint64>;
 /// The date of a cell that states it with its time; invalid when the cell has any other form, also
 /// that of a date without a time.
 QDate dateFromCell(const QStringRef &cell, DateCache *cache);
-/// The date of a text in the format of a date and time; invalid when the text does not match, or
-/// states a moment that the time zone does not have.
+/// The date of a text in the format of a date and time; invalid when the text does not match. A
+/// moment that the time zone does not have is taken or refused as the release of Qt has it.
 QDate dateFromText(const QString &text, const QString &format);

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void databaseErrors();
     void failuresOfAnExistingServer();
     void jsonFormatHoldsForFailures();
+    void lostOutput_isAnError();
     void oneLine_showsControlCharacters();
 };
 
@@ -314,6 +315,17 @@ void tst_Cli::jsonFormatHoldsForFailures()
     QCOMPARE(line.value(QStringLiteral("level")).toString(), QStringLiteral("critical"));
     QVERIFY(
         line.value(QStringLiteral("text")).toString().startsWith(QStringLiteral("cannot open")));
+}
+
+void tst_Cli::lostOutput_isAnError()
+{
+    QProcess process;
+    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    process.start(TalvenhrProcess::path(), {QStringLiteral("info"), QStringLiteral("--json")});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(process.readAllStandardError(),
+             QByteArray("talvenhr: standard output cannot be written; is its disk full?\n"));
 }
 
 void tst_Cli::oneLine_showsControlCharacters()

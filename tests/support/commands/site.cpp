@@ -3,6 +3,8 @@
 // A data directory with settings and an export file.
 #include "support/commands/site.h"
 
+#include "support/recordbuilder.h"
+
 #include <QFile>
 #include <QtTest>
 
@@ -70,10 +72,7 @@ QString Site::employee(uint number, const QString &name)
 
 QString Site::header()
 {
-    return QStringLiteral("OsobniCislo|PoradoveCisloPP|Titul|Jmeno|Prijmeni|TitulZa|Telefon|"
-                          "DatumNastupu|DatumVystupu|Stredisko|StrediskoPopis|Kalendar|"
-                          "KalendarPlatnostOd|TypPracovnihoPomeru|StavPracovnihoPomeru|"
-                          "EvidencniStav|DovolenaZustatek|NadrizenyOsobniCislo");
+    return exportHeader();
 }
 
 QStringList Site::runOptions(const QStringList &others) const
