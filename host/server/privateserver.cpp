@@ -188,6 +188,8 @@ void PrivateServer::startInstallation(const QString &install, ChildProcess *proc
     QStringList arguments {QStringLiteral("--no-defaults"),
                            QStringLiteral("--auth-root-authentication-method=normal"),
                            QStringLiteral("--skip-test-db"),
+                           // Without looking names up: none is needed for a socket.
+                           QStringLiteral("--force"),
                            // The script cuts a path at its blanks, so it gets one without any.
                            QStringLiteral("--datadir=./") + PrivateFolder::dataName()};
     arguments += sizeOptions();
