@@ -3,7 +3,6 @@
 // `talvenhr run` at work: a run of the plugin, with signals, a timeout and a private server.
 #include "host/commands/runsession.h"
 
-#include "host/base/childprocesses.h"
 #include "host/commands/changewatch.h"
 #include "host/database/attendance.h"
 #include "host/server/privatedatabase.h"
@@ -11,11 +10,6 @@
 #include <QFileInfo>
 #include <QTime>
 #include <QTimer>
-
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
-#include <thread>
 
 namespace {
 
@@ -174,26 +168,6 @@ RunFigures RunSession::figures() const
     return all;
 }
 
-/// The exit code tells the worst of what has happened.
-RunEnding RunSession::ending(const Failure &failure) const
-{
-    const RunFigures figures = this->figures();
-    if (failure)
-        return {failure.exitCode, firstFailure.text};
-    if (figures.passes < options.passes)
-        return {ExitErrors,
-                QStringLiteral("ended by a signal before pass %1").arg(figures.passes + 1)};
-    if (figures.errors > 0)
-        return {ExitErrors, QString()};
-    if (figures.commandFailures > 0)
-        return {ExitErrors, QStringLiteral("the export command failed")};
-    if (sawUselessExport)
-        return {ExitErrors, QStringLiteral("an export had no usable line")};
-    if (figures.warnings > 0 && options.strict)
-        return {ExitErrors, QStringLiteral("warnings count as errors, as --strict asks for")};
-    return {ExitClean, endedBySignal ? QStringLiteral("ended by a signal") : QString()};
-}
-
 void RunSession::tellActivity(const QString &what)
 {
     writer->activity(what);
@@ -261,112 +235,4 @@ void RunSession::warn(const QString &text)
 {
     ++ownWarnings;
     writer->warn(text);
-}
-
-/// A first signal lets the running pass come to its end; a second one is in earnest.
-void RunSession::endForSignal()
-{
-    endedBySignal = true;
-    if (waiting)
-        cutAfterGrace({ExitInterrupted, QStringLiteral("ended by a second signal")});
-    plugin.finish();
-}
-
-void RunSession::endForTimeout()
-{
-    cutAfterGrace(timedOut());
-    if (!waiting)
-        plugin.finish(told({ExitTimeout, timedOut().reason}));
-}
-
-RunEnding RunSession::timedOut() const
-{
-    return {ExitTimeout, QStringLiteral("timed out after %1 s").arg(options.timeout)};
-}
-
-/// A tick that hangs before or after its pass keeps the plugin's thread.
-void RunSession::limitUnloading()
-{
-    if (graceRuns)
-        return;
-    const RunEnding end {firstFailure ? firstFailure.exitCode : ExitInterrupted,
-                         firstFailure ? firstFailure.text : QStringLiteral("asked to end")};
-    watchdog.arm(options.grace * 1000, [this, end] { cut(end); });
-}
-
-void RunSession::endForDeadServer(const QString &reason)
-{
-    const QString left = plugin.isPassRunning()
-        ? QStringLiteral("; the running pass was cut. Its data are kept, but the export may be "
-                         "gone, and the person at work half written: leave the export again, run "
-                         "again, and see docs/recovery.md, \"The server goes\"")
-        : QStringLiteral("; its data are kept, so just run again");
-    serverProcess = 0;
-    // Not even waiting for the pass: nothing more can come of it.
-    cutAfterGrace({ExitDatabase, reason + left});
-    plugin.abort(told({ExitDatabase, reason + left}));
-}
-
-void RunSession::endForLostTick()
-{
-    if (options.passes > 0 && !firstFailure)
-        plugin.finish(told({ExitDatabase,
-                            QStringLiteral("the database cannot be opened any more; check its "
-                                           "server")}));
-}
-
-/// Tells the failure at once, so that it stands in the log where it happened.
-Failure RunSession::told(const Failure &failure)
-{
-    if (!firstFailure)
-        firstFailure = failure;
-    writer->fail(failure.text);
-    return {failure.exitCode, QString()};
-}
-
-/// The first reason counts, and its time: whoever asks again does not put it off.
-void RunSession::cutAfterGrace(const RunEnding &end)
-{
-    if (graceRuns)
-        return;
-    graceRuns = true;
-    watchdog.arm(options.grace * 1000, [this, end] { cut(end); });
-}
-
-/// Ends the process, on the watchdog's thread: the main thread or the plugin's may hang for good.
-/// Leaves no server and no file of this process behind.
-void RunSession::cut(const RunEnding &end)
-{
-    // Whoever reads the log may stand still, and hold the locks of those who write.
-    std::thread([end] {
-        std::this_thread::sleep_for(std::chrono::seconds(2));
-        std::_Exit(end.exitCode);
-    }).detach();
-    const QString pass = plugin.isPassRunning()
-        ? QStringLiteral("the running pass was cut while waiting for ")
-        : QStringLiteral("while waiting for ");
-    const RunEnding told {end.exitCode,
-                          end.reason + QStringLiteral(", ") + pass + whatIsWaitedFor()};
-    const Report summary = runSummary(figures(), testMode, clock.elapsed(), told);
-    // Only now: the plugin would go on with errors.
-    if (serverProcess > 0)
-        ::kill(static_cast<pid_t>(serverProcess), SIGKILL);
-    plugin.removeTraces();
-    writer->summary(summary);
-    std::_Exit(told.exitCode);
-}
-
-QString RunSession::whatIsWaitedFor() const
-{
-    const QVector<RunningChild> children = runningChildren();
-    for (const RunningChild &child : children) {
-        if (child.pid != serverProcess)
-            return QStringLiteral("process %1, which goes on: %2")
-                .arg(child.pid)
-                .arg(child.command);
-    }
-    const QString message = plugin.lastMessage();
-    return message.isEmpty()
-        ? QStringLiteral("an answer of the database")
-        : QStringLiteral("an answer of the database; the plugin's last message: ") + message;
 }

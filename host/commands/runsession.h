@@ -56,30 +56,36 @@ public:
     Failure run();
 
 private Q_SLOTS:
+    // What there is to tell (runsession.cpp)
     void tellActivity(const QString &what);
     void tellStart();
     void tellWaiting(bool again);
-    void tellMissingExport();
     void showChanges();
     void tellOfExport();
-    void limitUnloading();
+    void tellMissingExport();
+
+    // The end (runsession_ending.cpp)
     void endForSignal();
     void endForTimeout();
+    void limitUnloading();
     void endForDeadServer(const QString &reason);
     void endForLostTick();
 
 private:
+    // runsession.cpp
     Failure prepare();
     Failure prepareDatabase();
     Failure openDatabase();
-    Failure watchChanges();
     Failure startPrivateDatabase();
+    Failure watchChanges();
     Failure runPlugin();
     RunFigures figures() const;
     void warn(const QString &text);
+
+    // runsession_ending.cpp
     RunEnding ending(const Failure &failure) const;
-    Failure told(const Failure &failure);
     RunEnding timedOut() const;
+    Failure told(const Failure &failure);
     void cutAfterGrace(const RunEnding &ending);
     void cut(const RunEnding &ending);
     QString whatIsWaitedFor() const;

@@ -261,7 +261,7 @@ void tst_RunEnd::signalWhileATickHangs_cutsIt()
     server.kill();
     QVERIFY(ticks);
     QCOMPARE(exitCode, 130);
-    QVERIFY2(program.lastLine().contains(QStringLiteral("; asked to end, while waiting for an "
+    QVERIFY2(program.lastLine().contains(QStringLiteral("; ended by a signal, while waiting for an "
                                                         "answer of the database")),
              qPrintable(program.lastLine()));
 }
