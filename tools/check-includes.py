@@ -5,8 +5,8 @@
 
 A folder of host/ (a wing) includes only the wings that host/CMakeLists.txt says it uses, and src/ only
 where it uses `core`. src/ never includes host/, and src/export nothing else of src/. Every include in
-quotes is rooted at the project or at src/. No include of headers runs in a circle, and only report/,
-cli/ and commands/ print. Run in the root of the sources; prints what is wrong, a line each. Exit code
+quotes is rooted at the project or at src/. No include of headers runs in a circle, and only report/
+prints. Run in the root of the sources; prints what is wrong, a line each. Exit code
 1 when anything is.
 """
 
@@ -19,7 +19,7 @@ WING = re.compile(r'talven_add_wing\((\w+)(?:\s+USES\s+([\w\s]+?))?\s+SOURCES')
 # What writes to the terminal or to a standard stream.
 PRINTING = re.compile(r'\b(?:std::)?(?:f?printf|f?puts|fputc|fwrite)\s*\(|\bstd::c(?:out|err)\b'
                       r'|\bQTextStream\s+\w+\((?:stdout|stderr)\)|STD(?:OUT|ERR)_FILENO')
-PRINTING_WINGS = {'report', 'cli', 'commands'}
+PRINTING_WINGS = {'report'}
 
 
 def read_wings(path):
@@ -98,7 +98,7 @@ def main():
             for included in includes[file]:
                 wrong.extend(wrong_folders(file, included, wings))
             if top == 'host' and file.parts[1] not in PRINTING_WINGS and PRINTING.search(text):
-                wrong.append(f'{file}: prints; only report/, cli/ and commands/ do')
+                wrong.append(f'{file}: prints; only report/ does')
     # A source includes its own header: only headers can make circles.
     wrong.extend(f'in a circle: {circle}' for circle in
                  circles({file: found for file, found in includes.items() if file.suffix == '.h'}))

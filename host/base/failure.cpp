@@ -19,7 +19,8 @@ QVector<ExitMeaning> exitMeanings()
     return {
         {ExitClean, Text::tr("no errors")},
         {ExitErrors,
-         Text::tr("errors: logged by the plugin, a useless export, fewer passes than asked for")},
+         Text::tr(
+             "errors: logged by the plugin, a statement, a useless export, too few passes, output")},
         {ExitUsage, Text::tr("wrong usage, settings missing or wrong, plugin cannot be loaded")},
         {ExitDatabase, Text::tr("database cannot be reached or used")},
         {ExitTimeout, Text::tr("timed out")},

@@ -21,8 +21,14 @@ struct Finding
     QString remedy; ///< what to do
 };
 
-/// The finding in one line, without its code.
+/// The finding in one line: what is wrong and what to do.
 inline QString findingLine(const Finding &finding)
 {
     return finding.text + QStringLiteral("; ") + finding.remedy;
+}
+
+/// As findingLine(), with the code behind it, by which it can be looked up.
+inline QString codedLine(const Finding &finding)
+{
+    return QStringLiteral("%1 [%2]").arg(findingLine(finding), finding.code);
 }

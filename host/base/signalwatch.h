@@ -14,7 +14,8 @@ class QSocketNotifier;
 /// the process in the middle of a pass; but for those that the process ignores from its start. A
 /// closed pipe (SIGPIPE) does not end it either.
 ///
-/// One at a time, owned by the command and living on its thread, which must run an event loop.
+/// One at a time, owned by the command and living on its thread, which runs an event loop if it
+/// is to hear of them by caught().
 class SignalWatch : public QObject
 {
     Q_OBJECT

@@ -137,9 +137,13 @@ OptionGroup databaseOptions()
             QVector<Option> {privateDatabaseOption()} + serverOptions()};
 }
 
-QString privateFolder(const Options &options)
+Failure readPrivateFolder(const Options &options, QString *folder)
 {
-    return options.isSet(privateOption()) ? options.value(privateOption()) : defaultPrivateFolder();
+    *folder = options.isSet(privateOption()) ? options.value(privateOption())
+                                             : defaultPrivateFolder();
+    if (folder->isEmpty())
+        return options.usageFailure(Text::tr("--private-db takes a folder"));
+    return {};
 }
 
 Failure readDatabaseOptions(const Options &options, DatabaseChoice *choice)
@@ -150,15 +154,11 @@ Failure readDatabaseOptions(const Options &options, DatabaseChoice *choice)
         if (!other.isEmpty())
             return options.usageFailure(
                 Text::tr("--private-db and --%1 exclude each other").arg(other));
-        choice->privateFolder = options.value(privateOption());
-        if (choice->privateFolder.isEmpty())
-            return options.usageFailure(Text::tr("--private-db takes a folder"));
-        return {};
+        return readPrivateFolder(options, &choice->privateFolder);
     }
     if (!namesServer(options)) {
-        choice->privateFolder = privateFolder(options);
         choice->isDefault = true;
-        return {};
+        return readPrivateFolder(options, &choice->privateFolder);
     }
     return readConnection(options, &choice->connection);
 }

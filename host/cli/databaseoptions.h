@@ -22,7 +22,7 @@ Option privateDatabaseOption();
 OptionGroup databaseOptions();
 
 /// The folder of the private database that --private-db names, or the default one.
-QString privateFolder(const Options &options);
+Failure readPrivateFolder(const Options &options, QString *folder);
 
 /// Takes the options. --private-db on the command line goes before a server that the environment or
 /// talvenhr.conf names. The password comes from its file, else from TALVENHR_PASSWORD, which the

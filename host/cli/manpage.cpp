@@ -82,7 +82,9 @@ QString exitCodes(const QVector<Command> &commands)
 
 QString environment(const QVector<Command> &commands)
 {
-    QString text = entry(QStringLiteral("TALVENHR_PASSWORD"), Text::tr("the database password"));
+    QString text = entry(QStringLiteral("TALVENHR_PASSWORD"), Text::tr("the database password"))
+        + entry(Options::variable(QStringLiteral("config")),
+                Text::tr("stands for the option --config"));
     const QVector<Option> settings = settingsOf(commands);
     for (const Option &setting : settings)
         text += entry(Options::variable(setting.name),

@@ -77,14 +77,10 @@ int runCommand(const QVector<Command> &commands, const Command &command,
         failure = options.readConfiguration();
     if (!failure)
         failure = command.run(options);
-    if (!failure && !outputHasArrived())
-        failure = {ExitErrors, Text::tr("standard output cannot be written; is its disk full?")};
     return end(failure, logFormat(options));
 }
 
-} // namespace
-
-int runShell(const QVector<Command> &commands, const QStringList &arguments)
+int runOrShow(const QVector<Command> &commands, const QStringList &arguments)
 {
     const QString first = arguments.value(1);
     if (first.isEmpty())
@@ -103,4 +99,15 @@ int runShell(const QVector<Command> &commands, const QStringList &arguments)
         return ExitClean;
     }
     return unknownCommand(commands, first);
+}
+
+} // namespace
+
+int runShell(const QVector<Command> &commands, const QStringList &arguments)
+{
+    const int exitCode = runOrShow(commands, arguments);
+    if (exitCode != ExitClean || outputTrouble().isEmpty())
+        return exitCode;
+    return end({ExitErrors, Text::tr("standard output cannot be written: %1").arg(outputTrouble())},
+               LogFormat::Text);
 }

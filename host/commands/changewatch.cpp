@@ -72,6 +72,10 @@ Failure ChangeWatch::show(int pass)
     const QString text = titleOf(passesText(shownPass + 1, pass), changes)
         + pageOf(changeTexts(changes, now.names)) + QLatin1Char('\n');
     printText(text);
+    if (!outputTrouble().isEmpty())
+        return {ExitErrors,
+                QStringLiteral("changes cannot be shown: standard output cannot be written: %1")
+                    .arg(outputTrouble())};
     shown = now;
     shownPass = pass;
     return {};

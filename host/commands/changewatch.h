@@ -21,7 +21,8 @@ public:
     /// touches, which is more than the plugin needs.
     Failure begin(const ConnectionParameters &parameters);
     /// Prints the changes since the snapshot before, which come from the passes up to this number.
-    /// Nothing if it has been shown. After a failure the changes come with the next pass. What a
+    /// Nothing if it has been shown. After a failure of the database the changes come with the next
+    /// pass; ExitErrors tells that standard output is lost. What a
     /// pass has written that began before the snapshot could is shown with the one before.
     Failure show(int pass);
 

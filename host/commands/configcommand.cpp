@@ -106,7 +106,7 @@ Command configCommand()
         "environment, that before the file, and that before the default. Passwords are not "
         "settings and are never shown.");
     command.groups = {reportOptions(), pluginOptions(), databaseOptions()};
-    command.exitCodes = {ExitClean, ExitUsage};
+    command.exitCodes = {ExitClean, ExitErrors, ExitUsage};
     command.sections = {{Text::tr("Configuration file"),
                          {QStringLiteral("[database]"), QStringLiteral("host=db.example.org"),
                           QStringLiteral("password-file=/etc/talvenhr/password"), QString(),

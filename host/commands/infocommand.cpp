@@ -125,7 +125,7 @@ Command infoCommand()
     command.purpose = Text::tr("Shows the plugin's metadata and its version report. Needs neither "
                                "settings nor a database.");
     command.groups = {{Text::tr("Plugin"), {pluginOption()}}, reportOptions()};
-    command.exitCodes = {ExitClean, ExitUsage};
+    command.exitCodes = {ExitClean, ExitErrors, ExitUsage};
     command.run = run;
     return command;
 }

@@ -71,7 +71,7 @@ Failure RunSession::prepare()
     testMode = plugin.settings().testMode;
     for (const Finding &finding : plugin.findings()) {
         if (finding.severity == Finding::Warning)
-            warn(findingLine(finding));
+            warn(codedLine(finding));
     }
     if (unfit)
         return unfit;
@@ -195,9 +195,12 @@ void RunSession::tellStart()
 void RunSession::tellWaiting(bool again)
 {
     waiting = true;
-    writer->say(again ? QStringLiteral("still waiting for the running pass; it is cut in %1 s")
-                            .arg(options.grace)
-                      : QStringLiteral("waiting for the running pass to end"));
+    const QString text = again
+        ? QStringLiteral("still waiting for the running pass; it is cut in %1 s")
+        : graceRuns ? QStringLiteral("waiting for the running pass to end; it is cut in %1 s")
+                    : QStringLiteral("waiting for the running pass to end; a second signal cuts it "
+                                     "after %1 s");
+    writer->say(text.arg(options.grace));
 }
 
 /// What cannot be shown now comes with the next pass, or at the end.
@@ -205,8 +208,13 @@ void RunSession::showChanges()
 {
     if (!changes || firstFailure.exitCode == ExitDatabase)
         return;
-    if (const Failure failure = changes->show(plugin.figures().passes))
-        warn(failure.text);
+    const Failure failure = changes->show(plugin.figures().passes);
+    if (!failure)
+        return;
+    warn(failure.text);
+    outputIsLost = failure.exitCode == ExitErrors;
+    if (outputIsLost)
+        changes.reset();
 }
 
 /// What the plugin does not say, or not at every level.
@@ -215,20 +223,30 @@ void RunSession::tellOfExport()
     const ExportGlance glance = plugin.takeGlance();
     droppedLines += glance.fates.dropped;
     for (const Finding &finding : glance.findings) {
-        sawUselessExport = sawUselessExport || finding.code == QLatin1String("E-FILE-NOTHING");
-        warn(findingLine(finding));
+        warn(codedLine(finding));
     }
+    sawUselessExport = sawUselessExport || glance.sawUseless;
 }
 
 void RunSession::tellMissingExport()
 {
     const QFileInfo file(plugin.settings().importFile);
-    if (file.isDir())
-        warn(QStringLiteral("the export '%1' is a folder").arg(file.filePath()));
-    else if (file.exists())
-        warn(QStringLiteral("the export '%1' is no regular file").arg(file.filePath()));
-    else
+    if (!file.exists() && !file.isSymLink()) {
         writer->say(QStringLiteral("no export file at '%1'").arg(file.filePath()));
+        return;
+    }
+    sawUselessExport = true;
+    const QString remedy = QStringLiteral(
+        "; the plugin reads regular files only, so put the export "
+        "there, or correct importFile");
+    if (!file.exists())
+        warn(QStringLiteral("the export '%1' is a link to '%2', which is not there")
+                 .arg(file.filePath(), file.symLinkTarget())
+             + remedy);
+    else if (file.isDir())
+        warn(QStringLiteral("the export '%1' is a folder").arg(file.filePath()) + remedy);
+    else
+        warn(QStringLiteral("the export '%1' is no regular file").arg(file.filePath()) + remedy);
 }
 
 void RunSession::warn(const QString &text)

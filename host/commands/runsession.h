@@ -110,6 +110,7 @@ private:
     std::atomic<bool> testMode {false};
     bool sawUselessExport = false; ///< one without a usable line
     Failure firstFailure; ///< that was told
-    bool hasPlugin = false; ///< it has started
+    bool outputIsLost = false; ///< standard output
+    std::atomic<bool> hasPlugin {false}; ///< it has started
     Watchdog watchdog; ///< last: it looks at the others
 };

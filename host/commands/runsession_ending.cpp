@@ -20,6 +20,8 @@ RunEnding RunSession::ending(const Failure &failure) const
                 QStringLiteral("ended by a signal before pass %1").arg(figures.passes + 1)};
     if (figures.errors > 0)
         return {ExitErrors, QString()};
+    if (outputIsLost)
+        return {ExitErrors, QStringLiteral("standard output cannot be written")};
     if (figures.commandFailures > 0)
         return {ExitErrors, QStringLiteral("the export command failed")};
     if (sawUselessExport)
@@ -65,10 +67,12 @@ void RunSession::limitUnloading()
 
 void RunSession::endForDeadServer(const QString &reason)
 {
-    const QString left = plugin.isPassRunning()
-        ? QStringLiteral("; the running pass was cut. Its data are kept, but the export may be "
-                         "gone, and the person at work half written: put the export there again, "
-                         "run again, and see docs/recovery.md, \"The server goes\"")
+    // The pass may have come to its end by the errors that follow.
+    const bool inPass = plugin.isPassRunning() || plugin.figures().lastPassErrors > 0;
+    const QString left = inPass
+        ? QStringLiteral("; from there on nobody was written, and the person at work only in part. "
+                         "Its data are kept, but the export may be gone: put it there again, run "
+                         "again, and see docs/recovery.md, \"The server goes\"")
         : QStringLiteral("; its data are kept, so just run again");
     serverProcess = 0;
     // Not even waiting for the pass: nothing more can come of it.
@@ -127,6 +131,10 @@ void RunSession::cut(const RunEnding &end)
 
 QString RunSession::whatIsWaitedFor() const
 {
+    if (!hasPlugin)
+        return serverProcess == 0 && !options.database.privateFolder.isEmpty()
+            ? QStringLiteral("the private server to start")
+            : QStringLiteral("an answer of the database");
     const QVector<RunningChild> children = runningChildren();
     for (const RunningChild &child : children) {
         if (child.pid != serverProcess)

@@ -5,7 +5,7 @@
 
 #include "host/cli/options.h"
 #include "host/report/console.h"
-#include "host/report/progressbar.h"
+#include "host/report/logwriter.h"
 #include "host/sandbox/sandbox.h"
 #include "host/sandbox/sandboxpage.h"
 
@@ -13,7 +13,6 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include <cstdio>
 #include <limits>
 
 namespace {
@@ -51,26 +50,17 @@ Failure read(const Options &options, SandboxOptions *sandbox)
     return options.number(QStringLiteral("days"), 1, mostDays, &sandbox->days);
 }
 
-/// A line on standard error that gives way to the next one, and to nothing in the end.
-void showStep(const QString &what)
-{
-    std::fputs("\r\033[K", stderr);
-    std::fputs(qUtf8Printable(what), stderr);
-    std::fflush(stderr);
-}
-
 Failure run(const Options &options)
 {
     SandboxOptions sandbox;
     if (const Failure failure = read(options, &sandbox))
         return failure;
-    const bool showsSteps = ProgressBar::isPossible();
-    const Failure failure = makeSandbox(sandbox, [showsSteps](const QString &what) {
-        if (showsSteps)
-            showStep(what);
+    LogWriter writer(LogFormat::Text);
+    const Failure failure = makeSandbox(sandbox, [&writer](const QString &what) {
+        if (ProgressBar::isPossible())
+            writer.activity(what);
     });
-    if (showsSteps)
-        showStep(QString());
+    writer.wipeProgress();
     if (!failure)
         printText(shortPage(sandbox));
     return failure;
@@ -98,7 +88,7 @@ Command sandboxCommand()
            Text::tr("another number, another company (default: 1)")},
           {QStringLiteral("days"), QStringLiteral("NUMBER"),
            Text::tr("so many exports, one a day, the last one of today (default: 30)")}}}};
-    command.exitCodes = {ExitClean, ExitUsage, ExitDatabase};
+    command.exitCodes = {ExitClean, ExitErrors, ExitUsage, ExitDatabase, ExitRefused};
     command.sections = {
         {Text::tr("Examples"),
          {QStringLiteral("talvenhr sandbox /tmp/company"),

@@ -36,7 +36,10 @@ Failure startOrJoin(PrivateDatabase *database)
 
 Failure run(const Options &options)
 {
-    PrivateDatabase database(privateFolder(options));
+    QString folder;
+    if (const Failure failure = readPrivateFolder(options, &folder))
+        return failure;
+    PrivateDatabase database(folder);
     if (const Failure failure = startOrJoin(&database))
         return failure;
     // Ctrl+C is for the client, who does not end by it.

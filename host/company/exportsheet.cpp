@@ -3,6 +3,8 @@
 // An export taken apart into lines and cells, to be changed and put together again.
 #include "host/company/exportsheet.h"
 
+#include "host/company/exportwriter.h"
+
 #include <QHash>
 #include <QSet>
 
@@ -18,8 +20,9 @@ ExportSheet::ExportSheet(const QByteArray &text)
         supervisors.insert(rows.constLast().last());
     }
     for (int number = 2; number <= lineCount(); ++number) {
-        const QByteArray person = cell(number, 1);
-        const bool isCurrent = cell(number, 9).isEmpty() && cell(number, 15) == "1";
+        const QByteArray person = cell(number, ExportColumn::Number);
+        const bool isCurrent = cell(number, ExportColumn::End).isEmpty()
+            && cell(number, ExportColumn::RelationState) == "1";
         if (isCurrent && relations.value(person) == 1 && !supervisors.contains(person))
             ordinary.append(number);
     }

@@ -78,7 +78,7 @@ ExportGlance Glance::look()
         take(reader.read(text));
     }
     fates.blank = lines.lineNumber() - seen;
-    return {fates, findings()};
+    return {fates, findings(), fates.taken == 0};
 }
 
 void Glance::take(const ExportLine &line)
@@ -221,6 +221,7 @@ ExportGlance &ExportGlance::operator+=(const ExportGlance &other)
 {
     fates += other.fates;
     findings += other.findings;
+    sawUseless = sawUseless || other.sawUseless;
     return *this;
 }
 

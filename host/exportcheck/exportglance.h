@@ -27,6 +27,7 @@ struct ExportGlance
 {
     FateCounts fates;
     QVector<Finding> findings;
+    bool sawUseless = false; ///< an export without a usable line
 
     /// Adds what was seen of another export.
     ExportGlance &operator+=(const ExportGlance &other);

@@ -21,11 +21,13 @@ PassWatch::Event PassWatch::see(QtMsgType type, const QString &text)
         passRunning = true;
         passRecords = 0;
         begunRecords = 0;
-        return PassBegan;
+        errorsBefore = runFigures.errors;
+        return Nothing;
     case MessageEvent::PassEnds:
         passRunning = false;
         passUnclosed = true;
         ++runFigures.passes;
+        runFigures.lastPassErrors = runFigures.errors - errorsBefore;
         runFigures.waiting = valuesIn(*message, text).last().toInt();
         return PassEnded;
     case MessageEvent::ConnectionTurns: {

@@ -18,7 +18,6 @@ class PassWatch
 public:
     enum Event {
         Nothing,
-        PassBegan,
         RecordBegan, ///< only at log level 3
         PassEnded, ///< by its last line; the force variable is still to be cleared
         PassOver, ///< all is written, and the connection closes
@@ -45,4 +44,5 @@ private:
     bool exportMissing = false;
     int passRecords = 0;
     int begunRecords = 0;
+    int errorsBefore = 0; ///< the pass
 };

@@ -47,7 +47,7 @@ Failure PluginRun::prepare()
     settingFindings = settingsFindings(file);
     for (const Finding &finding : qAsConst(settingFindings)) {
         if (finding.severity == Finding::Error)
-            return {ExitUsage, findingLine(finding)};
+            return {ExitUsage, codedLine(finding)};
     }
     return {};
 }

@@ -12,6 +12,7 @@ struct RunFigures
     int updated = 0;
     int warnings = 0; ///< shown
     int errors = 0; ///< shown
+    int lastPassErrors = 0; ///< of errors, those shown during the pass that ended last
     int waiting = 0; ///< records, at the end of the last pass
     int dropped = 0; ///< lines of exports, but for headers and blank ones
     int commandFailures = 0; ///< of the export command

@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QStandardPaths>
 
 #include <limits>
@@ -169,20 +170,11 @@ QVector<Finding> numberFindings(const QString &name, const QVariant &value)
     return {};
 }
 
-/// The first word of the export command, as the plugin's splitting takes it: double quotes group,
-/// others do not.
-QString programOf(const QString &command)
-{
-    const QString text = command.trimmed();
-    if (text.startsWith(QLatin1Char('"')))
-        return text.mid(1).section(QLatin1Char('"'), 0, 0);
-    return text.section(QLatin1Char(' '), 0, 0);
-}
-
 QVector<Finding> commandFindings(const SettingsFile &settings)
 {
     const QString name = QStringLiteral("syncCommand");
-    const QString program = programOf(settings.toString(name));
+    // Split as the plugin splits it.
+    const QString program = QProcess::splitCommand(settings.toString(name)).value(0);
     if (static_cast<quint8>(settings.toUInt(QStringLiteral("syncCommandRun"))) == 0)
         return {};
     if (program.isEmpty())

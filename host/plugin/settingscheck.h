@@ -9,6 +9,7 @@
 
 class SettingsFile;
 
-/// What is wrong with the settings, in the order of the file's keys. An error is what keeps the
-/// plugin from working, or takes the process down. The file has been checked.
+/// What is wrong with the settings: the file, its keys, their values, and last what is fatal. An
+/// error is what keeps the plugin from working, or takes the process down. The file has been
+/// checked.
 QVector<Finding> settingsFindings(const SettingsFile &settings);

@@ -33,6 +33,11 @@ SettingsFile::~SettingsFile() = default;
 Failure SettingsFile::check() const
 {
     const QFileInfo info(file);
+    const QFileInfo folder(info.path());
+    if (folder.isDir() && !folder.isExecutable())
+        return {ExitUsage,
+                Text::tr("the folder '%1' is closed to this user; it belongs to %2")
+                    .arg(folder.filePath(), folder.owner())};
     if (!info.exists() && !qEnvironmentVariableIsSet("ENABLED"))
         return {ExitUsage,
                 Text::tr("no TalvenHR.ini in '%1'; write one there, or name its folder with "

@@ -7,14 +7,31 @@
 #include "host/report/terminal.h"
 #include "host/report/textreport.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <unistd.h>
+
+namespace {
+
+int writeError = 0; // the first one, as errno tells it
+
+void write(const QByteArray &bytes)
+{
+    errno = 0;
+    const auto size = static_cast<size_t>(bytes.size());
+    const bool arrived = std::fwrite(bytes.constData(), 1, size, stdout) == size
+        && std::fflush(stdout) == 0;
+    if (!arrived && writeError == 0)
+        writeError = errno == 0 ? EIO : errno;
+}
+
+} // namespace
 
 void printReport(const Report &report, ReportForm form)
 {
     if (form == ReportForm::Json) {
-        const QByteArray json = jsonReport(report) + '\n';
-        std::fwrite(json.constData(), 1, static_cast<size_t>(json.size()), stdout);
+        write(jsonReport(report) + '\n');
         return;
     }
     const int widthWithoutTerminal = 100;
@@ -23,12 +40,10 @@ void printReport(const Report &report, ReportForm form)
 
 void printText(const QString &text)
 {
-    const QByteArray bytes = text.toLocal8Bit();
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
-    std::fflush(stdout);
+    write(text.toLocal8Bit());
 }
 
-bool outputHasArrived()
+QString outputTrouble()
 {
-    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    return writeError == 0 ? QString() : QString::fromLocal8Bit(std::strerror(writeError));
 }

@@ -17,8 +17,8 @@ enum class ReportForm {
 /// where there is none, or as one JSON document with a line end.
 void printReport(const Report &report, ReportForm form);
 
-/// Whether all that was printed so far has arrived.
-bool outputHasArrived();
+/// Why something that was printed has not arrived, in the system's words; empty if all has.
+QString outputTrouble();
 
 /// Writes a text to standard output as it is, and at once.
 void printText(const QString &text);

@@ -3,6 +3,7 @@
 // The folder of a sandbox: whose it is, and what lies where in it.
 #include "host/sandbox/sandboxfolder.h"
 
+#include "host/server/folderowner.h"
 #include "host/server/leftprocess.h"
 #include "host/server/privatefolder.h"
 
@@ -13,7 +14,9 @@
 #include <QFileInfo>
 #include <QThread>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 
 namespace {
 
@@ -85,6 +88,8 @@ Failure SandboxFolder::take()
     const QFileInfo info(directory);
     if (info.exists() && !info.isDir())
         return {ExitUsage, Text::tr("'%1' is not a folder").arg(directory)};
+    if (directory.contains(QChar(QChar::ReplacementCharacter)))
+        return {ExitUsage, Text::tr("the name of the folder is no UTF-8; choose another one")};
     // Before anything is written into a folder of somebody else.
     if (holdsOtherFiles())
         return otherFiles();
@@ -158,7 +163,9 @@ Failure SandboxFolder::makeFolder(const QString &name) const
     const QString folder = name.isEmpty() ? directory : path(name);
     if (QDir().mkpath(folder) && QFile::setPermissions(folder, ownersProgram))
         return {};
-    return {ExitUsage, Text::tr("cannot make the folder '%1' for its owner only").arg(folder)};
+    const QString trouble = QString::fromLocal8Bit(std::strerror(errno));
+    return {ExitUsage,
+            Text::tr("cannot make the folder '%1': %2%3").arg(folder, trouble, keeperText(folder))};
 }
 
 Failure SandboxFolder::write(const QString &name, const QByteArray &text, bool isProgram) const

@@ -168,7 +168,7 @@ QString sandboxPage(const SandboxOptions &options)
                   Text::tr("It looks at everybody again, whether changed or not."));
     page += trial(
         Text::tr("Break a line"),
-        QStringLiteral("sed -i \"20s/|1|/|1|O'/\" %1/exports/*.data\n").arg(folder)
+        QStringLiteral("sed -i \"2s/|1|/|1|O'/\" %1/exports/*.data\n").arg(folder)
             + runCommand(options, QStringLiteral("--once --log-level 0")),
         Text::tr("An apostrophe before a title: the statement for that person fails, and the "
                  "server's error shows what it stumbled over. Take away a separator instead, and "

@@ -90,7 +90,12 @@ bool PrivateDatabase::makeContent(QString *error)
     }
     mark.close();
     contentIsNew = true;
-    return loadContent(error) && mark.remove();
+    if (!loadContent(error))
+        return false;
+    if (mark.remove())
+        return true;
+    *error = QStringLiteral("cannot remove '%1': %2").arg(loadingMark, mark.errorString());
+    return false;
 }
 
 /// In place of whatever was loaded before.

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void databaseErrors();
     void failuresOfAnExistingServer();
     void jsonFormatHoldsForFailures();
+    void lostOutput_isAnError_data();
     void lostOutput_isAnError();
     void oneLine_showsControlCharacters();
 };
@@ -146,6 +147,7 @@ void tst_Cli::usageErrors_data()
     row("--walk", "unknown option '--walk'");
     row("info --walk", "unknown option '--walk'");
     row("info walk", "unexpected argument 'walk'");
+    row("sql --private-db=", "--private-db takes a folder");
     row("sql --walk", "unknown option '--walk'");
     row("run --walk", "unknown option '--walk'");
     row("run walk", "unexpected argument 'walk'");
@@ -317,15 +319,24 @@ void tst_Cli::jsonFormatHoldsForFailures()
         line.value(QStringLiteral("text")).toString().startsWith(QStringLiteral("cannot open")));
 }
 
+void tst_Cli::lostOutput_isAnError_data()
+{
+    QTest::addColumn<QString>("arguments");
+    for (const char *arguments :
+         {"info", "info --json", "config", "help run", "--man", "--version"})
+        QTest::newRow(arguments) << arguments;
+}
+
 void tst_Cli::lostOutput_isAnError()
 {
+    QFETCH(QString, arguments);
     QProcess process;
     process.setStandardOutputFile(QStringLiteral("/dev/full"));
-    process.start(TalvenhrProcess::path(), {QStringLiteral("info"), QStringLiteral("--json")});
+    process.start(TalvenhrProcess::path(), arguments.split(QLatin1Char(' ')));
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 1);
     QCOMPARE(process.readAllStandardError(),
-             QByteArray("talvenhr: standard output cannot be written; is its disk full?\n"));
+             QByteArray("talvenhr: standard output cannot be written: No space left on device\n"));
 }
 
 void tst_Cli::oneLine_showsControlCharacters()

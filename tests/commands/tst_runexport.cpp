@@ -19,7 +19,8 @@ private Q_SLOTS:
     void oddCells_areWarnings();
     void uselessExport_endsWith1();
     void failedCommand_endsWith1();
-    void exportThatIsAFolder();
+    void exportThatIsNoFile_data();
+    void exportThatIsNoFile();
     void summary_hasTheReasonInJson();
 
 private:
@@ -111,16 +112,29 @@ void tst_RunExport::failedCommand_endsWith1()
     QVERIFY(program.lastLine().endsWith(QStringLiteral("; the export command failed")));
 }
 
-void tst_RunExport::exportThatIsAFolder()
+void tst_RunExport::exportThatIsNoFile_data()
 {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("folder") << "folder"
+                            << "the export '%1' is a folder; the plugin reads regular";
+    QTest::newRow("device") << "/dev/null"
+                            << "the export '%1' is no regular file; the plugin";
+    QTest::newRow("dangling link") << "/none/ron.data"
+                                   << "the export '%1' is a link to '/none/ron.data', which is not";
+}
+
+void tst_RunExport::exportThatIsNoFile()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, text);
     const Site site;
     QVERIFY(QFile::remove(site.exportFile()));
-    QVERIFY(QDir().mkdir(site.exportFile()));
+    QVERIFY(kind == QLatin1String("folder") ? QDir().mkdir(site.exportFile())
+                                            : QFile::link(kind, site.exportFile()));
     TalvenhrProcess program(options(site, {}));
-    QCOMPARE(program.finish(), 0);
-    QCOMPARE(program
-                 .linesWith(QStringLiteral("talvenhr: warning: the export '%1' is a folder")
-                                .arg(site.exportFile()))
+    QCOMPARE(program.finish(), 1);
+    QCOMPARE(program.linesWith(QStringLiteral("talvenhr: warning: ") + text.arg(site.exportFile()))
                  .count(),
              1);
 }

@@ -61,5 +61,7 @@ bool SmallDisk::enterNameSpace()
             && writeFile(QStringLiteral("/proc/self/gid_map"),
                          QByteArray::number(group) + ' ' + QByteArray::number(group) + " 1");
     }
-    return entered && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    // Below a root that is no mount of its own there is nothing to part from.
+    return entered
+        && (::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 || errno == EINVAL);
 }

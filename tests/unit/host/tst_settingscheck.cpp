@@ -78,6 +78,9 @@ void tst_SettingsCheck::findings_data()
         "W-SET-COMMAND syncCommand");
     row("no command", enabled("syncCommandRun=2"), "W-SET-COMMAND syncCommand");
     row("command of the search path", enabled("syncCommand=sh /x\nsyncCommandRun=2"), "");
+    row("command with blanks and quotes",
+        enabled("syncCommand=\\\"/tmp/a b\\\"\\\"\\\"c\\\" x\nsyncCommandRun=2"),
+        "W-SET-COMMAND syncCommand");
     row("command that never runs", enabled("syncCommand=/none/x"), "");
     row("sync 0", enabled("syncInterval=0"), "E-SET-SYNC syncInterval");
     row("sync no number", enabled("syncInterval=often"),
