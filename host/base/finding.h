@@ -16,19 +16,17 @@ struct Finding
 
     QString code; ///< stable: severity, area, matter, such as W-SET-SWITCH
     Severity severity = Note;
-    QString about; ///< the thing: a key, a table, a file
-    QString text; ///< what is wrong and what the plugin makes of it
+    QString about; ///< the thing: a key, a table, a file, a line
+    QString text; ///< what is wrong
+    QString becomes; ///< what the plugin makes of it or what follows; may be empty
     QString remedy; ///< what to do
 };
 
-/// The finding in one line: what is wrong and what to do.
-inline QString findingLine(const Finding &finding)
-{
-    return finding.text + QStringLiteral("; ") + finding.remedy;
-}
+/// "error", "warning" or "note".
+QString severityName(Finding::Severity severity);
+
+/// The finding in one line: what is wrong, what follows, and what to do.
+QString findingLine(const Finding &finding);
 
 /// As findingLine(), with the code behind it, by which it can be looked up.
-inline QString codedLine(const Finding &finding)
-{
-    return QStringLiteral("%1 [%2]").arg(findingLine(finding), finding.code);
-}
+QString codedLine(const Finding &finding);

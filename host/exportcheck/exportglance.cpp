@@ -135,8 +135,12 @@ Finding found(const char *code, const Places &places, const QString &text, const
     const QString place = places.first.isEmpty()
         ? Text::tr(" (first: line %1)").arg(places.firstLine)
         : Text::tr(" (first: line %1, %2)").arg(places.firstLine).arg(places.first);
-    return {QLatin1String(code), Finding::Error, Text::tr("line %1").arg(places.firstLine),
-            text + place, remedy};
+    return {QLatin1String(code),
+            Finding::Error,
+            Text::tr("line %1").arg(places.firstLine),
+            text + place,
+            {},
+            remedy};
 }
 
 QVector<Finding> Glance::findings() const
@@ -185,7 +189,11 @@ Finding Glance::nothingUsable() const
                                             : Text::tr("the export has no usable line among %1; %2")
                                                   .arg(fates.lines())
                                                   .arg(likelyFault());
-    return {QStringLiteral("E-FILE-NOTHING"), Finding::Error, Text::tr("export"), text,
+    return {QStringLiteral("E-FILE-NOTHING"),
+            Finding::Error,
+            Text::tr("export"),
+            text,
+            {},
             Text::tr("nobody is added or updated until a correct one is there")};
 }
 

@@ -26,12 +26,12 @@ const uint longestTimer = std::numeric_limits<uint>::max() / 1000; // seconds
 
 Finding warning(const char *code, const QString &about, const QString &text, const QString &remedy)
 {
-    return {QLatin1String(code), Finding::Warning, about, text, remedy};
+    return {QLatin1String(code), Finding::Warning, about, text, {}, remedy};
 }
 
 Finding error(const char *code, const QString &about, const QString &text, const QString &remedy)
 {
-    return {QLatin1String(code), Finding::Error, about, text, remedy};
+    return {QLatin1String(code), Finding::Error, about, text, {}, remedy};
 }
 
 QByteArray contentOf(const QString &path)
