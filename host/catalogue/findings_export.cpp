@@ -13,6 +13,10 @@ FindingTopic exportFileFindings()
              FINDING_TEXT("the export has no usable line: %1"),
              FINDING_TEXT("the pass takes it, removes it, and adds or updates nobody"),
              FINDING_TEXT("put a correct export there"), "it looks like UTF-16"},
+            {"W-FILE-CHANGES", FINDING_TEXT("file that changes"),
+             FINDING_TEXT("the file was written while it was checked"),
+             FINDING_TEXT("what stands here is not about the file as it is now"),
+             FINDING_TEXT("check it again when it is whole"), nullptr},
             {"N-FILE-STATES", FINDING_TEXT("texts of states not looked at"),
              FINDING_TEXT(
                  "the texts of [MES] in TalvenHR.ini stand in the same statements, and were not "
@@ -140,8 +144,8 @@ FindingTopic exportPeopleFindings()
              FINDING_TEXT("DatumVystupu lies before DatumNastupu"),
              FINDING_TEXT("both are stored; the person counts as ended"),
              FINDING_TEXT("correct the dates"), nullptr},
-            {"N-PERSON-ENDED", FINDING_TEXT("ended, though the state says otherwise"),
-             FINDING_TEXT("the last day has gone by, and StavPracovnihoPomeru is %1"),
+            {"N-PERSON-ENDED", FINDING_TEXT("last day in the past"),
+             FINDING_TEXT("the last day has gone by; StavPracovnihoPomeru is %1"),
              FINDING_TEXT(
                  "the person counts as ended: they are not added, and keep branch and calendar "
                  "if they are there"),

@@ -3,6 +3,7 @@
 // All commands of `talvenhr`.
 #include "host/commands/commands.h"
 
+#include "host/commands/checkcommand.h"
 #include "host/commands/configcommand.h"
 #include "host/commands/infocommand.h"
 #include "host/commands/runcommand.h"
@@ -11,5 +12,6 @@
 
 QVector<Command> allCommands()
 {
-    return {runCommand(), sqlCommand(), infoCommand(), configCommand(), sandboxCommand()};
+    return {checkCommand(), runCommand(),    sqlCommand(),
+            infoCommand(),  configCommand(), sandboxCommand()};
 }

@@ -1,30 +1,22 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// What stands in a cell, beside what the plugin's reader makes of it.
+// What the columns of an export hold.
 #include "host/exportcheck/cellform.h"
 
 #include "export/exportline.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
 namespace {
 
-struct Text
+bool isDigit(QChar character)
 {
-    Q_DECLARE_TR_FUNCTIONS(CellForm)
-};
+    return character >= QLatin1Char('0') && character <= QLatin1Char('9');
+}
 
-enum class Kind {
-    Text,
-    Number, ///< 32 bits
-    Short, ///< 16 bits
-    Balance,
-    Date,
-};
+} // namespace
 
-Kind kindOf(int column)
+CellKind cellKind(int column)
 {
     switch (column) {
     case 0:
@@ -32,81 +24,63 @@ Kind kindOf(int column)
     case 9:
     case 11:
     case 17:
-        return Kind::Number;
+        return CellKind::Number;
     case 7:
     case 8:
     case 12:
-        return Kind::Date;
+        return CellKind::Date;
     case 13:
     case 14:
     case 15:
-        return Kind::Short;
+        return CellKind::Short;
     case 16:
-        return Kind::Balance;
+        return CellKind::Balance;
     default:
-        return Kind::Text;
+        return CellKind::Text;
     }
 }
 
-QDate dateOf(const EmployeeRecord &record, int column)
+bool isTextColumn(int column)
 {
-    if (column == 7)
-        return record.datumNastupu;
-    return column == 8 ? record.datumVystupu : record.kalendarPlatnostOd;
+    return cellKind(column) == CellKind::Text;
 }
-
-bool isNumber(const QStringRef &cell)
-{
-    bool ok = false;
-    cell.toUInt(&ok);
-    return ok;
-}
-
-} // namespace
 
 bool isHeader(const ExportLine &line)
 {
+    // Numbers and dates do not stand in a header: most lines are told by their first cell.
+    if (line.cellCount != exportColumnCount || line.fate == LineFate::Taken)
+        return false;
     const QStringList names = exportColumns();
-    return line.cellCount == names.size()
-        && std::equal(names.cbegin(), names.cend(), line.cells.cbegin(),
+    return std::equal(names.cbegin(), names.cend(), line.cells.cbegin(),
                       [](const QString &name, const QStringRef &cell) { return cell == name; });
 }
 
-bool isDateColumn(int column)
+bool fitsColumn(const QStringRef &cell, int column)
 {
-    return kindOf(column) == Kind::Date;
-}
-
-bool isLost(const ExportLine &line, int column)
-{
-    const QStringRef &cell = line.cells[static_cast<size_t>(column)];
     if (cell.isEmpty())
-        return false;
-    switch (kindOf(column)) {
-    case Kind::Text:
-        return false;
-    case Kind::Number:
-        return !isNumber(cell);
-    case Kind::Short:
-        return !isNumber(cell) || cell.toUInt() > 65535;
-    case Kind::Balance: {
-        bool ok = false;
-        cell.toDouble(&ok);
-        return !ok;
-    }
-    case Kind::Date:
+        return true;
+    bool ok = true;
+    switch (cellKind(column)) {
+    case CellKind::Text:
         break;
+    case CellKind::Number:
+    case CellKind::Short:
+        cell.toUInt(&ok);
+        break;
+    case CellKind::Balance:
+        cell.toDouble(&ok);
+        break;
+    case CellKind::Date: {
+        DateCache cache;
+        return dateFromCell(cell, &cache).isValid();
     }
-    return !dateOf(line.record, column).isValid();
+    }
+    return ok;
 }
 
-QString separatorFault(const QString &line)
+bool isPlainNumber(const QStringRef &cell)
 {
-    if (line.count(QLatin1Char(';')) >= 10)
-        return Text::tr("its cells are separated by semicolons, not by '|'");
-    if (line.count(QLatin1Char('\t')) >= 10)
-        return Text::tr("its cells are separated by tabs, not by '|'");
-    if (line.count(QLatin1Char(',')) >= 10)
-        return Text::tr("its cells are separated by commas, not by '|'");
-    return QString();
+    return !cell.isEmpty() && cell.size() <= 9
+        && (cell.size() == 1 || cell.at(0) != QLatin1Char('0'))
+        && std::all_of(cell.begin(), cell.end(), isDigit);
 }

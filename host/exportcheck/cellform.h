@@ -1,22 +1,31 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// What stands in a cell, beside what the plugin's reader makes of it.
+// What the columns of an export hold.
 #pragma once
 
 #include <QString>
 
+#include <array>
+
 struct ExportLine;
+
+enum class CellKind {
+    Text,
+    Number, ///< 32 bits without a sign
+    Short, ///< 16 bits of such a number
+    Balance,
+    Date,
+};
+
+/// By column, counted from 0.
+CellKind cellKind(int column);
+bool isTextColumn(int column);
 
 /// The cells of the line are the names of the columns.
 bool isHeader(const ExportLine &line);
 
-/// The column holds dates.
-bool isDateColumn(int column);
+/// The cell has the form that its column asks for; an empty one has it too.
+bool fitsColumn(const QStringRef &cell, int column);
 
-/// The cell holds a date or number that the reader takes for none, or for another number. Cells of
-/// text are never lost.
-bool isLost(const ExportLine &line, int column);
-
-/// Which other sign than '|' seems to separate the cells of a line; empty if none does. Ends
-/// without a full stop.
-QString separatorFault(const QString &line);
+/// Digits only, at most nine, without a zero in front: such a number is read as it stands there.
+bool isPlainNumber(const QStringRef &cell);

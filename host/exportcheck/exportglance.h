@@ -1,28 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A quick look at an export: what becomes of its lines, and what in it is not what it seems.
+// A check of an export in a few words.
 #pragma once
 
-#include "host/base/finding.h"
+#include "host/exportcheck/exportcheck.h"
 
 #include <QVector>
 
-class QIODevice;
-
-/// How many lines have which fate. They add up to the lines of the file.
-struct FateCounts
-{
-    int taken = 0;
-    int header = 0; ///< the first line, if it has the names of the columns
-    int blank = 0;
-    int dropped = 0;
-
-    int lines() const { return taken + header + blank + dropped; }
-    FateCounts &operator+=(const FateCounts &other);
-};
-
-/// What a glance has seen: one finding for each kind of matter, with the number of places and the
-/// first of them.
+/// The fates of the lines, and one finding for each kind of error and warning, with the number of
+/// places and the first of them.
 struct ExportGlance
 {
     FateCounts fates;
@@ -33,5 +19,5 @@ struct ExportGlance
     ExportGlance &operator+=(const ExportGlance &other);
 };
 
-/// Reads the export with the plugin's own reader. The device is open.
-ExportGlance glanceAtExport(QIODevice *device);
+/// Checks the export. The device is open.
+ExportGlance glanceAtExport(QIODevice *device, const ExportCheckSettings &settings);

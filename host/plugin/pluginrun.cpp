@@ -111,7 +111,9 @@ void PluginRun::lookAtExport()
     QFile file(pluginSettings.importFile);
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
         return;
-    const ExportGlance seen = glanceAtExport(&file);
+    ExportCheckSettings checkSettings;
+    checkSettings.today = QDate::currentDate();
+    const ExportGlance seen = glanceAtExport(&file, checkSettings);
     {
         const QMutexLocker locker(&glanceMutex);
         glance += seen;

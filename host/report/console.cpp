@@ -16,14 +16,24 @@ namespace {
 
 int writeError = 0; // the first one, as errno tells it
 
-void write(const QByteArray &bytes)
+void noteTrouble(bool arrived)
+{
+    if (!arrived && writeError == 0)
+        writeError = errno == 0 ? EIO : errno;
+}
+
+/// May stay in the stream's buffer.
+void put(const QByteArray &bytes)
 {
     errno = 0;
     const auto size = static_cast<size_t>(bytes.size());
-    const bool arrived = std::fwrite(bytes.constData(), 1, size, stdout) == size
-        && std::fflush(stdout) == 0;
-    if (!arrived && writeError == 0)
-        writeError = errno == 0 ? EIO : errno;
+    noteTrouble(std::fwrite(bytes.constData(), 1, size, stdout) == size);
+}
+
+void flush()
+{
+    errno = 0;
+    noteTrouble(std::fflush(stdout) == 0);
 }
 
 } // namespace
@@ -31,16 +41,29 @@ void write(const QByteArray &bytes)
 void printReport(const Report &report, ReportForm form)
 {
     if (form == ReportForm::Json) {
-        write(jsonReport(report) + '\n');
+        writeJsonReport(report, put);
+        put("\n");
+        flush();
         return;
     }
+    printText(textReport(report, outputWidth()));
+}
+
+int outputWidth()
+{
     const int widthWithoutTerminal = 100;
-    printText(textReport(report, terminalWidth(STDOUT_FILENO, widthWithoutTerminal)));
+    return terminalWidth(STDOUT_FILENO, widthWithoutTerminal);
+}
+
+bool outputTakesColour()
+{
+    return isatty(STDOUT_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR");
 }
 
 void printText(const QString &text)
 {
-    write(text.toLocal8Bit());
+    put(text.toLocal8Bit());
+    flush();
 }
 
 QString outputTrouble()

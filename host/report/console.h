@@ -17,6 +17,11 @@ enum class ReportForm {
 /// where there is none, or as one JSON document with a line end.
 void printReport(const Report &report, ReportForm form);
 
+/// The columns of a line on standard output: those of the terminal, or 100.
+int outputWidth();
+/// Standard output is a terminal, and NO_COLOR is not set.
+bool outputTakesColour();
+
 /// Why something that was printed has not arrived, in the system's words; empty if all has.
 QString outputTrouble();
 

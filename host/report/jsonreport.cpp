@@ -8,6 +8,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <algorithm>
+
 namespace {
 
 JsonMembers membersOf(const QVector<Figure> &figures)
@@ -18,22 +20,54 @@ JsonMembers membersOf(const QVector<Figure> &figures)
     return members;
 }
 
-QByteArray rowsOf(const Table &table)
+QByteArray rowOf(const Table &table, const QVariantList &row)
 {
-    QByteArray rows;
+    JsonMembers members;
+    members.reserve(table.columns.size());
+    for (int i = 0; i < table.columns.size(); ++i)
+        members.append({table.columns.at(i).name, jsonValue(row.value(i))});
+    return jsonObject(members);
+}
+
+void writeRows(const Table &table, const ByteSink &sink)
+{
+    QByteArray separator = "[";
     for (const QVariantList &row : table.rows) {
-        JsonMembers members;
-        for (int i = 0; i < table.columns.size(); ++i)
-            members.append({table.columns.at(i).name, jsonValue(row.value(i))});
-        rows += (rows.isEmpty() ? "" : ",") + jsonObject(members);
+        sink(separator + rowOf(table, row));
+        separator = ",";
     }
-    return '[' + rows + ']';
+    QVariantList row;
+    while (table.nextRow && table.nextRow(&row)) {
+        sink(separator + rowOf(table, row));
+        separator = ",";
+    }
+    sink(separator == "[" ? "[]" : "]");
+}
+
+/// A number or a text without anything to be escaped, which most values are; empty for others.
+QByteArray plainValue(const QVariant &value)
+{
+    if (!value.isValid())
+        return "null";
+    if (value.userType() == QMetaType::Int)
+        return QByteArray::number(value.toInt());
+    if (value.userType() != QMetaType::QString)
+        return QByteArray();
+    const QString text = value.toString();
+    const bool isPlain = std::all_of(text.cbegin(), text.cend(), [](QChar letter) {
+        return letter >= QLatin1Char(' ') && letter != QLatin1Char('"')
+            && letter != QLatin1Char('\\') && letter.unicode() != 0x7f && !letter.isSurrogate();
+    });
+    return isPlain ? '"' + text.toUtf8() + '"' : QByteArray();
 }
 
 } // namespace
 
 QByteArray jsonValue(const QVariant &value)
 {
+    const QByteArray plain = plainValue(value);
+    if (!plain.isEmpty())
+        return plain;
     const QJsonArray array {QJsonValue::fromVariant(value)};
     const QByteArray text = QJsonDocument(array).toJson(QJsonDocument::Compact);
     return text.mid(1, text.size() - 2); // without the array's brackets
@@ -47,18 +81,38 @@ QByteArray jsonObject(const JsonMembers &members)
     return '{' + object + '}';
 }
 
+void writeJsonReport(const Report &report, const ByteSink &sink)
+{
+    QByteArray separator = "{";
+    const auto begin = [&](const QString &name) {
+        sink(separator + jsonValue(name) + ':');
+        separator = ",";
+    };
+    const auto writeMembers = [&](const JsonMembers &members) {
+        for (const auto &member : members) {
+            begin(member.first);
+            sink(member.second);
+        }
+    };
+    if (!report.format.isEmpty())
+        writeMembers({{QStringLiteral("format"), jsonValue(report.format)}});
+    for (const Section &section : report.sections) {
+        if (section.name.isEmpty()) {
+            writeMembers(membersOf(section.figures));
+            continue;
+        }
+        begin(section.name);
+        if (section.table.columns.isEmpty())
+            sink(jsonObject(membersOf(section.figures)));
+        else
+            writeRows(section.table, sink);
+    }
+    sink(separator == "{" ? "{}" : "}");
+}
+
 QByteArray jsonReport(const Report &report)
 {
-    JsonMembers members;
-    if (!report.format.isEmpty())
-        members.append({QStringLiteral("format"), jsonValue(report.format)});
-    for (const Section &section : report.sections) {
-        if (section.name.isEmpty())
-            members += membersOf(section.figures);
-        else if (section.table.columns.isEmpty())
-            members.append({section.name, jsonObject(membersOf(section.figures))});
-        else
-            members.append({section.name, rowsOf(section.table)});
-    }
-    return jsonObject(members);
+    QByteArray text;
+    writeJsonReport(report, [&text](const QByteArray &bytes) { text += bytes; });
+    return text;
 }

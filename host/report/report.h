@@ -9,6 +9,8 @@
 #include <QVariant>
 #include <QVector>
 
+#include <functional>
+
 /// One fact of a report.
 struct Figure
 {
@@ -29,6 +31,9 @@ struct Table
 {
     QVector<Column> columns;
     QVector<QVariantList> rows;
+    /// Gives the rows one by one where there may be millions, in place of `rows`: false behind the
+    /// last one. Only for machines, and only once. May be null.
+    std::function<bool(QVariantList *row)> nextRow = {};
 };
 
 /// Figures, or a table.

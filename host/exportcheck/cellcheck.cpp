@@ -1,0 +1,273 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Cells that the plugin reads as something else than what stands there.
+#include "host/exportcheck/cellcheck.h"
+
+#include "export/exportline.h"
+#include "host/exportcheck/cellform.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QRegularExpression>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(CellCheck)
+};
+
+// Of the columns, counted from 0.
+enum : int {
+    Begin = 7,
+    End = 8,
+    BranchNumber = 9,
+    Calendar = 11,
+    CalendarSince = 12,
+    Type = 13,
+    RelationState = 14,
+    Balance = 16,
+    Supervisor = 17,
+};
+
+const uint shortLimit = std::numeric_limits<ushort>::max();
+
+/// Looks at one line.
+class CellCheck
+{
+public:
+    CellCheck(const ExportLine &checked, int lineNumber, ExportFindings *found) :
+        line(checked),
+        number(lineNumber),
+        findings(found)
+    { }
+
+    void look();
+
+private:
+    void lookAtNumber(int column, bool isShort);
+    void lookAtDate(int column, const QDate &date);
+    void lookAtBalance();
+    void lookAtCalendar();
+    const QStringRef &cell(int column) const { return line.cells[static_cast<size_t>(column)]; }
+    void add(const char *code, int column, const QStringList &values);
+
+    const ExportLine &line;
+    const int number;
+    ExportFindings *const findings;
+};
+
+void CellCheck::look()
+{
+    for (int column = 0; column < exportColumnCount; ++column) {
+        const CellKind kind = cellKind(column);
+        if (kind == CellKind::Number || kind == CellKind::Short)
+            lookAtNumber(column, kind == CellKind::Short);
+    }
+    lookAtDate(Begin, line.record.datumNastupu);
+    lookAtDate(End, line.record.datumVystupu);
+    lookAtDate(CalendarSince, line.record.kalendarPlatnostOd);
+    lookAtBalance();
+    lookAtCalendar();
+}
+
+void CellCheck::add(const char *code, int column, const QStringList &values)
+{
+    findings->append({&findingKind(code), number, column + 1, values, {}});
+}
+
+/// What follows from a number that is read as 0.
+QString lostNumber(int column)
+{
+    switch (column) {
+    case BranchNumber:
+        return Text::tr("it is read as 0, so that the person is given no branch");
+    case Calendar:
+        return Text::tr("it is read as 0, so that the person is given no calendar");
+    case Type:
+        return Text::tr("it is read as 0, so that the person is neither enrolled in PaM nor given "
+                        "a supervisor");
+    case RelationState:
+        return Text::tr("it is read as 0, which counts as a relation that has not ended");
+    case Supervisor:
+        return Text::tr("it is read as 0, so that the person keeps the supervisor that they have");
+    default:
+        return Text::tr("it is read as 0");
+    }
+}
+
+void CellCheck::lookAtNumber(int column, bool isShort)
+{
+    const QStringRef &text = cell(column);
+    if (text.isEmpty())
+        return;
+    const QString name = exportColumns().at(column);
+    if (isPlainNumber(text)) {
+        if (isShort && text.toUInt() > shortLimit)
+            add("E-CELL-RANGE", column,
+                {name, text.toString(), QStringLiteral("16"),
+                 QString::number(static_cast<ushort>(text.toUInt()))});
+        return;
+    }
+    bool isNumber = false;
+    const uint value = text.toUInt(&isNumber);
+    const uint read = isShort ? static_cast<ushort>(value) : value;
+    static const QRegularExpression manyDigits(QStringLiteral("^[0-9]{10,}$"));
+    if (!isNumber && manyDigits.match(text.toString()).hasMatch())
+        add("E-CELL-RANGE", column,
+            {name, text.toString(), QStringLiteral("32"), QStringLiteral("0")});
+    else if (!isNumber)
+        add("E-CELL-NUMBER", column, {name, text.toString(), lostNumber(column)});
+    else if (isShort && value > shortLimit)
+        add("E-CELL-RANGE", column,
+            {name, text.toString(), QStringLiteral("16"), QString::number(read)});
+    else if (text.toString() != QString::number(value))
+        add("W-CELL-NUMBER", column, {name, text.toString(), QString::number(read)});
+}
+
+/// What follows from a date that counts as empty.
+QString lostDate(int column, bool hasCalendar)
+{
+    if (column == Begin)
+        return Text::tr("it counts as empty: the first day becomes 1 January 2000");
+    if (column == End)
+        return Text::tr("it counts as empty, so that the person has no last day and keeps their "
+                        "access");
+    return hasCalendar
+        ? Text::tr("it counts as empty: the group plan is entered for month 0, and all unlocked "
+                   "attendance of the person is opened again from its first day on")
+        : Text::tr("it counts as empty, which changes nothing without a calendar");
+}
+
+void CellCheck::lookAtDate(int column, const QDate &date)
+{
+    const QStringRef &text = cell(column);
+    if (text.isEmpty())
+        return;
+    const QString name = exportColumns().at(column);
+    if (!date.isValid()) {
+        add("E-CELL-DATE", column,
+            {name, text.toString(), dateFault(text.toString()),
+             lostDate(column, line.record.calendarID != 0)});
+        return;
+    }
+    // A plan has a month of any year.
+    const bool fits = column == CalendarSince || (date.year() >= 1970 && date.year() <= 2105);
+    if (!fits)
+        add("E-CELL-YEAR", column,
+            {name, text.toString(),
+             column == Begin ? Text::tr("the first day is stored as a moment in 2106")
+                             : Text::tr("the column cannot hold it: the statement for the person "
+                                        "fails, or another day is stored")});
+}
+
+/// What the fund gets: the balance in hundredths, cut toward zero.
+bool fitsHundredths(double balance)
+{
+    return std::isfinite(balance) && std::abs(balance * 100.0) < 2147483648.0;
+}
+
+/// The hundredths of the text by its digits; false for any form but "-12.34".
+bool hundredthsOf(const QStringRef &text, qint64 *hundredths, bool *isExact)
+{
+    static const QRegularExpression form(QStringLiteral("^(-?)([0-9]{1,9})(?:\\.([0-9]+))?$"));
+    const QRegularExpressionMatch match = form.match(text.toString());
+    if (!match.hasMatch())
+        return false;
+    const QString decimals = match.captured(3).leftJustified(2, QLatin1Char('0'));
+    *hundredths = match.captured(2).toLongLong() * 100 + decimals.leftRef(2).toInt();
+    *isExact = decimals.midRef(2).count(QLatin1Char('0')) == decimals.size() - 2;
+    if (!match.captured(1).isEmpty())
+        *hundredths = -*hundredths;
+    return true;
+}
+
+QString balanceFault(const QString &text)
+{
+    if (text.contains(QLatin1Char(',')))
+        return Text::tr("it has a decimal comma");
+    static const QRegularExpression blank(QStringLiteral("\\d\\s+\\d"));
+    if (blank.match(text).hasMatch())
+        return Text::tr("it has a blank between its digits");
+    return Text::tr("it is no number");
+}
+
+void CellCheck::lookAtBalance()
+{
+    const QStringRef &text = cell(Balance);
+    if (text.isEmpty())
+        return;
+    bool isNumber = false;
+    const double value = text.toDouble(&isNumber);
+    const double read = line.record.dovolenaZustatek;
+    if (!isNumber || !fitsHundredths(read)) {
+        add("E-CELL-BALANCE", Balance,
+            {text.toString(),
+             isNumber ? Text::tr("the fund cannot hold it") : balanceFault(text.toString()),
+             QString::number(value)});
+        return;
+    }
+    const int cut = static_cast<int>(read * 100.0);
+    qint64 stated = 0;
+    bool isExact = true;
+    if (hundredthsOf(text, &stated, &isExact) && (stated != cut || !isExact))
+        add("W-CELL-BALANCE", Balance, {text.toString(), QString::number(cut)});
+    if (read < 0)
+        add("N-CELL-NEGATIVE", Balance, {text.toString()});
+}
+
+void CellCheck::lookAtCalendar()
+{
+    if (line.record.calendarID != 0 && cell(CalendarSince).isEmpty())
+        add("E-CELL-CALENDAR", CalendarSince, {cell(Calendar).toString()});
+}
+
+struct DateForm
+{
+    const char *pattern;
+    const char *fault;
+};
+
+const DateForm dateForms[] = {
+    {"^\\d{4}-\\d{2}-\\d{2}$", QT_TRANSLATE_NOOP("CellCheck", "it has no time")},
+    {"^\\d{4}-\\d{2}-\\d{2}[ T]\\d{2}:\\d{2}(:\\d{2})?$",
+     QT_TRANSLATE_NOOP("CellCheck", "it has no milliseconds")},
+    {"^\\d{4}-\\d{2}-\\d{2}T", QT_TRANSLATE_NOOP("CellCheck", "a T stands in place of the blank")},
+    {"^\\d{1,2}([./] ?\\d{1,2}[./] ?\\d{2}|-\\d{1,2}-\\d{4})",
+     QT_TRANSLATE_NOOP("CellCheck", "the day stands first")},
+    {"^\\d{4}[./]\\d{1,2}[./]\\d{1,2}",
+     QT_TRANSLATE_NOOP("CellCheck", "its parts are not joined by '-'")},
+    {"^\\d{2}-\\d{2}-\\d{2}", QT_TRANSLATE_NOOP("CellCheck", "its year has two digits")},
+    {"^0000-00-00", QT_TRANSLATE_NOOP("CellCheck", "zeros stand for an empty date")},
+    {"^\\d{8}$", QT_TRANSLATE_NOOP("CellCheck", "its parts are not separated, and it has no time")},
+};
+
+} // namespace
+
+void checkCells(const ExportLine &line, int lineNumber, ExportFindings *findings)
+{
+    CellCheck(line, lineNumber, findings).look();
+}
+
+QString dateFault(const QString &cell)
+{
+    for (const DateForm &form : dateForms) {
+        if (QRegularExpression(QLatin1String(form.pattern)).match(cell).hasMatch())
+            return Text::tr(form.fault);
+    }
+    static const QRegularExpression whole(
+        QStringLiteral("^(\\d{4}-\\d{2}-\\d{2}) (\\d{2}:\\d{2}:\\d{2}\\.\\d{3})$"));
+    const QRegularExpressionMatch match = whole.match(cell);
+    if (!match.hasMatch())
+        return Text::tr("it is no date and time");
+    const QDate day = QDate::fromString(match.captured(1), Qt::ISODate);
+    if (!day.isValid())
+        return Text::tr("there is no such day");
+    const bool isTime = QTime::fromString(match.captured(2), QStringLiteral("hh:mm:ss.zzz"))
+                            .isValid();
+    return isTime ? Text::tr("a change of the clocks skips this moment, or its year is too far off")
+                  : Text::tr("there is no such time");
+}

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A check as a page for people.
+#pragma once
+
+#include "host/exportcheck/checkoutcome.h"
+
+#include <QHash>
+
+#include <functional>
+
+/// How the page is to be.
+struct CheckPageStyle
+{
+    int width = 100; ///< columns
+    bool all = false; ///< every finding, not ten of a kind
+    bool colour = false;
+};
+
+/// The lines of the file that the page shows, in their order.
+QVector<int> linesOnPage(const CheckOutcome &outcome, const CheckPageStyle &style);
+
+/// Gives the page to the sink, group by group, worst first. `lines` are the texts of linesOnPage().
+void writeCheckPage(const CheckOutcome &outcome, const CheckPageStyle &style,
+                    const QHash<int, QString> &lines,
+                    const std::function<void(const QString &text)> &sink);

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The lines that go back to the HR department.
+#include "host/exportcheck/rejects.h"
+
+#include "export/exportfile.h"
+#include "host/base/oneline.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QMultiMap>
+#include <QSaveFile>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(Rejects)
+};
+
+using Reasons = QMultiMap<int, const ExportFinding *>;
+
+/// By line; a finding about several lines stands at each of them.
+Reasons reasonsByLine(const ExportFindings &findings)
+{
+    Reasons reasons;
+    for (const ExportFinding &found : findings) {
+        if (found.kind->severity() == Finding::Note || found.line == 0)
+            continue;
+        for (const int line : found.lines)
+            reasons.insert(line, &found);
+        if (found.lines.isEmpty())
+            reasons.insert(found.line, &found);
+    }
+    return reasons;
+}
+
+QString reasonText(int line, const ExportFinding &found)
+{
+    const Finding finding = told(found);
+    return Text::tr("# line %1, %2: %3; %4\n")
+        .arg(QString::number(line), finding.code, oneLine(finding.text), oneLine(finding.remedy));
+}
+
+void writeLines(QIODevice *device, const Reasons &reasons, QIODevice *file)
+{
+    ExportFile lines(device);
+    QString text;
+    while (lines.nextLine(&text)) {
+        const QList<const ExportFinding *> own = reasons.values(lines.lineNumber());
+        for (auto reason = own.crbegin(); reason != own.crend(); ++reason)
+            file->write(reasonText(lines.lineNumber(), **reason).toUtf8());
+        if (!own.isEmpty())
+            file->write(lines.lineBytes() + "\n\n");
+    }
+}
+
+} // namespace
+
+Failure writeRejects(const QString &path, QIODevice *device, const ExportFindings &findings)
+{
+    QSaveFile file(path);
+    const bool written = file.open(QIODevice::WriteOnly)
+        && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    if (written)
+        writeLines(device, reasonsByLine(findings), &file);
+    if (!written || !file.commit())
+        return {ExitUsage, Text::tr("cannot write '%1': %2").arg(path, file.errorString())};
+    return {};
+}
