@@ -6,14 +6,23 @@
 #include <QByteArray>
 #include <QVector>
 
+#include <functional>
+
 /// A flaw of one cell.
 struct CellDamage
 {
     const char *name;
     const char *meaning;
+    const char *finding; ///< the code that it is owed; empty for none
     int column; ///< from 1
-    QByteArray (*change)(const QByteArray &cell);
+    std::function<QByteArray(const QByteArray &cell)> change;
 };
 
-/// In the order in which they are shown.
-const QVector<CellDamage> &cellDamages();
+/// Changes of a cell: to another one, and by what stands before or behind it from now on.
+std::function<QByteArray(const QByteArray &)> becomes(const QByteArray &text);
+std::function<QByteArray(const QByteArray &)> precededBy(const QByteArray &text);
+std::function<QByteArray(const QByteArray &)> followedBy(const QByteArray &text);
+
+/// In the order in which they are shown: of dates and numbers, and of texts.
+const QVector<CellDamage> &valueDamages();
+const QVector<CellDamage> &textDamages();

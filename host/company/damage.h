@@ -3,26 +3,23 @@
 // Flaws of exports, to be had by name.
 #pragma once
 
+#include "host/company/hurt.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QVector>
-
-/// A place in a damaged export. Lines and columns count from 1, the header is line 1.
-struct Hurt
-{
-    int line = 0; ///< 0 for all of them
-    int column = 0; ///< 0 for the whole line
-};
-
-inline bool operator==(const Hurt &left, const Hurt &right)
-{
-    return left.line == right.line && left.column == right.column;
-}
 
 struct DamagedExport
 {
     QByteArray text;
     QVector<Hurt> hurts; ///< all places, in their order; the others are as they were
+    /// The code of the finding that the damage is owed at these places. There may be others beside
+    /// it: a line that a NUL byte cuts has too few cells as well.
+    QString finding;
+    /// Nothing in the file shows the damage: only a comparison with the last good export does, or
+    /// one with the database. Without a code not even these do, by more than a changed cell. There
+    /// may be notes nevertheless, and dates that contradict each other.
+    bool againstOnly = false;
 };
 
 /// The kinds of damage, in the order of the places that they hurt: cells, lines, the file.

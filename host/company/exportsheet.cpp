@@ -8,6 +8,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <algorithm>
+
 ExportSheet::ExportSheet(const QByteArray &text)
 {
     QHash<QByteArray, int> relations;
@@ -28,11 +30,14 @@ ExportSheet::ExportSheet(const QByteArray &text)
     }
 }
 
-QPair<int, int> ExportSheet::drawTwoLines(Draw *draw) const
+QVector<int> ExportSheet::drawLines(Draw *draw, int count) const
 {
-    const int first = draw->below(ordinary.size());
-    const int other = (first + 1 + draw->below(ordinary.size() - 1)) % ordinary.size();
-    return {ordinary.at(qMin(first, other)), ordinary.at(qMax(first, other))};
+    QVector<int> left = ordinary;
+    QVector<int> drawn;
+    while (drawn.size() < count)
+        drawn.append(left.takeAt(draw->below(left.size())));
+    std::sort(drawn.begin(), drawn.end());
+    return drawn;
 }
 
 QByteArray ExportSheet::text() const

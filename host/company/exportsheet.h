@@ -21,13 +21,16 @@ public:
     /// The line has these cells from now on.
     void setLine(int number, const QByteArray &text) { rows[number - 1] = text.split('|'); }
     void append(const QByteArray &line) { rows.append(line.split('|')); }
+    /// The line has this number from now on, the later ones have one more.
+    void insert(int number, const QByteArray &line) { rows.insert(number - 1, line.split('|')); }
+    void remove(int number) { rows.remove(number - 1); }
     /// Only so many lines are left.
     void cut(int count) { rows.resize(count); }
 
     /// An ordinary line: of somebody with one current relation whom nobody has as supervisor.
     int drawLine(Draw *draw) const { return ordinary.at(draw->below(ordinary.size())); }
-    /// Two of them, the first one first.
-    QPair<int, int> drawTwoLines(Draw *draw) const;
+    /// So many of them, the first one first.
+    QVector<int> drawLines(Draw *draw, int count) const;
 
     /// With an end behind each line.
     QByteArray text() const;
