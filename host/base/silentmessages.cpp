@@ -6,11 +6,14 @@
 #include <QString>
 
 #include <atomic>
+#include <mutex>
 #include <thread>
 
 namespace {
 
 thread_local int silenced = 0; // how many objects of this thread live
+std::mutex guard; // of the next one, and of Qt's handler
+int silentThreads = 0;
 // Whom the messages of other threads go to. It stays: one of them may be on its way.
 std::atomic<QtMessageHandler> others {nullptr};
 
@@ -33,12 +36,16 @@ SilentMessages::SilentMessages()
 {
     if (silenced++ > 0)
         return;
-    others = qInstallMessageHandler(dropOwnMessage);
+    const std::lock_guard<std::mutex> lock(guard);
+    if (silentThreads++ == 0)
+        others = qInstallMessageHandler(dropOwnMessage);
 }
 
 SilentMessages::~SilentMessages()
 {
     if (--silenced > 0)
         return;
-    qInstallMessageHandler(others);
+    const std::lock_guard<std::mutex> lock(guard);
+    if (--silentThreads == 0)
+        qInstallMessageHandler(others);
 }

@@ -6,7 +6,8 @@
 #include <QtGlobal>
 
 /// Keeps all messages of the calling thread away for as long as it lives; those of other threads go
-/// on to whom they went before. Made and destroyed on one thread, and on one thread at a time.
+/// on to whom they went before. Made and destroyed on one thread; several threads may be silent at
+/// a time.
 class SilentMessages
 {
 public:

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The statements that the plugin's own code makes of a record.
+#pragma once
+
+#include "export/employeerecord.h"
+#include "host/database/registereddriver.h"
+#include "worker/thrworker.h"
+
+#include <QHash>
+#include <QString>
+
+#include <memory>
+
+/// Has a worker of the plugin fill its statements, and takes them before they reach a server.
+///
+/// Belongs to the thread that makes it; several may live, each on a thread of its own. It makes and
+/// takes away a driver and handles: while one is made or destroyed, no other thread may do so (see
+/// RegisteredDriver).
+class PluginStatements
+{
+public:
+    enum Kind {
+        Add, ///< a person whom the database does not know
+        Update,
+        UpdateFromState, ///< with another evidence state than before: the attendance is
+                         ///< recalculated
+    };
+    static constexpr Kind allKinds[] = {Add, Update, UpdateFromState};
+
+    /// With the texts of the settings by evidence state.
+    explicit PluginStatements(const QHash<ushort, QString> &stateTexts);
+    ~PluginStatements();
+    PluginStatements(const PluginStatements &) = delete;
+    PluginStatements &operator=(const PluginStatements &) = delete;
+
+    /// The record with the interval and the text of its evidence state, as the plugin works them
+    /// out for such a statement. The row of a known person had no text before.
+    EmployeeRecord personOf(Kind kind, const EmployeeRecord &record) const;
+    /// The statement for what personOf() gives, word for word. The department is 1, and the branch
+    /// has no row. Messages of the plugin are for the caller to silence.
+    QString statement(Kind kind, const EmployeeRecord &person);
+
+private:
+    struct Connections
+    {
+        explicit Connections(const QString &name);
+        ~Connections();
+        const QString database;
+    };
+
+    const std::shared_ptr<QString> taken;
+    // In this order: the worker holds a connection of the driver.
+    const RegisteredDriver driver;
+    const Connections connections;
+    THRWorker worker;
+};

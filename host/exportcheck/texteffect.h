@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What texts do to a statement that they stand in.
+#pragma once
+
+#include <QString>
+
+#include <array>
+
+struct SqlDialect;
+
+/// What a text of the export does to a statement, worst last.
+enum class TextEffect {
+    None,
+    OtherText, ///< another text is stored
+    Fails, ///< the server refuses the statement, and nothing of it runs
+    RunsElse, ///< something else runs or is written; also where that cannot be ruled out
+};
+
+/// The columns of `people` that hold texts, in the order in which both statements have them.
+constexpr int statementTextCount = 6;
+enum StatementText { Title, Name, Surname, TitleBehind, Phone, StateText };
+using StatementTexts = std::array<QString, statementTextCount>;
+
+/// One statement with its texts in place.
+struct StatementEffect
+{
+    TextEffect effect = TextEffect::None;
+    StatementTexts stored; ///< for None and OtherText
+    QString runs; ///< for RunsElse: what is not as it was meant, in one line, shortened
+};
+
+/// Compares the statement with one that has the same values, but texts that do no harm. `texts` is
+/// what is meant to be stored.
+StatementEffect effectOfTexts(const QString &statement, const QString &harmlessStatement,
+                              const StatementTexts &texts, const SqlDialect &dialect);
