@@ -7,7 +7,8 @@
 # shellcheck disable=SC2034 # used by those who source this
 build_packages=(g++ cmake ninja-build qtbase5-dev libqt5sql5-mysql libqt5sql5-sqlite
                 libbenchmark-dev libmariadb-dev pkg-config scdoc binutils-mingw-w64-x86-64
-                tzdata libfaketime mariadb-server-core mariadb-client-core)
+                tzdata libfaketime mariadb-server-core mariadb-client-core
+                python3-jsonschema)
 
 # ensure_packages PACKAGE...: installs those that are missing; says nothing when all are there.
 ensure_packages() {

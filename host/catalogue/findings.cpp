@@ -59,8 +59,8 @@ Finding::Severity FindingKind::severity() const
 const std::vector<FindingTopic> &findingTopics()
 {
     static const std::vector<FindingTopic> topics {
-        exportFileFindings(),       exportTextFindings(),   exportLineFindings(),
-        exportCellFindings(),       exportPeopleFindings(), exportComparisonFindings(),
+        exportFileFindings(),     exportTextFindings(),   exportLineFindings(),
+        exportCellFindings(),     exportPeopleFindings(), exportComparisonFindings(),
         exportDatabaseFindings(),
     };
     return topics;

@@ -21,8 +21,8 @@ FindingTopic exportTextFindings()
                  "the statement fails: the person is neither added nor updated, in this pass "
                  "and in each later one"),
              FINDING_TEXT(
-                 "write a typographic apostrophe (’) for the plain one, and no backslash at the "
-                 "end"),
+                 "write a typographic apostrophe (’) for the plain one, no backslash at the end, and "
+                 "a blank behind a percent sign"),
              "Prijmeni\nO'Neill"},
             {"W-TEXT-MARKER", FINDING_TEXT("place marker in a text"),
              FINDING_TEXT(
@@ -31,8 +31,9 @@ FindingTopic exportTextFindings()
              FINDING_TEXT("write a blank behind the percent sign"),
              "Prijmeni\nNovák %5\nNovák Ing."},
             {"W-TEXT-OTHER", FINDING_TEXT("text that is stored as another"),
-             FINDING_TEXT("%1 '%2' holds a backslash"), FINDING_TEXT("what is stored: '%3'"),
-             FINDING_TEXT("write a slash in place of the backslash"), "Prijmeni\na\\b\nab"},
+             FINDING_TEXT("%1 '%2' is stored as another text"),
+             FINDING_TEXT("what is stored: '%3'"),
+             FINDING_TEXT("write no backslash and no plain apostrophe"), "Prijmeni\na\\b\nab"},
             {"E-TEXT-UTF8", FINDING_TEXT("letters that are no UTF-8"),
              FINDING_TEXT("%1 holds bytes that are no UTF-8; in %2 it reads '%3'"),
              FINDING_TEXT("the letters are stored as question marks in a diamond: '%4'"),
@@ -41,8 +42,8 @@ FindingTopic exportTextFindings()
              FINDING_TEXT("the line holds a NUL byte behind %1 characters"),
              FINDING_TEXT("the plugin does not read the rest of the line"),
              FINDING_TEXT("find out what has damaged the file, and export again"), "17"},
-            {"W-TEXT-CONTROL", FINDING_TEXT("control character"),
-             FINDING_TEXT("%1 '%2' holds the control character U+%3"),
+            {"W-TEXT-CONTROL", FINDING_TEXT("invisible character"),
+             FINDING_TEXT("%1 '%2' holds the invisible character U+%3"),
              FINDING_TEXT("it is stored with the text"), FINDING_TEXT("remove it in the HR system"),
              "Prijmeni\nNov ák\n0009"},
             {"E-TEXT-PLANE", FINDING_TEXT("letter that the connection cannot carry"),

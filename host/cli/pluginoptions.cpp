@@ -32,13 +32,19 @@ Option pluginOption()
             Option::Path};
 }
 
+Option dataDirectoryOption()
+{
+    return {directoryOption(),
+            QStringLiteral("DIR"),
+            Text::tr("folder that holds TalvenHR.ini (default: the plugin's own search)"),
+            QStringLiteral("plugin/data-dir"),
+            QString(),
+            Option::Path};
+}
+
 OptionGroup pluginOptions()
 {
-    return {Text::tr("Plugin"),
-            {pluginOption(),
-             {directoryOption(), QStringLiteral("DIR"),
-              Text::tr("folder that holds TalvenHR.ini (default: the plugin's own search)"),
-              QStringLiteral("plugin/data-dir"), QString(), Option::Path}}};
+    return {Text::tr("Plugin"), {pluginOption(), dataDirectoryOption()}};
 }
 
 QString pluginFile(const Options &options)

@@ -9,6 +9,8 @@ class Options;
 
 /// --plugin
 Option pluginOption();
+/// --data-dir
+Option dataDirectoryOption();
 /// --plugin and --data-dir
 OptionGroup pluginOptions();
 

@@ -3,18 +3,23 @@
 // `talvenhr check`: what the plugin will make of an export.
 #include "host/commands/checkcommand.h"
 
+#include "host/cli/databaseoptions.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
+#include "host/commands/databaselook.h"
 #include "host/exportcheck/checkpage.h"
 #include "host/exportcheck/checkreport.h"
 #include "host/exportcheck/exportsource.h"
 #include "host/exportcheck/rejects.h"
+#include "host/plugin/settingsfile.h"
 #include "host/report/console.h"
 #include "host/report/logwriter.h"
 
 #include <QCoreApplication>
 #include <QDate>
+#include <QDir>
+#include <QHash>
 
 namespace {
 
@@ -29,46 +34,49 @@ struct CheckOptions
     QString file;
     QString against; ///< empty: no other export
     QString rejects; ///< empty: not written
+    QString dataDirectory; ///< of TalvenHR.ini; empty: not known
+    DatabaseChoice database; ///< the default one stands for none
     ReportForm form = ReportForm::Text;
     CheckPageStyle style;
     PersonalTexts texts = PersonalTexts::Shown;
 };
 
-CheckOptions read(const Options &options)
+Failure read(const Options &options, CheckOptions *check)
 {
-    CheckOptions check;
-    check.file = options.argument(0);
-    check.against = options.value(QStringLiteral("against"));
-    check.rejects = options.value(QStringLiteral("rejects"));
-    check.form = reportForm(options);
-    check.style.width = outputWidth();
-    check.style.all = options.isSet(QStringLiteral("all"));
-    check.style.colour = outputTakesColour();
+    check->file = options.argument(0);
+    check->against = options.value(QStringLiteral("against"));
+    check->rejects = options.value(QStringLiteral("rejects"));
+    check->form = reportForm(options);
+    check->style.width = outputWidth();
+    check->style.all = options.isSet(QStringLiteral("all"));
+    check->style.colour = outputTakesColour();
     if (options.isSet(QStringLiteral("no-names")))
-        check.texts = PersonalTexts::Hidden;
-    return check;
+        check->texts = PersonalTexts::Hidden;
+    if (const Failure failure = readDataDirectory(options, &check->dataDirectory))
+        return failure;
+    return readDatabaseOptions(options, &check->database);
 }
 
-/// Reads the export, and the other one.
-Failure look(const CheckOptions &options, ExportSource *source, CheckOutcome *outcome)
+/// The texts of [MES], which stand in the same statements as the texts of people.
+QHash<ushort, QString> stateTexts(const QString &dataDirectory)
 {
-    if (const Failure failure = source->open())
-        return failure;
-    LogWriter writer(LogFormat::Text);
-    ExportCheckSettings settings;
-    settings.today = QDate::currentDate();
-    settings.progress = [&](qint64 bytes) {
-        writer.progress(static_cast<int>(bytes / 1024), static_cast<int>(source->size() / 1024));
-    };
-    const ExportCheck check = checkExport(source->device(), settings);
-    outcome->file = source->name();
-    outcome->fates = check.fates;
-    outcome->findings = check.findings;
-    outcome->texts = options.texts;
-    if (source->hasChanged())
-        outcome->findings.prepend({&findingKind("W-FILE-CHANGES"), 0, 0, {}, {}});
+    QHash<ushort, QString> texts;
+    if (dataDirectory.isEmpty())
+        return texts;
+    const SettingsFile settings(QDir(dataDirectory).filePath(QStringLiteral("TalvenHR.ini")));
+    const QStringList keys = settings.keys();
+    for (const QString &key : keys) {
+        if (key.startsWith(QLatin1String("MES/")))
+            texts.insert(key.mid(4).toUShort(), settings.toString(key));
+    }
+    return texts;
+}
+
+/// Compares with the last good export.
+Failure compare(const CheckOptions &options, const ExportDigest &digest, CheckOutcome *outcome)
+{
     if (options.against.isEmpty()) {
-        outcome->columns = columnFigures(check.digest);
+        outcome->columns = columnFigures(digest);
         return {};
     }
     ExportSource other(options.against);
@@ -80,10 +88,63 @@ Failure look(const CheckOptions &options, ExportSource *source, CheckOutcome *ou
             ExitUsage,
             Text::tr("'%1' has no usable line; name an export that was good").arg(options.against)};
     outcome->otherFile = other.name();
-    outcome->comparison = compareExports(check.digest, before);
+    outcome->comparison = compareExports(digest, before);
     outcome->columns = outcome->comparison->columns;
     outcome->findings = outcome->comparison->findings + outcome->findings;
     return {};
+}
+
+ExportCheckSettings settingsOf(ExportSource *source, LogWriter *writer)
+{
+    ExportCheckSettings settings;
+    settings.today = QDate::currentDate();
+    settings.progress = [source, writer](qint64 bytes) {
+        if (ProgressBar::isPossible())
+            writer->activity(Text::tr("reading %1: %2 %")
+                                 .arg(source->name())
+                                 .arg(100 * bytes / qMax(source->size(), bytes)));
+    };
+    return settings;
+}
+
+/// What concerns the file.
+void addFileFindings(const CheckOptions &options, const ExportSource &source, CheckOutcome *outcome)
+{
+    if (options.dataDirectory.isEmpty())
+        outcome->findings.prepend({&findingKind("N-FILE-STATES"), 0, 0, {}, {}});
+    if (source.hasChanged())
+        outcome->findings.prepend({&findingKind("W-FILE-CHANGES"), 0, 0, {}, {}});
+}
+
+/// Reads the database, the export and the other one.
+Failure look(const CheckOptions &options, ExportSource *source, CheckOutcome *outcome)
+{
+    if (const Failure failure = source->open())
+        return failure;
+    DatabaseLook database;
+    DatabaseCheck databaseCheck;
+    const bool asksDatabase = !options.database.isDefault;
+    if (asksDatabase) {
+        if (const Failure failure = database.open(options.database))
+            return failure;
+        if (const Failure failure = databaseCheck.load(database.handle()))
+            return failure;
+    }
+    LogWriter writer(LogFormat::Text);
+    StatementTrial trial(stateTexts(options.dataDirectory));
+    ExportCheckSettings settings = settingsOf(source, &writer);
+    settings.trial = &trial;
+    settings.database = asksDatabase ? &databaseCheck : nullptr;
+    const ExportCheck check = checkExport(source->device(), settings);
+    writer.wipeProgress();
+    outcome->file = source->name();
+    outcome->fates = check.fates;
+    outcome->findings = check.findings;
+    outcome->texts = options.texts;
+    if (asksDatabase)
+        outcome->database = databaseCheck.counts();
+    addFileFindings(options, *source, outcome);
+    return compare(options, check.digest, outcome);
 }
 
 void print(const CheckOptions &options, ExportSource *source, const CheckOutcome &outcome)
@@ -98,7 +159,9 @@ void print(const CheckOptions &options, ExportSource *source, const CheckOutcome
 
 Failure run(const Options &commandOptions)
 {
-    const CheckOptions options = read(commandOptions);
+    CheckOptions options;
+    if (const Failure failure = read(commandOptions, &options))
+        return failure;
     ExportSource source(options.file);
     CheckOutcome outcome;
     if (const Failure failure = look(options, &source, &outcome))
@@ -139,8 +202,12 @@ Command checkCommand()
         "become, and what in it is damaged, worst first. Changes nothing. docs/findings.md "
         "explains each code.");
     command.arguments = {{QStringLiteral("FILE"), Text::tr("the export; - for standard input")}};
-    command.groups = {checkOptions(), reportOptions()};
-    command.exitCodes = {ExitClean, ExitErrors, ExitUsage};
+    command.groups = {checkOptions(),
+                      {Text::tr("Plugin"), {dataDirectoryOption()}},
+                      databaseOptions(),
+                      reportOptions()};
+    command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
+                         ExitDatabase, ExitRefused, ExitInterrupted};
     command.sections = {
         {Text::tr("Examples"),
          {QStringLiteral("talvenhr check ron.data"),

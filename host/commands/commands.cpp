@@ -12,6 +12,6 @@
 
 QVector<Command> allCommands()
 {
-    return {checkCommand(), runCommand(),    sqlCommand(),
-            infoCommand(),  configCommand(), sandboxCommand()};
+    return {runCommand(),  checkCommand(),  sqlCommand(),
+            infoCommand(), configCommand(), sandboxCommand()};
 }

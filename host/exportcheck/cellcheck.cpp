@@ -39,9 +39,10 @@ const uint shortLimit = std::numeric_limits<ushort>::max();
 class CellCheck
 {
 public:
-    CellCheck(const ExportLine &checked, int lineNumber, ExportFindings *found) :
+    CellCheck(const ExportLine &checked, int lineNumber, const QDate &day, ExportFindings *found) :
         line(checked),
         number(lineNumber),
+        today(day),
         findings(found)
     { }
 
@@ -52,11 +53,13 @@ private:
     void lookAtDate(int column, const QDate &date);
     void lookAtBalance();
     void lookAtCalendar();
+    bool takesCalendar() const;
     const QStringRef &cell(int column) const { return line.cells[static_cast<size_t>(column)]; }
     void add(const char *code, int column, const QStringList &values);
 
     const ExportLine &line;
     const int number;
+    const QDate today;
     ExportFindings *const findings;
 };
 
@@ -129,17 +132,28 @@ void CellCheck::lookAtNumber(int column, bool isShort)
 }
 
 /// What follows from a date that counts as empty.
-QString lostDate(int column, bool hasCalendar)
+QString lostDate(int column, bool takesCalendar)
 {
     if (column == Begin)
         return Text::tr("it counts as empty: the first day becomes 1 January 2000");
     if (column == End)
         return Text::tr("it counts as empty, so that the person has no last day and keeps their "
                         "access");
-    return hasCalendar
+    return takesCalendar
         ? Text::tr("it counts as empty: the group plan is entered for month 0, and all unlocked "
                    "attendance of the person is opened again from its first day on")
-        : Text::tr("it counts as empty, which changes nothing without a calendar");
+        : Text::tr("it counts as empty, which changes nothing for this person");
+}
+
+/// What follows from a date that no column of seconds can hold.
+QString farDate(int column)
+{
+    if (column == Begin)
+        return Text::tr("the first day is stored as a moment in 2106");
+    if (column == End)
+        return Text::tr("the column cannot hold it: the statement for the person fails, or another "
+                        "day is stored");
+    return Text::tr("all unlocked attendance of the person is opened again from its first day on");
 }
 
 void CellCheck::lookAtDate(int column, const QDate &date)
@@ -150,18 +164,13 @@ void CellCheck::lookAtDate(int column, const QDate &date)
     const QString name = exportColumns().at(column);
     if (!date.isValid()) {
         add("E-CELL-DATE", column,
-            {name, text.toString(), dateFault(text.toString()),
-             lostDate(column, line.record.calendarID != 0)});
+            {name, text.toString(), dateFault(text.toString()), lostDate(column, takesCalendar())});
         return;
     }
     // A plan has a month of any year.
-    const bool fits = column == CalendarSince || (date.year() >= 1970 && date.year() <= 2105);
+    const bool fits = date.year() >= 1970 && (column == CalendarSince || date.year() <= 2105);
     if (!fits)
-        add("E-CELL-YEAR", column,
-            {name, text.toString(),
-             column == Begin ? Text::tr("the first day is stored as a moment in 2106")
-                             : Text::tr("the column cannot hold it: the statement for the person "
-                                        "fails, or another day is stored")});
+        add("E-CELL-YEAR", column, {name, text.toString(), farDate(column)});
 }
 
 /// What the fund gets: the balance in hundredths, cut toward zero.
@@ -213,15 +222,27 @@ void CellCheck::lookAtBalance()
     const int cut = static_cast<int>(read * 100.0);
     qint64 stated = 0;
     bool isExact = true;
-    if (hundredthsOf(text, &stated, &isExact) && (stated != cut || !isExact))
+    if (!hundredthsOf(text, &stated, &isExact))
+        add("W-CELL-NUMBER", Balance,
+            {exportColumns().at(Balance), text.toString(), QString::number(read)});
+    else if (stated != cut || !isExact)
         add("W-CELL-BALANCE", Balance, {text.toString(), QString::number(cut)});
     if (read < 0)
         add("N-CELL-NEGATIVE", Balance, {text.toString()});
 }
 
+/// Only people who have not ended and have a branch are given their calendar.
+bool CellCheck::takesCalendar() const
+{
+    const EmployeeRecord &record = line.record;
+    const bool hasEnded = record.stavPracovnihoPomeru > 3
+        || (record.datumVystupu.isValid() && record.datumVystupu < today);
+    return record.calendarID != 0 && record.stredisko != 0 && !hasEnded;
+}
+
 void CellCheck::lookAtCalendar()
 {
-    if (line.record.calendarID != 0 && cell(CalendarSince).isEmpty())
+    if (takesCalendar() && cell(CalendarSince).isEmpty())
         add("E-CELL-CALENDAR", CalendarSince, {cell(Calendar).toString()});
 }
 
@@ -247,9 +268,10 @@ const DateForm dateForms[] = {
 
 } // namespace
 
-void checkCells(const ExportLine &line, int lineNumber, ExportFindings *findings)
+void checkCells(const ExportLine &line, int lineNumber, const QDate &today,
+                ExportFindings *findings)
 {
-    CellCheck(line, lineNumber, findings).look();
+    CellCheck(line, lineNumber, today, findings).look();
 }
 
 QString dateFault(const QString &cell)

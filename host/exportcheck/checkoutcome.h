@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/exportcheck/comparison.h"
+#include "host/exportcheck/databasecheck.h"
 #include "host/exportcheck/exportcheck.h"
 
 #include <QString>
@@ -19,6 +20,7 @@ struct CheckOutcome
     std::array<ColumnFigures, exportColumnCount> columns {};
     QString otherFile; ///< that of `comparison`
     std::optional<ExportComparison> comparison;
+    std::optional<DatabaseCounts> database; ///< of its people
     PersonalTexts texts = PersonalTexts::Shown;
 
     int count(Finding::Severity severity) const { return countOf(findings, severity); }

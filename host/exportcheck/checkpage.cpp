@@ -68,6 +68,7 @@ public:
 
     QString head() const;
     QString comparison() const;
+    QString database() const;
     QString group(const FindingGroup &group) const;
 
 private:
@@ -122,6 +123,20 @@ QString Page::comparison() const
     text += changes.isEmpty() ? QStringLiteral(".")
                               : QStringLiteral(" (%1).").arg(changes.join(QStringLiteral(", ")));
     return paragraph(text, 0);
+}
+
+QString Page::database() const
+{
+    if (!outcome.database)
+        return QString();
+    const DatabaseCounts &people = *outcome.database;
+    return paragraph(
+        Text::tr("Against the database: %1 people are new, %2 come back, %3 differ "
+                 "(%4 of these get a last day), %5 are the same, %6 have ended and are "
+                 "not there.")
+            .arg(grouped(people.added), grouped(people.revived), grouped(people.updated),
+                 grouped(people.ended), grouped(people.same), grouped(people.leftOut)),
+        0);
 }
 
 QString Page::heading(const FindingGroup &group) const
@@ -235,7 +250,7 @@ void writeCheckPage(const CheckOutcome &outcome, const CheckPageStyle &style,
                     const std::function<void(const QString &text)> &sink)
 {
     const Page page(outcome, style, lines);
-    sink(page.head() + page.comparison());
+    sink(page.head() + page.comparison() + page.database());
     const QVector<FindingGroup> groups = groupsOf(outcome.findings);
     for (const FindingGroup &group : groups)
         sink(page.group(group));

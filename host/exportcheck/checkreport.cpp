@@ -93,6 +93,14 @@ Section againstSection(const CheckOutcome &outcome)
                     figure("changed", compared.changed)});
 }
 
+Section databaseSection(const DatabaseCounts &people)
+{
+    return section("database",
+                   {figure("added", people.added), figure("revived", people.revived),
+                    figure("updated", people.updated), figure("ended", people.ended),
+                    figure("same", people.same), figure("leftOut", people.leftOut)});
+}
+
 } // namespace
 
 Report checkReport(const CheckOutcome &outcome)
@@ -114,5 +122,7 @@ Report checkReport(const CheckOutcome &outcome)
     };
     if (outcome.comparison)
         report.sections.append(againstSection(outcome));
+    if (outcome.database)
+        report.sections.append(databaseSection(*outcome.database));
     return report;
 }

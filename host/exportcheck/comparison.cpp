@@ -46,6 +46,7 @@ private:
     void addPair(const DigestLine &newLine, const DigestLine &oldLine);
     void lookAtLoss();
     void lookAtEmptyCells();
+    void lookAtVariety();
     void lookForExchanges();
     bool areExchanged(size_t left, size_t right, int *share) const;
     void lookAtChanges();
@@ -61,14 +62,15 @@ private:
 ExportComparison Comparison::compare()
 {
     result.columns = columnFigures(now);
+    const auto figuresBefore = columnFigures(before);
     for (size_t column = 0; column < exportColumnCount; ++column) {
-        result.columns[column].filledBefore = static_cast<int>(
-            std::count_if(before.cbegin(), before.cend(),
-                          [column](const DigestLine &line) { return line.cells[column] != 0; }));
+        result.columns[column].filledBefore = figuresBefore[column].filled;
+        result.columns[column].distinctBefore = figuresBefore[column].distinct;
     }
     pairPeople();
     lookAtLoss();
     lookAtEmptyCells();
+    lookAtVariety();
     lookForExchanges();
     lookAtChanges();
     return result;
@@ -151,6 +153,20 @@ void Comparison::lookAtEmptyCells()
         if (lines < fewPeople || std::abs(empty - emptyBefore) < mostJump)
             continue;
         add("W-AGAINST-EMPTY", column, {QString::number(empty), QString::number(emptyBefore)});
+        isExplained[column] = true;
+    }
+}
+
+/// All cells alike where they were not.
+void Comparison::lookAtVariety()
+{
+    for (size_t column = 0; column < exportColumnCount; ++column) {
+        const ColumnFigures &figures = result.columns[column];
+        const bool isSame = figures.filled >= fewPeople
+            && figures.filled == static_cast<int>(now.size()) && figures.distinct == 1;
+        if (!isSame || figures.distinctBefore < fewPeople || isExplained[column])
+            continue;
+        add("W-AGAINST-SAME", column, {QString::number(figures.distinctBefore)});
         isExplained[column] = true;
     }
 }

@@ -14,6 +14,7 @@ struct ColumnFigures
     int filled = 0;
     int distinct = 0; ///< different cells, not counting empty ones
     int filledBefore = 0;
+    int distinctBefore = 0;
     int changed = 0; ///< among the people of both exports
 };
 

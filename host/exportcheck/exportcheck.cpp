@@ -7,6 +7,7 @@
 #include "export/exportline.h"
 #include "host/exportcheck/cellcheck.h"
 #include "host/exportcheck/cellform.h"
+#include "host/exportcheck/databasecheck.h"
 #include "host/exportcheck/linefault.h"
 #include "host/exportcheck/peoplecheck.h"
 #include "host/exportcheck/textcheck.h"
@@ -28,8 +29,9 @@ const int linesBetweenProgress = 4096;
 class Reading
 {
 public:
-    Reading(QIODevice *device, const ExportCheckSettings &given) :
-        lines(device),
+    Reading(QIODevice *source, const ExportCheckSettings &given) :
+        device(source),
+        lines(source),
         settings(given)
     { }
 
@@ -37,7 +39,10 @@ public:
 
 private:
     void readLines();
-    void take(const QString &text, const ExportLine &line);
+    void lookAtBlankLines();
+    void take(const ExportLine &line);
+    void tryTexts(const ExportLine &line);
+    void addTrial(const TextTrial &trial, const ExportLine &line);
     void drop(const QString &text, const ExportLine &line);
     void noteSpelling(const ExportLine &line, int column, uint number);
     void forgetUsualZeros();
@@ -45,6 +50,7 @@ private:
     QString likelyFault() const;
     void add(const char *code, const QStringList &values);
 
+    QIODevice *const device;
     ExportFile lines;
     LineReader reader;
     const ExportCheckSettings &settings;
@@ -60,6 +66,8 @@ ExportCheck Reading::read()
     readLines();
     forgetUsualZeros();
     check.findings += checkPeople(check.digest, spellings);
+    if (settings.database)
+        check.findings += settings.database->findings();
     std::stable_sort(check.findings.begin(), check.findings.end(),
                      [](const ExportFinding &left, const ExportFinding &right) {
                          return left.line < right.line;
@@ -81,7 +89,7 @@ void Reading::readLines()
         const ExportLine line = reader.read(text, before);
         checkLetters(bytes, line, lines.lineNumber(), &check.findings);
         if (line.fate == LineFate::Taken)
-            take(text, line);
+            take(line);
         else
             drop(text, line);
         before = line.record;
@@ -90,6 +98,20 @@ void Reading::readLines()
             settings.progress(bytesSeen);
     }
     check.fates.blank = lines.lineNumber() - linesSeen;
+    if (check.fates.blank > 0)
+        lookAtBlankLines();
+}
+
+/// The plugin reads a line up to its first NUL byte: one that begins with it counts as blank.
+void Reading::lookAtBlankLines()
+{
+    device->seek(0);
+    for (int number = 1; !device->atEnd(); ++number) {
+        const QByteArray bytes = device->readLine().trimmed();
+        if (bytes.startsWith('\0'))
+            check.findings.append(
+                {&findingKind("E-TEXT-NUL"), number, 0, {QStringLiteral("0")}, {}});
+    }
 }
 
 void Reading::add(const char *code, const QStringList &values)
@@ -97,15 +119,55 @@ void Reading::add(const char *code, const QStringList &values)
     check.findings.append({&findingKind(code), lines.lineNumber(), 0, values, {}});
 }
 
-void Reading::take(const QString &, const ExportLine &line)
+void Reading::take(const ExportLine &line)
 {
     ++check.fates.taken;
     const int number = lines.lineNumber();
-    checkCells(line, number, &check.findings);
+    checkCells(line, number, settings.today, &check.findings);
     checkPerson(line.record, number, settings.today, &check.findings);
+    if (settings.trial)
+        tryTexts(line);
+    if (settings.database)
+        settings.database->take(line, number);
     noteSpelling(line, 0, line.record.osobniCislo);
     noteSpelling(line, exportColumnCount - 1, line.record.nadOsCis);
     check.digest.push_back(digestOf(line, number));
+}
+
+void Reading::tryTexts(const ExportLine &line)
+{
+    const EscapeMode escapes = settings.database ? settings.database->escapes()
+                                                 : EscapeMode::Either;
+    const QVector<TextTrial> trials = settings.trial->effectsOf(line.record, escapes);
+    for (const TextTrial &trial : trials)
+        addTrial(trial, line);
+}
+
+const char *trialCode(TextEffect effect, const QString &text)
+{
+    switch (effect) {
+    case TextEffect::RunsElse:
+        return "E-TEXT-RUNS";
+    case TextEffect::Fails:
+        return "E-TEXT-FAILS";
+    default:
+        return text.contains(QLatin1Char('%')) ? "W-TEXT-MARKER" : "W-TEXT-OTHER";
+    }
+}
+
+void Reading::addTrial(const TextTrial &trial, const ExportLine &line)
+{
+    const bool isCell = trial.column > 0;
+    const QString text = isCell ? line.cells[static_cast<size_t>(trial.column - 1)].toString()
+                                : QString();
+    const QString name = isCell
+        ? exportColumns().at(trial.column - 1)
+        : Text::tr("the text of state %1 in [MES]").arg(line.record.evidencniStav);
+    check.findings.append({&findingKind(trialCode(trial.effect, text)),
+                           lines.lineNumber(),
+                           trial.column,
+                           {name, text, trial.becomes},
+                           {}});
 }
 
 void Reading::noteSpelling(const ExportLine &line, int column, uint number)

@@ -5,12 +5,13 @@
 
 #include "host/exportcheck/exportdigest.h"
 #include "host/exportcheck/exportfinding.h"
+#include "host/exportcheck/statementtrial.h"
 
 #include <QDate>
-#include <QHash>
 
 #include <functional>
 
+class DatabaseCheck;
 class QIODevice;
 
 /// How many lines have which fate. They add up to the lines of the file.
@@ -29,8 +30,8 @@ struct FateCounts
 struct ExportCheckSettings
 {
     QDate today; ///< decides who has ended
-    QHash<ushort, QString> stateTexts; ///< of [MES], by evidence state
-    bool knowsStateTexts = false;
+    StatementTrial *trial = nullptr; ///< tries the texts; null leaves them untried
+    DatabaseCheck *database = nullptr; ///< is shown the lines that are taken; may be null
     std::function<void(qint64 bytes)>
         progress; ///< told now and then how much was read; may be null
 };
@@ -45,5 +46,5 @@ struct ExportCheck
     bool isUseless() const { return fates.taken == 0; }
 };
 
-/// Reads the export with the plugin's own reader. The device is open.
+/// Reads the export with the plugin's own reader. The device is open, and can be read again.
 ExportCheck checkExport(QIODevice *device, const ExportCheckSettings &settings);

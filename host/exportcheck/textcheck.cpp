@@ -52,9 +52,10 @@ QString codePoint(uint letter)
     return QStringLiteral("%1").arg(letter, 4, 16, QLatin1Char('0')).toUpper();
 }
 
-bool isControl(QChar letter)
+/// Also signs that only steer how a text is shown.
+bool isInvisible(QChar letter)
 {
-    return letter.category() == QChar::Other_Control;
+    return letter.category() == QChar::Other_Control || letter.category() == QChar::Other_Format;
 }
 
 /// Looks at the cells of one line that was taken.
@@ -113,7 +114,7 @@ void LetterCheck::look(const QStringRef &cell, int column)
             add("E-TEXT-PLANE", column, {cell.toString(), codePoint(whole)});
             return;
         }
-        if (isControl(letter)) {
+        if (isInvisible(letter)) {
             add("W-TEXT-CONTROL", column, {cell.toString(), codePoint(letter.unicode())});
             return;
         }

@@ -65,7 +65,8 @@ void Site::endPass() const
 
 QString Site::employee(uint number, const QString &name)
 {
-    return QStringLiteral("%1|1||%2|Novák|||2020-01-01 00:00:00.000||100|Centrála|1||11|0|0|5|0")
+    return QStringLiteral("%1|1||%2|Novák|||2020-01-01 00:00:00.000||100|Centrála|1|"
+                          "2024-01-01 00:00:00.000|11|0|0|5|0")
         .arg(number)
         .arg(name);
 }

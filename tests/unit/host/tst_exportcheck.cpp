@@ -116,7 +116,8 @@ void tst_ExportCheck::oneLine_data()
     row("no such day", cell(13, "2023-02-29 00:00:00.000"), "E-CELL-DATE 1:13");
     row("end of time", cell(9, "9999-12-31 00:00:00.000"), "E-CELL-YEAR 1:9");
     row("before 1970", cell(8, "1969-12-31 00:00:00.000"), "E-CELL-YEAR 1:8");
-    row("a plan of any year", cell(13, "1900-01-01 00:00:00.000"), "");
+    row("a plan before 1970", cell(13, "1900-01-01 00:00:00.000"), "E-CELL-YEAR 1:13");
+    row("a plan of any year", cell(13, "9999-01-01 00:00:00.000"), "");
     row("letter in a number", cell(10, "1O2"), "E-CELL-NUMBER 1:10");
     row("33 bits", cell(10, "4294967296"), "E-CELL-RANGE 1:10");
     row("32 bits", cell(10, "4294967295"), "");
@@ -132,20 +133,24 @@ void tst_ExportCheck::oneLine_data()
     row("lost hundredth", cell(17, "0.29"), "W-CELL-BALANCE 1:17");
     row("thousandths", cell(17, "12.345"), "W-CELL-BALANCE 1:17");
     row("zeros behind", cell(17, "12.3400"), "");
+    row("plus in front", cell(17, "+12.5"), "W-CELL-NUMBER 1:17");
+    row("exponent", cell(17, "1e1"), "W-CELL-NUMBER 1:17");
+    row("zero width",
+        cell(5,
+             "Nov\xe2\x80\x8b"
+             "ak"),
+        "W-TEXT-CONTROL 1:5");
     row("negative", cell(17, "-2.5"), "N-CELL-NEGATIVE 1:17");
     row("calendar without a date", cell(13, ""), "E-CELL-CALENDAR 1:13");
+    row("calendar without a date of somebody who has ended", line({{13, ""}, {15, "4"}}), "");
+    row("calendar without a branch", line({{10, "0"}, {13, ""}}), "");
     row("neither", line({{12, ""}, {13, ""}}), "");
     row("Windows-1250", cell(5, "Nov\xe1k"), "E-TEXT-UTF8 1:5");
     row("the sign itself", cell(5, "Nov\xef\xbf\xbdk"), "");
     row("tab", cell(5, "Nov\tak"), "W-TEXT-CONTROL 1:5");
     row("four bytes", cell(4, "Jana \xf0\x9f\x99\x82"), "E-TEXT-PLANE 1:4");
     row("mark", "\xef\xbb\xbf" + line({}), "N-TEXT-MARK 1:0");
-    row("NUL",
-        line({{18,
-               QByteArray("47\0"
-                          "11",
-                          5)}}),
-        "E-TEXT-NUL 1:0");
+    row("NUL", line({{18, QByteArray("4711\0x", 6)}}), "E-TEXT-NUL 1:0");
     row("key of 33 bits", line({{1, "429496729"}, {2, "6"}, {18, ""}}), "E-PERSON-ZERO 1:1");
     row("ended", cell(9, "2026-03-16 00:00:00.000"), "N-PERSON-ENDED 1:9");
     row("ends today", cell(9, "2026-03-17 00:00:00.000"), "");
@@ -179,6 +184,8 @@ void tst_ExportCheck::severalLines_data()
     QTest::newRow("circle of three, and one below") << line({{18, "3"}})
             + line({{1, "3"}, {18, "4"}}) + line({{1, "4"}, {18, "4711"}})
             + line({{1, "5"}, {18, "3"}}) << "W-PERSON-CIRCLE 3:18";
+    QTest::newRow("blank for its NUL") << first + QByteArray("\0x", 2) + "\n \n"
+                                       << "E-TEXT-NUL 2:0";
     QTest::newRow("spelled as supervisor")
         << first + line({{1, "5"}, {18, "04711"}}) << "W-CELL-NUMBER 2:18, W-PERSON-SPELLING 2:18";
     QTest::newRow("spelled twice")
@@ -352,7 +359,7 @@ void tst_ExportCheck::hiddenTexts_leaveNumbersAndColumns()
     const ExportCheck checked = check(line({{5, "Nov\tak"}}));
     const ExportFinding found = findingOf(checked, "W-TEXT-CONTROL");
     QCOMPARE(told(found, PersonalTexts::Hidden).text,
-             QStringLiteral("Prijmeni '…' holds the control character U+…"));
+             QStringLiteral("Prijmeni '…' holds the invisible character U+…"));
     const ExportCheck numbers = check(line({{10, "x"}}));
     QCOMPARE(told(findingOf(numbers, "E-CELL-NUMBER"), PersonalTexts::Hidden).text,
              QStringLiteral("Stredisko 'x' is no number"));

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void examples_fillEveryPlace();
     void texts_endWithoutAFullStop();
     void values_mayLookLikePlaces();
+    void codes_areUsedByTheProgram();
     void document_isTheCommittedOne();
 };
 
@@ -41,6 +42,21 @@ QStringList textsOf(const FindingKind &kind)
             texts.append(QString::fromUtf8(text));
     }
     return texts;
+}
+
+/// The sources of the program but for its catalogue, as one text.
+QByteArray sources()
+{
+    QByteArray text;
+    QDirIterator files(QStringLiteral(TALVENHR_SOURCE_FOLDER "/host"), {QStringLiteral("*.cpp")},
+                       QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        if (!file.fileName().contains(QLatin1String("/catalogue/"))
+            && file.open(QIODevice::ReadOnly))
+            text += file.readAll();
+    }
+    return text;
 }
 
 } // namespace
@@ -99,6 +115,15 @@ void tst_Findings::values_mayLookLikePlaces()
     QCOMPARE(made.becomes, QStringLiteral("it is read as %L4"));
     QCOMPARE(made.severity, Finding::Error);
     QCOMPARE(made.about, QStringLiteral("line 3"));
+}
+
+void tst_Findings::codes_areUsedByTheProgram()
+{
+    const QByteArray text = sources();
+    QVERIFY(!text.isEmpty());
+    const QVector<FindingKind> kinds = allKinds();
+    for (const FindingKind &kind : kinds)
+        QVERIFY2(text.contains(QByteArray("\"") + kind.code + '"'), kind.code);
 }
 
 void tst_Findings::document_isTheCommittedOne()

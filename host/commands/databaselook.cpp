@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The database that a command only looks at.
+#include "host/commands/databaselook.h"
+
+#include "host/base/signalwatch.h"
+#include "host/report/logwriter.h"
+#include "host/server/privatedatabase.h"
+
+DatabaseLook::DatabaseLook() :
+    connection(QStringLiteral("look"))
+{ }
+
+DatabaseLook::~DatabaseLook() = default;
+
+Failure DatabaseLook::open(const DatabaseChoice &choice)
+{
+    if (choice.privateFolder.isEmpty())
+        return connection.open(choice.connection);
+    if (const Failure failure = startPrivate(choice.privateFolder))
+        return failure;
+    return connection.open(privateDatabase->parameters());
+}
+
+Failure DatabaseLook::startPrivate(const QString &folder)
+{
+    const SignalWatch signalWatch;
+    LogWriter writer(LogFormat::Text);
+    privateDatabase.reset(new PrivateDatabase(folder));
+    privateDatabase->setInterruption([&] { return signalWatch.hasCaught(); });
+    QObject::connect(privateDatabase.data(), &PrivateDatabase::progress, [&](const QString &what) {
+        if (ProgressBar::isPossible())
+            writer.activity(what);
+    });
+    const Failure failure = privateDatabase->startOrJoin();
+    QObject::disconnect(privateDatabase.data(), &PrivateDatabase::progress, nullptr, nullptr);
+    privateDatabase->setInterruption({});
+    return failure;
+}

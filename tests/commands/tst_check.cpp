@@ -1,0 +1,224 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// `talvenhr check` as its users run it.
+#include "support/commands/site.h"
+#include "support/commands/talvenhrprocess.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+#include <sys/stat.h>
+
+namespace {
+
+QStringList checkOf(const Site &site, const QStringList &others = {})
+{
+    return QStringList {QStringLiteral("check"), site.exportFile(), QStringLiteral("--data-dir"),
+                        site.dataDir()}
+    + others;
+}
+
+/// The export of the site with an apostrophe, a line of 17 cells and a supervisor who is not there.
+void damage(const Site &site)
+{
+    const QString text = site.readFile(QStringLiteral("ron.data"))
+        + Site::employee(80, QStringLiteral("O'Neill")) + QLatin1Char('\n')
+        + Site::employee(81, QStringLiteral("Short"))
+              .replace(QStringLiteral("||"), QStringLiteral("|"));
+    site.writeFile(QStringLiteral("ron.data"), text);
+}
+
+QJsonObject jsonOf(TalvenhrProcess *program)
+{
+    return QJsonDocument::fromJson(program->output().toUtf8()).object();
+}
+
+QStringList codesOf(const QJsonObject &report)
+{
+    QStringList codes;
+    const QJsonArray findings = report.value(QStringLiteral("findings")).toArray();
+    for (const QJsonValue &found : findings)
+        codes.append(found[QLatin1String("code")].toString());
+    return codes;
+}
+
+} // namespace
+
+class tst_Check : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void soundExport_isTold();
+    void page_showsTheWorstFirst();
+    void json_isWhatTheSchemaSays();
+    void standardInput_isReadLikeAFile();
+    void against_namesWhatHasChanged();
+    void rejects_areForTheirOwnerOnly();
+    void names_canBeHidden();
+    void whatIsNoExport_isNamed_data();
+    void whatIsNoExport_isNamed();
+    void settingsOfStates_areTried();
+};
+
+void tst_Check::soundExport_isTold()
+{
+    const Site site;
+    TalvenhrProcess program(checkOf(site));
+    QCOMPARE(program.finish(), 0);
+    QVERIFY2(program.output().contains(
+                 QStringLiteral("Errors: 0, warnings: 0, notes: 0. The plugin takes this export as "
+                                "it stands there.")),
+             qPrintable(program.output()));
+    QCOMPARE(program.lines(), QStringList());
+}
+
+void tst_Check::page_showsTheWorstFirst()
+{
+    const Site site;
+    damage(site);
+    TalvenhrProcess program(checkOf(site));
+    QCOMPARE(program.finish(), 1);
+    const QString page = program.output();
+    const int fails = page.indexOf(QStringLiteral("\nERROR E-TEXT-FAILS: text that breaks the "
+                                                  "statement (1)\n"));
+    const int cells = page.indexOf(QStringLiteral("\nERROR E-LINE-CELLS: wrong number of cells "
+                                                  "(1)\n"));
+    QVERIFY2(fails > 0 && cells > fails, qPrintable(page));
+    QVERIFY(page.contains(QStringLiteral("Do not let the plugin read this export as it is.")));
+    const QStringList lines = page.split(QLatin1Char('\n'));
+    const int mark = lines.indexOf(QRegularExpression(QStringLiteral("^ +\\^$")));
+    QVERIFY(mark > 0);
+    QCOMPARE(lines.at(mark - 1).mid(lines.at(mark).size() - 1, 7), QStringLiteral("O'Neill"));
+    for (const QString &line : lines)
+        QVERIFY2(line.size() <= 100, qPrintable(line));
+}
+
+void tst_Check::json_isWhatTheSchemaSays()
+{
+    const Site site;
+    damage(site);
+    site.writeFile(QStringLiteral("before.data"), Site::employee(80, QStringLiteral("Neill")));
+    TalvenhrProcess program(checkOf(site,
+                                    {QStringLiteral("--json"), QStringLiteral("--against"),
+                                     site.path(QStringLiteral("before.data"))}));
+    QCOMPARE(program.finish(), 1);
+    QCOMPARE(codesOf(jsonOf(&program)),
+             QStringList({QStringLiteral("E-TEXT-FAILS"), QStringLiteral("E-LINE-CELLS")}));
+    const QString document = site.path(QStringLiteral("check.json"));
+    site.writeFile(QStringLiteral("check.json"), program.output());
+    QProcess validator;
+    validator.start(QStringLiteral("python3"),
+                    {QStringLiteral("-W"), QStringLiteral("ignore"), QStringLiteral("-m"),
+                     QStringLiteral("jsonschema"), QStringLiteral("-i"), document,
+                     QStringLiteral(TALVENHR_SOURCE_FOLDER "/docs/check.schema.json")});
+    QVERIFY(validator.waitForFinished());
+    QVERIFY2(validator.exitCode() == 0, validator.readAllStandardError().constData());
+}
+
+void tst_Check::standardInput_isReadLikeAFile()
+{
+    const Site site;
+    damage(site);
+    QProcess program;
+    program.setStandardInputFile(site.exportFile());
+    program.start(TalvenhrProcess::path(),
+                  {QStringLiteral("check"), QStringLiteral("-"), QStringLiteral("--json")});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), 1);
+    const QJsonObject report = QJsonDocument::fromJson(program.readAllStandardOutput()).object();
+    QCOMPARE(report.value(QStringLiteral("file")).toString(), QStringLiteral("standard input"));
+    QCOMPARE(codesOf(report),
+             QStringList({QStringLiteral("N-FILE-STATES"), QStringLiteral("E-TEXT-FAILS"),
+                          QStringLiteral("E-LINE-CELLS")}));
+}
+
+void tst_Check::against_namesWhatHasChanged()
+{
+    const Site site;
+    QString before = Site::header() + QLatin1Char('\n');
+    QString now = before;
+    for (uint person = 1; person <= 20; ++person) {
+        before += Site::employee(person, QStringLiteral("Name")) + QLatin1Char('\n');
+        if (person <= 10)
+            now += Site::employee(person, QStringLiteral("Other")) + QLatin1Char('\n');
+    }
+    site.writeFile(QStringLiteral("before.data"), before);
+    site.writeFile(QStringLiteral("ron.data"), now);
+    TalvenhrProcess program(
+        checkOf(site, {QStringLiteral("--against"), site.path(QStringLiteral("before.data"))}));
+    QCOMPARE(program.finish(), 1);
+    QVERIFY2(program.output().contains(QStringLiteral("0 people gained, 10 lost, 10 changed")),
+             qPrintable(program.output()));
+    QVERIFY(program.output().contains(QStringLiteral("WARNING W-AGAINST-LOST")));
+    QVERIFY(program.output().contains(QStringLiteral("WARNING W-AGAINST-CHANGED")));
+}
+
+void tst_Check::rejects_areForTheirOwnerOnly()
+{
+    const Site site;
+    damage(site);
+    const QString path = site.path(QStringLiteral("back.txt"));
+    TalvenhrProcess program(checkOf(site, {QStringLiteral("--rejects"), path}));
+    QCOMPARE(program.finish(), 1);
+    const QString text = site.readFile(QStringLiteral("back.txt"));
+    QCOMPARE(text.count(QStringLiteral("# line ")), 2);
+    QVERIFY(text.contains(QStringLiteral("E-TEXT-FAILS")));
+    QVERIFY(text.contains(QLatin1Char('\n')
+                          + Site::employee(80, QStringLiteral("O'Neill")).trimmed()
+                          + QLatin1Char('\n')));
+    struct stat status = {};
+    QCOMPARE(::stat(qPrintable(path), &status), 0);
+    QCOMPARE(status.st_mode & 0777U, 0600U);
+}
+
+void tst_Check::names_canBeHidden()
+{
+    const Site site;
+    damage(site);
+    TalvenhrProcess program(checkOf(site, {QStringLiteral("--no-names")}));
+    QCOMPARE(program.finish(), 1);
+    QVERIFY(!program.output().contains(QStringLiteral("Neill")));
+    QVERIFY(program.output().contains(QStringLiteral("'…' breaks the statement")));
+}
+
+void tst_Check::whatIsNoExport_isNamed_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("missing") << "nothing.data"
+                             << "there is no file";
+    QTest::newRow("folder") << "."
+                            << "is a folder, not a file";
+}
+
+void tst_Check::whatIsNoExport_isNamed()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, text);
+    const Site site;
+    TalvenhrProcess program({QStringLiteral("check"), site.path(name)});
+    QCOMPARE(program.finish(), 2);
+    QVERIFY2(program.lastLine().contains(text), qPrintable(program.lastLine()));
+    QCOMPARE(program.output(), QString());
+}
+
+void tst_Check::settingsOfStates_areTried()
+{
+    Site site;
+    site.writeFile(QStringLiteral("TalvenHR.ini"),
+                   site.readFile(QStringLiteral("TalvenHR.ini"))
+                       + QStringLiteral("\n[MES]\n0=o'clock\n"));
+    TalvenhrProcess program(checkOf(site, {QStringLiteral("--json")}));
+    program.finish();
+    const QJsonArray findings = jsonOf(&program).value(QStringLiteral("findings")).toArray();
+    QVERIFY(!findings.isEmpty());
+    QCOMPARE(findings.first()[QLatin1String("code")].toString(), QStringLiteral("E-TEXT-FAILS"));
+    QVERIFY(findings.first()[QLatin1String("text")].toString().startsWith(
+        QStringLiteral("the text of state 0 in [MES] ")));
+}
+
+QTEST_GUILESS_MAIN(tst_Check)
+#include "tst_check.moc"
