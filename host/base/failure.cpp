@@ -25,6 +25,8 @@ QVector<ExitMeaning> exitMeanings()
         {ExitDatabase, Text::tr("database cannot be reached or used")},
         {ExitTimeout, Text::tr("timed out")},
         {ExitRefused, Text::tr("refused: another run is in progress")},
-        {ExitInterrupted, Text::tr("a second signal has cut the running pass")},
+        {ExitInterrupted,
+         Text::tr("cut by signals: a running pass by the second, the making of a private database "
+                  "by the first")},
     };
 }

@@ -67,7 +67,8 @@ Command sqlCommand()
                        {folder,
                         {QStringLiteral("execute"), QStringLiteral("TEXT"),
                          Text::tr("run these statements and end")}}}};
-    command.exitCodes = {ExitClean, ExitErrors, ExitUsage, ExitDatabase};
+    command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
+                         ExitDatabase, ExitRefused, ExitInterrupted};
     command.sections = {
         {Text::tr("Examples"),
          {QStringLiteral("talvenhr sql"),

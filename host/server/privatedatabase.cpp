@@ -36,7 +36,7 @@ Failure PrivateDatabase::start()
     QString error;
     if (server.start(&error) && makeContent(&error))
         return {};
-    return {ExitDatabase, error};
+    return {server.failureCode(), error};
 }
 
 Failure PrivateDatabase::startOrJoin()
@@ -44,7 +44,7 @@ Failure PrivateDatabase::startOrJoin()
     QString error;
     if (server.startOrJoin(&error) && (!server.isRunning() || makeContent(&error)))
         return {};
-    return {ExitDatabase, error};
+    return {server.failureCode(), error};
 }
 
 void PrivateDatabase::stop()

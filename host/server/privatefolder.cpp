@@ -100,6 +100,7 @@ PrivateFolder::~PrivateFolder()
 bool PrivateFolder::take(QString *error)
 {
     release();
+    inUse = false;
     if (makeOrRecognise(error) && checkOwner(error) && lockIt(error) && makeTemporaryFolder(error)
         && waitForLeftServer(error) && findSocketPath(error))
         return true;
@@ -262,7 +263,8 @@ bool PrivateFolder::lockIt(QString *error)
     lock->setStaleLockTime(0);
     if (lock->tryLock(0))
         return true;
-    if (lock->error() == QLockFile::LockFailedError) {
+    inUse = lock->error() == QLockFile::LockFailedError;
+    if (inUse) {
         *error = Text::tr("the private database '%1' is in use by %2; wait for its end, or name "
                           "another folder")
                      .arg(directory, holderText());

@@ -22,6 +22,8 @@ public:
     /// Makes the folder (for its owner only) if it is missing, and locks it. False with the reason
     /// when it is not to be had.
     bool take(QString *error);
+    /// The last take() failed because another process has the folder.
+    bool isInUse() const { return inUse; }
     /// The folder was made for a private server, be it complete or not. False with the reason when
     /// it was not, or when nobody may look.
     bool isKnown(QString *error) const;
@@ -68,5 +70,6 @@ private:
     const QString directory;
     QString socket;
     QScopedPointer<QLockFile> lock;
+    bool inUse = false;
     int handle = -1; ///< of the folder, where the socket's path leads through it
 };

@@ -122,6 +122,13 @@ bool PrivateServer::waitForHolder(QString *error)
     return true;
 }
 
+ExitCode PrivateServer::failureCode() const
+{
+    if (folder.isInUse())
+        return ExitRefused;
+    return brokenOff ? ExitInterrupted : ExitDatabase;
+}
+
 void PrivateServer::stop()
 {
     endWanted = true;
@@ -224,12 +231,11 @@ bool PrivateServer::attend(ChildProcess *process, const QString &what,
 }
 
 /// Nobody wants the result any more, or it cannot come.
-bool PrivateServer::isHopeless(const QByteArray &text, const QElapsedTimer &waiting,
-                               QString *error) const
+bool PrivateServer::isHopeless(const QByteArray &text, const QElapsedTimer &waiting, QString *error)
 {
-    *error = isInterrupted && isInterrupted()
-        ? tr("interrupted; what was begun is made anew by the next run")
-        : withRemedy(diskTrouble(text, waiting));
+    brokenOff = isInterrupted && isInterrupted();
+    *error = brokenOff ? tr("interrupted; what was begun is made anew by the next run")
+                       : withRemedy(diskTrouble(text, waiting));
     return !error->isEmpty();
 }
 

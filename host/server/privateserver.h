@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/base/childprocess.h"
+#include "host/base/failure.h"
 #include "host/server/privatefolder.h"
 #include "host/server/serverlog.h"
 
@@ -43,6 +44,9 @@ public:
     /// As start(), but on data that are there already; joins the server that another process runs
     /// in the folder. A server that was joined is not stopped.
     bool startOrJoin(QString *error);
+    /// What the failure that was told last means for the exit code: another process has the folder,
+    /// it was interrupted, or the database cannot be used.
+    ExitCode failureCode() const;
     /// Asks the server to end and waits for it.
     void stop();
     /// Kills the server and waits for its end.
@@ -85,7 +89,7 @@ private:
     void startInstallation(const QString &install, ChildProcess *process) const;
     bool attend(ChildProcess *process, const QString &what, const std::function<QByteArray()> &text,
                 QString *error);
-    bool isHopeless(const QByteArray &text, const QElapsedTimer &waiting, QString *error) const;
+    bool isHopeless(const QByteArray &text, const QElapsedTimer &waiting, QString *error);
     QString diskTrouble(const QByteArray &text, const QElapsedTimer &waiting) const;
     QString reason(const QByteArray &text, const QProcess &process) const;
     bool waitUntilItAnswers(QString *error);
@@ -100,6 +104,7 @@ private:
     QString joinedSocket; ///< empty unless the server is another process's
     ChildProcess server;
     bool firstUse = false;
+    bool brokenOff = false; ///< by isInterrupted
     bool endWanted = false;
 };
 

@@ -171,6 +171,7 @@ void tst_PrivateServer::start_refusesAFolderInUse()
                                .arg(QCoreApplication::applicationPid())
                                .arg(QDate::currentDate().toString(Qt::ISODate));
     QVERIFY2(error.startsWith(holder), qPrintable(error));
+    QCOMPARE(second.failureCode(), ExitRefused);
     server.stop();
     QVERIFY2(second.start(&error), qPrintable(error));
 }

@@ -132,6 +132,7 @@ void tst_PrivateTrouble::interruption_endsTheMakingOfData()
     QVERIFY(!server.start(&error));
     QVERIFY2(error.contains(QStringLiteral("interrupted; what was begun is made anew")),
              qPrintable(error));
+    QCOMPARE(server.failureCode(), ExitInterrupted);
     QCOMPARE(news.value(0).value(0).toString(),
              QStringLiteral("making a private database in '%1'").arg(place));
     QVERIFY(processesIn(place + QStringLiteral("/data")).isEmpty());
@@ -149,6 +150,7 @@ void tst_PrivateTrouble::interruption_endsTheFilling()
     server.setInterruption([&] { return !news.isEmpty(); });
     QVERIFY(!server.execute(QString(), QStringLiteral("SELECT SLEEP(30)"), &error));
     QVERIFY2(error.startsWith(QStringLiteral("interrupted")), qPrintable(error));
+    QCOMPARE(server.failureCode(), ExitInterrupted);
     QVERIFY(clock.elapsed() < 20000);
     QCOMPARE(news.value(0).value(0).toString(),
              QStringLiteral("filling the private database in '%1'")
@@ -175,6 +177,7 @@ void tst_PrivateTrouble::deadServer_isSeenAtOnce()
              QStringLiteral("the private server did not start: it gives no reason; its log is "
                             "'%1/server.log'")
                  .arg(path(QStringLiteral("interrupted"))));
+    QCOMPARE(server.failureCode(), ExitDatabase);
     QVERIFY(clock.elapsed() < 5000);
 }
 
