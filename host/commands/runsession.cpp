@@ -144,7 +144,7 @@ Failure RunSession::watchChanges()
 
 Failure RunSession::runPlugin()
 {
-    const Failure failure = plugin.run(connection.handle());
+    const Failure failure = plugin.run(callWatch.watched(connection.handle()));
     if (!graceRuns)
         watchdog.disarm();
     if (!hasPlugin)

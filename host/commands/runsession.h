@@ -7,6 +7,7 @@
 #include "host/base/watchdog.h"
 #include "host/cli/databaseoptions.h"
 #include "host/commands/runsummary.h"
+#include "host/database/callwatch.h"
 #include "host/database/connection.h"
 #include "host/database/runlock.h"
 #include "host/plugin/pluginrun.h"
@@ -89,6 +90,7 @@ private:
     void cutAfterGrace(const RunEnding &ending);
     void cut(const RunEnding &ending);
     QString whatIsWaitedFor() const;
+    QString whatThePluginWaitsFor() const;
 
     const RunOptions options;
     LogWriter *const writer;
@@ -98,7 +100,8 @@ private:
     QScopedPointer<PrivateDatabase> privateDatabase;
     std::atomic<qint64> serverProcess {0}; ///< of the private server
     RunLock lock;
-    Connection connection {QStringLiteral("talvenhr")}; ///< whose clone the plugin gets
+    Connection connection {QStringLiteral("talvenhr")};
+    CallWatch callWatch; ///< over the connection, for the plugin to clone
     QScopedPointer<ChangeWatch> changes; ///< null unless they are to be shown
     PluginRun plugin;
     bool graceRuns = false; ///< the process will be cut at its end

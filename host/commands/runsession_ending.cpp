@@ -144,6 +144,17 @@ QString RunSession::whatIsWaitedFor() const
     }
     const QString message = plugin.lastMessage();
     return message.isEmpty()
-        ? QStringLiteral("an answer of the database")
-        : QStringLiteral("an answer of the database; the plugin's last message: ") + message;
+        ? whatThePluginWaitsFor()
+        : QStringLiteral("%1; the plugin's last message: %2").arg(whatThePluginWaitsFor(), message);
+}
+
+QString RunSession::whatThePluginWaitsFor() const
+{
+    const PendingCall call = callWatch.pending();
+    if (!call.text.isEmpty())
+        return QStringLiteral("an answer of the database to '%1', asked at %2")
+            .arg(call.text, call.since.toString(Qt::ISODate));
+    // The run's own questions are not watched.
+    return options.showChanges ? QStringLiteral("an answer of the database")
+                               : QStringLiteral("the plugin");
 }
