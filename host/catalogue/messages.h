@@ -15,6 +15,7 @@ enum class MessageEvent {
     Nothing,
     SettingsKeyRead,
     PluginDisabled,
+    TickBegins, ///< the value: its number, from 1
     DatabaseNotOpen, ///< a tick is lost
     ConnectionTurns, ///< it opens or closes, in the same words
     PassBegins,

@@ -59,7 +59,7 @@ MessageTopic passMessages()
         nullptr,
         true,
         {
-            debug(2, "THRWorker::checkSync(): #%u"),
+            debug(2, "THRWorker::checkSync(): #%u").tells(MessageEvent::TickBegins),
             debug(2, "THRWorker::dbCheckOpen()")
                 .by("THRWorker::dbCheckOpen, THRWorker::dbClose")
                 .tells(MessageEvent::ConnectionTurns),

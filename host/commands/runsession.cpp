@@ -7,13 +7,13 @@
 #include "host/database/attendance.h"
 #include "host/server/privatedatabase.h"
 
+#include <QDateTime>
 #include <QFileInfo>
-#include <QTime>
 #include <QTimer>
 
 namespace {
 
-const uint longWait = 5000; // milliseconds
+const qint64 longWait = 5000; // milliseconds
 
 PluginRunOptions pluginOptionsOf(const RunOptions &options)
 {
@@ -35,6 +35,15 @@ bool localeKeepsLetters()
     return QString::fromLocal8Bit(letters.toLocal8Bit()) == letters;
 }
 
+/// "2026-11-22T12:40:02+01:00, in 60 s"
+QString timeText(const QDateTime &moment)
+{
+    const qint64 wait = QDateTime::currentDateTime().msecsTo(moment);
+    return QStringLiteral("%1, in %2 s")
+        .arg(moment.toOffsetFromUtc(moment.offsetFromUtc()).toString(Qt::ISODate))
+        .arg((wait + 500) / 1000);
+}
+
 } // namespace
 
 RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
@@ -48,6 +57,7 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     connect(&plugin, &PluginRun::unloading, this, &RunSession::limitUnloading);
     connect(&plugin, &PluginRun::waitingForPass, this, &RunSession::tellWaiting);
     connect(&plugin, &PluginRun::passEnded, this, &RunSession::showChanges);
+    connect(&plugin, &PluginRun::passEnded, this, &RunSession::tellNextPass);
     connect(&plugin, &PluginRun::exportSeen, this, &RunSession::tellOfExport, Qt::QueuedConnection);
     connect(&plugin, &PluginRun::exportMissing, this, &RunSession::tellMissingExport);
     connect(&plugin, &PluginRun::databaseNotOpen, this, &RunSession::endForLostTick);
@@ -185,11 +195,17 @@ void RunSession::tellStart()
     }
     const uint firstTick = plugin.settings().tickMilliseconds;
     if (firstTick > longWait)
-        writer->say(QStringLiteral("the first pass begins at %1, in %2 s, as timerInterval says")
-                        .arg(QTime::currentTime()
-                                 .addMSecs(static_cast<int>(firstTick))
-                                 .toString(QStringLiteral("hh:mm:ss")))
-                        .arg(firstTick / 1000));
+        writer->say(QStringLiteral("the first pass begins at %1, as timerInterval says")
+                        .arg(timeText(QDateTime::currentDateTime().addMSecs(firstTick))));
+}
+
+void RunSession::tellNextPass()
+{
+    const QDateTime next = plugin.nextPass();
+    if (options.logLevel > 0 && next.isValid()
+        && QDateTime::currentDateTime().msecsTo(next) > longWait)
+        writer->say(
+            QStringLiteral("the next pass begins at %1, unless one is forced").arg(timeText(next)));
 }
 
 void RunSession::tellWaiting(bool again)

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void tellStart();
     void tellWaiting(bool again);
     void showChanges();
+    void tellNextPass();
     void tellOfExport();
     void tellMissingExport();
 

@@ -65,6 +65,12 @@ bool MessageLog::isPassRunning() const
     return watch.isPassRunning();
 }
 
+Tick MessageLog::tickOfPass() const
+{
+    const QMutexLocker locker(&mutex);
+    return watch.tickOfPass();
+}
+
 bool MessageLog::sawPluginDisabled() const
 {
     const QMutexLocker locker(&mutex);

@@ -37,6 +37,8 @@ public:
 
     RunFigures figures() const;
     bool isPassRunning() const;
+    /// With which the last pass began.
+    Tick tickOfPass() const;
     bool sawPluginDisabled() const;
     /// What the plugin said last, shown or not.
     QString lastMessage() const;

@@ -17,8 +17,12 @@ PassWatch::Event PassWatch::see(QtMsgType type, const QString &text)
         return PluginDisabled;
     case MessageEvent::DatabaseNotOpen:
         return DatabaseNotOpen;
+    case MessageEvent::TickBegins:
+        lastTick = {valuesIn(*message, text).last().toUInt(), QDateTime::currentDateTime()};
+        return Nothing;
     case MessageEvent::PassBegins:
         passRunning = true;
+        passTick = lastTick;
         passRecords = 0;
         begunRecords = 0;
         errorsBefore = runFigures.errors;

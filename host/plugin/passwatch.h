@@ -5,10 +5,18 @@
 
 #include "host/plugin/runfigures.h"
 
+#include <QDateTime>
 #include <QString>
 #include <QtGlobal>
 
 enum class MessageEvent;
+
+/// A tick of the plugin's timer.
+struct Tick
+{
+    uint number = 0; ///< from 1; 0: there was none yet
+    QDateTime moment;
+};
 
 /// Follows the passes through the messages of a plugin that runs at log level 2 at least.
 ///
@@ -32,6 +40,8 @@ public:
 
     const RunFigures &figures() const { return runFigures; }
     bool isPassRunning() const { return passRunning; }
+    /// With which the last pass began.
+    const Tick &tickOfPass() const { return passTick; }
     int recordsOfPass() const { return passRecords; }
     int recordsBegun() const { return begunRecords; }
 
@@ -39,6 +49,8 @@ private:
     void countPerson(MessageEvent event);
 
     RunFigures runFigures;
+    Tick lastTick;
+    Tick passTick;
     bool passRunning = false;
     bool passUnclosed = false; ///< between PassEnded and PassOver
     bool exportMissing = false;

@@ -132,6 +132,23 @@ ExportGlance PluginRun::takeGlance()
 void PluginRun::countPass()
 {
     Q_EMIT passEnded();
-    if (ending || (options.passes > 0 && log.figures().passes >= options.passes))
+    if (isOver())
         loop.quit();
+}
+
+bool PluginRun::isOver() const
+{
+    return ending || (options.passes > 0 && log.figures().passes >= options.passes);
+}
+
+/// The timer makes up for one tick at most, at once; the others keep their distance from it.
+QDateTime PluginRun::nextPass() const
+{
+    const Tick tick = log.tickOfPass();
+    if (tick.number == 0 || pluginSettings.syncInterval == 0 || isOver())
+        return {};
+    const qint64 interval = pluginSettings.tickMilliseconds;
+    const uint ticks = pluginSettings.syncInterval - tick.number % pluginSettings.syncInterval;
+    const QDateTime nextTick = qMax(tick.moment.addMSecs(interval), QDateTime::currentDateTime());
+    return nextTick.addMSecs((ticks - 1) * interval);
 }

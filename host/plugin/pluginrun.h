@@ -60,6 +60,9 @@ public:
     /// The figures so far; from any thread.
     RunFigures figures() const { return log.figures(); }
     bool isPassRunning() const { return log.isPassRunning(); }
+    /// When the pass after the last one comes, unless it is forced earlier. Not valid before the
+    /// first pass, and when no more is to come.
+    QDateTime nextPass() const;
     /// What the plugin said last; from any thread.
     QString lastMessage() const { return log.lastMessage(); }
     /// Removes what only the destructor would, for a process that ends without it; from any thread.
@@ -90,6 +93,7 @@ private Q_SLOTS:
 
 private:
     Failure start(const QSqlDatabase &handle);
+    bool isOver() const;
 
     const PluginRunOptions options;
     // In this order: the plugin goes before what it uses.

@@ -161,13 +161,18 @@ void tst_Messages::passWatch_followsAPass()
     QCOMPARE(watch.figures().records, 120);
     QCOMPARE(watch.figures().waiting, 7);
 
+    QCOMPARE(watch.tickOfPass().number, 0U);
     see(&watch, QtDebugMsg,
-        {QStringLiteral("THRWorker: BEGIN synchronization #2 (force: NO)"),
+        {QStringLiteral("THRWorker::checkSync(): #4294967290"),
+         QStringLiteral("THRWorker: BEGIN synchronization #2 (force: NO)"),
          QStringLiteral("THRWorker::doSync() - stack count: 3"),
          QStringLiteral("THRWorker: END synchronization #2 (waiting records: 0)")});
     QCOMPARE(watch.recordsBegun(), 0);
     QCOMPARE(watch.figures().records, 123);
     QCOMPARE(watch.figures().waiting, 0);
+    see(&watch, QtDebugMsg, {QStringLiteral("THRWorker::checkSync(): #4294967291")});
+    QCOMPARE(watch.tickOfPass().number, 4294967290U);
+    QVERIFY(watch.tickOfPass().moment <= QDateTime::currentDateTime());
 }
 
 void tst_Messages::passWatch_countsOnlyPersonsThatWereWritten()

@@ -27,6 +27,8 @@ private Q_SLOTS:
     void sql_makesNoDatabase();
     void passes_endsAfterSoMany();
     void once_isOnePassThoughTicksAreOverdue();
+    void nextPass_isToldWithItsTime_data();
+    void nextPass_isToldWithItsTime();
     void missingExportIsToldOnce();
     void errorsOfThePassGiveExitCode1();
     void noDatabaseOption_usesAPrivateServerOfTheUser();
@@ -159,6 +161,40 @@ void tst_Run::once_isOnePassThoughTicksAreOverdue()
     QCOMPARE(program.finish(), 0);
     QCOMPARE(program.linesWith(QStringLiteral("BEGIN synchronization")).count(), 1);
     site.set({QStringLiteral("syncCommandRun=0")});
+}
+
+void tst_Run::nextPass_isToldWithItsTime_data()
+{
+    QTest::addColumn<QStringList>("others");
+    QTest::addColumn<int>("told");
+    QTest::newRow("until a signal") << QStringList() << 1;
+    QTest::newRow("at level 0") << QStringList {QStringLiteral("--log-level"), QStringLiteral("0"),
+                                                QStringLiteral("--timeout"), QStringLiteral("3")}
+                                << 0;
+    QTest::newRow("none to come") << QStringList {QStringLiteral("--once")} << 0;
+}
+
+void tst_Run::nextPass_isToldWithItsTime()
+{
+    QFETCH(QStringList, others);
+    QFETCH(int, told);
+    site.set({QStringLiteral("syncInterval=3600"), QStringLiteral("syncCommandRun=0")});
+    TalvenhrProcess program(options(others));
+    program.start();
+    if (told > 0) {
+        QVERIFY(program.waitForLine(QStringLiteral("talvenhr: the next pass begins at ")));
+        program.sendSignal(SIGTERM);
+    }
+    program.finish();
+    const QStringList lines = program.linesWith(QStringLiteral("the next pass begins at "));
+    QCOMPARE(lines.count(), told);
+    // The first tick is over, and the next pass comes with the 3600th.
+    const QRegularExpression form(QStringLiteral(
+        "next pass begins at \\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d(Z|[+-]\\d\\d:\\d\\d), in "
+        "35\\d\\d s, unless one is forced$"));
+    for (const QString &line : lines)
+        QVERIFY2(form.match(line).hasMatch(), qPrintable(line));
+    site.set({QStringLiteral("syncInterval=1")});
 }
 
 /// The plugin itself says so at level 2 and above.
