@@ -14,6 +14,7 @@
 namespace {
 
 const qint64 longWait = 5000; // milliseconds
+const int missingExportLevel = 2; // from there on the plugin tells of it itself
 
 PluginRunOptions pluginOptionsOf(const RunOptions &options)
 {
@@ -248,7 +249,8 @@ void RunSession::tellMissingExport()
 {
     const QFileInfo file(plugin.settings().importFile);
     if (!file.exists() && !file.isSymLink()) {
-        writer->say(QStringLiteral("no export file at '%1'").arg(file.filePath()));
+        if (options.logLevel < missingExportLevel)
+            writer->say(QStringLiteral("no export file at '%1'").arg(file.filePath()));
         return;
     }
     sawUselessExport = true;

@@ -9,6 +9,20 @@
 #include <cstdlib>
 #include <thread>
 
+namespace {
+
+/// Where the export is deleted after a pass, this is nothing unusual.
+QString missingExportText(const RunFigures &figures)
+{
+    return figures.missingExports >= figures.passes
+        ? QStringLiteral("there was no export file")
+        : QStringLiteral("there was no export file in %1 of %2 passes")
+              .arg(figures.missingExports)
+              .arg(figures.passes);
+}
+
+} // namespace
+
 /// The exit code tells the worst of what has happened.
 RunEnding RunSession::ending(const Failure &failure) const
 {
@@ -28,7 +42,12 @@ RunEnding RunSession::ending(const Failure &failure) const
         return {ExitErrors, QStringLiteral("an export had no usable line")};
     if (figures.warnings > 0 && options.strict)
         return {ExitErrors, QStringLiteral("warnings count as errors, as --strict asks for")};
-    return {ExitClean, endedBySignal ? QStringLiteral("ended by a signal") : QString()};
+    QStringList reasons;
+    if (endedBySignal)
+        reasons.append(QStringLiteral("ended by a signal"));
+    if (figures.missingExports > 0)
+        reasons.append(missingExportText(figures));
+    return {ExitClean, reasons.join(QStringLiteral(", "))};
 }
 
 /// A first signal lets the running pass come to its end; a second one is in earnest.

@@ -116,7 +116,7 @@ void MessageLog::take(QtMsgType type, const QString &text)
         Q_EMIT passEnded();
     else if (event == PassWatch::ExportReading)
         Q_EMIT exportReading();
-    else if (event == PassWatch::ExportMissing && !shown)
+    else if (event == PassWatch::ExportMissing)
         Q_EMIT exportMissing();
     else if (event == PassWatch::DatabaseNotOpen)
         Q_EMIT databaseNotOpen();

@@ -49,7 +49,7 @@ Q_SIGNALS:
     /// The plugin is about to read the export, if there is one, on the thread of this signal; it
     /// waits for whoever is connected directly.
     void exportReading();
-    /// A pass has found no export file, and no shown message says so.
+    /// A pass has found no export file, where the pass before had one.
     void exportMissing();
     void databaseNotOpen();
 

@@ -47,6 +47,7 @@ PassWatch::Event PassWatch::see(QtMsgType type, const QString &text)
     case MessageEvent::ExportMissing: {
         const bool isNews = !exportMissing;
         exportMissing = true;
+        ++runFigures.missingExports;
         return isNews ? ExportMissing : Nothing;
     }
     case MessageEvent::RecordsCounted:

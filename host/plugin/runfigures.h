@@ -15,5 +15,6 @@ struct RunFigures
     int lastPassErrors = 0; ///< of errors, those shown during the pass that ended last
     int waiting = 0; ///< records, at the end of the last pass
     int dropped = 0; ///< lines of exports, but for headers and blank ones
+    int missingExports = 0; ///< passes that found no export
     int commandFailures = 0; ///< of the export command
 };

@@ -210,6 +210,8 @@ void tst_Run::missingExportIsToldOnce()
     TalvenhrProcess program(passes);
     QCOMPARE(program.finish(), 0);
     QCOMPARE(program.linesWith(QStringLiteral("talvenhr: ") + line).count(), 1);
+    QVERIFY2(program.lastLine().endsWith(QStringLiteral("; there was no export file")),
+             qPrintable(program.lastLine()));
 
     TalvenhrProcess talkative(passes
                               + QStringList {QStringLiteral("--log-level"), QStringLiteral("2")});

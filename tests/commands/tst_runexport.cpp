@@ -21,6 +21,7 @@ private Q_SLOTS:
     void failedCommand_endsWith1();
     void exportThatIsNoFile_data();
     void exportThatIsNoFile();
+    void missingExport_isTheReasonWithoutAWorseOne();
     void summary_hasTheReasonInJson();
 
 private:
@@ -115,28 +116,46 @@ void tst_RunExport::failedCommand_endsWith1()
 void tst_RunExport::exportThatIsNoFile_data()
 {
     QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("level");
     QTest::addColumn<QString>("text");
     QTest::newRow("folder") << "folder"
+                            << "1"
                             << "the export '%1' is a folder; the plugin reads regular";
     QTest::newRow("device") << "/dev/null"
+                            << "2"
                             << "the export '%1' is no regular file; the plugin";
     QTest::newRow("dangling link") << "/none/ron.data"
+                                   << "1"
                                    << "the export '%1' is a link to '/none/ron.data', which is not";
 }
 
 void tst_RunExport::exportThatIsNoFile()
 {
     QFETCH(QString, kind);
+    QFETCH(QString, level);
     QFETCH(QString, text);
     const Site site;
     QVERIFY(QFile::remove(site.exportFile()));
     QVERIFY(kind == QLatin1String("folder") ? QDir().mkdir(site.exportFile())
                                             : QFile::link(kind, site.exportFile()));
-    TalvenhrProcess program(options(site, {}));
+    TalvenhrProcess program(options(site, {QStringLiteral("--log-level"), level}));
     QCOMPARE(program.finish(), 1);
     QCOMPARE(program.linesWith(QStringLiteral("talvenhr: warning: ") + text.arg(site.exportFile()))
                  .count(),
              1);
+}
+
+void tst_RunExport::missingExport_isTheReasonWithoutAWorseOne()
+{
+    Site site;
+    site.set({QStringLiteral("deleteFile=true")});
+    QStringList passes = options(site, {});
+    passes.removeAll(QStringLiteral("--once"));
+    TalvenhrProcess program(passes + QStringList {QStringLiteral("--passes"), QStringLiteral("2")});
+    QCOMPARE(program.finish(), 0);
+    QVERIFY2(
+        program.lastLine().endsWith(QStringLiteral("; there was no export file in 1 of 2 passes")),
+        qPrintable(program.lastLine()));
 }
 
 void tst_RunExport::summary_hasTheReasonInJson()
