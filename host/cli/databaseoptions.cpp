@@ -102,6 +102,29 @@ Failure readPasswordFile(const QString &path, QString *password)
     return {};
 }
 
+Failure checkSocket(const Options &options)
+{
+    if (options.value(QStringLiteral("socket")).isEmpty()
+        || options.value(QStringLiteral("driver")) == QLatin1String("QMYSQL"))
+        return {};
+    return options.usageFailure(
+        Text::tr("--socket goes with the driver QMYSQL only; use --connect-options"));
+}
+
+Failure readPort(const Options &options, ConnectionParameters *connection)
+{
+    return options.number(QStringLiteral("port"), 1, std::numeric_limits<quint16>::max(),
+                          &connection->port);
+}
+
+Failure readPassword(const Options &options, ConnectionParameters *connection)
+{
+    const QString passwordFile = QStringLiteral("password-file");
+    return options.isGiven(passwordFile)
+        ? readPasswordFile(options.value(passwordFile), &connection->password)
+        : Failure();
+}
+
 Failure readConnection(const Options &options, ConnectionParameters *connection)
 {
     connection->driver = options.value(QStringLiteral("driver"));
@@ -110,16 +133,11 @@ Failure readConnection(const Options &options, ConnectionParameters *connection)
     connection->database = options.value(QStringLiteral("database"));
     connection->user = options.value(QStringLiteral("user"));
     connection->connectOptions = options.value(QStringLiteral("connect-options"));
-    if (!connection->socket.isEmpty() && connection->driver != QLatin1String("QMYSQL"))
-        return options.usageFailure(Text::tr("--socket goes with the driver QMYSQL only; use "
-                                             "--connect-options"));
-    if (const Failure failure = options.number(
-            QStringLiteral("port"), 1, std::numeric_limits<quint16>::max(), &connection->port))
+    if (const Failure failure = checkSocket(options))
         return failure;
-    const QString passwordFile = QStringLiteral("password-file");
-    return options.isGiven(passwordFile)
-        ? readPasswordFile(options.value(passwordFile), &connection->password)
-        : Failure();
+    if (const Failure failure = readPort(options, connection))
+        return failure;
+    return readPassword(options, connection);
 }
 
 } // namespace
@@ -161,4 +179,16 @@ Failure readDatabaseOptions(const Options &options, DatabaseChoice *choice)
         return readPrivateFolder(options, &choice->privateFolder);
     }
     return readConnection(options, &choice->connection);
+}
+
+QStringList databaseProblems(const Options &options)
+{
+    QStringList problems;
+    ConnectionParameters parameters;
+    for (const Failure &failure : {checkSocket(options), readPort(options, &parameters),
+                                   readPassword(options, &parameters)}) {
+        if (failure)
+            problems.append(failure.text);
+    }
+    return problems;
 }

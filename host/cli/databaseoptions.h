@@ -28,3 +28,7 @@ Failure readPrivateFolder(const Options &options, QString *folder);
 /// talvenhr.conf names. The password comes from its file, else from TALVENHR_PASSWORD, which the
 /// environment loses.
 Failure readDatabaseOptions(const Options &options, DatabaseChoice *choice);
+
+/// All that is wrong with the values that name a database on a server, also where none of them
+/// counts.
+QStringList databaseProblems(const Options &options);

@@ -20,7 +20,8 @@ QString connectOptions(const ConnectionParameters &parameters)
     return options.join(QLatin1Char(';'));
 }
 
-/// Where the server is, as the user named it.
+} // namespace
+
 QString serverText(const ConnectionParameters &parameters)
 {
     if (!parameters.socket.isEmpty())
@@ -30,8 +31,6 @@ QString serverText(const ConnectionParameters &parameters)
     return parameters.port < 0 ? parameters.host
                                : QStringLiteral("%1:%2").arg(parameters.host).arg(parameters.port);
 }
-
-} // namespace
 
 Connection::Connection(const QString &connectionName) :
     name(connectionName)

@@ -9,6 +9,9 @@
 #include <QSqlDatabase>
 #include <QString>
 
+/// Where the server is, as the user named it.
+QString serverText(const ConnectionParameters &parameters);
+
 /// A handle under a name in Qt's list of connections, which goes with this object.
 ///
 /// Owned by a command and used on its thread. What is given the handle works on a clone of it.

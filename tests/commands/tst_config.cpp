@@ -17,6 +17,9 @@ private Q_SLOTS:
     void config_tellsValueAndOrigin();
     void config_readsTheUsersFile();
     void config_withoutAFile();
+    void config_tellsTheDatabaseOfARun_data();
+    void config_tellsTheDatabaseOfARun();
+    void config_tellsAllThatIsWrong();
     void info_takesThePluginOfTheFile();
     void run_takesTheServerOfTheFile();
 };
@@ -73,6 +76,68 @@ void tst_Config::config_withoutAFile()
     TalvenhrProcess program({QStringLiteral("config")}, site.dataDir());
     QCOMPARE(program.finish(), 0);
     QVERIFY(program.output().contains(QStringLiteral("none; looked for ") + site.dataDir()));
+}
+
+void tst_Config::config_tellsTheDatabaseOfARun_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("none named")
+        << QStringList()
+        << "a private one in 'HOME/.local/share/talvenhr/private-db', for none is named";
+    QTest::newRow("private")
+        << QString(QStringLiteral("--private-db /tmp/p")).split(QLatin1Char(' '))
+        << "a private one in '/tmp/p'";
+    QTest::newRow("server") << QString(QStringLiteral("--host h --port 7")).split(QLatin1Char(' '))
+                            << "'attendance' on h:7 as user 'talvenhr', with the password of "
+                               "TALVENHR_PASSWORD";
+    QTest::newRow("password file")
+        << QString(QStringLiteral("--user u --password-file HOME/password")).split(QLatin1Char(' '))
+        << "'attendance' on this machine as user 'u', with the password "
+           "of the file";
+}
+
+void tst_Config::config_tellsTheDatabaseOfARun()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, told);
+    const Site site;
+    site.writeFile(QStringLiteral("password"), QStringLiteral("secret"));
+    options.replaceInStrings(QStringLiteral("HOME"), site.dataDir());
+    TalvenhrProcess program(QStringList {QStringLiteral("config")} + options, site.dataDir());
+    program.setEnvironment(QStringLiteral("TALVENHR_PASSWORD"), QStringLiteral("secret"));
+    QCOMPARE(program.finish(), 0);
+    const QString output = program.output().simplified();
+    told.replace(QStringLiteral("HOME"), site.dataDir());
+    QVERIFY2(output.endsWith(QStringLiteral("A run takes ") + told), qPrintable(output));
+    QVERIFY(!output.contains(QStringLiteral("secret")));
+}
+
+void tst_Config::config_tellsAllThatIsWrong()
+{
+    const Site site;
+    site.writeFile(QStringLiteral("t.conf"),
+                   QStringLiteral("[database]\nport=http\npassword-file=none\n[plugin]\n"
+                                  "data-dir=nowhere\nfile=none.so\n"));
+    TalvenhrProcess program({QStringLiteral("config"), QStringLiteral("--json"),
+                             QStringLiteral("--config"), site.path(QStringLiteral("t.conf"))});
+    QCOMPARE(program.finish(), 2);
+    const QJsonObject report = QJsonDocument::fromJson(program.output().toUtf8()).object();
+    const QJsonArray problems = report.value(QStringLiteral("problems")).toArray();
+    const QStringList expected {
+        QStringLiteral("'port' in %1, line 2, takes a number from 1 to 65535, not 'http'"),
+        QStringLiteral("the password file '%2/none' cannot be read: No such file"),
+        QStringLiteral("'data-dir' in %1, line 5, names '%2/nowhere', which is not a folder"),
+        QStringLiteral("no plugin at '%2/none.so'")};
+    QCOMPARE(problems.size(), expected.size());
+    for (int i = 0; i < expected.size(); ++i) {
+        const QString told = problems.at(i)[QLatin1String("problem")].toString();
+        QString begin = expected.at(i);
+        begin.replace(QStringLiteral("%1"), site.path(QStringLiteral("t.conf")));
+        begin.replace(QStringLiteral("%2"), site.dataDir());
+        QVERIFY2(told.startsWith(begin), qPrintable(told));
+    }
+    QVERIFY(!report.contains(QStringLiteral("runTakes")));
 }
 
 void tst_Config::info_takesThePluginOfTheFile()
