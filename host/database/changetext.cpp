@@ -15,7 +15,7 @@
 namespace {
 
 // Short of the year 10000: what is further away is no moment that anybody meant.
-const qlonglong farthest = 253402300800 - 2 * 86400;
+const qlonglong farthest = 253402300800 - 2LL * 86400;
 
 QString momentText(qlonglong seconds)
 {

@@ -150,5 +150,5 @@ QDateTime PluginRun::nextPass() const
     const qint64 interval = pluginSettings.tickMilliseconds;
     const uint ticks = pluginSettings.syncInterval - tick.number % pluginSettings.syncInterval;
     const QDateTime nextTick = qMax(tick.moment.addMSecs(interval), QDateTime::currentDateTime());
-    return nextTick.addMSecs((ticks - 1) * interval);
+    return nextTick.addMSecs(qint64(ticks - 1) * interval);
 }

@@ -42,6 +42,9 @@ QStringList toTexts(const QVector<uint> &ids)
 
 } // namespace
 
+// The slots take what their signals carry, and programs that use the library know both by it.
+// NOLINTBEGIN(performance-unnecessary-value-param)
+
 bool BranchesRepository::slotAddedPeopleToBranch(ushort bid, QString uids)
 {
     if (logLevel)
@@ -153,6 +156,8 @@ bool BranchesRepository::slotDeletedAdminsFromBranch(ushort bid, QString aids)
     }
     return done;
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 QVector<uint> BranchesRepository::getTids4Branch(ushort bid)
 {
