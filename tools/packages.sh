@@ -6,7 +6,7 @@
 # What it takes to build and run TalvenHR, and to give it a private database.
 # shellcheck disable=SC2034 # used by those who source this
 build_packages=(g++ cmake ninja-build qtbase5-dev libqt5sql5-mysql libqt5sql5-sqlite
-                libbenchmark-dev libmariadb-dev pkg-config scdoc binutils-mingw-w64-x86-64
+                libbenchmark-dev libgrantlee5-dev libmariadb-dev pkg-config scdoc binutils-mingw-w64-x86-64
                 tzdata libfaketime mariadb-server-core mariadb-client-core
                 python3-jsonschema)
 

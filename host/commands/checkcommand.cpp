@@ -8,18 +8,23 @@
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
 #include "host/commands/databaselook.h"
+#include "host/exportcheck/checkhtml.h"
 #include "host/exportcheck/checkpage.h"
 #include "host/exportcheck/checkreport.h"
+#include "host/exportcheck/checktexts.h"
 #include "host/exportcheck/exportsource.h"
 #include "host/exportcheck/rejects.h"
 #include "host/plugin/settingsfile.h"
 #include "host/report/console.h"
+#include "host/report/htmlpage.h"
 #include "host/report/logwriter.h"
 
 #include <QCoreApplication>
 #include <QDate>
 #include <QDir>
 #include <QHash>
+
+#include <limits>
 
 namespace {
 
@@ -34,6 +39,8 @@ struct CheckOptions
     QString file;
     QString against; ///< empty: no other export
     QString rejects; ///< empty: not written
+    QString html; ///< empty: not written
+    int shownInHtml = 100; ///< findings of a kind
     QString dataDirectory; ///< of TalvenHR.ini; empty: not known
     DatabaseChoice database; ///< the default one stands for none
     ReportForm form = ReportForm::Text;
@@ -46,9 +53,11 @@ Failure read(const Options &options, CheckOptions *check)
     check->file = options.argument(0);
     check->against = options.value(QStringLiteral("against"));
     check->rejects = options.value(QStringLiteral("rejects"));
+    check->html = options.value(QStringLiteral("html"));
     check->form = reportForm(options);
     check->style.width = outputWidth();
-    check->style.all = options.isSet(QStringLiteral("all"));
+    if (options.isSet(QStringLiteral("all")))
+        check->shownInHtml = check->style.shown = std::numeric_limits<int>::max();
     check->style.colour = outputTakesColour();
     if (options.isSet(QStringLiteral("no-names")))
         check->texts = PersonalTexts::Hidden;
@@ -153,7 +162,7 @@ void print(const CheckOptions &options, ExportSource *source, const CheckOutcome
         printReport(checkReport(outcome), ReportForm::Json);
         return;
     }
-    const QHash<int, QString> lines = source->lines(linesOnPage(outcome, options.style));
+    const QHash<int, QString> lines = source->lines(linesOfFindings(outcome, options.style.shown));
     writeCheckPage(outcome, options.style, lines, printText);
 }
 
@@ -167,6 +176,14 @@ Failure run(const Options &commandOptions)
     if (const Failure failure = look(options, &source, &outcome))
         return failure;
     print(options, &source, outcome);
+    if (!options.html.isEmpty()) {
+        const QHash<int, QString> lines = source.lines(
+            linesOfFindings(outcome, options.shownInHtml));
+        if (const Failure failure = writeHtmlPage(
+                options.html, QStringLiteral("check"),
+                checkHtmlValues(outcome, lines, options.shownInHtml)))
+            return failure;
+    }
     if (!options.rejects.isEmpty()) {
         if (const Failure failure = writeRejects(options.rejects, source.device(),
                                                  outcome.findings))
@@ -185,6 +202,9 @@ OptionGroup checkOptions()
               Text::tr("show every finding, not ten of a kind (JSON always has all)")},
              {QStringLiteral("no-names"), QString(),
               Text::tr("show no texts of people, only their numbers")},
+             {QStringLiteral("html"), QStringLiteral("FILE"),
+              Text::tr("write a page for a browser there, with a hundred of a kind and the columns "
+                       "as charts")},
              {QStringLiteral("rejects"), QStringLiteral("FILE"),
               Text::tr("write the lines with errors and warnings there, with the reasons, for the "
                        "HR department")}}};

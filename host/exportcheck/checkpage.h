@@ -13,14 +13,12 @@
 struct CheckPageStyle
 {
     int width = 100; ///< columns
-    bool all = false; ///< every finding, not ten of a kind
+    int shown = 10; ///< findings of a kind
     bool colour = false;
 };
 
-/// The lines of the file that the page shows, in their order.
-QVector<int> linesOnPage(const CheckOutcome &outcome, const CheckPageStyle &style);
-
-/// Gives the page to the sink, group by group, worst first. `lines` are the texts of linesOnPage().
+/// Gives the page to the sink, group by group, worst first. `lines` are the texts of
+/// linesOfFindings().
 void writeCheckPage(const CheckOutcome &outcome, const CheckPageStyle &style,
                     const QHash<int, QString> &lines,
                     const std::function<void(const QString &text)> &sink);

@@ -5,11 +5,11 @@
 
 #include "export/exportfile.h"
 #include "host/base/oneline.h"
+#include "host/base/ownerfile.h"
 
 #include <QCoreApplication>
-#include <QFile>
+#include <QIODevice>
 #include <QMultiMap>
-#include <QSaveFile>
 
 namespace {
 
@@ -59,12 +59,6 @@ void writeLines(QIODevice *device, const Reasons &reasons, QIODevice *file)
 
 Failure writeRejects(const QString &path, QIODevice *device, const ExportFindings &findings)
 {
-    QSaveFile file(path);
-    const bool written = file.open(QIODevice::WriteOnly)
-        && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    if (written)
-        writeLines(device, reasonsByLine(findings), &file);
-    if (!written || !file.commit())
-        return {ExitUsage, Text::tr("cannot write '%1': %2").arg(path, file.errorString())};
-    return {};
+    return writeOwnerFile(
+        path, [&](QIODevice *file) { writeLines(device, reasonsByLine(findings), file); });
 }

@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QtTest>
+#include <QXmlStreamReader>
 
 #include <sys/stat.h>
 
@@ -58,6 +59,7 @@ private Q_SLOTS:
     void against_namesWhatHasChanged();
     void rejects_areForTheirOwnerOnly();
     void names_canBeHidden();
+    void html_showsHostileTextsAsTexts();
     void whatIsNoExport_isNamed_data();
     void whatIsNoExport_isNamed();
     void settingsOfStates_areTried();
@@ -150,7 +152,7 @@ void tst_Check::against_namesWhatHasChanged()
     TalvenhrProcess program(
         checkOf(site, {QStringLiteral("--against"), site.path(QStringLiteral("before.data"))}));
     QCOMPARE(program.finish(), 1);
-    QVERIFY2(program.output().contains(QStringLiteral("0 people gained, 10 lost, 10 changed")),
+    QVERIFY2(program.output().contains(QStringLiteral("people gained: 0, lost: 10, changed: 10")),
              qPrintable(program.output()));
     QVERIFY(program.output().contains(QStringLiteral("WARNING W-AGAINST-LOST")));
     QVERIFY(program.output().contains(QStringLiteral("WARNING W-AGAINST-CHANGED")));
@@ -182,6 +184,25 @@ void tst_Check::names_canBeHidden()
     QCOMPARE(program.finish(), 1);
     QVERIFY(!program.output().contains(QStringLiteral("Neill")));
     QVERIFY(program.output().contains(QStringLiteral("'…' breaks the statement")));
+}
+
+void tst_Check::html_showsHostileTextsAsTexts()
+{
+    const Site site;
+    const QString hostile = QStringLiteral("<script>alert('1')</script>&\x01\u202e");
+    site.writeFile(QStringLiteral("ron.data"), Site::employee(80, hostile));
+    const QString path = site.path(QStringLiteral("check.html"));
+    TalvenhrProcess program(checkOf(site, {QStringLiteral("--html"), path}));
+    QCOMPARE(program.finish(), 1);
+    const QString page = site.readFile(QStringLiteral("check.html"));
+    QVERIFY(page.contains(QStringLiteral("&lt;script&gt;alert(")));
+    QVERIFY(!page.contains(QStringLiteral("<script")));
+    QVERIFY(!page.contains(QRegularExpression(QStringLiteral("(src|href)=|url\\("))));
+    // As XML it has no unclosed element, and no character that none may hold.
+    QXmlStreamReader reader(page);
+    while (!reader.atEnd())
+        reader.readNext();
+    QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
 }
 
 void tst_Check::whatIsNoExport_isNamed_data()

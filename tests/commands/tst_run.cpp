@@ -234,10 +234,10 @@ void tst_Run::errorsOfThePassGiveExitCode1()
     QVERIFY2(lines.first().contains(QStringLiteral("critical THRWorker::dbAddPerson(7003.1) - ")),
              qPrintable(lines.first()));
     // The group plan of a person who is not there.
-    QVERIFY2(lines.at(1).endsWith(
-                 QStringLiteral("warning  THRWorker: can't add record '7003.1 Novák D'Arc (S: 100, "
-                                "K: 1 from ) N-V: 1 Jan 2020 - ; ES: 0, RS:  -  '' TPP: 11  DOV: 5 "
-                                "NOC: 0' into [groups_plan]!")),
+    QVERIFY2(lines.at(1).endsWith(QStringLiteral(
+                 "warning  THRWorker: can't add record '7003.1 Novák D'Arc (S: 100, "
+                 "K: 1 from 1 Jan 2024) N-V: 1 Jan 2020 - ; ES: 0, RS:  -  '' TPP: 11  DOV: 5 "
+                 "NOC: 0' into [groups_plan]!")),
              qPrintable(lines.at(1)));
     QVERIFY2(lines.last().startsWith(
                  QStringLiteral("talvenhr: 1 pass, 1 record, 0 persons added, 0 updated, "

@@ -73,11 +73,11 @@ void tst_ShowChanges::eachPass_showsWhatItChanged()
              lines({"  + people uid 15, pid 70021, pamId '7002.1', name 'Jiří', surname 'Novák', "
                     "begin 2020-01-01,",
                     "      type 1, status 1, did 1, bid 1 (100 Riaditeľstvo), calendarID 1, "
-                    "lastCalc 1970-01-01, calc 0,",
+                    "lastCalc 0, calc 0,",
                     "      created NOW", "  + people_pam id 1",
                     "  + brape bid 1 (100 Riaditeľstvo), since NOW",
                     "  + people_term tid 1 (Vrátnica)", "  + admins_people aid 1 (1001), request 0",
-                    "  + groups_plan since 0, gid 11 (Kancelárie – pružný čas)",
+                    "  + groups_plan since 202401, gid 11 (Kancelárie – pružný čas)",
                     "  + term_sync id 3, tid 1 (Vrátnica), type 'I', ref 'people_term', created "
                     "NOW,",
                     "      flags 2"}));
