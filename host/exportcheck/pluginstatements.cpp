@@ -7,6 +7,8 @@
 
 #include <QSqlDatabase>
 
+#include <mutex>
+
 namespace {
 
 /// Keeps each statement and refuses it, so that the plugin goes on to none that follows from it.
@@ -24,33 +26,39 @@ AnswerFunction keepStatements(const std::shared_ptr<QString> &taken)
     };
 }
 
+/// Of Qt's list of drivers, among all objects of the class.
+std::mutex &listOfDrivers()
+{
+    static std::mutex mutex;
+    return mutex;
+}
+
 } // namespace
 
-/// Handles of the driver go by its name, which nobody else in the process has.
-PluginStatements::Connections::Connections(const QString &name) :
-    database(name)
-{ }
-
-PluginStatements::Connections::~Connections()
-{
-    QSqlDatabase::removeDatabase(database);
-    // The worker's clone, under the name that it gives to it.
-    QSqlDatabase::removeDatabase(QStringLiteral("OQS.%1.TalvenHR").arg(database));
-}
-
 PluginStatements::PluginStatements(const QHash<ushort, QString> &stateTexts) :
-    taken(std::make_shared<QString>()),
-    driver(answeringDriver(keepStatements(taken))),
-    connections(driver.name())
+    taken(std::make_shared<QString>())
 {
-    QSqlDatabase handle = driver.addHandle(driver.name());
-    handle.setDatabaseName(driver.name());
-    worker.setOrvDb(handle);
-    worker.setMes(stateTexts);
-    worker.dbCheckOpen();
+    const std::lock_guard<std::mutex> lock(listOfDrivers());
+    // Not made by std::make_unique(): the driver can neither be copied nor moved.
+    driver.reset(new RegisteredDriver(answeringDriver(keepStatements(taken))));
+    // Nobody else in the process has the driver's name, so that the worker makes a connection.
+    QSqlDatabase handle = driver->addHandle(driver->name());
+    handle.setDatabaseName(driver->name());
+    worker = std::make_unique<THRWorker>();
+    worker->setOrvDb(handle);
+    worker->setMes(stateTexts);
+    worker->dbCheckOpen();
 }
 
-PluginStatements::~PluginStatements() = default;
+PluginStatements::~PluginStatements()
+{
+    const std::lock_guard<std::mutex> lock(listOfDrivers());
+    worker.reset();
+    QSqlDatabase::removeDatabase(driver->name());
+    // The worker's own, under the name that it gives to it.
+    QSqlDatabase::removeDatabase(QStringLiteral("OQS.%1.TalvenHR").arg(driver->name()));
+    driver.reset();
+}
 
 EmployeeRecord PluginStatements::personOf(Kind kind, const EmployeeRecord &record) const
 {
@@ -58,15 +66,15 @@ EmployeeRecord PluginStatements::personOf(Kind kind, const EmployeeRecord &recor
     // One whose interval ends with this record.
     if (kind == UpdateFromState)
         before.rsBegin = QDate::currentDate().addDays(-1);
-    return worker.withStateValidity(record, before);
+    return worker->withStateValidity(record, before);
 }
 
 QString PluginStatements::statement(Kind kind, const EmployeeRecord &person)
 {
     taken->clear();
     if (kind == Add)
-        worker.dbAddPerson(person);
+        worker->dbAddPerson(person);
     else
-        worker.dbUpdatePerson(person, kind == UpdateFromState);
+        worker->dbUpdatePerson(person, kind == UpdateFromState);
     return *taken;
 }

@@ -14,9 +14,9 @@
 
 /// Has a worker of the plugin fill its statements, and takes them before they reach a server.
 ///
-/// Belongs to the thread that makes it; several may live, each on a thread of its own. It makes and
-/// takes away a driver and handles: while one is made or destroyed, no other thread may do so (see
-/// RegisteredDriver).
+/// Belongs to the thread that makes it, and ends there. Several threads may each have their own,
+/// and make and destroy them at once; but nobody else in the process may make or clone a database
+/// handle meanwhile (see RegisteredDriver).
 class PluginStatements
 {
 public:
@@ -42,16 +42,7 @@ public:
     QString statement(Kind kind, const EmployeeRecord &person);
 
 private:
-    struct Connections
-    {
-        explicit Connections(const QString &name);
-        ~Connections();
-        const QString database;
-    };
-
     const std::shared_ptr<QString> taken;
-    // In this order: the worker holds a connection of the driver.
-    const RegisteredDriver driver;
-    const Connections connections;
-    THRWorker worker;
+    std::unique_ptr<RegisteredDriver> driver;
+    std::unique_ptr<THRWorker> worker; ///< holds a connection of the driver
 };

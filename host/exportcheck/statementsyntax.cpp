@@ -51,6 +51,7 @@ private:
     Verdict atValue();
     Verdict behindValue();
     Verdict behindBracket();
+    bool hasOtherCount();
 
     const QString &text;
     const QVector<SqlToken> &tokens;
@@ -60,6 +61,7 @@ private:
     int at = 0;
     int depth = 0; // of brackets within a value
     int values = 1;
+    bool rowIsClosed = false;
     enum { Column, Value, BehindValue } place = Value;
 };
 
@@ -136,7 +138,7 @@ bool FirstStatement::isBrokenInValues()
             : place == Value                    ? atValue()
                                                 : behindValue();
         if (verdict != GoesOn)
-            return verdict == Broken;
+            return verdict == Broken || (isInsert && !rowIsClosed && hasOtherCount());
     }
     return isInsert || place != BehindValue || depth > 0;
 }
@@ -225,7 +227,21 @@ FirstStatement::Verdict FirstStatement::behindBracket()
     }
     if (!isInsert || values != valueCount)
         return Broken;
+    rowIsClosed = true;
     return Unknown;
+}
+
+/// Goes on to the end of the inserted values, whatever they are: the server refuses too many and
+/// too few before it runs anything.
+bool FirstStatement::hasOtherCount()
+{
+    for (; at < count; ++at) {
+        if (isSign(at, ')') && depth == 0)
+            return values != valueCount;
+        depth += isSign(at, '(') ? 1 : (isSign(at, ')') ? -1 : 0);
+        values += depth == 0 && isSign(at, ',') ? 1 : 0;
+    }
+    return false;
 }
 
 } // namespace

@@ -37,7 +37,7 @@ bool isSuspicious(const QString &text);
 /// does. Letters beyond the basic plane, which a connection may refuse, are not looked at, nor is
 /// the length of a column.
 ///
-/// Threads: as PluginStatements.
+/// Belongs to the thread that makes it; for several ones, see PluginStatements.
 class StatementTrial
 {
 public:

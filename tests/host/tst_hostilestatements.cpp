@@ -4,6 +4,7 @@
 #include "host/exportcheck/statementtrial.h"
 #include "support/databasefixture.h"
 #include "support/hostiletexts.h"
+#include "support/recordbuilder.h"
 #include "support/workerpeer.h"
 
 #include <QSqlError>
@@ -149,6 +150,7 @@ public:
         before(server.people())
     { }
 
+    /// A new person, and one whom the database knows.
     void compare(EmployeeRecord employee, const QHash<ushort, QString> &stateTexts)
     {
         StatementTrial trial(stateTexts);
@@ -220,6 +222,7 @@ class tst_HostileStatements : public DatabaseFixture
 private Q_SLOTS:
     void trialSaysWhatTheServerDoes_data();
     void trialSaysWhatTheServerDoes();
+    void noWordOfTheServerIsTakenForAFault();
 
 protected:
     void prepare() override;
@@ -280,6 +283,23 @@ Counts tst_HostileStatements::compareMany(const QString &sqlMode, EscapeMode mod
         comparison.compare(employee, stateTexts);
     }
     return comparison.counts;
+}
+
+/// Each word that means something to the server, behind a value.
+void tst_HostileStatements::noWordOfTheServerIsTakenForAFault()
+{
+    const QStringList words = database->rows(str("SELECT word FROM information_schema.keywords"));
+    QVERIFY(words.size() > 500);
+    Comparison comparison(*database, QString(), EscapeMode::BackslashEscapes);
+    for (const QString &word : words) {
+        for (const QString &rest : {str(" '1"), str(" -- ")}) {
+            const QString phone = str("1' ") + word + rest;
+            comparison.compare(RecordBuilder().phone(phone), {});
+            if (QTest::currentTestFailed())
+                return;
+        }
+    }
+    QVERIFY(comparison.counts.ran >= 30);
 }
 
 QTEST_GUILESS_MAIN(tst_HostileStatements)
