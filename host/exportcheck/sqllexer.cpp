@@ -3,68 +3,11 @@
 // SQL text as the server's lexer reads it.
 #include "host/exportcheck/sqllexer.h"
 
+#include "host/exportcheck/sqlcharacters.h"
+
 namespace {
 
 const int versionDigits = 5; // at least, and one more
-
-bool isBlank(ushort unit)
-{
-    return unit == ' ' || (unit >= '\t' && unit <= '\r');
-}
-
-/// The third character of a comment that begins with two hyphens; 0 stands for the end as well.
-bool isBlankOrControl(ushort unit)
-{
-    return unit <= ' ' || unit == 0x7f;
-}
-
-bool isDigit(ushort unit)
-{
-    return unit >= '0' && unit <= '9';
-}
-
-bool isHexDigit(ushort unit)
-{
-    return isDigit(unit) || (unit >= 'a' && unit <= 'f') || (unit >= 'A' && unit <= 'F');
-}
-
-bool isBinaryDigit(ushort unit)
-{
-    return unit == '0' || unit == '1';
-}
-
-/// Of a name without quotes: every letter beyond ASCII is one to the server, blanks there too.
-bool isNameUnit(ushort unit)
-{
-    return isDigit(unit) || (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z')
-        || unit == '_' || unit == '$' || unit >= 0x80;
-}
-
-bool isSign(ushort unit)
-{
-    return unit != 0 && unit < 0x80 && QByteArray("(),.+-*/%^&|~!<>=@:{}").contains(char(unit));
-}
-
-/// What a character behind a backslash stands for.
-QChar unescaped(QChar character)
-{
-    switch (character.unicode()) {
-    case '0':
-        return QChar(u'\0');
-    case 'b':
-        return QLatin1Char('\b');
-    case 'n':
-        return QLatin1Char('\n');
-    case 'r':
-        return QLatin1Char('\r');
-    case 't':
-        return QLatin1Char('\t');
-    case 'Z':
-        return QChar(u'\x1a');
-    default:
-        return character;
-    }
-}
 
 class Reader
 {
@@ -72,7 +15,9 @@ public:
     Reader(const QString &sql, const SqlDialect &sqlDialect) :
         text(sql),
         dialect(sqlDialect)
-    { }
+    {
+        result.tokens.reserve(128); // a statement of the plugin
+    }
 
     SqlTokens read();
 

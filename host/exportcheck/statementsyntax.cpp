@@ -8,6 +8,8 @@
 #include <QSet>
 #include <QString>
 
+#include <cstring>
+
 namespace {
 
 /// Words that may come behind a value; what follows them is not looked at closely. More than are
@@ -86,7 +88,7 @@ bool FirstStatement::isSignOf(int index, const char *signs) const
 {
     if (index >= count || tokens.at(index).kind != SqlToken::Sign)
         return false;
-    return QByteArray(signs).contains(text.at(tokens.at(index).begin).toLatin1());
+    return std::strchr(signs, text.at(tokens.at(index).begin).unicode());
 }
 
 bool FirstStatement::isWord(int index, QLatin1String word) const

@@ -4,7 +4,6 @@
 #include "host/exportcheck/statementtrial.h"
 
 #include "host/base/silentmessages.h"
-#include "host/exportcheck/sqllexer.h"
 
 #include <algorithm>
 
@@ -155,7 +154,7 @@ private:
     const EmployeeRecord person;
     const StatementTexts texts;
     const QString filled;
-    const QString harmless;
+    const MeantStatement harmless;
     QVector<size_t> suspects;
     StatementTexts aloneStatements;
 };

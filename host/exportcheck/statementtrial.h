@@ -24,13 +24,13 @@ struct TextTrial
     TextEffect effect = TextEffect::None;
     int column = 0; ///< of the export, from 1 on; 0: the text of the evidence state in the settings
     QString becomes; ///< for OtherText what is stored, for RunsElse what runs: a line, shortened
-    bool onlyWithBackslashEscapes
-        = false; ///< the effect; without them, there is a lesser one or none
+    /// Of EscapeMode::Either: under the other setting there is a lesser effect, or none.
+    bool onlyWithBackslashEscapes = false;
     bool onlyWithoutBackslashEscapes = false;
 };
 
-/// The texts hold something by which they could leave their places in the statements, or make a
-/// marker of QString::arg. All others have no effect.
+/// The text holds something by which it could leave its place in a statement, or a marker of
+/// QString::arg(). All others have no effect.
 bool isSuspicious(const QString &text);
 
 /// Decides by having the plugin's own code fill its real statements, and reading them as the server

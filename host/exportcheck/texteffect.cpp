@@ -4,7 +4,6 @@
 #include "host/exportcheck/texteffect.h"
 
 #include "host/base/oneline.h"
-#include "host/exportcheck/sqllexer.h"
 #include "host/exportcheck/statementsyntax.h"
 
 #include <algorithm>
@@ -19,33 +18,23 @@ QStringRef sourceOf(const QString &statement, const SqlToken &token)
     return statement.midRef(token.begin, token.end - token.begin);
 }
 
-/// Where the texts stand among the tokens of a harmless statement: its last literals.
-std::array<int, statementTextCount> textPlaces(const QVector<SqlToken> &tokens)
-{
-    std::array<int, statementTextCount> places {};
-    int left = statementTextCount;
-    for (int i = tokens.size() - 1; i >= 0 && left > 0; --i) {
-        if (tokens.at(i).kind == SqlToken::Text)
-            places.at(static_cast<size_t>(--left)) = i;
-    }
-    return places;
-}
-
 /// The first token that is not as it was meant, be it behind the last one; -1 if none is. The texts
 /// themselves may be others.
-int firstDifference(const QString &statement, const QVector<SqlToken> &tokens, const QString &meant,
-                    const QVector<SqlToken> &meantTokens)
+int firstDifference(const QString &statement, const QVector<SqlToken> &tokens,
+                    const MeantStatement &meant)
 {
-    const auto places = textPlaces(meantTokens);
-    const int common = std::min(tokens.size(), meantTokens.size());
+    const auto &places = meant.textPlaces;
+    const int common = std::min(tokens.size(), meant.tokens.size());
     for (int i = 0; i < common; ++i) {
-        if (tokens.at(i).kind != meantTokens.at(i).kind)
+        const SqlToken &token = meant.tokens.at(i);
+        if (tokens.at(i).kind != token.kind)
             return i;
-        const bool isText = std::find(places.begin(), places.end(), i) != places.end();
-        if (!isText && sourceOf(statement, tokens.at(i)) != sourceOf(meant, meantTokens.at(i)))
+        const bool isText = token.kind == SqlToken::Text
+            && std::find(places.begin(), places.end(), i) != places.end();
+        if (!isText && sourceOf(statement, tokens.at(i)) != sourceOf(meant.text, token))
             return i;
     }
-    return tokens.size() == meantTokens.size() ? -1 : common;
+    return tokens.size() == meant.tokens.size() ? -1 : common;
 }
 
 QString tooLong(const QString &text)
@@ -73,17 +62,14 @@ QString runningText(const QString &statement, const QVector<SqlToken> &tokens, i
 }
 
 StatementEffect effectIn(const QString &statement, const SqlTokens &read,
-                         const QString &harmlessStatement, const StatementTexts &texts,
-                         const SqlDialect &dialect)
+                         const MeantStatement &meant, const StatementTexts &texts)
 {
     const QVector<SqlToken> &tokens = read.tokens;
-    const QVector<SqlToken> meant = readSql(harmlessStatement, dialect).tokens;
-    const int difference = firstDifference(statement, tokens, harmlessStatement, meant);
+    const int difference = firstDifference(statement, tokens, meant);
     StatementEffect result;
     if (difference < 0) {
-        const auto places = textPlaces(meant);
-        for (size_t i = 0; i < places.size(); ++i)
-            result.stored.at(i) = tokens.at(places.at(i)).value;
+        for (size_t i = 0; i < texts.size(); ++i)
+            result.stored.at(i) = tokens.at(meant.textPlaces.at(i)).value;
         if (result.stored != texts)
             result.effect = TextEffect::OtherText;
     } else if (isSurelyRefused(statement, read, insertedValues)) {
@@ -97,17 +83,29 @@ StatementEffect effectIn(const QString &statement, const SqlTokens &read,
 
 } // namespace
 
-StatementEffect effectOfTexts(const QString &statement, const QString &harmlessStatement,
+MeantStatement::MeantStatement(const QString &harmlessText) :
+    text(harmlessText),
+    tokens(readSql(harmlessText).tokens)
+{
+    // Keys stand in front of them.
+    int left = statementTextCount;
+    for (int i = tokens.size() - 1; i >= 0 && left > 0; --i) {
+        if (tokens.at(i).kind == SqlToken::Text)
+            textPlaces.at(static_cast<size_t>(--left)) = i;
+    }
+}
+
+StatementEffect effectOfTexts(const QString &statement, const MeantStatement &meant,
                               const StatementTexts &texts, const SqlDialect &dialect)
 {
     const SqlTokens read = readSql(statement, dialect);
-    const StatementEffect result = effectIn(statement, read, harmlessStatement, texts, dialect);
+    const StatementEffect result = effectIn(statement, read, meant, texts);
     if (!read.asksForVersion)
         return result;
     // Nobody knows the server's version: the worse of the two.
     SqlDialect other = dialect;
     other.runsVersioned = !dialect.runsVersioned;
-    const StatementEffect otherResult = effectIn(statement, readSql(statement, other),
-                                                 harmlessStatement, texts, other);
+    const StatementEffect otherResult = effectIn(statement, readSql(statement, other), meant,
+                                                 texts);
     return otherResult.effect > result.effect ? otherResult : result;
 }

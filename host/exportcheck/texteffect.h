@@ -3,11 +3,9 @@
 // What texts do to a statement that they stand in.
 #pragma once
 
-#include <QString>
+#include "host/exportcheck/sqllexer.h"
 
 #include <array>
-
-struct SqlDialect;
 
 /// What a text of the export does to a statement, worst last.
 enum class TextEffect {
@@ -30,7 +28,17 @@ struct StatementEffect
     QString runs; ///< for RunsElse: what is not as it was meant, in one line, shortened
 };
 
-/// Compares the statement with one that has the same values, but texts that do no harm. `texts` is
-/// what is meant to be stored.
-StatementEffect effectOfTexts(const QString &statement, const QString &harmlessStatement,
+/// A statement with texts that do no harm in any dialect.
+struct MeantStatement
+{
+    explicit MeantStatement(const QString &harmlessText);
+
+    const QString text;
+    const QVector<SqlToken> tokens;
+    std::array<int, statementTextCount> textPlaces {}; ///< among the tokens
+};
+
+/// Compares the statement with one that is meant to be the same but for its texts. `texts` is what
+/// is meant to be stored.
+StatementEffect effectOfTexts(const QString &statement, const MeantStatement &meant,
                               const StatementTexts &texts, const SqlDialect &dialect);
