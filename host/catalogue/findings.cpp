@@ -61,7 +61,8 @@ const std::vector<FindingTopic> &findingTopics()
     static const std::vector<FindingTopic> topics {
         exportFileFindings(),     exportTextFindings(),   exportLineFindings(),
         exportCellFindings(),     exportPeopleFindings(), exportComparisonFindings(),
-        exportDatabaseFindings(),
+        exportDatabaseFindings(), settingFileFindings(),  settingValueFindings(),
+        settingCommandFindings(), settingStateFindings(),
     };
     return topics;
 }

@@ -17,3 +17,7 @@ FindingTopic exportTextFindings();
 FindingTopic exportPeopleFindings();
 FindingTopic exportComparisonFindings();
 FindingTopic exportDatabaseFindings();
+FindingTopic settingFileFindings();
+FindingTopic settingValueFindings();
+FindingTopic settingCommandFindings();
+FindingTopic settingStateFindings();

@@ -4,35 +4,40 @@
 #include "host/plugin/settingscheck.h"
 
 #include "host/base/nearest.h"
+#include "host/catalogue/findings.h"
+#include "host/plugin/settingcommand.h"
 #include "host/plugin/settingkeys.h"
 #include "host/plugin/settingsfile.h"
+#include "host/plugin/settingslines.h"
 
-#include <QCoreApplication>
 #include <QFile>
-#include <QFileInfo>
-#include <QProcess>
-#include <QStandardPaths>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
 
-struct Text
-{
-    Q_DECLARE_TR_FUNCTIONS(SettingsCheck)
-};
-
 const uint longestTimer = std::numeric_limits<uint>::max() / 1000; // seconds
+const uint mostStates = std::numeric_limits<quint16>::max();
+const char states[] = "MES/";
 
-Finding warning(const char *code, const QString &about, const QString &text, const QString &remedy)
+/// The settings, and their file as it stands.
+struct Look
 {
-    return {QLatin1String(code), Finding::Warning, about, text, {}, remedy};
-}
+    const SettingsFile &settings;
+    QByteArray content;
+    QVector<SettingsLine> lines;
 
-Finding error(const char *code, const QString &about, const QString &text, const QString &remedy)
-{
-    return {QLatin1String(code), Finding::Error, about, text, {}, remedy};
-}
+    /// The last line of the key; the plugin takes this one.
+    SettingsLine line(const QString &key) const
+    {
+        for (int i = lines.size() - 1; i >= 0; --i) {
+            if (lines.at(i).key == key)
+                return lines.at(i);
+        }
+        return {};
+    }
+};
 
 QByteArray contentOf(const QString &path)
 {
@@ -51,31 +56,23 @@ QString keyInAnyCase(const QString &name)
 }
 
 /// What is wrong with the place or the spelling of a key that the plugin does not ask for.
-Finding strangeKey(const QString &key, const QString &file)
+Finding strangeKey(const QString &key, const Look &look)
 {
+    const QString file = look.settings.path();
     const QString group = key.section(QLatin1Char('/'), 0, -2);
     const QString name = key.section(QLatin1Char('/'), -1);
     const QString known = keyInAnyCase(name);
+    const SettingsLine line = look.line(key);
     if (!known.isEmpty() && !group.isEmpty())
-        return warning("W-SET-GROUP", name,
-                       Text::tr("the key '%1' stands in the group [%2] of '%3', where the plugin "
-                                "does not look for it")
-                           .arg(name, group, file),
-                       Text::tr("move it above all groups"));
+        return finding("W-SET-GROUP", name, {name, group, file, line.text});
     if (!known.isEmpty())
-        return warning("W-SET-CASE", name,
-                       Text::tr("the key '%1' of '%2' is ignored").arg(name, file),
-                       Text::tr("write it '%1'").arg(known));
+        return finding("W-SET-CASE", name, {name, file, known + QLatin1Char('=') + line.value});
     if (group == QLatin1String("MES"))
-        return warning("W-SET-STATE", key,
-                       Text::tr("'%1' in the group [MES] of '%2' is no number of a state; its text "
-                                "becomes that of state 0")
-                           .arg(name, file),
-                       Text::tr("write NUMBER=TEXT"));
-    return warning("W-SET-UNKNOWN", key,
-                   Text::tr("the plugin does not know the key '%1' of '%2'%3")
-                       .arg(key, file, didYouMean(name, settingKeyNames())),
-                   Text::tr("correct or remove it"));
+        return finding(
+            "W-SET-STATE", key,
+            {name, file, QString::number(static_cast<quint16>(name.toUInt())), line.text});
+    return finding("W-SET-UNKNOWN", key,
+                   {key, file, didYouMean(name, settingKeyNames()), line.text});
 }
 
 bool isKnown(const QString &key)
@@ -83,43 +80,30 @@ bool isKnown(const QString &key)
     if (!settingKey(key).name.isEmpty())
         return true;
     bool isNumber = false;
-    if (key.startsWith(QLatin1String("MES/")))
-        key.mid(4).toUInt(&isNumber);
-    return isNumber;
+    return key.startsWith(QLatin1String(states)) && key.mid(4).toUInt(&isNumber) <= mostStates
+        && isNumber;
 }
 
-QVector<Finding> keyFindings(const SettingsFile &settings)
+QVector<Finding> keyFindings(const Look &look)
 {
     QVector<Finding> findings;
-    const QStringList keys = settings.keys();
+    const QStringList keys = look.settings.keys();
     for (const QString &key : keys) {
         if (!isKnown(key))
-            findings.append(strangeKey(key, settings.path()));
+            findings.append(strangeKey(key, look));
     }
     return findings;
 }
 
-QVector<Finding> fileFindings(const SettingsFile &settings)
+QVector<Finding> fileFindings(const Look &look)
 {
-    const QByteArray content = contentOf(settings.path());
-    const QString file = settings.path();
-    if (content.startsWith("\xef\xbb\xbf"))
-        return {warning("W-SET-BOM", file,
-                        Text::tr("'%1' begins with a byte order mark, so that its first key or "
-                                 "group is ignored")
-                            .arg(file),
-                        Text::tr("save it in UTF-8 without one"))};
-    if (content.contains('\0'))
-        return {warning("W-SET-ENCODING", file,
-                        Text::tr("'%1' is not in UTF-8 (in UTF-16, perhaps), so that its keys are "
-                                 "ignored")
-                            .arg(file),
-                        Text::tr("save it in UTF-8"))};
-    if (QString::fromUtf8(content).contains(QChar(QChar::ReplacementCharacter)))
-        return {warning(
-            "W-SET-ENCODING", file,
-            Text::tr("'%1' holds letters that are not in UTF-8, which arrive damaged").arg(file),
-            Text::tr("save it in UTF-8"))};
+    const QString file = look.settings.path();
+    if (look.content.startsWith("\xef\xbb\xbf"))
+        return {finding("W-SET-BOM", file, {file})};
+    if (look.content.contains('\0'))
+        return {finding("W-SET-UTF16", file, {file})};
+    if (QString::fromUtf8(look.content).contains(QChar(QChar::ReplacementCharacter)))
+        return {finding("W-SET-ENCODING", file, {file})};
     return {};
 }
 
@@ -133,91 +117,103 @@ QVector<Finding> switchFindings(const QString &name, const QString &text)
                                     QStringLiteral("yes"),
                                     QStringLiteral("on"),
                                     QString()};
+    static const QStringList negative {QStringLiteral("no"),  QStringLiteral("off"),
+                                       QStringLiteral("n"),   QStringLiteral("f"),
+                                       QStringLiteral("nie"), QStringLiteral("ne")};
     if (clear.contains(text.toLower()))
         return {};
-    return {warning("W-SET-SWITCH", name,
-                    Text::tr("'%1=%2' is read as true, as is everything but 'false', '0' and an "
-                             "empty value")
-                        .arg(name, text),
-                    Text::tr("write true or false"))};
+    return {finding(
+        "W-SET-SWITCH", name,
+        {name, text,
+         negative.contains(text.toLower()) ? QStringLiteral("false") : QStringLiteral("true")})};
 }
 
-QVector<Finding> numberFindings(const QString &name, const QVariant &value)
+QVector<Finding> numberFindings(const SettingKey &key, const QVariant &value)
 {
     bool isNumber = false;
     const uint number = value.toUInt(&isNumber);
     const QString text = value.toString();
+    const QString standard = key.standard.toString();
     if (!isNumber)
         return {
-            warning("W-SET-NUMBER", name,
-                    Text::tr("'%1=%2' is no number and is read as %3").arg(name, text).arg(number),
-                    Text::tr("write a whole number"))};
-    if (text != QString::number(number))
-        return {warning("W-SET-WRAP", name,
-                        Text::tr("'%1=%2' is read as %3").arg(name, text).arg(number),
-                        Text::tr("write a whole number from 0 to 4294967295"))};
-    if (name == QLatin1String("timerInterval") && number > longestTimer)
-        return {warning("W-SET-WRAP", name,
-                        Text::tr("'%1=%2' wraps round: the plugin ticks every %3 ms")
-                            .arg(name, text)
-                            .arg(qMax(number * 1000U, 1000U)),
-                        Text::tr("write at most %1").arg(longestTimer))};
-    if (name == QLatin1String("syncCommandRun") && number > 255)
-        return {warning(
-            "W-SET-WRAP", name,
-            Text::tr("'%1=%2' is read as %3, its low 8 bits").arg(name, text).arg(number % 256),
-            Text::tr("write 0, 1 or 2"))};
+            finding("W-SET-NUMBER", key.name, {key.name, text, QString::number(number), standard})};
+    const bool isByte = key.name == QLatin1String("syncCommandRun");
+    const uint most = isByte ? std::numeric_limits<quint8>::max()
+                             : std::numeric_limits<uint>::max();
+    if (text != QString::number(number) || number > most)
+        return {finding("W-SET-WRAP", key.name,
+                        {key.name, text, QString::number(isByte ? number & most : number),
+                         QString::number(most), isByte ? QStringLiteral("2") : standard})};
+    if (key.name == QLatin1String("timerInterval") && number > longestTimer)
+        return {finding(
+            "W-SET-TIMER", key.name,
+            {text, QString::number(qMax(number * 1000U, 1000U)), QString::number(longestTimer)})};
     return {};
 }
 
-QVector<Finding> commandFindings(const SettingsFile &settings)
+/// A text with signs that mean something to the reader of INI files.
+QVector<Finding> textFindings(const QString &key, const Look &look)
 {
-    const QString name = QStringLiteral("syncCommand");
-    // Split as the plugin splits it.
-    const QString program = QProcess::splitCommand(settings.toString(name)).value(0);
-    if (static_cast<quint8>(settings.toUInt(QStringLiteral("syncCommandRun"))) == 0)
-        return {};
-    if (program.isEmpty())
-        return {warning("W-SET-COMMAND", name,
-                        Text::tr("syncCommandRun asks for an export command, and there is none"),
-                        Text::tr("name it in syncCommand, or set syncCommandRun=0"))};
-    if (!QStandardPaths::findExecutable(program).isEmpty())
-        return {};
-    return {
-        warning("W-SET-COMMAND", name,
-                QFileInfo::exists(program)
-                    ? Text::tr("the export command '%1' may not be executed: each pass goes on "
-                               "without it, with the export that is there")
-                          .arg(program)
-                    : Text::tr("the export command '%1' is not found: each pass goes on without "
-                               "it, with the export that is there")
-                          .arg(program),
-                Text::tr("correct syncCommand in '%1'").arg(settings.path()))};
+    const QString name = key.section(QLatin1Char('/'), -1);
+    const SettingsLine line = look.line(key);
+    const QVariant value = look.settings.value(key);
+    if (line.hasComment)
+        return {finding("W-SET-COMMENT", name,
+                        {name, value.toString(), quotedSettingsLine(name, line.value)})};
+    if (value.type() == QVariant::StringList)
+        return {finding("W-SET-COMMA", name, {name, quotedSettingsLine(name, line.value)})};
+    const QString text = value.toString();
+    const bool hasControls = std::any_of(text.begin(), text.end(),
+                                         [](QChar letter) { return letter < QLatin1Char(' '); });
+    if (line.hasLostBackslash || (hasControls && look.settings.holds(key)))
+        return {finding("W-SET-BACKSLASH", name,
+                        {name, text.simplified(), doubledSettingsLine(name, line.value)})};
+    return {};
 }
 
-QVector<Finding> valueFindings(const SettingsFile &settings)
+QVector<Finding> valueFindings(const Look &look)
 {
     QVector<Finding> findings;
     for (const SettingKey &key : settingKeys()) {
-        const QVariant value = settings.value(key.name);
-        if (value.type() == QVariant::StringList)
-            findings.append(warning("W-SET-COMMA", key.name,
-                                    Text::tr("the value of '%1' holds a comma without quotes and "
-                                             "is read as empty")
-                                        .arg(key.name),
-                                    Text::tr("put it into double quotes")));
+        const QVariant value = look.settings.value(key.name);
+        if (value.type() == QVariant::StringList || key.kind == SettingKey::Text)
+            findings += textFindings(key.name, look);
         else if (key.kind == SettingKey::Switch)
             findings += switchFindings(key.name, value.toString());
-        else if (key.kind == SettingKey::Number)
-            findings += numberFindings(key.name, value);
+        else
+            findings += numberFindings(key, value);
     }
-    if (settings.holds(QStringLiteral("importFile"))
-        && settings.toString(QStringLiteral("importFile")).isEmpty())
+    const QString name = QStringLiteral("importFile");
+    if (look.settings.holds(name) && look.settings.value(name).type() != QVariant::StringList
+        && look.settings.toString(name).isEmpty())
         findings.append(
-            warning("W-SET-EXPORT", QStringLiteral("importFile"),
-                    Text::tr("'importFile' is empty: the plugin reads 'ron.data' in the "
-                             "working directory of the server"),
-                    Text::tr("name the export with its whole path")));
+            finding("W-SET-EXPORT", name,
+                    {settingsLine(name, look.settings.folder() + QStringLiteral("/ron.data"))}));
+    return findings;
+}
+
+/// The text stands between apostrophes in the statements of a person.
+QVector<Finding> stateFindings(const Look &look)
+{
+    QVector<Finding> findings;
+    const QStringList keys = look.settings.keys();
+    for (const QString &key : keys) {
+        if (!key.startsWith(QLatin1String(states)) || !isKnown(key))
+            continue;
+        const QString code = key.mid(4);
+        const QString text = look.settings.toString(key);
+        const QVector<Finding> spelling = textFindings(key, look);
+        findings += spelling;
+        if (text.isEmpty() && spelling.isEmpty())
+            findings.append(finding("N-SET-STATE", key, {code, look.line(key).text}));
+        if (!text.contains(QLatin1Char('\'')) && !text.endsWith(QLatin1Char('\\')))
+            continue;
+        QString better = text;
+        better.replace(QLatin1Char('\''), QChar(0x2019));
+        while (better.endsWith(QLatin1Char('\\')))
+            better.chop(1);
+        findings.append(finding("W-SET-STATETEXT", key, {code, text, settingsLine(code, better)}));
+    }
     return findings;
 }
 
@@ -226,9 +222,7 @@ QVector<Finding> fatalFindings(const SettingsFile &settings, const QVector<Findi
 {
     QVector<Finding> findings;
     if (!settings.toBool(QStringLiteral("enabled"))) {
-        Finding disabled = error("E-SET-DISABLED", QStringLiteral("enabled"),
-                                 Text::tr("the plugin is disabled"),
-                                 Text::tr("set enabled=true in '%1'").arg(settings.path()));
+        Finding disabled = finding("E-SET-DISABLED", QStringLiteral("enabled"), {settings.path()});
         for (const Finding &other : others) {
             const bool isCause = other.about.compare(disabled.about, Qt::CaseInsensitive) == 0
                 || other.about == settings.path();
@@ -238,11 +232,7 @@ QVector<Finding> fatalFindings(const SettingsFile &settings, const QVector<Findi
         findings.append(disabled);
     }
     if (settings.toUInt(QStringLiteral("syncInterval")) == 0)
-        findings.append(
-            error("E-SET-SYNC", QStringLiteral("syncInterval"),
-                  Text::tr("syncInterval is 0, and the second tick divides by it, which "
-                           "ends the process"),
-                  Text::tr("set it to 1 or more in '%1'").arg(settings.path())));
+        findings.append(finding("E-SET-SYNC", QStringLiteral("syncInterval"), {settings.path()}));
     return findings;
 }
 
@@ -250,10 +240,14 @@ QVector<Finding> fatalFindings(const SettingsFile &settings, const QVector<Findi
 
 QVector<Finding> settingsFindings(const SettingsFile &settings)
 {
-    QVector<Finding> findings = fileFindings(settings);
+    const QByteArray content = contentOf(settings.path());
+    const Look look {settings, content, settingsLines(content)};
+    QVector<Finding> findings = fileFindings(look);
     // Strange keys of a file that was not read as it was meant tell nothing more.
     if (findings.isEmpty())
-        findings = keyFindings(settings);
-    findings += valueFindings(settings) + commandFindings(settings);
+        findings = keyFindings(look) + stateFindings(look);
+    findings += valueFindings(look);
+    const QString command = QStringLiteral("syncCommand");
+    findings += commandFindings(settings, look.line(command).value);
     return findings + fatalFindings(settings, findings);
 }

@@ -55,6 +55,11 @@ Failure SettingsFile::check() const
     return {};
 }
 
+QString SettingsFile::folder() const
+{
+    return QFileInfo(file).absolutePath();
+}
+
 QVariant SettingsFile::value(const QString &key) const
 {
     // It tells the log of every key.

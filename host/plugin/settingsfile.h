@@ -34,6 +34,8 @@ public:
     Failure check() const;
 
     QString path() const { return file; }
+    /// Where the file lies.
+    QString folder() const;
     /// The value that the plugin gets for a key: from the file, else the environment, else the
     /// default.
     QVariant value(const QString &key) const;

@@ -6,6 +6,41 @@
 
 #include <QtTest>
 
+namespace {
+
+/// The file's content after a remedy, as it was printed, has been followed.
+QByteArray applied(const Finding &finding, const QByteArray &content)
+{
+    const QString remedy = finding.remedy;
+    const int begin = remedy.indexOf(QLatin1String("the line: "));
+    const QByteArray line = begin < 0 ? QByteArray("enabled=true")
+                                      : remedy.mid(begin + 10).toUtf8();
+    QList<QByteArray> lines = content.split('\n');
+    if (remedy.contains(QLatin1String("remove the line: "))) {
+        lines.removeAll(line);
+        return lines.join('\n');
+    }
+    const QByteArray key = line.left(line.indexOf('='));
+    for (QByteArray &old : lines) {
+        if (old == line)
+            old.clear(); // moved from its group
+        else if (old.left(old.indexOf('=')).toLower() == key.toLower())
+            return content.left(content.indexOf(old)) + line
+                + content.mid(content.indexOf(old) + old.size());
+    }
+    return line + '\n' + lines.join('\n');
+}
+
+QStringList codesOf(const QVector<Finding> &findings)
+{
+    QStringList codes;
+    for (const Finding &finding : findings)
+        codes.append(finding.code);
+    return codes;
+}
+
+} // namespace
+
 class tst_SettingsCheck : public QObject
 {
     Q_OBJECT
@@ -16,6 +51,9 @@ private Q_SLOTS:
     void findings_data();
     void findings();
     void findings_textNamesTheMatter();
+    void remedy_makesTheFindingGo_data();
+    void remedy_makesTheFindingGo();
+    void remedy_ofTheCommandsFile();
     void disabled_namesItsCause_data();
     void disabled_namesItsCause();
     void environment_countsWhereTheFileLacksAKey();
@@ -56,17 +94,30 @@ void tst_SettingsCheck::findings_data()
         QTest::newRow(name) << content << codes;
     };
     const auto enabled = [](const char *further) { return QByteArray("enabled=true\n") + further; };
-    row("sound", enabled("importFile=/x\nsyncInterval=1\ndeleteFile=0\n[MES]\n21=a\n22="), "");
+    row("sound", enabled("importFile=/x\nsyncInterval=1\ndeleteFile=0\n[MES]\n21=a\n22=\"b, c;\""),
+        "");
     row("sound group", "[General]\nenabled=true\n", "");
     row("unknown", enabled("importFil=/x"), "W-SET-UNKNOWN importFil");
     row("case", enabled("importfile=/x"), "W-SET-CASE importfile");
     row("group", enabled("[MES]\nimportFile=/x"), "W-SET-GROUP importFile");
     row("state", enabled("[MES]\nx=/x"), "W-SET-STATE MES/x");
+    row("state beyond 16 bits", enabled("[MES]\n65557=x"), "W-SET-STATE MES/65557");
+    row("state without a text", enabled("[MES]\n22="), "N-SET-STATE MES/22");
+    row("state with an apostrophe", enabled("[MES]\n22=a'b"), "W-SET-STATETEXT MES/22");
+    row("state with a backslash at its end", enabled("[MES]\n22=a\\\\"), "W-SET-STATETEXT MES/22");
+    row("state with a comma", enabled("[MES]\n22=a, b"), "W-SET-COMMA 22");
+    row("semicolon", enabled("importFile=/x;y"), "W-SET-COMMENT importFile");
+    row("semicolon in quotes", enabled("importFile=\"/x;y\""), "");
+    row("comment behind a number", enabled("syncInterval=5 ; ticks"), "");
+    row("backslash", enabled("importFile=C:\\export"), "W-SET-BACKSLASH importFile");
+    row("backslash that makes a line end", enabled("importFile=C:\\new"),
+        "W-SET-BACKSLASH importFile");
+    row("doubled backslash", enabled("importFile=C:\\\\new"), "");
     row("switch", "enabled=no\n", "W-SET-SWITCH enabled");
     row("switch of a kind", enabled("testMode=off\ndeleteFile=False"), "W-SET-SWITCH testMode");
     row("number", enabled("timerInterval=abc"), "W-SET-NUMBER timerInterval");
     row("fraction", enabled("timerInterval=0.5"), "W-SET-NUMBER timerInterval");
-    row("wraps", enabled("timerInterval=4294968"), "W-SET-WRAP timerInterval");
+    row("wraps", enabled("timerInterval=4294968"), "W-SET-TIMER timerInterval");
     row("does not wrap", enabled("timerInterval=4294967"), "");
     row("33 bits", enabled("departmentId=4294967297"), "W-SET-WRAP departmentId");
     row("9 bits", enabled("syncCommandRun=256"), "W-SET-WRAP syncCommandRun");
@@ -75,8 +126,16 @@ void tst_SettingsCheck::findings_data()
     row("command not found", enabled("syncCommand=/none/x --y\nsyncCommandRun=2"),
         "W-SET-COMMAND syncCommand");
     row("command not executable", enabled("syncCommand=\\\"/etc/passwd\\\" -a\nsyncCommandRun=1"),
-        "W-SET-COMMAND syncCommand");
-    row("no command", enabled("syncCommandRun=2"), "W-SET-COMMAND syncCommand");
+        "W-SET-EXECUTE syncCommand");
+    row("no command", enabled("syncCommandRun=2"), "W-SET-NOCOMMAND syncCommand");
+    row("quotes that the reader takes", enabled("syncCommand=sh -c \"a b\"\nsyncCommandRun=2"),
+        "W-SET-QUOTES syncCommand");
+    row("quotes around all", enabled("syncCommand=\"sh a,b\"\nsyncCommandRun=2"), "");
+    row("quotes with backslashes", enabled("syncCommand=sh -c \\\"a b\\\"\nsyncCommandRun=2"), "");
+    row("single quotes", enabled("syncCommand=sh -c 'a b'\nsyncCommandRun=2"),
+        "W-SET-QUOTES syncCommand");
+    row("two commands", enabled("syncCommand=sh /x && sh /y\nsyncCommandRun=2"),
+        "W-SET-SHELL syncCommand");
     row("command of the search path", enabled("syncCommand=sh /x\nsyncCommandRun=2"), "");
     row("command with blanks and quotes",
         enabled("syncCommand=\\\"/tmp/a b\\\"\\\"\\\"c\\\" x\nsyncCommandRun=2"),
@@ -90,8 +149,11 @@ void tst_SettingsCheck::findings_data()
     row("Windows-1250", enabled("[MES]\n21=matersk\xe1"), "W-SET-ENCODING FILE");
     row("byte order mark", "\xef\xbb\xbf\x65nabled=true\n",
         "W-SET-BOM FILE, E-SET-DISABLED enabled");
-    row("UTF-16", QByteArray("e\0n\0a\0b\0l\0e\0d\0=\x0031\0\n\0", 20),
-        "W-SET-ENCODING FILE, E-SET-DISABLED enabled");
+    row("UTF-16",
+        QByteArray("\xff\xfe"
+                   "e\0n\0a\0b\0l\0e\0d\0=\0001\0\n\0",
+                   22),
+        "W-SET-UTF16 FILE, E-SET-DISABLED enabled");
 }
 
 void tst_SettingsCheck::findings()
@@ -101,8 +163,6 @@ void tst_SettingsCheck::findings()
     QStringList found;
     const QVector<Finding> findings = settingsFindings(*settings(content));
     for (const Finding &finding : findings) {
-        QCOMPARE(finding.severity,
-                 finding.code.startsWith(QLatin1Char('E')) ? Finding::Error : Finding::Warning);
         const QString about = finding.about == file->path() ? QStringLiteral("FILE")
                                                             : finding.about;
         found.append(finding.code + QLatin1Char(' ') + about);
@@ -117,13 +177,67 @@ void tst_SettingsCheck::findings_textNamesTheMatter()
     QCOMPARE(findings.size(), 3);
     QCOMPARE(findingLine(findings.at(0)),
              QStringLiteral("the plugin does not know the key 'importFil' of '%1' (did you mean "
-                            "'importFile'?); correct or remove it")
+                            "'importFile'?); correct or remove the line: importFil=x")
                  .arg(file->path()));
     QCOMPARE(findingLine(findings.at(1)),
              QStringLiteral("'enabled=no' is read as true, as is everything but 'false', '0' and "
-                            "an empty value; write true or false"));
-    QCOMPARE(findingLine(findings.at(2)),
-             QStringLiteral("'syncCommandRun=257' is read as 1, its low 8 bits; write 0, 1 or 2"));
+                            "an empty value; write the line: enabled=false"));
+    QCOMPARE(
+        findingLine(findings.at(2)),
+        QStringLiteral("'syncCommandRun=257' is read as 1, for numbers go from 0 to 255; write "
+                       "such a number, as in the line: syncCommandRun=2"));
+}
+
+void tst_SettingsCheck::remedy_makesTheFindingGo_data()
+{
+    findings_data();
+}
+
+/// Remedies that are a line to write, or a command of the shell.
+void tst_SettingsCheck::remedy_makesTheFindingGo()
+{
+    QFETCH(QByteArray, content);
+    const QVector<Finding> findings = settingsFindings(*settings(content));
+    for (const Finding &finding : findings) {
+        // What cannot be followed without knowing what was meant, or on a file of the system.
+        if (finding.code == QLatin1String("W-SET-COMMAND")
+            || finding.code == QLatin1String("W-SET-EXECUTE"))
+            continue;
+        // Its remedy is the whole line of what keeps the key from being read.
+        if (finding.code == QLatin1String("E-SET-DISABLED") && findings.size() > 1)
+            continue;
+        QVector<Finding> left;
+        const QString shell = finding.remedy.section(QStringLiteral(": "), -1);
+        settings(content);
+        if (shell.startsWith(QLatin1String("sed ")) || shell.startsWith(QLatin1String("iconv "))) {
+            // The names of the files are alike but for their number.
+            QString here = shell;
+            here.replace(finding.about, file->path());
+            QCOMPARE(QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-c"), here}), 0);
+            left = settingsFindings(SettingsFile(file->path()));
+        } else {
+            left = settingsFindings(*settings(applied(finding, content)));
+        }
+        QVERIFY2(!codesOf(left).contains(finding.code), qPrintable(findingLine(finding)));
+    }
+}
+
+void tst_SettingsCheck::remedy_ofTheCommandsFile()
+{
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("a b")));
+    QFile program(folder.filePath(QStringLiteral("a b/export")));
+    QVERIFY(program.open(QIODevice::WriteOnly));
+    program.close();
+    const QByteArray run = "enabled=true\nsyncCommandRun=1\n";
+    QVector<Finding> findings = settingsFindings(
+        *settings(run + "syncCommand=" + program.fileName().toUtf8()));
+    QCOMPARE(codesOf(findings), QStringList {QStringLiteral("W-SET-BLANK")});
+    const QByteArray line = findings.first().remedy.section(QStringLiteral("line: "), 1).toUtf8();
+    findings = settingsFindings(*settings(run + line));
+    QCOMPARE(codesOf(findings), QStringList {QStringLiteral("W-SET-EXECUTE")});
+    const QString shell = findings.first().remedy.section(QStringLiteral(": "), 1);
+    QCOMPARE(QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-c"), shell}), 0);
+    QCOMPARE(codesOf(settingsFindings(*settings(run + line))), QStringList());
 }
 
 void tst_SettingsCheck::disabled_namesItsCause_data()
@@ -131,14 +245,19 @@ void tst_SettingsCheck::disabled_namesItsCause_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("remedy");
     QTest::newRow("none") << QByteArray("enabled=0") << "set enabled=true in '%1'";
-    QTest::newRow("group") << QByteArray("[MES]\nenabled=true")
-                           << "the key 'enabled' stands in the group [MES] of '%1', where the "
-                              "plugin does not look for it; move it above all groups";
-    QTest::newRow("case") << QByteArray("Enabled=true")
-                          << "the key 'Enabled' of '%1' is ignored; write it 'enabled'";
-    QTest::newRow("mark") << QByteArray("\xef\xbb\xbf\x65nabled=true")
-                          << "'%1' begins with a byte order mark, so that its first key or group "
-                             "is ignored; save it in UTF-8 without one";
+    QTest::newRow("group")
+        << QByteArray("[MES]\nenabled=true")
+        << "the key 'enabled' stands in the group [MES] of '%1', where the "
+           "plugin does not look for it; move above all groups the line: enabled=true";
+    QTest::newRow("case")
+        << QByteArray("Enabled=true")
+        << "the key 'Enabled' of '%1' is ignored, for capitals count; replace it by "
+           "the line: enabled=true";
+    QTest::newRow("mark")
+        << QByteArray("\xef\xbb\xbf\x65nabled=true")
+        << "'%1' begins with a byte order mark, so that its first key or group "
+           "is ignored; save it in UTF-8 without one: sed -i '1s/^\\xEF\\xBB\\xBF//' "
+           "'%1'";
 }
 
 void tst_SettingsCheck::disabled_namesItsCause()
