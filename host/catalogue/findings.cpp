@@ -62,7 +62,10 @@ const std::vector<FindingTopic> &findingTopics()
         exportFileFindings(),     exportTextFindings(),   exportLineFindings(),
         exportCellFindings(),     exportPeopleFindings(), exportComparisonFindings(),
         exportDatabaseFindings(), settingFileFindings(),  settingValueFindings(),
-        settingCommandFindings(), settingStateFindings(),
+        settingCommandFindings(), settingStateFindings(), exportPlaceFindings(),
+        serverKindFindings(),     serverTimeFindings(),   serverLimitFindings(),
+        connectionFindings(),     clusterFindings(),      machineFindings(),
+        pluginFileFindings(),
     };
     return topics;
 }

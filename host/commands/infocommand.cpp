@@ -3,19 +3,15 @@
 // `talvenhr info`: who the plugin is.
 #include "host/commands/infocommand.h"
 
-#include "host/base/silentmessages.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
-#include "host/plugin/datadirectory.h"
+#include "host/plugin/pluginfacts.h"
 #include "host/plugin/pluginfile.h"
 #include "host/report/report.h"
-#include "plugin/serverinterface.h"
-#include "plugin/verinfointerface.h"
 
 #include <QCoreApplication>
 #include <QJsonObject>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -23,18 +19,6 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(InfoCommand)
 };
-
-using Facts = QMap<QString, QString>;
-
-/// Qt's version number as people write it: 0x050F02 is 5.15.2.
-QString qtVersion(const QJsonObject &metaData)
-{
-    const int version = metaData.value(QStringLiteral("version")).toInt();
-    return QStringLiteral("%1.%2.%3")
-        .arg(version >> 16)
-        .arg((version >> 8) & 0xff)
-        .arg(version & 0xff);
-}
 
 /// yyMMddhhmm with the signs that make it readable.
 QString readableBuild(const QString &stamp)
@@ -57,7 +41,7 @@ Section fileSection(const PluginFile &plugin)
         {QStringLiteral("file"), Text::tr("Plugin"), plugin.path(), {}},
         {QStringLiteral("className"), Text::tr("Class"), text("className"), {}},
         {QStringLiteral("IID"), Text::tr("Interface (IID)"), text("IID"), {}},
-        {QStringLiteral("qtVersion"), Text::tr("Built against Qt"), qtVersion(metaData), {}},
+        {QStringLiteral("qtVersion"), Text::tr("Built against Qt"), qtVersionOf(plugin), {}},
         {QStringLiteral("debug"), Text::tr("Debug build"), text("debug"),
          text("debug").toBool() ? Text::tr("yes") : Text::tr("no")},
     };
@@ -65,7 +49,7 @@ Section fileSection(const PluginFile &plugin)
 }
 
 /// What the plugin reports. Those that have a label here come first.
-Section verInfoSection(Facts facts)
+Section verInfoSection(PluginFacts facts)
 {
     Section section;
     section.name = QStringLiteral("verInfo");
@@ -85,29 +69,11 @@ Section verInfoSection(Facts facts)
     return section;
 }
 
-/// The report does not depend on the settings, so the plugin is sent to look for them in an empty
-/// folder, and its complaint is not passed on.
-Failure readFacts(PluginFile *plugin, Facts *facts)
-{
-    if (const Failure failure = plugin->check())
-        return failure;
-    const QTemporaryDir emptyFolder;
-    const DataDirectory dataDirectory(emptyFolder.path());
-    const SilentMessages silence;
-    if (const Failure failure = plugin->load())
-        return failure;
-    if (const VerInfoInterface *verInfo = plugin->verInfo())
-        *facts = verInfo->getVerInfo();
-    else
-        facts->insert(QStringLiteral("VER"), plugin->server()->getVersion());
-    return {};
-}
-
 Failure run(const Options &options)
 {
     PluginFile plugin(pluginFile(options));
-    Facts facts;
-    if (const Failure failure = readFacts(&plugin, &facts))
+    PluginFacts facts;
+    if (const Failure failure = readPluginFacts(&plugin, &facts))
         return failure;
     Report report;
     report.sections = {fileSection(plugin), verInfoSection(facts)};

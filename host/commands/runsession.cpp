@@ -5,6 +5,7 @@
 
 #include "host/commands/changewatch.h"
 #include "host/database/attendance.h"
+#include "host/doctor/machinecheck.h"
 #include "host/server/privatedatabase.h"
 
 #include <QDateTime>
@@ -27,13 +28,6 @@ PluginRunOptions pluginOptionsOf(const RunOptions &options)
     plugin.showProgress = options.logFormat == LogFormat::Text && options.logLevel < 3
         && ProgressBar::isPossible();
     return plugin;
-}
-
-/// Whether Czech and Slovak names survive on their way into the log.
-bool localeKeepsLetters()
-{
-    const QString letters = QStringLiteral("Ľř");
-    return QString::fromLocal8Bit(letters.toLocal8Bit()) == letters;
 }
 
 /// "2026-11-22T12:40:02+01:00, in 60 s"

@@ -99,3 +99,12 @@ Failure RunLock::take(const ConnectionParameters &parameters)
                      "undo each other's work, so wait for its end, or end it")
                 .arg(parameters.database, holder)};
 }
+
+QString runLockHolder(const QSqlDatabase &database, QString *error)
+{
+    const QString lock = lockName(database.databaseName());
+    const Answer answer = answerOf(database, QStringLiteral("SELECT IS_USED_LOCK(%1)").arg(lock));
+    if (answer.error.isValid() && !meansNoLocks(answer.error))
+        *error = errorText(answer.error);
+    return answer.value.isNull() ? QString() : holderOf(database, lock);
+}

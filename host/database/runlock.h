@@ -24,3 +24,8 @@ private:
     Connection connection;
     bool held = false;
 };
+
+/// Who runs the plugin on the database of the open handle, as far as the lock tells; empty if
+/// nobody does, or if the server has no such locks. `error` gets the words of a server that does
+/// not answer.
+QString runLockHolder(const QSqlDatabase &database, QString *error);

@@ -15,7 +15,6 @@ Diagnosis &Diagnosis::operator+=(const Diagnosis &other)
 
 bool Diagnosis::hasErrors() const
 {
-    return std::any_of(findings.begin(), findings.end(), [](const Finding &finding) {
-        return finding.severity == Finding::Error;
-    });
+    return std::any_of(findings.begin(), findings.end(),
+                       [](const Finding &finding) { return finding.severity == Finding::Error; });
 }

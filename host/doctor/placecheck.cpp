@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Whether the export can be found, read and removed where the settings say that it is.
+#include "host/doctor/placecheck.h"
+
+#include "host/catalogue/findings.h"
+#include "host/doctor/folderrights.h"
+#include "host/plugin/settingsfile.h"
+#include "host/plugin/settingslines.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(PlaceCheck)
+};
+
+Finding placeFinding(const char *code, const QStringList &values)
+{
+    return finding(code, QStringLiteral("importFile"), values);
+}
+
+QVector<Finding> folderFindings(const QFileInfo &folder, bool removes)
+{
+    const QString path = folder.filePath();
+    if (!folder.exists())
+        return {placeFinding("E-PLACE-FOLDER", {path})};
+    if (!folder.isExecutable())
+        return {placeFinding("E-PLACE-CLOSED", {path, userName()})};
+    QVector<Finding> findings;
+    if (removes && !folder.isWritable())
+        findings.append(placeFinding("E-PLACE-KEPT", {path, userName()}));
+    if (everybodyMay(path, QFile::WriteOther))
+        findings.append(placeFinding("E-PLACE-OPEN", {path}));
+    return findings;
+}
+
+/// Of an export that is there; without one there is nothing to say.
+QVector<Finding> fileFindings(const QFileInfo &file)
+{
+    const QString path = file.filePath();
+    if (!file.exists() && file.isSymLink())
+        return {placeFinding(
+            "W-PLACE-KIND",
+            {path, Text::tr("a link to '%1', which is not there").arg(file.symLinkTarget())})};
+    if (!file.exists())
+        return {};
+    if (!file.isFile())
+        return {
+            placeFinding("W-PLACE-KIND",
+                         {path, file.isDir() ? Text::tr("a folder") : Text::tr("a special file")})};
+    if (!file.isReadable())
+        return {placeFinding("E-PLACE-READ", {path, userName()})};
+    QVector<Finding> findings;
+    if (everybodyMay(path, QFile::WriteOther))
+        findings.append(placeFinding("E-PLACE-OPEN", {path}));
+    if (everybodyMay(path, QFile::ReadOther))
+        findings.append(placeFinding("W-PLACE-SEEN", {path}));
+    return findings;
+}
+
+} // namespace
+
+Diagnosis placeDiagnosis(const SettingsFile &settings)
+{
+    Diagnosis diagnosis;
+    const QString name = QStringLiteral("importFile");
+    const QString path = settings.toString(name);
+    if (path.isEmpty()) {
+        if (!settings.holds(name))
+            diagnosis.findings.append(placeFinding(
+                "W-PLACE-RELATIVE",
+                {QStringLiteral("ron.data"),
+                 settingsLine(name, settings.folder() + QStringLiteral("/ron.data"))}));
+        diagnosis.unknown.append(
+            {Text::tr("place of the export"), Text::tr("importFile is empty")});
+        return diagnosis;
+    }
+    if (QFileInfo(path).isRelative()) {
+        diagnosis.findings.append(
+            placeFinding("W-PLACE-RELATIVE",
+                         {path, settingsLine(name, settings.folder() + QLatin1Char('/') + path)}));
+        diagnosis.unknown.append(
+            {Text::tr("place of the export"),
+             Text::tr("it counts from the working directory of the attendance server")});
+        return diagnosis;
+    }
+    const bool removes = settings.toBool(QStringLiteral("deleteFile"));
+    diagnosis.findings = folderFindings(QFileInfo(QFileInfo(path).path()), removes)
+        + fileFindings(QFileInfo(path));
+    if (diagnosis.findings.isEmpty())
+        diagnosis.passed.append(Text::tr("place of the export"));
+    return diagnosis;
+}

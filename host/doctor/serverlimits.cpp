@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Modes, limits and cluster of a server, from what it says of itself.
+#include "host/catalogue/findings.h"
+#include "host/doctor/servercheck.h"
+#include "host/doctor/serverquestions.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(ServerCheck)
+};
+
+const int shortWait = 5; // seconds
+const int longWait = 300; // seconds
+const int shortRest = 600; // seconds that an export command may well take
+const int leastRetries = 4;
+const qint64 statementAround = 1024; // bytes of a statement besides its list
+const qint64 packetStep = 4 * 1024 * 1024;
+
+QStringList modesOf(const QString &text)
+{
+    return text.split(QLatin1Char(','), Qt::SkipEmptyParts);
+}
+
+/// The server's modes with a strict one and without the other.
+QString modesToWrite(const QString &global, const QString &without)
+{
+    QStringList modes = modesOf(global);
+    modes.removeAll(without);
+    if (without.isEmpty())
+        modes.append(QStringLiteral("STRICT_TRANS_TABLES"));
+    return modes.join(QLatin1Char(','));
+}
+
+QString textOf(const QStringList &modes)
+{
+    return modes.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+Diagnosis modeDiagnosis(const ServerVariables &variables)
+{
+    Diagnosis diagnosis;
+    const auto add = [&diagnosis](const char *code, const QStringList &values) {
+        diagnosis.findings.append(finding(code, QStringLiteral("sql_mode"), values));
+    };
+    const QString text = variables.session("sql_mode");
+    const QString global = variables.global("sql_mode");
+    const QStringList modes = modesOf(text);
+    for (const char *bad : {"ONLY_FULL_GROUP_BY", "EMPTY_STRING_IS_NULL"}) {
+        const QString mode = QLatin1String(bad);
+        if (modes.contains(mode))
+            add(mode.startsWith(QLatin1Char('O')) ? "E-SRV-GROUPBY" : "E-SRV-EMPTYNULL",
+                {modesToWrite(global, mode)});
+    }
+    if (!modes.contains(QStringLiteral("STRICT_TRANS_TABLES"))
+        && !modes.contains(QStringLiteral("STRICT_ALL_TABLES")))
+        add("W-SRV-LENIENT", {modesToWrite(global, QString())});
+    if (modes.contains(QStringLiteral("NO_BACKSLASH_ESCAPES")))
+        add("N-SRV-BACKSLASH", {});
+    if (text != global)
+        add("N-SRV-MODES", {textOf(modes), textOf(modesOf(global))});
+    if (variables.session("autocommit") == QLatin1String("OFF"))
+        diagnosis.findings.append(finding("E-SRV-AUTOCOMMIT", QStringLiteral("autocommit")));
+    if (diagnosis.findings.isEmpty())
+        diagnosis.passed.append(Text::tr("SQL modes"));
+    return diagnosis;
+}
+
+Diagnosis limitDiagnosis(const ServerVariables &variables, bool runsCommand)
+{
+    Diagnosis diagnosis;
+    const auto add = [&diagnosis](const char *code, const char *name, const QStringList &values) {
+        diagnosis.findings.append(finding(code, QLatin1String(name), values));
+    };
+    for (const char *name : {"read_only", "tx_read_only"}) {
+        if (variables.isOn(name))
+            add("E-SRV-READONLY", name, {QLatin1String(name)});
+    }
+    const QString wait = variables.session("innodb_lock_wait_timeout");
+    if (!wait.isNull() && wait.toInt() < shortWait)
+        add("W-SRV-LOCKSHORT", "innodb_lock_wait_timeout", {wait});
+    if (wait.toInt() > longWait)
+        add("W-SRV-LOCKLONG", "innodb_lock_wait_timeout", {wait});
+    const QString rest = variables.session("wait_timeout");
+    if (runsCommand && !rest.isNull() && rest.toInt() < shortRest)
+        add("W-SRV-IDLE", "wait_timeout", {rest});
+    if (variables.isOn("log_bin")
+        && variables.session("binlog_format") == QLatin1String("STATEMENT")
+        && !variables.isOn("wsrep_on"))
+        add("W-SRV-BINLOG", "binlog_format", {});
+    if (diagnosis.findings.isEmpty())
+        diagnosis.passed.append(Text::tr("limits of the server"));
+    return diagnosis;
+}
+
+Diagnosis packetDiagnosis(qint64 largest, qint64 people, int digits)
+{
+    Diagnosis diagnosis;
+    const qint64 list = people * (digits + 1); // with their commas
+    const qint64 wanted = (2 * list / packetStep + 1) * packetStep;
+    if (largest > 0 && list + statementAround > largest)
+        diagnosis.findings.append(finding("E-SRV-PACKET", QStringLiteral("max_allowed_packet"),
+                                          {QString::number(largest), QString::number(people),
+                                           QString::number(list), QString::number(wanted)}));
+    return diagnosis;
+}
+
+Diagnosis clusterDiagnosis(const ServerVariables &variables)
+{
+    Diagnosis diagnosis;
+    if (!variables.isOn("wsrep_on"))
+        return diagnosis;
+    const auto add = [&diagnosis](const char *code, const QStringList &values) {
+        diagnosis.findings.append(finding(code, Text::tr("cluster"), values));
+    };
+    const auto wanted = [&](const char *name, const char *value) {
+        const QString is = variables.status(name);
+        if (!is.isNull() && is != QLatin1String(value))
+            add("E-CLUSTER-NODE", {Text::tr("%1 is %2").arg(QLatin1String(name), is)});
+    };
+    wanted("wsrep_ready", "ON");
+    wanted("wsrep_cluster_status", "Primary");
+    wanted("wsrep_local_state", "4");
+    const int size = variables.status("wsrep_cluster_size").toInt();
+    if (size > 0 && (size < 3 || size % 2 == 0))
+        add("W-CLUSTER-SIZE", {QString::number(size)});
+    const QString retries = variables.session("wsrep_retry_autocommit");
+    if (!retries.isNull() && retries.toInt() < leastRetries)
+        add("W-CLUSTER-RETRY", {retries});
+    if (variables.session("wsrep_sync_wait") == QLatin1String("0"))
+        add("N-CLUSTER-WAIT", {});
+    if (variables.isOn("wsrep_dirty_reads"))
+        add("W-CLUSTER-DIRTY", {});
+    const QString format = variables.session("binlog_format");
+    if (!format.isNull() && format != QLatin1String("ROW"))
+        add("E-CLUSTER-FORMAT", {format});
+    const QString numbers = variables.session("innodb_autoinc_lock_mode");
+    if (!numbers.isNull() && numbers != QLatin1String("2"))
+        add("E-CLUSTER-NUMBERS", {numbers});
+    if (diagnosis.findings.isEmpty())
+        diagnosis.passed.append(Text::tr("cluster"));
+    return diagnosis;
+}

@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Questions to a database server, and its variables.
+#include "host/doctor/serverquestions.h"
+
+#include "host/database/errortext.h"
+
+#include <QCoreApplication>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(ServerQuestions)
+};
+
+QHash<QString, QString> readPairs(const QSqlDatabase &database, const QString &question,
+                                  QString *error)
+{
+    QHash<QString, QString> pairs;
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(question)) {
+        *error = errorText(query.lastError());
+        return pairs;
+    }
+    while (query.next())
+        pairs.insert(query.value(0).toString(), query.value(1).toString());
+    return pairs;
+}
+
+} // namespace
+
+ServerAnswer askServer(const QSqlDatabase &database, const QString &question)
+{
+    ServerAnswer answer;
+    QSqlQuery query(database);
+    if (!query.exec(question)) {
+        answer.error = errorText(query.lastError());
+        answer.errorCode = query.lastError().nativeErrorCode();
+        return answer;
+    }
+    if (!query.next()) {
+        answer.error = Text::tr("there is no answer to '%1'").arg(question);
+        return answer;
+    }
+    for (int i = 0; i < query.record().count(); ++i)
+        answer.values.append(query.value(i));
+    return answer;
+}
+
+ServerVariables::ServerVariables(const QHash<QString, QString> &values) :
+    ofSession(values),
+    ofServer(values),
+    ofCluster(values)
+{ }
+
+ServerVariables ServerVariables::read(const QSqlDatabase &database, QString *error)
+{
+    ServerVariables variables;
+    variables.ofSession = readPairs(database, QStringLiteral("SHOW SESSION VARIABLES"), error);
+    variables.ofServer = readPairs(database, QStringLiteral("SHOW GLOBAL VARIABLES"), error);
+    variables.ofCluster = readPairs(database, QStringLiteral("SHOW GLOBAL STATUS LIKE 'wsrep%'"),
+                                    error);
+    return variables;
+}
+
+bool ServerVariables::isOn(const char *name) const
+{
+    const QString value = session(name);
+    return value == QLatin1String("ON") || value == QLatin1String("1");
+}
