@@ -5,6 +5,7 @@
 
 #include "host/commands/checkcommand.h"
 #include "host/commands/configcommand.h"
+#include "host/commands/doctorcommand.h"
 #include "host/commands/infocommand.h"
 #include "host/commands/runcommand.h"
 #include "host/commands/sandboxcommand.h"
@@ -12,6 +13,6 @@
 
 QVector<Command> allCommands()
 {
-    return {runCommand(),  checkCommand(),  sqlCommand(),
+    return {runCommand(),  checkCommand(),  doctorCommand(), sqlCommand(),
             infoCommand(), configCommand(), sandboxCommand()};
 }

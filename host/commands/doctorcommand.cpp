@@ -1,0 +1,155 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// `talvenhr doctor`: can a pass work here?
+#include "host/commands/doctorcommand.h"
+
+#include "host/base/signalwatch.h"
+#include "host/cli/databaseoptions.h"
+#include "host/cli/options.h"
+#include "host/cli/pluginoptions.h"
+#include "host/cli/reportoptions.h"
+#include "host/commands/doctorreport.h"
+#include "host/database/connection.h"
+#include "host/doctor/machinecheck.h"
+#include "host/doctor/plugincheck.h"
+#include "host/doctor/servercheck.h"
+#include "host/plugin/datadirectory.h"
+#include "host/plugin/settingsfile.h"
+#include "host/report/logwriter.h"
+#include "host/server/privatedatabase.h"
+
+#include <QCoreApplication>
+#include <QScopedPointer>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(DoctorCommand)
+};
+
+/// What a look needs to know of the command line.
+struct DoctorOptions
+{
+    QString plugin;
+    QString dataDirectory; ///< empty: the plugin's own search
+    QString dataDirectoryPlace; ///< the option, variable or line that names it
+    DatabaseChoice database;
+};
+
+Failure read(const Options &options, DoctorOptions *doctor)
+{
+    const QString directory = QStringLiteral("data-dir");
+    doctor->plugin = pluginFile(options);
+    if (const Failure failure = readDataDirectory(options, &doctor->dataDirectory))
+        return failure;
+    if (!doctor->dataDirectory.isEmpty())
+        doctor->dataDirectoryPlace = options.placeOf(directory);
+    return readDatabaseOptions(options, &doctor->database);
+}
+
+/// What can be seen without a database. `runsCommand`: passes run the export command.
+void lookAtSite(const DoctorOptions &options, DoctorResult *result, bool *runsCommand)
+{
+    const DataDirectory directory(options.dataDirectory);
+    result->dataDirectory = directory.path();
+    result->dataDirectoryReason = options.dataDirectoryPlace;
+    if (options.dataDirectory.isEmpty()) {
+        result->dataDirectoryReason = dataDirectoryReason();
+        result->diagnosis.unknown.append(
+            {Text::tr("data directory of the attendance server"),
+             Text::tr("its plugin asks for the folder of the server's own program; --data-dir "
+                      "names the folder to look at")});
+    }
+    const SettingsFile settings(directory.iniFile());
+    result->diagnosis += settingsDiagnosis(settings);
+    if (!settings.check())
+        result->settings = settingLayers(settings);
+    *runsCommand = settings.toUInt(QStringLiteral("syncCommandRun")) != 0;
+    result->diagnosis += machineDiagnosis(directory.path());
+}
+
+/// Only one that `talvenhr run` has made.
+Failure startPrivateDatabase(PrivateDatabase *database)
+{
+    const SignalWatch signalWatch;
+    LogWriter writer(LogFormat::Text);
+    database->setInterruption([&] { return signalWatch.hasCaught(); });
+    QObject::connect(database, &PrivateDatabase::progress, [&](const QString &what) {
+        if (ProgressBar::isPossible())
+            writer.activity(what);
+    });
+    const Failure failure = database->startOrJoin();
+    QObject::disconnect(database, &PrivateDatabase::progress, nullptr, nullptr);
+    database->setInterruption({});
+    writer.wipeProgress();
+    return failure;
+}
+
+Diagnosis databaseDiagnosis(const QSqlDatabase &database, bool runsCommand)
+{
+    return serverDiagnosis(database, runsCommand);
+}
+
+Failure lookAtDatabase(const DatabaseChoice &choice, bool runsCommand, DoctorResult *result)
+{
+    ConnectionParameters parameters = choice.connection;
+    QScopedPointer<PrivateDatabase> privateDatabase;
+    if (!choice.privateFolder.isEmpty()) {
+        result->database = Text::tr("a private one, in '%1'").arg(choice.privateFolder);
+        privateDatabase.reset(new PrivateDatabase(choice.privateFolder));
+        if (const Failure failure = startPrivateDatabase(privateDatabase.data()))
+            return failure;
+        parameters = privateDatabase->parameters();
+    } else {
+        result->database = Text::tr("'%1', as user '%2'").arg(parameters.database, parameters.user);
+    }
+    Connection connection(QStringLiteral("talvenhr.doctor"));
+    if (const Failure failure = connection.open(parameters))
+        return failure;
+    result->diagnosis += databaseDiagnosis(connection.handle(), runsCommand);
+    connection.close();
+    return {};
+}
+
+Failure run(const Options &options)
+{
+    DoctorOptions doctor;
+    if (const Failure failure = read(options, &doctor))
+        return failure;
+    DoctorResult result;
+    bool runsCommand = false;
+    lookAtSite(doctor, &result, &runsCommand);
+    result.diagnosis += pluginDiagnosis(doctor.plugin, QStringLiteral(TALVENHR_VERSION));
+    const Failure unreachable = lookAtDatabase(doctor.database, runsCommand, &result);
+    if (unreachable)
+        result.diagnosis.unknown.append({Text::tr("database and its server"), unreachable.text});
+
+    const ReportForm form = reportForm(options);
+    printReport(doctorReport(result, form == ReportForm::Text), form);
+    if (unreachable)
+        return unreachable;
+    return {result.diagnosis.hasErrors() ? ExitErrors : ExitClean, QString()};
+}
+
+} // namespace
+
+Command doctorCommand()
+{
+    Command command;
+    command.name = QStringLiteral("doctor");
+    command.summary = Text::tr("tell whether a pass can work here");
+    command.purpose = Text::tr(
+        "Looks at the settings, the plugin's file, the machine, the database and its server, and "
+        "tells everything that can be known to go wrong before the first pass: what is wrong, what "
+        "the plugin would make of it, and the exact line that mends it. What cannot be seen is "
+        "named, too. Only reads; a private database that does not run is started for the look.");
+    command.groups = {pluginOptions(), databaseOptions(), reportOptions()};
+    command.exitCodes = {ExitClean, ExitErrors, ExitUsage, ExitDatabase, ExitInterrupted};
+    command.sections = {
+        {Text::tr("Examples"),
+         {QStringLiteral("talvenhr doctor --data-dir /srv/attendance --host db.example.org"),
+          QStringLiteral("talvenhr doctor --data-dir demo --json")}}};
+    command.run = run;
+    return command;
+}

@@ -1,0 +1,166 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// `talvenhr doctor`, as its users run it.
+#include "support/commands/site.h"
+#include "support/commands/talvenhrprocess.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+class tst_Doctor : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void doctor_findsNothingOnASoundSite();
+    void doctor_tellsFaultsWorstFirst();
+    void doctor_withoutADatabase();
+    void doctor_withoutAnything();
+    void doctor_tellsWhyItLooksThere();
+
+private:
+    QJsonObject report(const Site &site, const QStringList &options, int exitCode);
+};
+
+namespace {
+
+QStringList doctorOptions(const Site &site, const QStringList &others)
+{
+    return QStringList {QStringLiteral("doctor"), QStringLiteral("--data-dir"), site.dataDir()}
+    + others;
+}
+
+QStringList privateDatabase(const Site &site)
+{
+    return {QStringLiteral("--private-db"), site.path(QStringLiteral("db"))};
+}
+
+/// The texts of a field in all objects of an array.
+QStringList fields(const QJsonObject &report, const char *array, const char *field)
+{
+    QStringList texts;
+    const QJsonArray values = report.value(QLatin1String(array)).toArray();
+    for (const QJsonValue &value : values)
+        texts.append(value[QLatin1String(field)].toString());
+    return texts;
+}
+
+} // namespace
+
+QJsonObject tst_Doctor::report(const Site &site, const QStringList &options, int exitCode)
+{
+    TalvenhrProcess program(doctorOptions(site, options + QStringList(QStringLiteral("--json"))));
+    const int ended = program.finish();
+    if (ended != exitCode)
+        qCritical("ended with %d: %s", ended, qPrintable(program.output()));
+    return QJsonDocument::fromJson(program.output().toUtf8()).object();
+}
+
+void tst_Doctor::doctor_findsNothingOnASoundSite()
+{
+    Site site;
+    TalvenhrProcess run(
+        site.runOptions(privateDatabase(site) + QStringList(QStringLiteral("--once"))));
+    QCOMPARE(run.finish(), 0);
+
+    const QJsonObject sound = report(site, privateDatabase(site), 0);
+    QCOMPARE(sound.value(QStringLiteral("format")).toString(), QStringLiteral("talvenhr.doctor/1"));
+    QCOMPARE(fields(sound, "findings", "code"), QStringList());
+    QCOMPARE(fields(sound, "unknown", "about"),
+             QStringList(QStringLiteral("Qt of the attendance server")));
+    QVERIFY(fields(sound, "passed", "about").contains(QStringLiteral("SQL modes")));
+    QCOMPARE(fields(sound, "settings", "key").value(0), QStringLiteral("enabled"));
+    QCOMPARE(fields(sound, "settings", "origin").value(0), QStringLiteral("file"));
+    QCOMPARE(fields(sound, "settings", "origin").constLast(), QStringLiteral("default"));
+    QCOMPARE(sound.value(QStringLiteral("dataDirectory")).toString(), site.dataDir());
+    QCOMPARE(sound.value(QStringLiteral("dataDirectoryReason")).toString(),
+             QStringLiteral("--data-dir"));
+
+    site.set({QStringLiteral("enabled=false")});
+    const QJsonObject broken = report(site, privateDatabase(site), 1);
+    const QJsonObject finding = broken.value(QStringLiteral("findings")).toArray().at(0).toObject();
+    const QStringList names {QStringLiteral("about"),    QStringLiteral("becomes"),
+                             QStringLiteral("code"),     QStringLiteral("remedy"),
+                             QStringLiteral("severity"), QStringLiteral("text")};
+    QCOMPARE(finding.keys(), names);
+    QCOMPARE(finding.value(QStringLiteral("code")).toString(), QStringLiteral("E-SET-DISABLED"));
+    QCOMPARE(finding.value(QStringLiteral("severity")).toString(), QStringLiteral("error"));
+    QCOMPARE(finding.value(QStringLiteral("about")).toString(), QStringLiteral("enabled"));
+}
+
+/// All that can be known without the database is told before its failure.
+void tst_Doctor::doctor_tellsFaultsWorstFirst()
+{
+    Site site;
+    site.set({QStringLiteral("testMode=no"), QStringLiteral("syncInterval=0")});
+    TalvenhrProcess program(
+        doctorOptions(site, {QStringLiteral("--socket"), site.path(QStringLiteral("none.sock"))}));
+    program.setEnvironment(QStringLiteral("DEPARTMENTID"), QStringLiteral("7"));
+    QCOMPARE(program.finish(), 3);
+    const QString page = program.output().simplified();
+    const int error = page.indexOf(QStringLiteral("Errors (red) Code Finding E-SET-SYNC "));
+    const int warning = page.indexOf(
+        QStringLiteral("Warnings (yellow) Code Finding W-SET-SWITCH "));
+    const int well = page.indexOf(QStringLiteral("Well (green) "));
+    const int unknown = page.indexOf(QStringLiteral("database and its server cannot open"));
+    QVERIFY2(0 <= error && error < warning && warning < well && well < unknown, qPrintable(page));
+    QVERIFY(page.contains(QStringLiteral("Do: write the line: testMode=false")));
+    QVERIFY(page.contains(QStringLiteral("departmentId environment 7")));
+    QVERIFY(program.lastLine().contains(QStringLiteral("cannot open database")));
+    const QStringList lines = program.output().split(QLatin1Char('\n'));
+    for (const QString &line : lines)
+        QVERIFY2(line.size() <= 100 || !line.contains(QLatin1Char(' ')), qPrintable(line));
+}
+
+/// A look makes no private database.
+void tst_Doctor::doctor_withoutADatabase()
+{
+    const Site site;
+    const QJsonObject told = report(site, privateDatabase(site), 3);
+    QCOMPARE(fields(told, "findings", "code"), QStringList());
+    QCOMPARE(fields(told, "unknown", "about").constLast(),
+             QStringLiteral("database and its server"));
+    QVERIFY(!QFileInfo::exists(site.path(QStringLiteral("db"))));
+}
+
+void tst_Doctor::doctor_withoutAnything()
+{
+    TalvenhrProcess usage({QStringLiteral("doctor"), QStringLiteral("--data-dir"), QString()});
+    QCOMPARE(usage.finish(), 2);
+
+    const Site site;
+    TalvenhrProcess program({QStringLiteral("doctor"), QStringLiteral("--data-dir"),
+                             site.path(QStringLiteral("none")), QStringLiteral("--plugin"),
+                             site.path(QStringLiteral("none.so")), QStringLiteral("--socket"),
+                             QStringLiteral("/none")});
+    QCOMPARE(program.finish(), 3);
+    for (const char *code : {"E-SET-FILE", "E-MACHINE-FOLDER", "E-PLUGIN-FILE"})
+        QVERIFY2(program.output().contains(QLatin1String(code)), code);
+}
+
+void tst_Doctor::doctor_tellsWhyItLooksThere()
+{
+    const Site site;
+    const QString machine = site.path(QStringLiteral("xdg/KESTRA-LK/ORV.conf"));
+    QString key = QFileInfo(TalvenhrProcess::path()).path();
+    key.replace(QLatin1Char('/'), QLatin1Char('|'));
+    {
+        QSettings settings(machine, QSettings::IniFormat);
+        settings.setValue(QStringLiteral("dataDirs/") + key, site.dataDir());
+    }
+    TalvenhrProcess program({QStringLiteral("doctor"), QStringLiteral("--json"),
+                             QStringLiteral("--socket"), QStringLiteral("/none")});
+    program.setEnvironment(QStringLiteral("XDG_CONFIG_DIRS"), site.path(QStringLiteral("xdg")));
+    QCOMPARE(program.finish(), 3);
+    const QJsonObject told = QJsonDocument::fromJson(program.output().toUtf8()).object();
+    QCOMPARE(told.value(QStringLiteral("dataDirectory")).toString(), site.dataDir());
+    QCOMPARE(told.value(QStringLiteral("dataDirectoryReason")).toString(),
+             QStringLiteral("the key '%1' of [dataDirs] in '%2'").arg(key, machine));
+    QCOMPARE(fields(told, "unknown", "about").value(0),
+             QStringLiteral("data directory of the attendance server"));
+}
+
+QTEST_GUILESS_MAIN(tst_Doctor)
+#include "tst_doctor.moc"
