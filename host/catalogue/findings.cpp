@@ -65,7 +65,8 @@ const std::vector<FindingTopic> &findingTopics()
         settingCommandFindings(), settingStateFindings(), exportPlaceFindings(),
         serverKindFindings(),     serverTimeFindings(),   serverLimitFindings(),
         connectionFindings(),     clusterFindings(),      machineFindings(),
-        pluginFileFindings(),
+        pluginFileFindings(),     schemaFindings(),       rightsFindings(),
+        contentFindings(),
     };
     return topics;
 }

@@ -29,3 +29,6 @@ FindingTopic connectionFindings();
 FindingTopic clusterFindings();
 FindingTopic machineFindings();
 FindingTopic pluginFileFindings();
+FindingTopic schemaFindings();
+FindingTopic rightsFindings();
+FindingTopic contentFindings();
