@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The blocks of PaM, the leave fund, the force variable.
+#include "host/doctor/contentparts.h"
+
+#include "host/catalogue/findings.h"
+#include "host/doctor/sqlwords.h"
+
+#include <algorithm>
+
+namespace {
+
+struct Block
+{
+    QString variable; ///< that marks it
+    int people = 0; ///< how many are on its list
+};
+
+/// The block's list is the variable of this name.
+QString listOf(QString variable)
+{
+    return variable.replace(QLatin1String("active"), QLatin1String("selPeople"));
+}
+
+QVector<Block> readBlocks(const QSqlDatabase &database, Diagnosis *diagnosis)
+{
+    QVector<Block> blocks;
+    QHash<QString, int> lists;
+    forEachRow(database, QStringLiteral("vars"),
+               QStringLiteral("SELECT name, LENGTH(value) - LENGTH(REPLACE(value, ',', '')) + 1, "
+                              "name LIKE 'exportPam.%.active%' FROM vars "
+                              "WHERE name LIKE 'exportPam.%' ORDER BY name"),
+               diagnosis, [&](const ContentRow &row) {
+                   if (row.at(2).toBool())
+                       blocks.append({row.at(0).toString(), 0});
+                   lists.insert(row.at(0).toString(), row.at(1).toInt());
+               });
+    for (Block &block : blocks)
+        block.people = lists.value(listOf(block.variable));
+    return blocks;
+}
+
+Finding severalBlocks(QVector<Block> blocks)
+{
+    std::stable_sort(blocks.begin(), blocks.end(), [](const Block &one, const Block &other) {
+        return one.people > other.people;
+    });
+    QStringList names;
+    QStringList others;
+    for (const Block &block : qAsConst(blocks)) {
+        names.append(block.variable);
+        if (block.variable != blocks.first().variable)
+            others.append(quotedText(block.variable));
+    }
+    return finding(
+        "W-CONTENT-PAMSEVERAL", QStringLiteral("vars"),
+        {names.join(QStringLiteral(", ")), names.first(), others.join(QStringLiteral(", "))});
+}
+
+void checkBlocks(const QSqlDatabase &database, Diagnosis *diagnosis)
+{
+    const int unknown = diagnosis->unknown.size();
+    const QVector<Block> blocks = readBlocks(database, diagnosis);
+    if (diagnosis->unknown.size() > unknown)
+        return;
+    if (blocks.isEmpty())
+        diagnosis->findings.append(finding("W-CONTENT-PAMNONE", QStringLiteral("vars")));
+    else if (blocks.size() > 1)
+        diagnosis->findings.append(severalBlocks(blocks));
+}
+
+/// The plugin takes the first one that the server gives, in the order of this very statement.
+void checkFund(const QSqlDatabase &database, Diagnosis *diagnosis)
+{
+    const int unknown = diagnosis->unknown.size();
+    QStringList funds;
+    forEachRow(database, QStringLiteral("funds"),
+               QStringLiteral("SELECT fid FROM funds WHERE iid = 3 AND unit=2;"), diagnosis,
+               [&](const ContentRow &row) { funds.append(row.at(0).toString()); });
+    if (diagnosis->unknown.size() > unknown)
+        return;
+    if (funds.isEmpty()) {
+        diagnosis->findings.append(finding("E-CONTENT-FUNDNONE", QStringLiteral("funds")));
+    } else if (funds.size() > 1) {
+        const QString all = funds.join(QStringLiteral(", "));
+        const QString taken = funds.takeFirst();
+        diagnosis->findings.append(finding("W-CONTENT-FUNDSEVERAL", QStringLiteral("funds"),
+                                           {all, taken, funds.join(QStringLiteral(", "))}));
+    }
+}
+
+void checkForce(const QSqlDatabase &database, Diagnosis *diagnosis)
+{
+    forEachRow(database, QStringLiteral("vars"),
+               QStringLiteral("SELECT value FROM vars WHERE name='OQS.THRWorker.forceSync'"),
+               diagnosis, [&](const ContentRow &row) {
+                   if (row.first().toBool())
+                       diagnosis->findings.append(finding(
+                           "W-CONTENT-FORCED", QStringLiteral("vars"), {row.first().toString()}));
+               });
+}
+
+} // namespace
+
+Diagnosis variablesDiagnosis(const QSqlDatabase &database)
+{
+    Diagnosis diagnosis;
+    checkBlocks(database, &diagnosis);
+    checkFund(database, &diagnosis);
+    checkForce(database, &diagnosis);
+    return diagnosis;
+}
