@@ -10,9 +10,14 @@
 #include "host/cli/reportoptions.h"
 #include "host/commands/doctorreport.h"
 #include "host/database/connection.h"
+#include "host/doctor/contentcheck.h"
+#include "host/doctor/grants.h"
 #include "host/doctor/machinecheck.h"
 #include "host/doctor/plugincheck.h"
+#include "host/doctor/rightscheck.h"
+#include "host/doctor/schemacheck.h"
 #include "host/doctor/servercheck.h"
+#include "host/doctor/sqlwords.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/settingsfile.h"
 #include "host/report/logwriter.h"
@@ -88,7 +93,10 @@ Failure startPrivateDatabase(PrivateDatabase *database)
 
 Diagnosis databaseDiagnosis(const QSqlDatabase &database, bool runsCommand)
 {
-    return serverDiagnosis(database, runsCommand);
+    Diagnosis diagnosis = serverDiagnosis(database, runsCommand);
+    diagnosis += schemaDiagnosis(database);
+    diagnosis += rightsDiagnosis(database);
+    return diagnosis += contentDiagnosis(database);
 }
 
 Failure lookAtDatabase(const DatabaseChoice &choice, bool runsCommand, DoctorResult *result)
@@ -112,11 +120,43 @@ Failure lookAtDatabase(const DatabaseChoice &choice, bool runsCommand, DoctorRes
     return {};
 }
 
+QString accountStatements(const QString &comment, const QString &account, const QString &schema,
+                          GrantPurpose purpose)
+{
+    QString text = QStringLiteral("-- %1\nCREATE USER IF NOT EXISTS %2;\n").arg(comment, account);
+    const QStringList grants = grantStatements(account, schema, purpose);
+    for (const QString &grant : grants)
+        text += grant + QStringLiteral(";\n");
+    return text;
+}
+
+/// Of two accounts, as a file of statements. No server is asked.
+void printGrants(const DatabaseChoice &choice)
+{
+    const ConnectionParameters &connection = choice.connection;
+    const bool isLocal = connection.host.isEmpty() || connection.host == QLatin1String("localhost");
+    const QString machine = isLocal ? QStringLiteral("@localhost") : QStringLiteral("@%");
+    printText(
+        accountStatements(Text::tr("An account with exactly the rights that a pass needs"),
+                          quotedAccount(connection.user + machine), connection.database,
+                          GrantPurpose::Run)
+        + QLatin1Char('\n')
+        + accountStatements(Text::tr("An account that only reads, for check, doctor and rehearse"),
+                            quotedAccount(connection.user + QLatin1String("_read") + machine),
+                            connection.database, GrantPurpose::Look)
+        + QStringLiteral("\n-- %1\n")
+              .arg(Text::tr("Neither has a password yet: ALTER USER ... IDENTIFIED BY '...'")));
+}
+
 Failure run(const Options &options)
 {
     DoctorOptions doctor;
     if (const Failure failure = read(options, &doctor))
         return failure;
+    if (options.isSet(QStringLiteral("grants"))) {
+        printGrants(doctor.database);
+        return {};
+    }
     DoctorResult result;
     bool runsCommand = false;
     lookAtSite(doctor, &result, &runsCommand);
@@ -144,12 +184,18 @@ Command doctorCommand()
         "tells everything that can be known to go wrong before the first pass: what is wrong, what "
         "the plugin would make of it, and the exact line that mends it. What cannot be seen is "
         "named, too. Only reads; a private database that does not run is started for the look.");
-    command.groups = {pluginOptions(), databaseOptions(), reportOptions()};
+    OptionGroup forms = reportOptions();
+    forms.options.append(
+        {QStringLiteral("grants"), QString(),
+         Text::tr("print the statements for an account that can do exactly what a pass needs, and "
+                  "for one that only reads; look at nothing")});
+    command.groups = {pluginOptions(), databaseOptions(), forms};
     command.exitCodes = {ExitClean, ExitErrors, ExitUsage, ExitDatabase, ExitInterrupted};
     command.sections = {
         {Text::tr("Examples"),
          {QStringLiteral("talvenhr doctor --data-dir /srv/attendance --host db.example.org"),
-          QStringLiteral("talvenhr doctor --data-dir demo --json")}}};
+          QStringLiteral("talvenhr doctor --data-dir demo --json"),
+          QStringLiteral("talvenhr doctor --grants --database attendance --user talvenhr")}}};
     command.run = run;
     return command;
 }

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void doctor_withoutADatabase();
     void doctor_withoutAnything();
     void doctor_tellsWhyItLooksThere();
+    void grants_makeTwoAccounts();
 
 private:
     QJsonObject report(const Site &site, const QStringList &options, int exitCode);
@@ -61,13 +62,16 @@ QJsonObject tst_Doctor::report(const Site &site, const QStringList &options, int
 void tst_Doctor::doctor_findsNothingOnASoundSite()
 {
     Site site;
+    // A pass without an export makes the database, and leaves it as it is.
+    QFile::rename(site.exportFile(), site.path(QStringLiteral("later")));
     TalvenhrProcess run(
         site.runOptions(privateDatabase(site) + QStringList(QStringLiteral("--once"))));
     QCOMPARE(run.finish(), 0);
+    QFile::rename(site.path(QStringLiteral("later")), site.exportFile());
 
     const QJsonObject sound = report(site, privateDatabase(site), 0);
     QCOMPARE(sound.value(QStringLiteral("format")).toString(), QStringLiteral("talvenhr.doctor/1"));
-    QCOMPARE(fields(sound, "findings", "code"), QStringList());
+    QCOMPARE(fields(sound, "findings", "text").join(QLatin1Char('\n')), QString());
     QCOMPARE(fields(sound, "unknown", "about"),
              QStringList(QStringLiteral("Qt of the attendance server")));
     QVERIFY(fields(sound, "passed", "about").contains(QStringLiteral("SQL modes")));
@@ -160,6 +164,23 @@ void tst_Doctor::doctor_tellsWhyItLooksThere()
              QStringLiteral("the key '%1' of [dataDirs] in '%2'").arg(key, machine));
     QCOMPARE(fields(told, "unknown", "about").value(0),
              QStringLiteral("data directory of the attendance server"));
+}
+
+/// The statements themselves are proved with the checks of rights.
+void tst_Doctor::grants_makeTwoAccounts()
+{
+    TalvenhrProcess program({QStringLiteral("doctor"), QStringLiteral("--grants"),
+                             QStringLiteral("--host"), QStringLiteral("none.invalid"),
+                             QStringLiteral("--user"), QStringLiteral("o'hara"),
+                             QStringLiteral("--database"), QStringLiteral("dochazka")});
+    QCOMPARE(program.finish(), 0);
+    const QStringList lines = program.output().split(QLatin1Char('\n'));
+    QVERIFY(lines.contains(QStringLiteral("CREATE USER IF NOT EXISTS 'o''hara'@'%';")));
+    QVERIFY(lines.contains(QStringLiteral("CREATE USER IF NOT EXISTS 'o''hara_read'@'%';")));
+    const QStringList grants = lines.filter(QRegularExpression(QStringLiteral("^GRANT .*;$")));
+    QVERIFY(grants.size() > 20);
+    QVERIFY(grants.filter(QStringLiteral(" `dochazka`.")).size() >= grants.size() - 1);
+    QVERIFY(grants.constLast().endsWith(QStringLiteral(" TO 'o''hara_read'@'%';")));
 }
 
 QTEST_GUILESS_MAIN(tst_Doctor)
