@@ -35,5 +35,6 @@ Failure DatabaseLook::startPrivate(const QString &folder)
     const Failure failure = privateDatabase->startOrJoin();
     QObject::disconnect(privateDatabase.data(), &PrivateDatabase::progress, nullptr, nullptr);
     privateDatabase->setInterruption({});
+    writer.wipeProgress();
     return failure;
 }

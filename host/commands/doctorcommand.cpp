@@ -3,13 +3,12 @@
 // `talvenhr doctor`: can a pass work here?
 #include "host/commands/doctorcommand.h"
 
-#include "host/base/signalwatch.h"
 #include "host/cli/databaseoptions.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
+#include "host/commands/databaselook.h"
 #include "host/commands/doctorreport.h"
-#include "host/database/connection.h"
 #include "host/doctor/contentcheck.h"
 #include "host/doctor/grants.h"
 #include "host/doctor/machinecheck.h"
@@ -20,11 +19,10 @@
 #include "host/doctor/sqlwords.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/settingsfile.h"
-#include "host/report/logwriter.h"
-#include "host/server/privatedatabase.h"
+#include "host/report/console.h"
+#include "host/report/htmlpage.h"
 
 #include <QCoreApplication>
-#include <QScopedPointer>
 
 namespace {
 
@@ -74,23 +72,6 @@ void lookAtSite(const DoctorOptions &options, DoctorResult *result, bool *runsCo
     result->diagnosis += machineDiagnosis(directory.path());
 }
 
-/// Only one that `talvenhr run` has made.
-Failure startPrivateDatabase(PrivateDatabase *database)
-{
-    const SignalWatch signalWatch;
-    LogWriter writer(LogFormat::Text);
-    database->setInterruption([&] { return signalWatch.hasCaught(); });
-    QObject::connect(database, &PrivateDatabase::progress, [&](const QString &what) {
-        if (ProgressBar::isPossible())
-            writer.activity(what);
-    });
-    const Failure failure = database->startOrJoin();
-    QObject::disconnect(database, &PrivateDatabase::progress, nullptr, nullptr);
-    database->setInterruption({});
-    writer.wipeProgress();
-    return failure;
-}
-
 Diagnosis databaseDiagnosis(const QSqlDatabase &database, bool runsCommand)
 {
     Diagnosis diagnosis = serverDiagnosis(database, runsCommand);
@@ -101,22 +82,13 @@ Diagnosis databaseDiagnosis(const QSqlDatabase &database, bool runsCommand)
 
 Failure lookAtDatabase(const DatabaseChoice &choice, bool runsCommand, DoctorResult *result)
 {
-    ConnectionParameters parameters = choice.connection;
-    QScopedPointer<PrivateDatabase> privateDatabase;
-    if (!choice.privateFolder.isEmpty()) {
-        result->database = Text::tr("a private one, in '%1'").arg(choice.privateFolder);
-        privateDatabase.reset(new PrivateDatabase(choice.privateFolder));
-        if (const Failure failure = startPrivateDatabase(privateDatabase.data()))
-            return failure;
-        parameters = privateDatabase->parameters();
-    } else {
-        result->database = Text::tr("'%1', as user '%2'").arg(parameters.database, parameters.user);
-    }
-    Connection connection(QStringLiteral("talvenhr.doctor"));
-    if (const Failure failure = connection.open(parameters))
+    result->database = choice.privateFolder.isEmpty()
+        ? Text::tr("'%1', as user '%2'").arg(choice.connection.database, choice.connection.user)
+        : Text::tr("a private one, in '%1'").arg(choice.privateFolder);
+    DatabaseLook database;
+    if (const Failure failure = database.open(choice))
         return failure;
-    result->diagnosis += databaseDiagnosis(connection.handle(), runsCommand);
-    connection.close();
+    result->diagnosis += databaseDiagnosis(database.handle(), runsCommand);
     return {};
 }
 
@@ -167,6 +139,12 @@ Failure run(const Options &options)
 
     const ReportForm form = reportForm(options);
     printReport(doctorReport(result, form == ReportForm::Text), form);
+    const QString page = options.value(QStringLiteral("html"));
+    if (!page.isEmpty()) {
+        if (const Failure failure = writeHtmlPage(page, QStringLiteral("doctor"),
+                                                  doctorHtmlValues(result)))
+            return failure;
+    }
     if (unreachable)
         return unreachable;
     return {result.diagnosis.hasErrors() ? ExitErrors : ExitClean, QString()};
@@ -185,6 +163,8 @@ Command doctorCommand()
         "the plugin would make of it, and the exact line that mends it. What cannot be seen is "
         "named, too. Only reads; a private database that does not run is started for the look.");
     OptionGroup forms = reportOptions();
+    forms.options.append({QStringLiteral("html"), QStringLiteral("FILE"),
+                          Text::tr("write a page for a browser there")});
     forms.options.append(
         {QStringLiteral("grants"), QString(),
          Text::tr("print the statements for an account that can do exactly what a pass needs, and "

@@ -3,7 +3,10 @@
 // What `talvenhr doctor` tells: its diagnosis as a report.
 #include "host/commands/doctorreport.h"
 
+#include "host/catalogue/findings.h"
+
 #include <QCoreApplication>
+#include <QHash>
 
 namespace {
 
@@ -85,6 +88,18 @@ QVector<Figure> placeFigures(const DoctorResult &result)
             {QStringLiteral("database"), Text::tr("Database"), result.database, {}}};
 }
 
+QString verdictText(const Diagnosis &diagnosis)
+{
+    const int errors = ofSeverity(diagnosis.findings, Finding::Error).size();
+    return Text::tr("%1: errors %2, warnings %3, notes %4; not known %5")
+        .arg(errors == 0 ? Text::tr("nothing keeps a pass from working")
+                         : Text::tr("a pass cannot work, or does harm"))
+        .arg(errors)
+        .arg(ofSeverity(diagnosis.findings, Finding::Warning).size())
+        .arg(ofSeverity(diagnosis.findings, Finding::Note).size())
+        .arg(diagnosis.unknown.size());
+}
+
 Report pageForPeople(const DoctorResult &result)
 {
     const Diagnosis &diagnosis = result.diagnosis;
@@ -110,13 +125,7 @@ Report pageForPeople(const DoctorResult &result)
         report.sections.append(unknownSection(diagnosis.unknown));
     if (!result.settings.isEmpty())
         report.sections.append(settingsSection(result, true));
-    report.verdict.text = Text::tr("%1: errors %2, warnings %3, notes %4; not known %5")
-                              .arg(errors.isEmpty() ? Text::tr("nothing keeps a pass from working")
-                                                    : Text::tr("a pass cannot work, or does harm"))
-                              .arg(errors.size())
-                              .arg(warnings.size())
-                              .arg(notes.size())
-                              .arg(diagnosis.unknown.size());
+    report.verdict.text = verdictText(diagnosis);
     return report;
 }
 
@@ -143,9 +152,80 @@ Report documentForMachines(const DoctorResult &result)
     return report;
 }
 
+QString key(const char *name)
+{
+    return QLatin1String(name);
+}
+
+/// Findings of one code below one heading, in the order in which they were found.
+QVariantList groupValues(const QVector<Finding> &findings, Finding::Severity severity)
+{
+    QStringList codes;
+    QHash<QString, QVariantList> byCode;
+    for (const Finding &finding : findings) {
+        if (finding.severity != severity)
+            continue;
+        if (!byCode.contains(finding.code))
+            codes.append(finding.code);
+        QString effect = finding.becomes;
+        if (!finding.remedy.isEmpty())
+            effect += (effect.isEmpty() ? QString() : QStringLiteral("; "))
+                + Text::tr("do: %1").arg(finding.remedy);
+        byCode[finding.code].append(
+            QVariantHash {{key("text"), finding.text}, {key("becomes"), effect}});
+    }
+    QVariantList groups;
+    for (const QString &code : qAsConst(codes)) {
+        const QVariantList found = byCode.value(code);
+        groups.append(
+            QVariantHash {{key("severity"), severityName(severity)},
+                          {key("code"), code},
+                          {key("title"), findingTitle(findingKind(code.toLatin1().constData()))},
+                          {key("count"), found.size()},
+                          {key("findings"), found}});
+    }
+    return groups;
+}
+
 } // namespace
 
 Report doctorReport(const DoctorResult &result, bool forPeople)
 {
     return forPeople ? pageForPeople(result) : documentForMachines(result);
+}
+
+QVariantHash doctorHtmlValues(const DoctorResult &result)
+{
+    const Diagnosis &diagnosis = result.diagnosis;
+    QVariantList places;
+    const QVector<Figure> figures = placeFigures(result);
+    for (const Figure &figure : figures)
+        places.append(QVariantHash {{key("name"), figure.label}, {key("value"), figure.value}});
+    QVariantList unknown;
+    for (const Unseen &unseen : diagnosis.unknown)
+        unknown.append(QVariantHash {{key("about"), unseen.about}, {key("reason"), unseen.reason}});
+    QVariantList settings;
+    for (const SettingLayer &layer : result.settings)
+        settings.append(QVariantHash {{key("key"), layer.key},
+                                      {key("origin"), layerText(layer.layer, true)},
+                                      {key("value"), layer.value}});
+    const int warnings = ofSeverity(diagnosis.findings, Finding::Warning).size();
+    return {{key("title"), Text::tr("Can a pass work here?")},
+            {key("verdict"), verdictText(diagnosis)},
+            {key("severity"),
+             key(diagnosis.hasErrors() ? "error"
+                     : warnings > 0    ? "warning"
+                                       : "good")},
+            {key("places"), places},
+            {key("counts"),
+             QVariantHash {{key("errors"), ofSeverity(diagnosis.findings, Finding::Error).size()},
+                           {key("warnings"), warnings},
+                           {key("notes"), ofSeverity(diagnosis.findings, Finding::Note).size()}}},
+            {key("groups"),
+             groupValues(diagnosis.findings, Finding::Error)
+                 + groupValues(diagnosis.findings, Finding::Warning)
+                 + groupValues(diagnosis.findings, Finding::Note)},
+            {key("unknown"), unknown},
+            {key("passed"), QVariant(diagnosis.passed).toList()},
+            {key("settings"), settings}};
 }

@@ -19,3 +19,6 @@ struct DoctorResult
 
 /// For people: a page, worst first. For machines: every text in a field of its own.
 Report doctorReport(const DoctorResult &result, bool forPeople);
+
+/// The values for the page "doctor" of a browser.
+QVariantHash doctorHtmlValues(const DoctorResult &result);
