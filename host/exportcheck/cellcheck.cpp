@@ -107,7 +107,7 @@ void CellCheck::lookAtNumber(int column, bool isShort)
     const QStringRef &text = cell(column);
     if (text.isEmpty())
         return;
-    const QString name = exportColumns().at(column);
+    const QString name = exportColumn(column);
     if (isPlainNumber(text)) {
         if (isShort && text.toUInt() > shortLimit)
             add("E-CELL-RANGE", column,
@@ -161,7 +161,7 @@ void CellCheck::lookAtDate(int column, const QDate &date)
     const QStringRef &text = cell(column);
     if (text.isEmpty())
         return;
-    const QString name = exportColumns().at(column);
+    const QString name = exportColumn(column);
     if (!date.isValid()) {
         add("E-CELL-DATE", column,
             {name, text.toString(), dateFault(text.toString()), lostDate(column, takesCalendar())});
@@ -224,7 +224,7 @@ void CellCheck::lookAtBalance()
     bool isExact = true;
     if (!hundredthsOf(text, &stated, &isExact))
         add("W-CELL-NUMBER", Balance,
-            {exportColumns().at(Balance), text.toString(), QString::number(read)});
+            {exportColumn(Balance), text.toString(), QString::number(read)});
     else if (stated != cut || !isExact)
         add("W-CELL-BALANCE", Balance, {text.toString(), QString::number(cut)});
     if (read < 0)
@@ -266,6 +266,14 @@ const DateForm dateForms[] = {
     {"^\\d{8}$", QT_TRANSLATE_NOOP("CellCheck", "its parts are not separated, and it has no time")},
 };
 
+QVector<QRegularExpression> dateFormPatterns()
+{
+    QVector<QRegularExpression> patterns;
+    for (const DateForm &form : dateForms)
+        patterns.append(QRegularExpression(QLatin1String(form.pattern)));
+    return patterns;
+}
+
 } // namespace
 
 void checkCells(const ExportLine &line, int lineNumber, const QDate &today,
@@ -276,9 +284,10 @@ void checkCells(const ExportLine &line, int lineNumber, const QDate &today,
 
 QString dateFault(const QString &cell)
 {
-    for (const DateForm &form : dateForms) {
-        if (QRegularExpression(QLatin1String(form.pattern)).match(cell).hasMatch())
-            return Text::tr(form.fault);
+    static const QVector<QRegularExpression> patterns = dateFormPatterns();
+    for (int i = 0; i < patterns.size(); ++i) {
+        if (patterns.at(i).match(cell).hasMatch())
+            return Text::tr(dateForms[i].fault);
     }
     static const QRegularExpression whole(
         QStringLiteral("^(\\d{4}-\\d{2}-\\d{2}) (\\d{2}:\\d{2}:\\d{2}\\.\\d{3})$"));

@@ -16,6 +16,12 @@ bool isDigit(QChar character)
 
 } // namespace
 
+const QString &exportColumn(int column)
+{
+    static const QStringList names = exportColumns();
+    return names.at(column);
+}
+
 CellKind cellKind(int column)
 {
     switch (column) {

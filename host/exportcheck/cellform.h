@@ -17,6 +17,9 @@ enum class CellKind {
     Date,
 };
 
+/// The name of a column, counted from 0.
+const QString &exportColumn(int column);
+
 /// By column, counted from 0.
 CellKind cellKind(int column);
 bool isTextColumn(int column);

@@ -3,6 +3,7 @@
 // A check as a page for a browser.
 #include "host/exportcheck/checkhtml.h"
 
+#include "host/exportcheck/cellform.h"
 #include "host/exportcheck/checktexts.h"
 
 #include <QCoreApplication>
@@ -90,7 +91,7 @@ QVariantList columnValues(const CheckOutcome &outcome)
         const bool isMarked = std::any_of(
             outcome.findings.cbegin(), outcome.findings.cend(),
             [i](const ExportFinding &found) { return found.line == 0 && found.column == i + 1; });
-        QVariantHash column {{key("name"), exportColumns().at(i)},
+        QVariantHash column {{key("name"), exportColumn(i)},
                              {key("filled"), groupedNumber(figures.filled)},
                              {key("filledShare"), percent(figures.filled, outcome.fates.taken)},
                              {key("distinct"), groupedNumber(figures.distinct)},

@@ -3,6 +3,8 @@
 // A check for machines.
 #include "host/exportcheck/checkreport.h"
 
+#include "host/exportcheck/cellform.h"
+
 #include <memory>
 
 namespace {
@@ -76,7 +78,7 @@ Section columnsSection(const CheckOutcome &outcome)
                              column("filledBefore"), column("changed")};
     for (int i = 0; i < exportColumnCount; ++i) {
         const ColumnFigures &figures = outcome.columns[static_cast<size_t>(i)];
-        QVariantList row {exportColumns().at(i), figures.filled, figures.distinct};
+        QVariantList row {exportColumn(i), figures.filled, figures.distinct};
         if (outcome.comparison)
             row << figures.filledBefore << figures.changed;
         columns.table.rows.append(row);

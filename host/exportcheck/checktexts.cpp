@@ -3,6 +3,8 @@
 // Texts that both pages of a check have.
 #include "host/exportcheck/checktexts.h"
 
+#include "host/exportcheck/cellform.h"
+
 #include <QCoreApplication>
 #include <QLocale>
 
@@ -65,7 +67,7 @@ QString comparisonText(const CheckOutcome &outcome)
         const int changed = compared.columns[static_cast<size_t>(column)].changed;
         if (changed > 0)
             changes.append(
-                QStringLiteral("%1 %2").arg(exportColumns().at(column), groupedNumber(changed)));
+                QStringLiteral("%1 %2").arg(exportColumn(column), groupedNumber(changed)));
     }
     const QString text = Text::tr("Against %1: people gained: %2, lost: %3, changed: %4")
                              .arg(outcome.otherFile, groupedNumber(compared.gained),

@@ -3,6 +3,8 @@
 // An export against the last good one.
 #include "host/exportcheck/comparison.h"
 
+#include "host/exportcheck/cellform.h"
+
 #include "export/exportfile.h"
 
 #include <algorithm>
@@ -81,7 +83,7 @@ void Comparison::add(const char *code, size_t column, const QStringList &values)
     result.findings.append({&findingKind(code),
                             0,
                             static_cast<int>(column) + 1,
-                            QStringList(exportColumns().at(static_cast<int>(column))) + values,
+                            QStringList(exportColumn(static_cast<int>(column))) + values,
                             {}});
 }
 
@@ -179,7 +181,7 @@ void Comparison::lookForExchanges()
             if (!areExchanged(left, right, &share))
                 continue;
             add("W-AGAINST-EXCHANGED", left,
-                {exportColumns().at(static_cast<int>(right)), QString::number(share)});
+                {exportColumn(static_cast<int>(right)), QString::number(share)});
             isExplained[left] = isExplained[right] = true;
         }
     }

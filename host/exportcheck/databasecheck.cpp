@@ -5,6 +5,7 @@
 
 #include "export/exportline.h"
 #include "host/database/errortext.h"
+#include "host/exportcheck/cellform.h"
 #include "worker/sqlvalues.h"
 
 #include <QCoreApplication>
@@ -215,15 +216,14 @@ void DatabaseCheck::lookAtWidths(const ExportLine &line, int lineNumber)
         const int width = widths.value(column.second, cell.size());
         if (cell.size() <= width)
             continue;
-        ofLines.append(
-            {&findingKind("W-DATA-LENGTH"),
-             lineNumber,
-             column.second,
-             {exportColumns().at(column.second - 1), cell.toString(), QString::number(width),
-              isStrict ? Text::tr("the statement for the person fails: they are neither "
-                                  "added nor updated")
-                       : Text::tr("the server cuts it")},
-             {}});
+        ofLines.append({&findingKind("W-DATA-LENGTH"),
+                        lineNumber,
+                        column.second,
+                        {exportColumn(column.second - 1), cell.toString(), QString::number(width),
+                         isStrict ? Text::tr("the statement for the person fails: they are neither "
+                                             "added nor updated")
+                                  : Text::tr("the server cuts it")},
+                        {}});
     }
 }
 

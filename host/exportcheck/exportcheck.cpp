@@ -161,7 +161,7 @@ void Reading::addTrial(const TextTrial &trial, const ExportLine &line)
     const QString text = isCell ? line.cells[static_cast<size_t>(trial.column - 1)].toString()
                                 : QString();
     const QString name = isCell
-        ? exportColumns().at(trial.column - 1)
+        ? exportColumn(trial.column - 1)
         : Text::tr("the text of state %1 in [MES]").arg(line.record.evidencniStav);
     check.findings.append({&findingKind(trialCode(trial.effect, text)),
                            lines.lineNumber(),

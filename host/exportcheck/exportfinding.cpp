@@ -39,7 +39,7 @@ Finding told(const ExportFinding &found, PersonalTexts texts)
 
 QString columnName(const ExportFinding &found)
 {
-    return found.column == 0 ? QString() : exportColumns().at(found.column - 1);
+    return found.column == 0 ? QString() : exportColumn(found.column - 1);
 }
 
 int countOf(const ExportFindings &findings, Finding::Severity severity)

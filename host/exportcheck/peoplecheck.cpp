@@ -3,6 +3,8 @@
 // People of an export: against the day, and against each other.
 #include "host/exportcheck/peoplecheck.h"
 
+#include "host/exportcheck/cellform.h"
+
 #include <QCoreApplication>
 #include <QHash>
 #include <QSet>
@@ -115,7 +117,7 @@ QStringList differingColumns(const QVector<const DigestLine *> &lines)
             return line->cells[column] != lines.constFirst()->cells[column];
         });
         if (differs)
-            names.append(exportColumns().at(static_cast<int>(column)));
+            names.append(exportColumn(static_cast<int>(column)));
     }
     return names;
 }

@@ -82,11 +82,8 @@ private:
 
 void LetterCheck::add(const char *code, int column, const QStringList &values)
 {
-    findings->append({&findingKind(code),
-                      number,
-                      column + 1,
-                      QStringList(exportColumns().at(column)) + values,
-                      {}});
+    findings->append(
+        {&findingKind(code), number, column + 1, QStringList(exportColumn(column)) + values, {}});
 }
 
 /// The sign for bytes that are none may also stand there by itself.
