@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Another day than that of the clock, for one process and one server.
+#pragma once
+
+#include "host/base/failure.h"
+#include "host/database/connectionparameters.h"
+
+#include <QDate>
+#include <QProcessEnvironment>
+
+/// From now on every connection to the server that is no administrator's has the day, at this time
+/// of the day. Fails where libfaketime is not installed, which environmentOfDay() needs.
+Failure pretendDay(const ConnectionParameters &administrator, const QDate &day);
+
+/// That of this process, with a clock of the day for a child; as it is for an invalid day.
+QProcessEnvironment environmentOfDay(const QDate &day);

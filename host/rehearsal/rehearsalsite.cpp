@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The folder that a rehearsed pass works in.
+#include "host/rehearsal/rehearsalsite.h"
+
+#include "host/base/ownerfile.h"
+#include "host/plugin/settingslines.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QSet>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(RehearsalSite)
+};
+
+Failure readFile(const QString &path, QByteArray *content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {ExitUsage, Text::tr("cannot read '%1': %2").arg(path, file.errorString())};
+    *content = file.readAll();
+    return {};
+}
+
+Failure writeFile(const QString &path, const QByteArray &content)
+{
+    return writeOwnerFile(path, [&content](QIODevice *file) { file->write(content); });
+}
+
+/// The key of a line, as bytes; empty for a line that is none.
+QByteArray keyOf(const QByteArray &line)
+{
+    const int equals = line.indexOf('=');
+    return equals < 0 ? QByteArray() : line.left(equals).trimmed();
+}
+
+} // namespace
+
+Failure RehearsalSite::make(const QString &settingsFile, const QString &exportFile)
+{
+    if (!folder.isValid())
+        return {ExitUsage,
+                Text::tr("cannot make a temporary folder: %1").arg(folder.errorString())};
+    QByteArray settings;
+    if (const Failure failure = readFile(settingsFile, &settings))
+        return failure;
+    QByteArray content;
+    if (const Failure failure = readFile(exportFile, &content))
+        return failure;
+    if (const Failure failure = writeFile(this->exportFile(), content))
+        return failure;
+    return writeFile(
+        folder.filePath(QStringLiteral("TalvenHR.ini")),
+        settingsWith(settings,
+                     {quotedSettingsLine(QStringLiteral("importFile"), this->exportFile()),
+                      QStringLiteral("deleteFile=false"), QStringLiteral("syncCommandRun=0"),
+                      QStringLiteral("timerInterval=1")}));
+}
+
+QByteArray settingsWith(const QByteArray &settings, const QStringList &lines)
+{
+    QSet<QByteArray> replaced;
+    QByteArray result;
+    for (const QString &line : lines) {
+        replaced.insert(keyOf(line.toUtf8()));
+        result += line.toUtf8() + '\n';
+    }
+    bool inGroup = false;
+    const QList<QByteArray> old = settings.split('\n');
+    for (const QByteArray &line : old) {
+        const QByteArray text = line.trimmed();
+        if (text.startsWith('[') && text.endsWith(']'))
+            inGroup = text.compare("[general]", Qt::CaseInsensitive) != 0;
+        if (inGroup || !replaced.contains(keyOf(line)))
+            result += line + '\n';
+    }
+    return result;
+}

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The folder that a rehearsed pass works in.
+#pragma once
+
+#include "host/base/failure.h"
+
+#include <QString>
+#include <QTemporaryDir>
+
+/// A temporary folder for its owner only, with a copy of the export and the settings of the real
+/// plugin. Three things in them differ: the export is the copy and stays, no export command runs,
+/// and the first tick comes after a second.
+class RehearsalSite
+{
+public:
+    /// Fails with what cannot be read or written.
+    Failure make(const QString &settingsFile, const QString &exportFile);
+
+    QString path() const { return folder.path(); }
+    QString exportFile() const { return folder.filePath(QStringLiteral("export.data")); }
+
+private:
+    QTemporaryDir folder;
+};
+
+/// The settings with other values for these keys of the plugin, which stand in no group: lines
+/// KEY=VALUE. All other bytes stay as they are.
+QByteArray settingsWith(const QByteArray &settings, const QStringList &lines);
