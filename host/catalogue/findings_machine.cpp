@@ -46,6 +46,14 @@ FindingTopic exportPlaceFindings()
              FINDING_TEXT("who can write the export can write SQL, with the rights of the plugin's "
                           "user"),
              FINDING_TEXT("close it: chmod o-w '%1'"), "/srv/hr"},
+            {"E-PLACE-SHARED", FINDING_TEXT("export in a folder for everybody"),
+             FINDING_TEXT(
+                 "the export lies in '%1', where every user of this machine may put files"),
+             FINDING_TEXT("who puts an export there writes SQL, with the rights of the plugin's "
+                          "user"),
+             FINDING_TEXT("use a folder that only the HR system and the server may enter, as in "
+                          "the line: %2"),
+             "/tmp\nimportFile=/srv/attendance/ron.data"},
             {"W-PLACE-SEEN", FINDING_TEXT("export that everybody may read"),
              FINDING_TEXT("every user of this machine may read the export '%1'"),
              FINDING_TEXT("it holds names, phones and states of employees"),

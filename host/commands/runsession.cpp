@@ -3,6 +3,7 @@
 // `talvenhr run` at work: a run of the plugin, with signals, a timeout and a private server.
 #include "host/commands/runsession.h"
 
+#include "host/catalogue/findings.h"
 #include "host/commands/changewatch.h"
 #include "host/database/attendance.h"
 #include "host/doctor/machinecheck.h"
@@ -83,7 +84,7 @@ Failure RunSession::prepare()
     if (const Failure failure = prepareDatabase())
         return failure;
     if (!localeKeepsLetters())
-        warn(QStringLiteral("names will show as '?' in this locale; set LC_ALL=C.UTF-8"));
+        warn(codedLine(finding("W-MACHINE-LOCALE", QStringLiteral("LC_ALL"))));
     return {};
 }
 

@@ -7,11 +7,12 @@
 #include <QFileInfo>
 
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 bool everybodyMay(const QString &path, QFile::Permission permission)
 {
-    QFileInfo place(path);
+    QFileInfo place(QFileInfo(path).canonicalFilePath());
     if (!place.permission(permission))
         return false;
     while (!QDir(place.absoluteFilePath()).isRoot()) {
@@ -20,6 +21,13 @@ bool everybodyMay(const QString &path, QFile::Permission permission)
             return false;
     }
     return true;
+}
+
+bool isForEverybody(const QString &folder)
+{
+    struct stat status;
+    return stat(QFile::encodeName(folder).constData(), &status) == 0
+        && (status.st_mode & S_ISVTX) != 0 && everybodyMay(folder, QFile::WriteOther);
 }
 
 QString userName()

@@ -10,5 +10,8 @@
 /// everybody through.
 bool everybodyMay(const QString &path, QFile::Permission permission);
 
+/// A folder for everybody's files, where nobody may remove those of others, such as /tmp.
+bool isForEverybody(const QString &folder);
+
 /// The user of this process, by name or, without one, by number.
 QString userName();

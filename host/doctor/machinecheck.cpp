@@ -57,8 +57,11 @@ Diagnosis folderDiagnosis(const QString &dataDirectory)
         diagnosis.findings.append(finding("E-MACHINE-FOLDER", dataDirectory, {dataDirectory}));
         return diagnosis;
     }
-    for (const QString &path : {dataDirectory, dataDirectory + QStringLiteral("/TalvenHR.ini")}) {
-        if (everybodyMay(path, QFile::WriteOther))
+    const QString settings = dataDirectory + QStringLiteral("/TalvenHR.ini");
+    for (const QString &path : {dataDirectory, settings}) {
+        // Where nobody may replace the file of another, one that is there is safe.
+        const bool isSafe = path != settings && isForEverybody(path) && QFileInfo::exists(settings);
+        if (!isSafe && everybodyMay(path, QFile::WriteOther))
             diagnosis.findings.append(
                 finding("E-MACHINE-OPEN", path, {path, QFileInfo(path).owner()}));
     }

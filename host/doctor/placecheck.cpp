@@ -23,7 +23,8 @@ Finding placeFinding(const char *code, const QStringList &values)
     return finding(code, QStringLiteral("importFile"), values);
 }
 
-QVector<Finding> folderFindings(const QFileInfo &folder, bool removes)
+/// `better` is the line that names a folder of its own.
+QVector<Finding> folderFindings(const QFileInfo &folder, bool removes, const QString &better)
 {
     const QString path = folder.filePath();
     if (!folder.exists())
@@ -33,7 +34,9 @@ QVector<Finding> folderFindings(const QFileInfo &folder, bool removes)
     QVector<Finding> findings;
     if (removes && !folder.isWritable())
         findings.append(placeFinding("E-PLACE-KEPT", {path, userName()}));
-    if (everybodyMay(path, QFile::WriteOther))
+    if (isForEverybody(path))
+        findings.append(placeFinding("E-PLACE-SHARED", {path, better}));
+    else if (everybodyMay(path, QFile::WriteOther))
         findings.append(placeFinding("E-PLACE-OPEN", {path}));
     return findings;
 }
@@ -89,8 +92,11 @@ Diagnosis placeDiagnosis(const SettingsFile &settings)
         return diagnosis;
     }
     const bool removes = settings.toBool(QStringLiteral("deleteFile"));
-    diagnosis.findings = folderFindings(QFileInfo(QFileInfo(path).path()), removes)
-        + fileFindings(QFileInfo(path));
+    const QFileInfo file(path);
+    const QString better = settingsLine(name,
+                                        settings.folder() + QLatin1Char('/') + file.fileName());
+    diagnosis.findings = folderFindings(QFileInfo(file.path()), removes, better)
+        + fileFindings(file);
     if (diagnosis.findings.isEmpty())
         diagnosis.passed.append(Text::tr("place of the export"));
     return diagnosis;

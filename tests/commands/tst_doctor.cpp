@@ -102,6 +102,7 @@ void tst_Doctor::doctor_tellsFaultsWorstFirst()
     TalvenhrProcess program(
         doctorOptions(site, {QStringLiteral("--socket"), site.path(QStringLiteral("none.sock"))}));
     program.setEnvironment(QStringLiteral("DEPARTMENTID"), QStringLiteral("7"));
+    program.setEnvironment(QStringLiteral("TALVENHR_PASSWORD"), QStringLiteral("secret"));
     QCOMPARE(program.finish(), 3);
     const QString page = program.output().simplified();
     const int error = page.indexOf(QStringLiteral("Errors (red) Code Finding E-SET-SYNC "));
@@ -112,6 +113,7 @@ void tst_Doctor::doctor_tellsFaultsWorstFirst()
     QVERIFY2(0 <= error && error < warning && warning < well && well < unknown, qPrintable(page));
     QVERIFY(page.contains(QStringLiteral("Do: write the line: testMode=false")));
     QVERIFY(page.contains(QStringLiteral("departmentId environment 7")));
+    QVERIFY(!page.contains(QStringLiteral("secret")));
     QVERIFY(program.lastLine().contains(QStringLiteral("cannot open database")));
     const QStringList lines = program.output().split(QLatin1Char('\n'));
     for (const QString &line : lines)

@@ -105,6 +105,7 @@ void tst_MachineCheck::place_data()
     row("rm ROOT/hr/ron.data && ln -s none ROOT/hr/ron.data", false, "W-PLACE-KIND");
     row("rm ROOT/hr/ron.data && mkfifo ROOT/hr/ron.data", false, "W-PLACE-KIND");
     row("chmod 777 ROOT/hr", false, "E-PLACE-OPEN");
+    row("chmod 1777 ROOT/hr", false, "E-PLACE-SHARED");
     row("chmod 606 ROOT/hr/ron.data", false, "E-PLACE-OPEN W-PLACE-SEEN");
     row("chmod 604 ROOT/hr/ron.data", false, "W-PLACE-SEEN");
     row("chmod 604 ROOT/hr/ron.data && chmod 700 ROOT/hr", false, "");
@@ -152,6 +153,10 @@ void tst_MachineCheck::place_thatCountsFromElsewhere()
             = diagnosis.findings.first().remedy.section(QStringLiteral("line: "), 1).toUtf8();
         QCOMPARE(codesOf(placeOf(line)), QString());
     }
+    shell(QStringLiteral("chmod 755 ROOT && chmod 1777 ROOT/hr"));
+    const Diagnosis shared = placeOf("importFile=" + path(QStringLiteral("hr/ron.data")).toUtf8());
+    const QString line = shared.findings.value(0).remedy.section(QStringLiteral("line: "), 1);
+    QCOMPARE(codesOf(placeOf(line.toUtf8())), QString());
     // The settings themselves tell of this one.
     QCOMPARE(codesOf(placeOf("importFile=")), QString());
 }
@@ -185,6 +190,8 @@ void tst_MachineCheck::folder_data()
     };
     row("", "");
     row("chmod 777 ROOT", "E-MACHINE-OPEN");
+    row("chmod 1777 ROOT", "");
+    row("chmod 1777 ROOT && rm ROOT/TalvenHR.ini", "E-MACHINE-OPEN");
     row("chmod 666 ROOT/TalvenHR.ini", "E-MACHINE-OPEN");
     row("chmod 666 ROOT/TalvenHR.ini && chmod 750 ROOT", "");
     row("rm -r ROOT", "E-MACHINE-FOLDER");
