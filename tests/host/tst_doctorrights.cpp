@@ -55,9 +55,19 @@ private Q_SLOTS:
     void cleanup();
 
 private:
+    void prepare() override;
+    QStringList pluginsGrants();
     void resetRights();
     QStringList denied(const QString &user);
+
+    QStringList soundGrants;
 };
+
+void tst_DoctorRights::prepare()
+{
+    DoctorFixture::prepare();
+    soundGrants = pluginsGrants();
+}
 
 /// As database/grants/plugin.sql has them.
 void tst_DoctorRights::resetRights()
@@ -81,7 +91,15 @@ void tst_DoctorRights::cleanup()
              QStringLiteral("DROP ROLE IF EXISTS clerk"),
              QStringLiteral("DROP DATABASE IF EXISTS wages"),
              QStringLiteral("DROP USER IF EXISTS 'second'@'localhost'")});
-    resetRights();
+    if (pluginsGrants() != soundGrants)
+        resetRights();
+}
+
+QStringList tst_DoctorRights::pluginsGrants()
+{
+    QStringList grants = database->rows(QStringLiteral("SHOW GRANTS FOR 'talvenhr'@'localhost'"));
+    grants.sort();
+    return grants;
 }
 
 void tst_DoctorRights::grant_isParsed_data()
