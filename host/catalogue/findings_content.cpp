@@ -32,6 +32,12 @@ FindingTopic contentFindings()
              FINDING_TEXT("the funds %1 all have iid 3 and unit 2"),
              FINDING_TEXT("the plugin takes the one that the server gives first, %2 just now"),
              FINDING_TEXT("UPDATE funds SET iid = NULL WHERE fid IN (%3)"), "2, 4\n2\n4"},
+            {"E-CONTENT-WIDE", FINDING_TEXT("id beyond 16 bits"),
+             FINDING_TEXT("the %1 of the leave fund or of a branch with a number is %2"),
+             FINDING_TEXT(
+                 "the plugin cuts it to 16 bits, and writes to %3 instead, without a word"),
+             FINDING_TEXT("give it an id up to 65535, in all tables that name it"),
+             "bid\n65538\n2"},
             {"W-CONTENT-FORCED", FINDING_TEXT("forced pass"),
              FINDING_TEXT("the variable OQS.THRWorker.forceSync is '%1'"),
              FINDING_TEXT("the next tick runs a forced pass, which looks at every person of the "

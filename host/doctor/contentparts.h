@@ -22,5 +22,5 @@ void addSome(const QVector<Finding> &findings, Diagnosis *diagnosis);
 
 /// The keys by which the plugin knows people.
 Diagnosis peopleDiagnosis(const QSqlDatabase &database);
-/// The blocks of PaM, the leave fund, the force variable.
+/// The blocks of PaM, the leave fund, ids that are cut, the force variable.
 Diagnosis variablesDiagnosis(const QSqlDatabase &database);

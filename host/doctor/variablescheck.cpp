@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// The blocks of PaM, the leave fund, the force variable.
+// The blocks of PaM, the leave fund, ids that are cut, the force variable.
 #include "host/doctor/contentparts.h"
 
 #include "host/catalogue/findings.h"
@@ -89,6 +89,27 @@ void checkFund(const QSqlDatabase &database, Diagnosis *diagnosis)
     }
 }
 
+/// The leave fund and the branches are known by 16 bits.
+void checkIds(const QSqlDatabase &database, Diagnosis *diagnosis)
+{
+    QVector<Finding> wide;
+    const auto check = [&](const char *table, const char *column, const char *condition) {
+        const QString id = QString::fromLatin1(column);
+        forEachRow(database, QString::fromLatin1(table),
+                   QStringLiteral("SELECT %1 FROM %2 WHERE %3 AND %1 > 65535 ORDER BY %1")
+                       .arg(id, QString::fromLatin1(table), QString::fromLatin1(condition)),
+                   diagnosis, [&](const ContentRow &row) {
+                       const uint number = row.first().toUInt();
+                       wide.append(finding(
+                           "E-CONTENT-WIDE", QString::fromLatin1(table),
+                           {id, QString::number(number), QString::number(number & 0xffff)}));
+                   });
+    };
+    check("funds", "fid", "iid = 3 AND unit = 2");
+    check("branches", "bid", "number IS NOT NULL");
+    addSome(wide, diagnosis);
+}
+
 void checkForce(const QSqlDatabase &database, Diagnosis *diagnosis)
 {
     forEachRow(database, QStringLiteral("vars"),
@@ -107,6 +128,7 @@ Diagnosis variablesDiagnosis(const QSqlDatabase &database)
     Diagnosis diagnosis;
     checkBlocks(database, &diagnosis);
     checkFund(database, &diagnosis);
+    checkIds(database, &diagnosis);
     checkForce(database, &diagnosis);
     return diagnosis;
 }

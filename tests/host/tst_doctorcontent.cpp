@@ -19,6 +19,8 @@ private Q_SLOTS:
     void soundRows_findNothing();
     void damage_isFoundAndMended_data();
     void damage_isFoundAndMended();
+    void wideIds_areFound_data();
+    void wideIds_areFound();
     void manyOfAKind_areCounted();
     void rowsOutOfSight_areUnknown();
     void cleanup() { restoreTables(); }
@@ -100,6 +102,28 @@ void tst_DoctorContent::damage_isFoundAndMended()
     QVERIFY(mend(found, known));
     const Diagnosis left = diagnosis();
     QVERIFY2(left.findings.isEmpty(), qPrintable(toText(left)));
+}
+
+void tst_DoctorContent::wideIds_areFound_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QString>("about");
+    QTest::newRow("fund") << QStringLiteral("UPDATE funds SET fid = 65538 WHERE fid = 2")
+                          << QStringLiteral("funds");
+    QTest::newRow("branch") << QStringLiteral("UPDATE branches SET bid = 65538 WHERE bid = 2")
+                            << QStringLiteral("branches");
+}
+
+void tst_DoctorContent::wideIds_areFound()
+{
+    QFETCH(QString, change);
+    QFETCH(QString, about);
+    database->execute(change);
+    const Diagnosis found = diagnosis();
+    QVERIFY2(codesOf(found) == QStringList {QStringLiteral("E-CONTENT-WIDE")},
+             qPrintable(toText(found)));
+    QCOMPARE(found.findings.first().about, about);
+    QVERIFY(found.findings.first().becomes.contains(QStringLiteral(" 2 ")));
 }
 
 /// Each of them would have been a line of its own.
