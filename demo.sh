@@ -172,6 +172,11 @@ cut -d'|' -f1,2,4,5,8-10,12,14,16,18 "$data/ron.data" | sed 's/ 00:00:00.000//g'
 say '' "  ${dim}Shown: numbers, name, first and last day, branch, calendar, type, state, supervisor. The last three"
 say "  lines are no employees.$plain"
 
+title 'What the plugin will make of it'
+say "  ${dim}talvenhr check demo-data/ron.data --data-dir demo-data$plain" ''
+build/release/bin/talvenhr check "$data/ron.data" --data-dir "$data" | sed '/^NOTE/,$d' | indent
+say "  ${dim}The plugin drops such lines, and says so at log level 3 only.$plain"
+
 title 'The first pass'
 say "  ${dim}talvenhr run --data-dir demo-data --private-db demo-data/db --passes 2 --show-changes$plain" ''
 build/release/bin/talvenhr run --data-dir "$data" --private-db "$data/db" --passes 2 --show-changes \

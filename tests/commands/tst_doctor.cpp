@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // `talvenhr doctor`, as its users run it.
+#include "support/commands/jsonschema.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
 
@@ -8,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QtTest>
+#include <QXmlStreamReader>
 
 class tst_Doctor : public QObject
 {
@@ -19,6 +21,7 @@ private Q_SLOTS:
     void doctor_withoutADatabase();
     void doctor_withoutAnything();
     void doctor_tellsWhyItLooksThere();
+    void html_tellsTheSame();
     void grants_makeTwoAccounts();
 
 private:
@@ -56,6 +59,9 @@ QJsonObject tst_Doctor::report(const Site &site, const QStringList &options, int
     const int ended = program.finish();
     if (ended != exitCode)
         qCritical("ended with %d: %s", ended, qPrintable(program.output()));
+    const QString fault = schemaFault(program.output().toUtf8(), QStringLiteral("doctor"));
+    if (!fault.isEmpty())
+        QTest::qFail(qPrintable(fault), __FILE__, __LINE__);
     return QJsonDocument::fromJson(program.output().toUtf8()).object();
 }
 
@@ -166,6 +172,24 @@ void tst_Doctor::doctor_tellsWhyItLooksThere()
              QStringLiteral("the key '%1' of [dataDirs] in '%2'").arg(key, machine));
     QCOMPARE(fields(told, "unknown", "about").value(0),
              QStringLiteral("data directory of the attendance server"));
+}
+
+void tst_Doctor::html_tellsTheSame()
+{
+    const Site site;
+    site.writeFile(QStringLiteral("TalvenHR.ini"), QStringLiteral("enabled=<b>'no'</b>\n"));
+    const QString path = site.path(QStringLiteral("doctor.html"));
+    TalvenhrProcess program(doctorOptions(
+        site,
+        {QStringLiteral("--socket"), QStringLiteral("/none"), QStringLiteral("--html"), path}));
+    QCOMPARE(program.finish(), 3);
+    const QString page = site.readFile(QStringLiteral("doctor.html"));
+    QVERIFY(page.contains(QStringLiteral("W-SET-SWITCH: ")));
+    QVERIFY(page.contains(QStringLiteral("&lt;b&gt;")) && !page.contains(QStringLiteral("<b>")));
+    QXmlStreamReader reader(page);
+    while (!reader.atEnd())
+        reader.readNext();
+    QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
 }
 
 /// The statements themselves are proved with the checks of rights.
