@@ -48,7 +48,7 @@ FindingTopic serverKindFindings()
              "STRICT_TRANS_TABLES"},
             {"N-SRV-BACKSLASH", FINDING_TEXT("SQL mode NO_BACKSLASH_ESCAPES"),
              FINDING_TEXT("sessions have the SQL mode NO_BACKSLASH_ESCAPES"),
-             FINDING_TEXT("a backslash in a name stays what it is; `talvenhr check` has to know "
+             FINDING_TEXT("a backslash in a name stays what it is; 'talvenhr check' has to know "
                           "it"),
              nullptr, nullptr},
             {"N-SRV-MODES", FINDING_TEXT("SQL modes of the session alone"),
@@ -123,6 +123,16 @@ FindingTopic serverLimitFindings()
              FINDING_TEXT("write max_allowed_packet=%4 below [mysqld]; SET GLOBAL "
                           "max_allowed_packet = %4"),
              "1048576\n180000\n1260000\n4194304"},
+            {"E-SRV-ROWS", FINDING_TEXT("answers cut short"),
+             FINDING_TEXT("sessions get at most %1 rows of an answer (sql_select_limit)"),
+             FINDING_TEXT("a pass sees only some of the people, and takes the others for new"),
+             FINDING_TEXT("SET GLOBAL sql_select_limit = DEFAULT"), "1000"},
+            {"W-SRV-TIME", FINDING_TEXT("statements cut short"),
+             FINDING_TEXT("the server ends a statement after %1 s (max_statement_time)"),
+             FINDING_TEXT("a large statement of a pass fails, and much of that is not tried again"),
+             FINDING_TEXT("write max_statement_time=0 below [mysqld]; SET GLOBAL "
+                          "max_statement_time = 0"),
+             "10.000000"},
             {"W-SRV-LOCKSHORT", FINDING_TEXT("short wait for a locked row"),
              FINDING_TEXT("innodb_lock_wait_timeout is %1 s"),
              FINDING_TEXT("a statement that meets a row in use fails nearly at once, and much of "

@@ -129,6 +129,25 @@ Report pageForPeople(const DoctorResult &result)
     return report;
 }
 
+QVariant textOrNull(const QString &text)
+{
+    return text.isEmpty() ? QVariant() : QVariant(text);
+}
+
+Section countsSection(const QVector<Finding> &findings)
+{
+    Section section;
+    section.name = QStringLiteral("counts");
+    const auto add = [&](const char *name, Finding::Severity severity) {
+        section.figures.append(
+            {QLatin1String(name), QString(), ofSeverity(findings, severity).size(), {}});
+    };
+    add("errors", Finding::Error);
+    add("warnings", Finding::Warning);
+    add("notes", Finding::Note);
+    return section;
+}
+
 Report documentForMachines(const DoctorResult &result)
 {
     Report report;
@@ -139,7 +158,8 @@ Report documentForMachines(const DoctorResult &result)
         findings.table.columns.append({QLatin1String(field), QString()});
     for (const Finding &finding : result.diagnosis.findings)
         findings.table.rows.append({finding.code, severityName(finding.severity), finding.about,
-                                    finding.text, finding.becomes, finding.remedy});
+                                    finding.text, textOrNull(finding.becomes),
+                                    textOrNull(finding.remedy)});
     Section passed;
     passed.name = QStringLiteral("passed");
     passed.table.columns = {{QStringLiteral("about"), QString()}};
@@ -147,8 +167,9 @@ Report documentForMachines(const DoctorResult &result)
         passed.table.rows.append({about});
     Section places;
     places.figures = placeFigures(result);
-    report.sections = {places, findings, unknownSection(result.diagnosis.unknown), passed,
-                       settingsSection(result, false)};
+    report.sections = {places,   countsSection(result.diagnosis.findings),
+                       findings, unknownSection(result.diagnosis.unknown),
+                       passed,   settingsSection(result, false)};
     return report;
 }
 

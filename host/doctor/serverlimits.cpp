@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 
+#include <limits>
+
 namespace {
 
 struct Text
@@ -17,6 +19,8 @@ struct Text
 const int shortWait = 5; // seconds
 const int longWait = 300; // seconds
 const int shortRest = 600; // seconds that an export command may well take
+const double shortStatement = 60; // seconds
+const quint64 mostRows = std::numeric_limits<quint32>::max(); // of any company
 const int leastRetries = 4;
 const qint64 statementAround = 1024; // bytes of a statement besides its list
 const qint64 packetStep = 4 * 1024 * 1024;
@@ -51,6 +55,10 @@ Diagnosis modeDiagnosis(const ServerVariables &variables)
     };
     const QString text = variables.session("sql_mode");
     const QString global = variables.global("sql_mode");
+    if (text.isNull()) {
+        diagnosis.unknown.append({Text::tr("SQL modes"), Text::tr("the server does not tell")});
+        return diagnosis;
+    }
     const QStringList modes = modesOf(text);
     for (const char *bad : {"ONLY_FULL_GROUP_BY", "EMPTY_STRING_IS_NULL"}) {
         const QString mode = QLatin1String(bad);
@@ -82,6 +90,12 @@ Diagnosis limitDiagnosis(const ServerVariables &variables, bool runsCommand)
         if (variables.isOn(name))
             add("E-SRV-READONLY", name, {QLatin1String(name)});
     }
+    const QString rows = variables.session("sql_select_limit");
+    if (!rows.isNull() && rows.toULongLong() < mostRows)
+        add("E-SRV-ROWS", "sql_select_limit", {rows});
+    const QString time = variables.session("max_statement_time");
+    if (time.toDouble() > 0 && time.toDouble() < shortStatement)
+        add("W-SRV-TIME", "max_statement_time", {time});
     const QString wait = variables.session("innodb_lock_wait_timeout");
     if (!wait.isNull() && wait.toInt() < shortWait)
         add("W-SRV-LOCKSHORT", "innodb_lock_wait_timeout", {wait});

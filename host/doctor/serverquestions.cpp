@@ -60,10 +60,18 @@ ServerVariables::ServerVariables(const QHash<QString, QString> &values) :
 ServerVariables ServerVariables::read(const QSqlDatabase &database, QString *error)
 {
     ServerVariables variables;
+    // A limit for answers would cut those to come, here and in all later looks.
+    const QString limit = QStringLiteral("sql_select_limit");
+    const QString rows = askServer(database, QStringLiteral("SELECT @@session.%1").arg(limit))
+                             .text();
+    if (!rows.isEmpty())
+        askServer(database, QStringLiteral("SET SESSION %1 = 18446744073709551615").arg(limit));
     variables.ofSession = readPairs(database, QStringLiteral("SHOW SESSION VARIABLES"), error);
     variables.ofServer = readPairs(database, QStringLiteral("SHOW GLOBAL VARIABLES"), error);
     variables.ofCluster = readPairs(database, QStringLiteral("SHOW GLOBAL STATUS LIKE 'wsrep%'"),
                                     error);
+    if (!rows.isEmpty())
+        variables.ofSession.insert(limit, rows);
     return variables;
 }
 

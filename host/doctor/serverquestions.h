@@ -31,7 +31,8 @@ public:
     /// For what no server at hand has.
     explicit ServerVariables(const QHash<QString, QString> &values);
 
-    /// Asks the server; `error` gets its words if it does not tell.
+    /// Asks the server; `error` gets its words if it does not tell. From then on the session gets
+    /// whole answers, whatever limit it began with.
     static ServerVariables read(const QSqlDatabase &database, QString *error);
 
     QString session(const char *name) const { return ofSession.value(QLatin1String(name)); }

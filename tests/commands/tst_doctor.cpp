@@ -58,7 +58,8 @@ QJsonObject tst_Doctor::report(const Site &site, const QStringList &options, int
     TalvenhrProcess program(doctorOptions(site, options + QStringList(QStringLiteral("--json"))));
     const int ended = program.finish();
     if (ended != exitCode)
-        qCritical("ended with %d: %s", ended, qPrintable(program.output()));
+        QTest::qFail(qPrintable(QStringLiteral("ended with %1: ").arg(ended) + program.output()),
+                     __FILE__, __LINE__);
     const QString fault = schemaFault(program.output().toUtf8(), QStringLiteral("doctor"));
     if (!fault.isEmpty())
         QTest::qFail(qPrintable(fault), __FILE__, __LINE__);

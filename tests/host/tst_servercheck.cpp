@@ -76,7 +76,8 @@ void tst_ServerCheck::cleanup()
     tzset();
     for (const char *name :
          {"sql_mode", "read_only", "autocommit", "time_zone", "max_allowed_packet", "wait_timeout",
-          "innodb_lock_wait_timeout", "init_connect", "tx_read_only"})
+          "innodb_lock_wait_timeout", "init_connect", "tx_read_only", "sql_select_limit",
+          "max_statement_time"})
         database->execute(QStringLiteral("SET GLOBAL %1 = DEFAULT").arg(QLatin1String(name)));
 }
 
@@ -118,6 +119,8 @@ void tst_ServerCheck::server_data()
     row("W-SRV-IDLE", QStringLiteral("SET GLOBAL wait_timeout = 60"));
     row("W-SRV-LOCKSHORT", QStringLiteral("SET GLOBAL innodb_lock_wait_timeout = 1"));
     row("W-SRV-LOCKLONG", QStringLiteral("SET GLOBAL innodb_lock_wait_timeout = 3600"));
+    row("E-SRV-ROWS", QStringLiteral("SET GLOBAL sql_select_limit = 10"));
+    row("W-SRV-TIME", QStringLiteral("SET GLOBAL max_statement_time = 10"));
     row("E-SRV-ZONE", QStringLiteral("SET GLOBAL time_zone = '-08:00'"));
     const int offset = QDateTime::currentDateTime().offsetFromUtc() / 3600;
     row("W-SRV-SEASON", QStringLiteral("SET GLOBAL time_zone = '+0%1:00'").arg(offset));
