@@ -21,6 +21,25 @@ QString unquoted(QString name)
     return name.replace(QLatin1String("``"), QLatin1String("`"));
 }
 
+/// The line with its names in backquotes: under ANSI_QUOTES the server has others.
+QString withBackquotes(const QString &line)
+{
+    static const QRegularExpression name(
+        QStringLiteral("%1|\"((?:[^\"]|\"\")*)\"").arg(QString::fromLatin1(nameForm)));
+    QString text;
+    int end = 0;
+    auto found = name.globalMatch(line);
+    while (found.hasNext()) {
+        const QRegularExpressionMatch match = found.next();
+        text += line.midRef(end, match.capturedStart() - end);
+        text += match.captured().startsWith(QLatin1Char('`'))
+            ? match.captured()
+            : quotedName(match.captured(2).replace(QLatin1String("\"\""), QLatin1String("\"")));
+        end = match.capturedEnd();
+    }
+    return text + line.midRef(end);
+}
+
 /// The end of the parenthesis that opens at the position.
 int closing(const QString &text, int open)
 {
@@ -223,7 +242,7 @@ Failure readGrantedRights(const QSqlDatabase &database, GrantedRights *rights)
     if (!query.exec(QStringLiteral("SHOW GRANTS")))
         return {ExitDatabase, errorText(query.lastError())};
     while (query.next()) {
-        const QString line = query.value(0).toString();
+        const QString line = withBackquotes(query.value(0).toString());
         Grant grant;
         if (parseGrant(line, &grant))
             rights->grants.append(grant);

@@ -26,6 +26,8 @@ public:
 
 private Q_SLOTS:
     void soundSchema_findsNothing();
+    void sqlMode_makesNoFinding_data() { addSqlModes(); }
+    void sqlMode_makesNoFinding();
     void soundVariants_findNothing_data();
     void soundVariants_findNothing();
     void tableMissing_data();
@@ -86,6 +88,15 @@ void tst_DoctorSchema::soundSchema_findsNothing()
     const Diagnosis found = diagnosis(QString::fromLatin1(administrator));
     QVERIFY2(found.findings.isEmpty() && found.unknown.isEmpty(), qPrintable(toText(found)));
     QVERIFY(found.passed.size() >= 3);
+}
+
+void tst_DoctorSchema::sqlMode_makesNoFinding()
+{
+    QFETCH(QString, mode);
+    setSqlMode(mode);
+    const Diagnosis found = diagnosis(QString::fromLatin1(administrator));
+    setSqlMode(QStringLiteral("STRICT_TRANS_TABLES"));
+    QVERIFY2(found.findings.isEmpty(), qPrintable(toText(found)));
 }
 
 void tst_DoctorSchema::soundVariants_findNothing_data()

@@ -46,6 +46,18 @@ Diagnosis DoctorFixture::diagnosis(const QString &user)
     return found;
 }
 
+void DoctorFixture::addSqlModes()
+{
+    QTest::addColumn<QString>("mode");
+    for (const char *mode : {"", "TRADITIONAL", "ANSI,ONLY_FULL_GROUP_BY", "NO_BACKSLASH_ESCAPES"})
+        QTest::newRow(mode) << QString::fromLatin1(mode);
+}
+
+void DoctorFixture::setSqlMode(const QString &mode)
+{
+    database->execute(QStringLiteral("SET GLOBAL sql_mode = '%1'").arg(mode));
+}
+
 void DoctorFixture::execute(const QStringList &statements)
 {
     for (const QString &statement : statements)

@@ -25,6 +25,10 @@ protected:
     /// What the look finds through a new connection: of a login that can only look, or of any other
     /// account without a password.
     Diagnosis diagnosis(const QString &user = QStringLiteral("look"));
+    /// Those under which a pass works, for a column `mode`.
+    static void addSqlModes();
+    /// For new connections.
+    void setSqlMode(const QString &mode);
     /// Runs statements as the administrator.
     void execute(const QStringList &statements);
     /// Does what the findings say, where that is SQL. Words in capitals are replaced. False if
