@@ -173,17 +173,16 @@ FindingTopic connectionFindings()
     return {"Options of the connection",
             "What the connection is told, by `--connect-options` and by the attendance server.",
             {
-                {"E-CON-FOUNDROWS", FINDING_TEXT("matched rows counted as changed"),
+                {"W-CON-FOUNDROWS", FINDING_TEXT("matched rows counted as changed"),
                  FINDING_TEXT("the options of the connection hold CLIENT_FOUND_ROWS"),
-                 FINDING_TEXT("rows that stay as they are count as changed: people count as "
-                              "added to branches and terminals are told again, in every pass "
-                              "that looks at them"),
+                 FINDING_TEXT("rows that stay as they are count as changed: a correction of leave "
+                              "that is there already counts as written, and the person's "
+                              "attendance is opened for another calculation"),
                  FINDING_TEXT("take CLIENT_FOUND_ROWS out of the options"), nullptr},
                 {"W-CON-RECONNECT", FINDING_TEXT("automatic reconnection"),
                  FINDING_TEXT("the options of the connection hold MYSQL_OPT_RECONNECT"),
-                 FINDING_TEXT("a connection that breaks between the two statements of a "
-                              "supervisor's mark leaves the person without a supervisor, "
-                              "without a word"),
+                 FINDING_TEXT("a pass whose connection breaks goes on without the statement that "
+                              "met the break, and much of that is not tried again"),
                  FINDING_TEXT("take MYSQL_OPT_RECONNECT out of the options"), nullptr},
                 {"W-RUN-LOCK", FINDING_TEXT("another run at work"),
                  FINDING_TEXT("a 'talvenhr run' is at work on the database (%1)"),

@@ -89,7 +89,7 @@ Diagnosis connectionDiagnosis(const QString &connectOptions)
         if (value == QLatin1String("0") || value == QLatin1String("FALSE"))
             continue;
         if (name == QLatin1String("CLIENT_FOUND_ROWS"))
-            diagnosis.findings.append(finding("E-CON-FOUNDROWS", Text::tr("connection")));
+            diagnosis.findings.append(finding("W-CON-FOUNDROWS", Text::tr("connection")));
         if (name == QLatin1String("MYSQL_OPT_RECONNECT"))
             diagnosis.findings.append(finding("W-CON-RECONNECT", Text::tr("connection")));
     }

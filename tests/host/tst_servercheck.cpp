@@ -292,9 +292,9 @@ void tst_ServerCheck::connectOptions_data()
     QTest::newRow("none") << QString() << QString();
     QTest::newRow("harmless") << "MYSQL_OPT_CONNECT_TIMEOUT=5" << QString();
     QTest::newRow("found rows") << "UNIX_SOCKET=/a;CLIENT_FOUND_ROWS=1"
-                                << "E-CON-FOUNDROWS";
+                                << "W-CON-FOUNDROWS";
     QTest::newRow("without a value") << "CLIENT_FOUND_ROWS"
-                                     << "E-CON-FOUNDROWS";
+                                     << "W-CON-FOUNDROWS";
     QTest::newRow("off") << "MYSQL_OPT_RECONNECT=0" << QString();
     QTest::newRow("reconnect") << "MYSQL_OPT_RECONNECT=TRUE"
                                << "W-CON-RECONNECT";
