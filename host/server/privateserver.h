@@ -33,8 +33,8 @@ public:
     /// Further options for mariadbd; to be called before start().
     void setServerOptions(const QStringList &options);
 
-    /// Asked many times a second while start(), startOrJoin(), loadFiles() and execute() wait: true
-    /// breaks them off, with the data or the content unfinished.
+    /// Asked many times a second while start(), startOrJoin(), loadFiles(), execute() and feed()
+    /// wait: true breaks them off, with the data or the content unfinished.
     void setInterruption(const std::function<bool()> &wanted);
     /// How long the server may take to answer; a minute unless told otherwise.
     void setPatience(int milliseconds);
@@ -68,6 +68,10 @@ public:
     bool loadFiles(const QString &database, const QStringList &files, QString *error);
     /// Runs statements as the administrator; an empty database name selects none.
     bool execute(const QString &database, const QString &statements, QString *error);
+    /// As execute(), with statements that come piece by piece, each asked for when there is room
+    /// for it; an empty piece is the end. What was sent before a fault may have been run.
+    bool feed(const QString &database, const std::function<QByteArray()> &nextPiece,
+              QString *error);
     /// Hands the terminal over to the client, for statements or with none for a conversation.
     /// `exitCode` is the client's. False when there is no client.
     bool converse(const QString &database, const QString &statements, int *exitCode,
@@ -85,6 +89,9 @@ private Q_SLOTS:
 private:
     bool waitForHolder(QString *error);
     bool runClient(const QString &database, const QByteArray &input, QString *error);
+    bool sendPieces(ChildProcess *process, const std::function<QByteArray()> &nextPiece,
+                    QString *error);
+    bool endClient(ChildProcess *process, QString *error);
     bool makeData(QString *error);
     void startInstallation(const QString &install, ChildProcess *process) const;
     bool attend(ChildProcess *process, const QString &what, const std::function<QByteArray()> &text,

@@ -8,6 +8,13 @@
 #include <QDir>
 #include <QFile>
 
+namespace {
+
+const int longPause = 50; // milliseconds
+const qint64 mostWaiting = 512 * 1024; // bytes
+
+} // namespace
+
 bool PrivateServer::createDatabase(const QString &name, QString *error)
 {
     return execute(QString(),
@@ -46,18 +53,65 @@ bool PrivateServer::runClient(const QString &database, const QByteArray &input, 
     process.start(client, clientOptions(database) << QStringLiteral("--batch"));
     process.write(input);
     process.closeWriteChannel();
+    return endClient(&process, error);
+}
+
+bool PrivateServer::feed(const QString &database, const std::function<QByteArray()> &nextPiece,
+                         QString *error)
+{
+    const QString client = findProgram(QStringLiteral("mariadb"), error);
+    if (client.isEmpty())
+        return false;
+
+    ChildProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(client,
+                  clientOptions(database)
+                      << QStringLiteral("--batch") << QStringLiteral("--max-allowed-packet=1G"));
+    if (!sendPieces(&process, nextPiece, error)) {
+        process.killAll();
+        stop();
+        return false;
+    }
+    process.closeWriteChannel();
+    return endClient(&process, error);
+}
+
+/// No more than a few pieces wait for the client. False, with the reason, if waiting was hopeless.
+bool PrivateServer::sendPieces(ChildProcess *process, const std::function<QByteArray()> &nextPiece,
+                               QString *error)
+{
+    for (QByteArray piece = nextPiece(); !piece.isEmpty(); piece = nextPiece()) {
+        process->write(piece);
+        QElapsedTimer timer;
+        timer.start();
+        do {
+            if (isHopeless(log.text(), timer, error))
+                return false;
+            process->waitForBytesWritten(longPause);
+            // A client that has ended says why.
+            if (process->state() == QProcess::NotRunning)
+                return true;
+        } while (process->bytesToWrite() > mostWaiting);
+    }
+    return true;
+}
+
+/// Waits for a client that has got all of its input. False, with what it says, if it has failed.
+bool PrivateServer::endClient(ChildProcess *process, QString *error)
+{
     const QString what = tr("filling the private database in '%1'").arg(folder.name());
     const auto text = [this] { return log.text(); };
-    if (!attend(&process, what, text, error)) {
+    if (!attend(process, what, text, error)) {
         // It may still be at work on what the client sent.
         stop();
         return false;
     }
-    if (startedAndEndedWell(process))
+    if (startedAndEndedWell(*process))
         return true;
-    *error = withRemedy(faultLine(process.readAllStandardError()));
+    *error = withRemedy(faultLine(process->readAllStandardError()));
     if (error->isEmpty())
-        *error = process.errorString();
+        *error = process->errorString();
     return false;
 }
 
