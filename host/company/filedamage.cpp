@@ -247,7 +247,7 @@ QVector<SheetDamage> damagesOfColumns()
         {"column-emptied", "nobody has a calendar", "W-AGAINST-EMPTY", columnEmptied},
         {"supervisors-emptied", "nobody has a supervisor", "W-AGAINST-EMPTY", supervisorsEmptied},
         // A month may end for everybody.
-        {"balances-all-zero", "nobody has any leave", "", balancesAllZero},
+        {"balances-all-zero", "nobody has any leave", "W-AGAINST-SAME", balancesAllZero},
         {"balances-with-comma", "decimal commas in all balances", "E-CELL-BALANCE",
          balancesWithComma},
         {"dates-without-time", "all first days without a time", "E-CELL-DATE", datesWithoutTime},
