@@ -8,7 +8,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -134,28 +133,12 @@ private:
     QVector<int> matched; ///< places of the cells that make two rows the same one
 };
 
-/// Where a person stands among others: nobody last, before them those without a number.
-using PersonPlace = std::tuple<bool, bool, qulonglong, qulonglong, qlonglong>;
-
-PersonPlace placeOf(const Person &person)
-{
-    return {person.uid == 0, person.pamId.isEmpty(),
-            person.pamId.section(QLatin1Char('.'), 0, 0).toULongLong(),
-            person.pamId.section(QLatin1Char('.'), 1).toULongLong(), person.uid};
-}
-
 /// Fills in the number and the name, if the snapshot has the person.
 bool introduce(const Snapshot &snapshot, Person *person)
 {
     const TableContent *people = snapshot.find(QStringLiteral("people"));
-    if (!people)
-        return false;
-    const int uid = people->indexOf(QStringLiteral("uid"));
-    const auto row = std::lower_bound(people->rows.cbegin(), people->rows.cend(), person->uid,
-                                      [uid](const TableRow &candidate, qlonglong wanted) {
-                                          return candidate.value(uid).toLongLong() < wanted;
-                                      });
-    if (row == people->rows.cend() || row->value(uid).toLongLong() != person->uid)
+    const TableRow *row = peopleRow(snapshot, person->uid);
+    if (!row)
         return false;
     const auto text = [people, row](const QString &column) {
         return row->value(people->indexOf(column)).toString();
@@ -176,10 +159,7 @@ QVector<Person> peopleOf(const QVector<Change> &changes, const Snapshot &before,
         uids.insert(change.person.uid);
     std::vector<std::pair<PersonPlace, Person>> people;
     for (const qlonglong uid : qAsConst(uids)) {
-        Person person;
-        person.uid = uid;
-        if (uid != 0 && !introduce(after, &person))
-            introduce(before, &person);
+        const Person person = personOf(uid, before, after);
         people.emplace_back(placeOf(person), person);
     }
     std::sort(people.begin(), people.end(),
@@ -217,4 +197,36 @@ QVector<Change> difference(const Snapshot &before, const Snapshot &after, const 
             TableDifference(*old, content, setAside).appendTo(&changes);
     }
     return byPerson(changes, peopleOf(changes, before, after));
+}
+
+Person personOf(qlonglong uid, const Snapshot &before, const Snapshot &after)
+{
+    Person person;
+    person.uid = uid;
+    if (uid != 0 && !introduce(after, &person))
+        introduce(before, &person);
+    return person;
+}
+
+/// Nobody comes last, before them those without a number.
+PersonPlace placeOf(const Person &person)
+{
+    return {person.uid == 0, person.pamId.isEmpty(),
+            person.pamId.section(QLatin1Char('.'), 0, 0).toULongLong(),
+            person.pamId.section(QLatin1Char('.'), 1).toULongLong(), person.uid};
+}
+
+const TableRow *peopleRow(const Snapshot &snapshot, qlonglong uid)
+{
+    const TableContent *people = snapshot.find(QStringLiteral("people"));
+    if (!people)
+        return nullptr;
+    const int column = people->indexOf(QStringLiteral("uid"));
+    const auto row = std::lower_bound(people->rows.cbegin(), people->rows.cend(), uid,
+                                      [column](const TableRow &candidate, qlonglong wanted) {
+                                          return candidate.value(column).toLongLong() < wanted;
+                                      });
+    if (row == people->rows.cend() || row->value(column).toLongLong() != uid)
+        return nullptr;
+    return &*row;
 }

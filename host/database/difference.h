@@ -5,6 +5,8 @@
 
 #include "host/database/snapshot.h"
 
+#include <tuple>
+
 /// Whom a row is about.
 struct Person
 {
@@ -36,3 +38,13 @@ struct SetAside
 /// them has is not looked at; a Change has the columns of the second.
 QVector<Change> difference(const Snapshot &before, const Snapshot &after,
                            const SetAside &setAside = {});
+
+/// The person's number and name as in the second snapshot, or as in the first if gone since.
+Person personOf(qlonglong uid, const Snapshot &before, const Snapshot &after);
+
+/// Where a person stands among others, in the order of difference().
+using PersonPlace = std::tuple<bool, bool, qulonglong, qulonglong, qlonglong>;
+PersonPlace placeOf(const Person &person);
+
+/// The row of `people` with this uid; null if there is none.
+const TableRow *peopleRow(const Snapshot &snapshot, qlonglong uid);

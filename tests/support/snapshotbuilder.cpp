@@ -24,14 +24,22 @@ SnapshotBuilder::SnapshotBuilder()
 
 SnapshotBuilder &SnapshotBuilder::with(const char *table, std::initializer_list<const char *> rows)
 {
-    const QStringList parts = QString::fromUtf8(table).split(QStringLiteral(": "));
+    QStringList texts;
+    for (const char *row : rows)
+        texts.append(QString::fromUtf8(row));
+    return with(QString::fromUtf8(table), texts);
+}
+
+SnapshotBuilder &SnapshotBuilder::with(const QString &table, const QStringList &rows)
+{
+    const QStringList parts = table.split(QStringLiteral(": "));
     for (TableContent &content : snapshot.tables) {
         if (content.table->name != parts.first())
             continue;
         content.columns = parts.last().split(QLatin1Char('|'));
-        for (const char *text : rows) {
+        for (const QString &text : rows) {
             TableRow row;
-            const QStringList cells = QString::fromUtf8(text).split(QLatin1Char('|'));
+            const QStringList cells = text.split(QLatin1Char('|'));
             for (const QString &one : cells)
                 row.append(cell(one));
             content.rows.append(row);
@@ -39,7 +47,7 @@ SnapshotBuilder &SnapshotBuilder::with(const char *table, std::initializer_list<
         sortByKey(&content);
         return *this;
     }
-    qFatal("no pass touches the table %s", table);
+    qFatal("no pass touches the table %s", qPrintable(table));
 }
 
 SnapshotBuilder &SnapshotBuilder::named(const char *column, qlonglong id, const char *name)

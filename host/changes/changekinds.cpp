@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The kinds of what a pass does, by which changes are counted and limited.
+#include "host/changes/changekinds.h"
+
+namespace {
+
+/// In the order of the kinds.
+const char *const names[] = {
+    "added",     "revived",        "updated",     "ended",   "moved", "memberships",
+    "terminals", "administrators", "supervisors", "plans",   "leave", "reopened",
+    "pam",       "notices",        "waiting",     "dropped", "errors"};
+static_assert(sizeof(names) / sizeof(names[0]) == changeKindCount, "each kind has a name");
+
+} // namespace
+
+const QVector<ChangeKind> &changeKinds()
+{
+    static const QVector<ChangeKind> kinds = [] {
+        QVector<ChangeKind> all;
+        for (int kind = 0; kind < changeKindCount; ++kind)
+            all.append(static_cast<ChangeKind>(kind));
+        return all;
+    }();
+    return kinds;
+}
+
+QString kindName(ChangeKind kind)
+{
+    return QString::fromLatin1(names[static_cast<int>(kind)]);
+}
+
+bool kindOfName(const QString &name, ChangeKind *kind)
+{
+    for (const ChangeKind candidate : changeKinds()) {
+        if (kindName(candidate) == name) {
+            *kind = candidate;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool countsPeople(ChangeKind kind)
+{
+    return kind < ChangeKind::Notices;
+}

@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Changes for people: a summary that fits a screen, and one person's.
+#include "host/changes/changestext.h"
+
+#include "host/base/oneline.h"
+#include "host/database/changetext.h"
+#include "host/report/textreport.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(ChangesText)
+};
+
+/// In which order a reader wants to hear of them.
+const ChangeKind worst[] = {
+    ChangeKind::Errors,         ChangeKind::Waiting,
+    ChangeKind::Dropped,        ChangeKind::Ended,
+    ChangeKind::Moved,          ChangeKind::Revived,
+    ChangeKind::Added,          ChangeKind::Supervisors,
+    ChangeKind::Leave,          ChangeKind::Memberships,
+    ChangeKind::Administrators, ChangeKind::Terminals,
+    ChangeKind::Plans,          ChangeKind::Pam,
+    ChangeKind::Updated,        ChangeKind::Reopened,
+    ChangeKind::Notices,
+};
+static_assert(sizeof(worst) / sizeof(worst[0]) == changeKindCount, "each kind has its place");
+
+const int indent = 4; // blanks before what a person's lines hold
+
+QString passText(const ChangesHeader &header)
+{
+    const QString passes = header.firstPass == header.lastPass
+        ? Text::tr("pass %1").arg(header.lastPass)
+        : Text::tr("passes %1 to %2").arg(header.firstPass).arg(header.lastPass);
+    const QString when = header.when.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return header.how == ChangesHeader::Rehearsed
+        ? Text::tr("Rehearsed at %1: what a pass would change.").arg(when)
+        : Text::tr("Changes of %1, at %2. What others wrote meanwhile stands here, too.")
+              .arg(passes, when);
+}
+
+QString exportText(const ExportIdentity &file)
+{
+    if (file.digest.isEmpty())
+        return Text::tr("There was no export.");
+    return Text::tr("Export %1: %2 lines, SHA-256 %3…")
+        .arg(oneLine(file.name))
+        .arg(file.lines)
+        .arg(file.digest.left(12));
+}
+
+QString behindKind(const Changes &changes, ChangeKind kind)
+{
+    if (kind == ChangeKind::Leave)
+        return Text::tr(", %1 in all").arg(daysText(changes.totals.leave).mid(1));
+    if (kind == ChangeKind::Reopened)
+        return Text::tr(", %1 days in all").arg(changes.totals.reopenedDays);
+    return QString();
+}
+
+QString titleOf(const ChangedPerson &changed)
+{
+    const Person &person = changed.person;
+    const QString number = !person.pamId.isEmpty() ? person.pamId
+        : person.uid != 0                          ? Text::tr("uid %1").arg(person.uid)
+                                                   : Text::tr("pid %1").arg(changed.pid);
+    return oneLine(QStringLiteral("%1 %2").arg(number, person.name).trimmed());
+}
+
+/// Where somebody stands among the worst.
+int rankOf(const ChangedPerson &person)
+{
+    int rank = 0;
+    for (const ChangeKind kind : worst) {
+        if (person.kinds.has(kind))
+            return rank;
+        // What a warning is about comes behind what waits.
+        if (kind == ChangeKind::Waiting && !person.messages.isEmpty())
+            return rank;
+        ++rank;
+    }
+    return rank;
+}
+
+} // namespace
+
+QString kindText(ChangeKind kind, qint64 count)
+{
+    switch (kind) {
+    case ChangeKind::Added:
+        return Text::tr("%1 people added").arg(count);
+    case ChangeKind::Revived:
+        return Text::tr("%1 people active again").arg(count);
+    case ChangeKind::Updated:
+        return Text::tr("%1 people updated").arg(count);
+    case ChangeKind::Ended:
+        return Text::tr("%1 people whose employment ends").arg(count);
+    case ChangeKind::Moved:
+        return Text::tr("%1 people moved to another branch").arg(count);
+    case ChangeKind::Memberships:
+        return Text::tr("%1 people with other memberships").arg(count);
+    case ChangeKind::Terminals:
+        return Text::tr("%1 people on other terminals").arg(count);
+    case ChangeKind::Administrators:
+        return Text::tr("%1 people under other administrators").arg(count);
+    case ChangeKind::Supervisors:
+        return Text::tr("%1 people with another supervisor").arg(count);
+    case ChangeKind::Plans:
+        return Text::tr("%1 people with other group plans or months").arg(count);
+    case ChangeKind::Leave:
+        return Text::tr("%1 people with leave corrected").arg(count);
+    case ChangeKind::Reopened:
+        return Text::tr("%1 people with days to be calculated again").arg(count);
+    case ChangeKind::Pam:
+        return Text::tr("%1 people enrolled otherwise in PaM").arg(count);
+    case ChangeKind::Notices:
+        return Text::tr("%1 notices to terminals").arg(count);
+    case ChangeKind::Waiting:
+        return Text::tr("%1 records waiting").arg(count);
+    case ChangeKind::Dropped:
+        return Text::tr("%1 lines of the export dropped").arg(count);
+    case ChangeKind::Errors:
+        return Text::tr("%1 errors").arg(count);
+    }
+    return {};
+}
+
+QString summaryText(const Changes &changes, int width)
+{
+    QStringList lines {passText(changes.header), exportText(changes.header.exported)};
+    bool any = false;
+    for (const ChangeKind kind : worst) {
+        const qint64 count = changes.summary[kind];
+        if (count == 0)
+            continue;
+        any = true;
+        lines.append(QLatin1String("  ") + kindText(kind, count) + behindKind(changes, kind));
+    }
+    if (!any)
+        lines.append(Text::tr("  Nothing changes."));
+    // Each of them is short but for the name of a file.
+    QString text;
+    for (const QString &line : qAsConst(lines))
+        text += (line.size() <= width ? line : line.left(width - 1) + QChar(0x2026))
+            + QLatin1Char('\n');
+    return text;
+}
+
+QVector<int> worstFirst(const Changes &changes)
+{
+    std::vector<std::pair<int, int>> order;
+    for (int place = 0; place < changes.people.size(); ++place)
+        order.emplace_back(rankOf(changes.people.at(place)), place);
+    std::sort(order.begin(), order.end());
+    QVector<int> places;
+    places.reserve(changes.people.size());
+    for (const auto &entry : order)
+        places.append(entry.second);
+    return places;
+}
+
+QString personText(const ChangedPerson &person, const IdNames &names, int width)
+{
+    QString text = wrapped(titleOf(person), width - indent, indent) + QLatin1Char('\n');
+    const auto add = [&text, width](const QString &line, int blanks) {
+        text += QString(blanks, QLatin1Char(' ')) + wrapped(line, width - blanks - 2, blanks + 2)
+            + QLatin1Char('\n');
+    };
+    const QStringList words = personWords(person, names);
+    for (const QString &line : words)
+        add(line, 2);
+    const QVector<PersonChanges> rows = changeTexts(person.rows, names);
+    for (const PersonChanges &changes : rows) {
+        for (const QString &line : changes.lines)
+            add(line, indent);
+    }
+    return text;
+}

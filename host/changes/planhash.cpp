@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What two passes must have in common to be the same plan.
+#include "host/changes/planhash.h"
+
+#include "host/database/value.h"
+
+#include <QCryptographicHash>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+const char unitEnd = '\x1f';
+const char lineEnd = '\n';
+
+QString hex(const QCryptographicHash &hash)
+{
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+/// With its kind and length in front, so that no two cells read alike.
+void appendCell(const QVariant &cell, QByteArray *line)
+{
+    switch (cell.userType()) {
+    case QMetaType::UnknownType:
+        *line += 'n';
+        break;
+    case QMetaType::LongLong:
+        *line += 'i' + QByteArray::number(cell.toLongLong());
+        break;
+    case QMetaType::ULongLong:
+        *line += 'i' + QByteArray::number(cell.toULongLong());
+        break;
+    case QMetaType::Double:
+        *line += 'd' + QByteArray::number(cell.toDouble(), 'g', 17);
+        break;
+    default: {
+        const QByteArray bytes = cell.userType() == QMetaType::QByteArray
+            ? cell.toByteArray()
+            : cell.toString().toUtf8();
+        *line += (cell.userType() == QMetaType::QByteArray ? 'b' : 's')
+            + QByteArray::number(bytes.size()) + ':' + bytes;
+    }
+    }
+    *line += unitEnd;
+}
+
+/// The columns of a table that two passes have in common.
+QVector<int> comparedPlaces(const Change &change)
+{
+    const TouchedTable &table = *change.table;
+    const bool namesPerson = change.person.uid != 0;
+    QVector<int> places;
+    for (int place = 0; place < change.columns.size(); ++place) {
+        const QString &column = change.columns.at(place);
+        const bool isLeftOut = table.stamps.contains(column) || column == table.generated
+            || column == QLatin1String("calc") || (namesPerson && column == table.person);
+        if (!isLeftOut)
+            places.append(place);
+    }
+    return places;
+}
+
+QByteArray personKey(const Person &person)
+{
+    if (person.uid == 0)
+        return "nobody";
+    return person.pamId.isEmpty() ? "uid " + QByteArray::number(person.uid) : person.pamId.toUtf8();
+}
+
+/// The lines of changes, those of one person and table in an order of their own.
+class ChangeLines
+{
+public:
+    void add(const QVector<Change> &changes)
+    {
+        for (const Change &change : changes)
+            add(change);
+        flush();
+    }
+    QString result() const { return hex(hash); }
+
+private:
+    void add(const Change &change)
+    {
+        if (change.table != table || change.person.uid != uid || change.columns != columns) {
+            flush();
+            table = change.table;
+            uid = change.person.uid;
+            columns = change.columns;
+            places = comparedPlaces(change);
+        }
+        const bool stands = !change.before.isEmpty() && !change.after.isEmpty();
+        if (stands && compareRows(change.before, change.after, places) == 0)
+            return;
+        QByteArray line = personKey(change.person) + unitEnd + change.table->name.toUtf8()
+            + unitEnd;
+        appendRow(change.before, &line);
+        appendRow(change.after, &line);
+        lines.push_back(line);
+    }
+
+    void appendRow(const TableRow &row, QByteArray *line) const
+    {
+        *line += row.isEmpty() ? '-' : '+';
+        for (const int place : places) {
+            if (row.isEmpty())
+                break;
+            *line += columns.at(place).toUtf8() + '=';
+            appendCell(row.at(place), line);
+        }
+    }
+
+    void flush()
+    {
+        std::sort(lines.begin(), lines.end());
+        for (const QByteArray &line : lines)
+            hash.addData(line + lineEnd);
+        lines.clear();
+        table = nullptr;
+    }
+
+    QCryptographicHash hash {QCryptographicHash::Sha256};
+    std::vector<QByteArray> lines;
+    const TouchedTable *table = nullptr;
+    qlonglong uid = 0;
+    QStringList columns;
+    QVector<int> places;
+};
+
+} // namespace
+
+QString changeHash(const Changes &changes)
+{
+    ChangeLines lines;
+    for (const ChangedPerson &person : changes.people)
+        lines.add(person.rows);
+    lines.add(changes.others);
+    return lines.result();
+}
+
+QString readHash(const ChangesHeader &header)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const QString &part :
+         {header.exported.digest, header.settings, header.plugin, header.state})
+        hash.addData(part.toUtf8() + lineEnd);
+    return hex(hash);
+}
+
+QString planHash(const QString &read, const QString &change)
+{
+    return QString::fromLatin1(
+        QCryptographicHash::hash((read + QLatin1Char(lineEnd) + change).toUtf8(),
+                                 QCryptographicHash::Sha256)
+            .toHex());
+}
+
+QString stateDigest(const Snapshot &snapshot)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    QByteArray line;
+    for (const TableContent &content : snapshot.tables) {
+        hash.addData(content.table->name.toUtf8() + unitEnd
+                     + content.columns.join(QLatin1Char(unitEnd)).toUtf8() + lineEnd);
+        for (const TableRow &row : content.rows) {
+            line.clear();
+            for (const QVariant &cell : row)
+                appendCell(cell, &line);
+            hash.addData(line + lineEnd);
+        }
+    }
+    return hex(hash);
+}

@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What two passes must have in common to be the same plan.
+#pragma once
+
+#include "host/changes/changes.h"
+
+/// SHA-256 in hex over all rows that change. Left out are ids that the server makes up (of new
+/// people, of notices) and moments (when a row was written, calculated): a person is named by their
+/// number, and a row that differs in nothing else does not count. So the rehearsed pass and the
+/// real one have the same, and so have two readings of one file.
+QString changeHash(const Changes &changes);
+
+/// SHA-256 in hex over the digests of export, settings and state, and the plugin's version.
+QString readHash(const ChangesHeader &header);
+
+/// SHA-256 in hex over both.
+QString planHash(const QString &read, const QString &change);
+
+/// SHA-256 in hex over all rows and columns of the snapshot, for the header.
+QString stateDigest(const Snapshot &snapshot);
