@@ -24,7 +24,9 @@ QVector<ExitMeaning> exitMeanings()
         {ExitUsage, Text::tr("wrong usage, settings missing or wrong, plugin cannot be loaded")},
         {ExitDatabase, Text::tr("database cannot be reached or used")},
         {ExitTimeout, Text::tr("timed out")},
-        {ExitRefused, Text::tr("refused: another run is in progress")},
+        {ExitRefused,
+         Text::tr("refused: another run is in progress, a limit is exceeded, a copy is not whole")},
+        {ExitChanged, Text::tr("something would change, and --exit-code asks for it")},
         {ExitInterrupted,
          Text::tr("cut by signals: a running pass by the second, the making of a private database "
                   "by the first")},

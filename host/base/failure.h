@@ -14,6 +14,7 @@ enum ExitCode {
     ExitDatabase = 3,
     ExitTimeout = 4,
     ExitRefused = 5,
+    ExitChanged = 6,
     ExitInterrupted = 130, ///< as shells tell of SIGINT
 };
 

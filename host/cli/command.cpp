@@ -29,3 +29,12 @@ QVector<Option> settingsOf(const QVector<Command> &commands)
     }
     return all;
 }
+
+QStringList fileSettingsOf(const QVector<Command> &commands)
+{
+    QStringList settings;
+    for (const Command &command : commands)
+        settings += command.fileSettings;
+    settings.removeDuplicates();
+    return settings;
+}

@@ -57,6 +57,8 @@ struct Command
     QString purpose; ///< a few sentences
     QVector<Argument> arguments; ///< each must be given
     QVector<OptionGroup> groups;
+    /// What only talvenhr.conf can set, as SECTION/KEY; a star at the end stands for any ending.
+    QStringList fileSettings = {};
     QVector<ExitCode> exitCodes; ///< those with which it can end
     QVector<HelpSection> sections;
     /// Does the work. A failure with a text is told to the user by the caller.
@@ -67,3 +69,5 @@ struct Command
 QVector<Option> settingsOf(const Command &command);
 /// Those of all commands, each once.
 QVector<Option> settingsOf(const QVector<Command> &commands);
+/// What only talvenhr.conf can set, of all commands.
+QStringList fileSettingsOf(const QVector<Command> &commands);

@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace {
 
 struct Text
@@ -41,6 +43,16 @@ QStringList keysOf(const QString &section, const QStringList &settings)
     return keys;
 }
 
+/// A known setting that ends with a star stands for all that begin like it.
+bool isKnown(const QString &setting, const QStringList &known)
+{
+    return std::any_of(known.cbegin(), known.cend(), [&setting](const QString &one) {
+        return one == setting
+            || (one.endsWith(QLatin1Char('*')) && setting.size() >= one.size()
+                && setting.startsWith(one.leftRef(one.size() - 1)));
+    });
+}
+
 bool isComment(const QString &text)
 {
     return text.startsWith(QLatin1Char('#')) || text.startsWith(QLatin1Char(';'));
@@ -64,6 +76,13 @@ QString Configuration::standardPath()
             return path;
     }
     return QString();
+}
+
+QStringList Configuration::settings() const
+{
+    QStringList names = entries.keys();
+    names.sort();
+    return names;
 }
 
 Failure Configuration::read(const QString &path, const QStringList &known)
@@ -107,7 +126,7 @@ Failure Configuration::take(const QString &text, int line, const QStringList &kn
     if (section->isEmpty())
         return wrong(line, Text::tr("the key '%1' stands below no section").arg(key));
     const QString setting = *section + QLatin1Char('/') + key;
-    if (!known.contains(setting))
+    if (!isKnown(setting, known))
         return wrong(line,
                      Text::tr("unknown key '%1' in [%2]%3")
                          .arg(key, *section, didYouMean(key, keysOf(*section, known))));

@@ -27,6 +27,8 @@ public:
     QString path() const { return file; }
     bool contains(const QString &setting) const { return entries.contains(setting); }
     Entry entry(const QString &setting) const { return entries.value(setting); }
+    /// Those that stand in the file, sorted.
+    QStringList settings() const;
 
     /// The file that counts where none is named: the user's, else the machine's; empty if neither
     /// is there.

@@ -45,9 +45,10 @@ OptionGroup commonOptions()
              {QStringLiteral("help"), QString(), Text::tr("show this text")}}};
 }
 
-Options::Options(const Command &chosen, const QVector<Option> &all) :
+Options::Options(const Command &chosen, const QVector<Option> &all, const QStringList &onlyInFile) :
     command(chosen),
-    settings(all)
+    settings(all),
+    fileSettings(onlyInFile)
 {
     for (const OptionGroup &group : command.groups)
         known += group.options;
@@ -96,10 +97,18 @@ Failure Options::readConfiguration()
     const QString path = isGiven(option) ? value(option) : Configuration::standardPath();
     if (path.isEmpty())
         return {};
-    QStringList names;
+    QStringList names = fileSettings;
     for (const Option &setting : settings)
         names.append(setting.setting);
     return file.read(path, names);
+}
+
+QStringList Options::fileOnlySettings() const
+{
+    QStringList names = file.settings();
+    for (const Option &setting : settings)
+        names.removeAll(setting.setting);
+    return names;
 }
 
 bool Options::helpWanted() const

@@ -21,8 +21,9 @@ public:
     };
 
     /// Every command has the options --config and --help besides its own. `settings` are those that
-    /// talvenhr.conf may hold for any command.
-    Options(const Command &command, const QVector<Option> &settings);
+    /// talvenhr.conf may hold for any command, `fileSettings` what only that file can set.
+    Options(const Command &command, const QVector<Option> &settings,
+            const QStringList &fileSettings = {});
 
     /// Takes the arguments that follow the command. Fails on anything that the command does not
     /// know.
@@ -36,6 +37,8 @@ public:
     /// The option stands on the command line, in the environment or in talvenhr.conf.
     bool isGiven(const QString &name) const { return origin(name) != Default; }
     QString value(const QString &name) const;
+    /// All values of an option that may be given several times on the command line.
+    QStringList values(const QString &name) const { return parser.values(name); }
     Origin origin(const QString &name) const;
     /// Where the value comes from, for a message: the option, the variable, or the line of the
     /// file.
@@ -48,6 +51,8 @@ public:
     /// All settings that talvenhr.conf may hold.
     const QVector<Option> &allSettings() const { return settings; }
     const Configuration &configuration() const { return file; }
+    /// What only talvenhr.conf can set and does set, as SECTION/KEY.
+    QStringList fileOnlySettings() const;
 
     /// The failure for options that do not fit together.
     Failure usageFailure(const QString &text) const;
@@ -62,6 +67,7 @@ private:
 
     const Command command;
     const QVector<Option> settings;
+    const QStringList fileSettings;
     QVector<Option> known; ///< of the command, and the settings of all
     QCommandLineParser parser;
     Configuration file;

@@ -67,7 +67,7 @@ int showHelp(const QVector<Command> &commands, const QString &name)
 int runCommand(const QVector<Command> &commands, const Command &command,
                const QStringList &arguments)
 {
-    Options options(command, settingsOf(commands));
+    Options options(command, settingsOf(commands), fileSettingsOf(commands));
     Failure failure = options.parse(arguments);
     if (options.helpWanted()) {
         printText(helpText(command));

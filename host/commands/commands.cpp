@@ -7,12 +7,13 @@
 #include "host/commands/configcommand.h"
 #include "host/commands/doctorcommand.h"
 #include "host/commands/infocommand.h"
+#include "host/commands/rehearsecommand.h"
 #include "host/commands/runcommand.h"
 #include "host/commands/sandboxcommand.h"
 #include "host/commands/sqlcommand.h"
 
 QVector<Command> allCommands()
 {
-    return {runCommand(),  checkCommand(),  doctorCommand(), sqlCommand(),
-            infoCommand(), configCommand(), sandboxCommand()};
+    return {runCommand(), checkCommand(), rehearseCommand(), doctorCommand(),
+            sqlCommand(), infoCommand(),  configCommand(),   sandboxCommand()};
 }

@@ -83,6 +83,16 @@ Section settingsSection(const Options &options, bool forPeople)
             row << originName(options.origin(setting.name)) << Options::variable(setting.name);
         section.table.rows.append(row);
     }
+    const QStringList onlyInFile = options.fileOnlySettings();
+    for (const QString &setting : onlyInFile) {
+        const Configuration::Entry entry = options.configuration().entry(setting);
+        QVariantList row {setting, entry.value};
+        if (forPeople)
+            row.append(Text::tr("file, line %1").arg(entry.line));
+        else
+            row << QStringLiteral("file") << QVariant();
+        section.table.rows.append(row);
+    }
     return section;
 }
 

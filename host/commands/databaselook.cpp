@@ -15,11 +15,17 @@ DatabaseLook::~DatabaseLook() = default;
 
 Failure DatabaseLook::open(const DatabaseChoice &choice)
 {
+    named = choice.connection;
     if (choice.privateFolder.isEmpty())
         return connection.open(choice.connection);
     if (const Failure failure = startPrivate(choice.privateFolder))
         return failure;
     return connection.open(privateDatabase->parameters());
+}
+
+ConnectionParameters DatabaseLook::parameters() const
+{
+    return privateDatabase ? privateDatabase->administratorParameters() : named;
 }
 
 Failure DatabaseLook::startPrivate(const QString &folder)

@@ -26,10 +26,13 @@ public:
     /// Fails with the server's words.
     Failure open(const DatabaseChoice &choice);
     QSqlDatabase handle() const { return connection.handle(); }
+    /// How to reach it; a private one as its administrator, who may read all of it.
+    ConnectionParameters parameters() const;
 
 private:
     Failure startPrivate(const QString &folder);
 
+    ConnectionParameters named; ///< of the choice
     QScopedPointer<PrivateDatabase> privateDatabase;
     Connection connection;
 };

@@ -4,13 +4,12 @@
 #pragma once
 
 #include "host/base/failure.h"
+#include "host/changes/changes.h"
 #include "host/database/connectionparameters.h"
-#include "host/database/snapshot.h"
 
-#include <QDateTime>
+#include <QDate>
 #include <QString>
 #include <QStringList>
-#include <QVector>
 
 #include <functional>
 
@@ -25,24 +24,6 @@ struct RehearsalWishes
     QDate today; ///< the day on which the pass runs; invalid for that of the clock
 };
 
-/// A line of the plugin's log.
-struct LoggedLine
-{
-    QDateTime time;
-    QtMsgType type = QtDebugMsg;
-    QString text;
-};
-
-/// A pass, from outside.
-struct RehearsedPass
-{
-    Snapshot before;
-    Snapshot after;
-    QVector<LoggedLine> log; ///< of the plugin, at level 1
-    QStringList warnings; ///< of the program that ran it
-    qint64 milliseconds = 0; ///< how long it took, with the start of its process
-};
-
 /// Runs one pass of the plugin on a copy, in a process of its own: nothing of this process can show
 /// in it, and what happens to it happens to nobody else.
 class Rehearsal
@@ -53,19 +34,16 @@ public:
     /// Asked many times a second while the pass runs: true ends it.
     void setInterruption(const std::function<bool()> &wanted) { isInterrupted = wanted; }
 
-    /// `copy` is reached as the plugin reaches the real database, `administrator` may read all of
-    /// it. Fails with the words of the process where no pass came to its end.
+    /// `copy` is reached as the plugin reaches the real database, by a login that may read all of
+    /// it. Fails with the words of the process where no pass came to its end. The changes say that
+    /// they were rehearsed; their plan is the caller's to make.
     Failure run(const ConnectionParameters &copy, const ConnectionParameters &administrator,
-                RehearsedPass *pass);
+                Changes *changes);
 
 private:
     QStringList arguments(const ConnectionParameters &copy, const QString &folder) const;
-    Failure runPass(const ConnectionParameters &copy, RehearsedPass *pass);
+    Failure runProcess(const ConnectionParameters &copy, const QString &folder);
 
     const RehearsalWishes wishes;
     std::function<bool()> isInterrupted;
 };
-
-/// Sorts the lines of a run's log in JSON: those that are messages of the plugin, and what else
-/// there is of warnings and errors.
-void readRunLog(const QByteArray &log, RehearsedPass *pass);

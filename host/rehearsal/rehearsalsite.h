@@ -19,6 +19,9 @@ public:
 
     QString path() const { return folder.path(); }
     QString exportFile() const { return folder.filePath(QStringLiteral("export.data")); }
+    /// Where the process writes what the pass has changed.
+    QString changesFolder() const { return changesFolder(path()); }
+    static QString changesFolder(const QString &site) { return site + QStringLiteral("/changes"); }
 
 private:
     QTemporaryDir folder;

@@ -60,6 +60,16 @@ bool outputTakesColour()
     return isatty(STDOUT_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR");
 }
 
+void printBytes(const QByteArray &bytes)
+{
+    put(bytes);
+}
+
+void flushOutput()
+{
+    flush();
+}
+
 void printText(const QString &text)
 {
     put(text.toLocal8Bit());

@@ -25,5 +25,9 @@ bool outputTakesColour();
 /// Why something that was printed has not arrived, in the system's words; empty if all has.
 QString outputTrouble();
 
+/// Takes the parts of a document to standard output. The last one is followed by flushOutput().
+void printBytes(const QByteArray &bytes);
+void flushOutput();
+
 /// Writes a text to standard output as it is, and at once.
 void printText(const QString &text);

@@ -16,6 +16,7 @@ class tst_Config : public QObject
 private Q_SLOTS:
     void config_tellsValueAndOrigin();
     void config_readsTheUsersFile();
+    void config_tellsLimitsOfTheFile();
     void config_withoutAFile();
     void config_tellsTheDatabaseOfARun_data();
     void config_tellsTheDatabaseOfARun();
@@ -68,6 +69,26 @@ void tst_Config::config_readsTheUsersFile()
     QCOMPARE(lines.first().simplified(), QStringLiteral("Configuration file ") + path);
     QVERIFY(program.output().simplified().contains(
         QStringLiteral("database/host h %1, line 3").arg(path)));
+}
+
+void tst_Config::config_tellsLimitsOfTheFile()
+{
+    const Site site;
+    const auto tell = [&site](const QString &limits) {
+        site.writeFile(QStringLiteral("t.conf"), QStringLiteral("[limits]\n") + limits);
+        return QStringList {QStringLiteral("config"), QStringLiteral("--config"),
+                            site.path(QStringLiteral("t.conf"))};
+    };
+    TalvenhrProcess program(tell(QStringLiteral("ended=2%\nchanged:phone=9\n")));
+    program.finish();
+    QVERIFY2(program.output().contains(QStringLiteral("limits/ended")),
+             qPrintable(program.output()));
+    QVERIFY(program.output().contains(QStringLiteral("limits/changed:phone")));
+    TalvenhrProcess wrong(tell(QStringLiteral("endet=2%\n")));
+    QCOMPARE(wrong.finish(), 2);
+    QVERIFY2(wrong.lastLine().endsWith(
+                 QStringLiteral("unknown key 'endet' in [limits] (did you mean 'ended'?)")),
+             qPrintable(wrong.lastLine()));
 }
 
 void tst_Config::config_withoutAFile()

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A pass on a copy: its settings, its log, its rows.
-#include "host/rehearsal/rehearsal.h"
+// The folder that a rehearsed pass works in.
 #include "host/rehearsal/rehearsalsite.h"
 
 #include <QtTest>
@@ -15,7 +14,6 @@ private Q_SLOTS:
     void settings_keepAllButTheseKeys();
     void site_isForItsOwnerOnly();
     void site_failsWithoutAnExport();
-    void log_isSorted();
 };
 
 void tst_Rehearsal::settings_keepAllButTheseKeys_data()
@@ -70,20 +68,6 @@ void tst_Rehearsal::site_failsWithoutAnExport()
     const Failure failure = site.make(QStringLiteral("/dev/null"), QStringLiteral("/none/x.data"));
     QCOMPARE(failure.exitCode, ExitUsage);
     QVERIFY(failure.text.startsWith(QStringLiteral("cannot read '/none/x.data': ")));
-}
-
-void tst_Rehearsal::log_isSorted()
-{
-    RehearsedPass pass;
-    readRunLog("{\"time\":\"2026-11-22T12:00:00.500+01:00\",\"level\":\"warning\","
-               "\"text\":\"THRWorker: Branch '7' NOT FOUND for employee: 'x'\"}\n"
-               "{\"level\":\"warning\",\"text\":\"line 3 of the export: no name\"}\n"
-               "{\"level\":\"info\",\"text\":\"ended\"}\nno JSON\n",
-               &pass);
-    QCOMPARE(pass.log.size(), 1);
-    QCOMPARE(pass.log.first().type, QtWarningMsg);
-    QCOMPARE(pass.log.first().time.toMSecsSinceEpoch() % 1000, 500);
-    QCOMPARE(pass.warnings, QStringList(QStringLiteral("line 3 of the export: no name")));
 }
 
 QTEST_GUILESS_MAIN(tst_Rehearsal)

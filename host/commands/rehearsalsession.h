@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// One rehearsal from the copy to what is told of it.
+#pragma once
+
+#include "host/base/failure.h"
+#include "host/changes/changes.h"
+#include "host/cli/databaseoptions.h"
+#include "host/copy/copyfacts.h"
+#include "host/rehearsal/limits.h"
+#include "host/rehearsal/rehearsal.h"
+#include "host/report/console.h"
+
+/// The values of the options.
+struct RehearsalOptions
+{
+    RehearsalWishes wishes;
+    DatabaseChoice database;
+    CopyWishes copy;
+    QVector<Limit> limits;
+    QString keep; ///< folder for the copy; empty: it goes
+    QString person; ///< whose changes are shown whole; empty: a summary of all
+    QString changesFile; ///< empty: not written
+    QString html; ///< empty: not written
+    bool isQuiet = false;
+    bool tellsChanges = false; ///< by the exit code
+    ReportForm form = ReportForm::Text;
+};
+
+/// Made and used on the stack of a command.
+class RehearsalSession
+{
+public:
+    explicit RehearsalSession(const RehearsalOptions &rehearsalOptions);
+
+    /// The failure's exit code is that of the command also where nothing has failed.
+    Failure run();
+
+private:
+    Failure rehearse();
+    Failure copyAndRun(const QString &folder);
+    Failure tell() const;
+    Failure tellPerson() const;
+    void tellPage() const;
+    QString verdictLine() const;
+    QStringList exceeded() const;
+    ExitCode exitCode() const;
+
+    const RehearsalOptions options;
+    CopyFacts copied;
+    Changes changes;
+    QVector<LimitOutcome> limits;
+};

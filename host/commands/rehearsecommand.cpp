@@ -1,0 +1,177 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// `talvenhr rehearse`: what the next pass would change.
+#include "host/commands/rehearsecommand.h"
+
+#include "host/cli/databaseoptions.h"
+#include "host/cli/options.h"
+#include "host/cli/pluginoptions.h"
+#include "host/cli/reportoptions.h"
+#include "host/commands/rehearsalsession.h"
+#include "host/plugin/datadirectory.h"
+#include "host/plugin/settingsfile.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(RehearseCommand)
+};
+
+const QString section = QStringLiteral("limits/");
+
+/// The limits of the defaults and talvenhr.conf, unless --no-limits drops them, then those of
+/// --limit and --allow.
+Failure readLimits(const Options &options, QVector<Limit> *limits)
+{
+    QStringList texts;
+    if (!options.isSet(QStringLiteral("no-limits"))) {
+        *limits = standardLimits();
+        const QStringList settings = options.fileOnlySettings();
+        for (const QString &setting : settings) {
+            if (setting.startsWith(section))
+                texts.append(setting.mid(section.size()) + QLatin1Char('=')
+                             + options.configuration().entry(setting).value);
+        }
+    }
+    texts += options.values(QStringLiteral("limit")) + options.values(QStringLiteral("allow"));
+    for (const QString &text : qAsConst(texts)) {
+        Limit limit;
+        if (const Failure failure = readLimit(text, &limit))
+            return options.usageFailure(failure.text);
+        setLimit(limit, limits);
+    }
+    return {};
+}
+
+Failure readDay(const Options &options, QDate *day)
+{
+    const QString name = QStringLiteral("today");
+    if (!options.isSet(name))
+        return {};
+    *day = QDate::fromString(options.value(name), Qt::ISODate);
+    if (day->isValid())
+        return {};
+    return options.usageFailure(
+        Text::tr("--today takes a day such as 2027-01-01, not '%1'").arg(options.value(name)));
+}
+
+/// What is rehearsed: the plugin, its real settings, and the export that they name.
+Failure readWishes(const Options &options, RehearsalWishes *wishes)
+{
+    QString directory;
+    if (const Failure failure = readDataDirectory(options, &directory))
+        return failure;
+    const SettingsFile settings(DataDirectory(directory).iniFile());
+    if (const Failure failure = settings.check())
+        return failure;
+    wishes->pluginFile = pluginFile(options);
+    wishes->settingsFile = settings.path();
+    wishes->exportFile = options.isSet(QStringLiteral("export"))
+        ? options.value(QStringLiteral("export"))
+        : settings.values().importFile;
+    wishes->force = options.isSet(QStringLiteral("force"));
+    return readDay(options, &wishes->today);
+}
+
+Failure read(const Options &options, RehearsalOptions *rehearsal)
+{
+    if (const Failure failure = readWishes(options, &rehearsal->wishes))
+        return failure;
+    if (const Failure failure = readLimits(options, &rehearsal->limits))
+        return failure;
+    rehearsal->copy.whole = options.isSet(QStringLiteral("whole"));
+    rehearsal->copy.withoutTriggers = options.isSet(QStringLiteral("without-triggers"));
+    rehearsal->copy.withoutRoutines = options.isSet(QStringLiteral("without-routines"));
+    rehearsal->keep = options.value(QStringLiteral("keep"));
+    rehearsal->person = options.value(QStringLiteral("person"));
+    rehearsal->changesFile = options.value(QStringLiteral("changes"));
+    rehearsal->html = options.value(QStringLiteral("html"));
+    rehearsal->isQuiet = options.isSet(QStringLiteral("quiet"));
+    rehearsal->tellsChanges = options.isSet(QStringLiteral("exit-code"));
+    rehearsal->form = reportForm(options);
+    return readDatabaseOptions(options, &rehearsal->database);
+}
+
+Failure run(const Options &options)
+{
+    RehearsalOptions rehearsal;
+    if (const Failure failure = read(options, &rehearsal))
+        return failure;
+    return RehearsalSession(rehearsal).run();
+}
+
+OptionGroup rehearsalOptions()
+{
+    return {Text::tr("Rehearsal"),
+            {{QStringLiteral("export"), QStringLiteral("FILE"),
+              Text::tr("the export (default: importFile of TalvenHR.ini)")},
+             {QStringLiteral("force"), QString(), Text::tr("rehearse a forced pass")},
+             {QStringLiteral("today"), QStringLiteral("DAY"),
+              Text::tr("rehearse the pass of another day, such as 2027-01-01")},
+             {QStringLiteral("keep"), QStringLiteral("DIR"),
+              Text::tr("keep the copy in this new or empty folder, for 'talvenhr sql'")},
+             {QStringLiteral("whole"), QString(),
+              Text::tr("copy closed days of attendance and all moves of funds, too")},
+             {QStringLiteral("without-triggers"), QString(),
+              Text::tr("go on where triggers cannot be seen")},
+             {QStringLiteral("without-routines"), QString(),
+              Text::tr("go on where the bodies of routines cannot be read")}}};
+}
+
+OptionGroup limitOptions()
+{
+    return {Text::tr("Limits"),
+            {{QStringLiteral("limit"), QStringLiteral("KIND=N"),
+              Text::tr("at most so many of a kind, or N% of the active people; may be repeated")},
+             {QStringLiteral("no-limits"), QString(),
+              Text::tr("without the default limits and those of talvenhr.conf")},
+             {QStringLiteral("allow"), QStringLiteral("KIND=N"),
+              Text::tr("let so many through this once; may be repeated")}}};
+}
+
+OptionGroup outputOptions()
+{
+    OptionGroup group = reportOptions();
+    group.options += QVector<Option> {
+        {QStringLiteral("changes"), QStringLiteral("FILE"),
+         Text::tr("write the changes as JSON there")},
+        {QStringLiteral("html"), QStringLiteral("FILE"),
+         Text::tr("write a page for a browser there")},
+        {QStringLiteral("person"), QStringLiteral("PERSON"),
+         Text::tr("show all of one person, such as 4711.1")},
+        {QStringLiteral("quiet"), QString(), Text::tr("show one line")},
+        {QStringLiteral("exit-code"), QString(),
+         Text::tr("end with exit code 6 when something would change")}};
+    return group;
+}
+
+} // namespace
+
+Command rehearseCommand()
+{
+    Command command;
+    command.name = QStringLiteral("rehearse");
+    command.summary = Text::tr("tell what the next pass would change");
+    command.purpose = Text::tr(
+        "Copies what a pass reads and writes into a private server, runs the plugin there with the "
+        "real settings and export, and tells what it has changed: the pass of a freshly started "
+        "server. The database is only read. A pass beyond a limit is refused.");
+    command.groups = {pluginOptions(), databaseOptions(), rehearsalOptions(), limitOptions(),
+                      outputOptions()};
+    const QStringList kinds = limitKinds();
+    for (const QString &kind : kinds)
+        command.fileSettings.append(section + kind);
+    command.fileSettings.append(section + QStringLiteral("changed:*"));
+    command.exitCodes = {ExitClean,   ExitErrors,  ExitUsage,      ExitDatabase,
+                         ExitRefused, ExitChanged, ExitInterrupted};
+    command.sections = {
+        {Text::tr("Examples"),
+         {QStringLiteral("talvenhr rehearse --data-dir /srv/attendance --host db.example.org"),
+          QStringLiteral("talvenhr rehearse --data-dir demo --private-db demo/db --html next.html"),
+          QStringLiteral("talvenhr rehearse --limit ended=2% --allow added=200 --quiet")}}};
+    command.run = run;
+    return command;
+}
