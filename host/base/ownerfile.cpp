@@ -4,7 +4,11 @@
 #include "host/base/ownerfile.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QSaveFile>
+
+#include <cerrno>
+#include <cstring>
 
 namespace {
 
@@ -13,16 +17,51 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(OwnerFile)
 };
 
+Failure cannotWrite(const QString &path, const QString &reason)
+{
+    return {ExitUsage, Text::tr("cannot write '%1': %2").arg(path, reason)};
+}
+
+/// What the system says; QSaveFile forgets it.
+QString systemError(const QSaveFile &file)
+{
+    return errno == 0 ? file.errorString() : QString::fromLocal8Bit(std::strerror(errno));
+}
+
 } // namespace
+
+Failure checkOutputFile(const QString &path, const QStringList &inputs)
+{
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return cannotWrite(
+            path, info.isDir() ? Text::tr("it is a folder") : Text::tr("it is no regular file"));
+    for (const QString &input : inputs) {
+        const QString canonical = QFileInfo(input).canonicalFilePath();
+        if (!canonical.isEmpty() && canonical == info.canonicalFilePath())
+            return cannotWrite(path, Text::tr("'%1' is read, and would be lost").arg(input));
+    }
+    return {};
+}
 
 Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *file)> &write)
 {
+    if (const Failure failure = checkOutputFile(path, {}))
+        return failure;
     QSaveFile file(path);
-    const bool isOpen = file.open(QIODevice::WriteOnly)
-        && file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    if (isOpen)
-        write(&file);
-    if (!isOpen || !file.commit())
-        return {ExitUsage, Text::tr("cannot write '%1': %2").arg(path, file.errorString())};
+    errno = 0;
+    if (!file.open(QIODevice::WriteOnly)
+        || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+        return cannotWrite(path, file.errorString());
+    errno = 0;
+    write(&file);
+    // A flush that fails does not keep commit() from replacing the file.
+    if (!file.flush() || file.error() != QFileDevice::NoError) {
+        const QString reason = systemError(file);
+        file.cancelWriting();
+        return cannotWrite(path, reason);
+    }
+    if (!file.commit())
+        return cannotWrite(path, systemError(file));
     return {};
 }

@@ -6,11 +6,16 @@
 #include "host/base/failure.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
 class QIODevice;
 
+/// Fails if something else than a regular file stands at the path, or one of these that are read.
+Failure checkOutputFile(const QString &path, const QStringList &inputs);
+
 /// Writes a file that nobody else may read. It is whole or not there: what stood there before stays
-/// until all is written. Fails with the system's words.
+/// until all is written, and anything but a regular file stays as it is. Fails with the system's
+/// words.
 Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *file)> &write);

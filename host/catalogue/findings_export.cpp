@@ -11,8 +11,31 @@ FindingTopic exportFileFindings()
         {
             {"E-FILE-NOTHING", FINDING_TEXT("no usable line"),
              FINDING_TEXT("the export has no usable line: %1"),
-             FINDING_TEXT("the pass takes it, removes it, and adds or updates nobody"),
+             FINDING_TEXT(
+                 "the pass takes it, removes it if deleteFile says so, and adds or updates "
+                 "nobody"),
              FINDING_TEXT("put a correct export there"), "it looks like UTF-16"},
+            {"E-FILE-CUT", FINDING_TEXT("file that was cut off"),
+             FINDING_TEXT("the last line has %1 cells and no line end: the file was cut off"),
+             FINDING_TEXT("the line is dropped, and so is all that should follow it"),
+             FINDING_TEXT("fetch the export again, when it is whole"), "7"},
+            {"W-FILE-ENDED", FINDING_TEXT("many people whose last day has gone by"),
+             FINDING_TEXT(
+                 "the last day of %1 of %2 people has gone by, though their state is at most 3"),
+             FINDING_TEXT("all of them count as ended"),
+             FINDING_TEXT("look whether the columns of first and last day have changed places"),
+             "324\n325"},
+            {"W-FILE-HEADER", FINDING_TEXT("header with other names"),
+             FINDING_TEXT("the first line names its columns otherwise: %1"),
+             FINDING_TEXT(
+                 "the plugin never looks at the names: the cells are taken in the order in "
+                 "which they stand"),
+             FINDING_TEXT("look whether the columns still have their order"),
+             "column 4 is named 'Prijmeni' in place of 'Jmeno'"},
+            {"N-FILE-END", FINDING_TEXT("no line end behind the last line"),
+             FINDING_TEXT("the last line has no line end; a file that was cut off ends like this"),
+             nullptr, FINDING_TEXT("compare its number of lines with that of the HR system"),
+             nullptr},
             {"W-FILE-CHANGES", FINDING_TEXT("file that changes"),
              FINDING_TEXT("the file was written while it was checked"),
              FINDING_TEXT("what stands here is not about the file as it is now"),
@@ -144,6 +167,9 @@ FindingTopic exportPeopleFindings()
              FINDING_TEXT("DatumVystupu lies before DatumNastupu"),
              FINDING_TEXT("both are stored; the person counts as ended"),
              FINDING_TEXT("correct the dates"), nullptr},
+            {"W-PERSON-BEGIN", FINDING_TEXT("no first day"), FINDING_TEXT("DatumNastupu is empty"),
+             FINDING_TEXT("the first day becomes 1 January 2000"),
+             FINDING_TEXT("enter the first day in the HR system"), nullptr},
             {"N-PERSON-ENDED", FINDING_TEXT("last day in the past"),
              FINDING_TEXT("the last day has gone by; StavPracovnihoPomeru is %1"),
              FINDING_TEXT(

@@ -18,12 +18,12 @@ FindingTopic exportTextFindings()
             {"E-TEXT-FAILS", FINDING_TEXT("text that breaks the statement"),
              FINDING_TEXT("%1 '%2' breaks the statement for this person"),
              FINDING_TEXT(
-                 "the statement fails: the person is neither added nor updated, in this pass "
+                 "the statement fails%4: the person is neither added nor updated, in this pass "
                  "and in each later one"),
              FINDING_TEXT(
                  "write a typographic apostrophe (’) for the plain one, no backslash at the end, and "
                  "a blank behind a percent sign"),
-             "Prijmeni\nO'Neill"},
+             "Prijmeni\nO'Neill\n\n"},
             {"W-TEXT-MARKER", FINDING_TEXT("place marker in a text"),
              FINDING_TEXT(
                  "%1 '%2' holds a place marker, which the plugin fills with another value"),
@@ -34,10 +34,26 @@ FindingTopic exportTextFindings()
              FINDING_TEXT("%1 '%2' is stored as another text"),
              FINDING_TEXT("what is stored: '%3'"),
              FINDING_TEXT("write no backslash and no plain apostrophe"), "Prijmeni\na\\b\nab"},
+            {"E-TEXT-STATE", FINDING_TEXT("text of a state that breaks the statement"),
+             FINDING_TEXT(
+                 "the text of state %1 in [MES] of TalvenHR.ini, '%2', breaks the statement "
+                 "for everybody in this state"),
+             FINDING_TEXT("nobody who comes into this state is updated or added"),
+             FINDING_TEXT("correct the text in TalvenHR.ini: no plain apostrophe, no backslash at "
+                          "the end, a blank behind a percent sign"),
+             "21\no'clock"},
+            {"W-TEXT-STATE", FINDING_TEXT("text of a state that is stored as another"),
+             FINDING_TEXT("the text of state %1 in [MES] of TalvenHR.ini, '%2', is stored as "
+                          "another text"),
+             FINDING_TEXT("people in this state get the other text"),
+             FINDING_TEXT("correct the text in TalvenHR.ini: no backslash, and a blank behind a "
+                          "percent sign"),
+             "21\n100 %5"},
             {"E-TEXT-UTF8", FINDING_TEXT("letters that are no UTF-8"),
              FINDING_TEXT("%1 holds bytes that are no UTF-8; in %2 it reads '%3'"),
              FINDING_TEXT("the letters are stored as question marks in a diamond: '%4'"),
-             FINDING_TEXT("write the export in UTF-8"), "Jmeno\nWindows-1250\nLukáš\nLuk�"},
+             FINDING_TEXT("write the export in UTF-8; iconv -f %2 -t UTF-8 recodes a whole file"),
+             "Jmeno\nWindows-1250\nLukáš\nLuk�"},
             {"E-TEXT-NUL", FINDING_TEXT("NUL byte"),
              FINDING_TEXT("the line holds a NUL byte behind %1 characters"),
              FINDING_TEXT("the plugin does not read the rest of the line"),

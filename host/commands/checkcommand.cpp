@@ -3,6 +3,7 @@
 // `talvenhr check`: what the plugin will make of an export.
 #include "host/commands/checkcommand.h"
 
+#include "host/base/ownerfile.h"
 #include "host/cli/databaseoptions.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
@@ -22,6 +23,7 @@
 #include <QCoreApplication>
 #include <QDate>
 #include <QDir>
+#include <QFileInfo>
 #include <QHash>
 
 #include <limits>
@@ -66,17 +68,40 @@ Failure read(const Options &options, CheckOptions *check)
     return readDatabaseOptions(options, &check->database);
 }
 
-/// The texts of [MES], which stand in the same statements as the texts of people.
-QHash<ushort, QString> stateTexts(const QString &dataDirectory)
+QString settingsFile(const CheckOptions &options)
+{
+    return options.dataDirectory.isEmpty()
+        ? QString()
+        : QDir(options.dataDirectory).filePath(QStringLiteral("TalvenHR.ini"));
+}
+
+/// No file that is written may be one of those that are read, or another one that is written.
+Failure checkOutputs(const CheckOptions &options)
+{
+    QStringList others {options.file, options.against, settingsFile(options)};
+    for (const QString &output : {options.html, options.rejects}) {
+        if (output.isEmpty())
+            continue;
+        if (const Failure failure = checkOutputFile(output, others))
+            return failure;
+        if (!options.html.isEmpty() && options.html == options.rejects)
+            return {ExitUsage, Text::tr("--html and --rejects name the same file")};
+    }
+    return {};
+}
+
+/// The texts of [MES], which stand in the same statements as the texts of people, by state as the
+/// plugin reads it.
+QHash<ushort, QString> stateTexts(const QString &file)
 {
     QHash<ushort, QString> texts;
-    if (dataDirectory.isEmpty())
+    if (!QFileInfo(file).isFile())
         return texts;
-    const SettingsFile settings(QDir(dataDirectory).filePath(QStringLiteral("TalvenHR.ini")));
+    const SettingsFile settings(file);
     const QStringList keys = settings.keys();
     for (const QString &key : keys) {
         if (key.startsWith(QLatin1String("MES/")))
-            texts.insert(key.mid(4).toUShort(), settings.toString(key));
+            texts.insert(static_cast<ushort>(key.midRef(4).toUInt()), settings.toString(key));
     }
     return texts;
 }
@@ -119,28 +144,30 @@ ExportCheckSettings settingsOf(ExportSource *source, LogWriter *writer)
 /// What concerns the file.
 void addFileFindings(const CheckOptions &options, const ExportSource &source, CheckOutcome *outcome)
 {
-    if (options.dataDirectory.isEmpty())
+    if (!QFileInfo(settingsFile(options)).isFile())
         outcome->findings.prepend({&findingKind("N-FILE-STATES"), 0, 0, {}, {}});
     if (source.hasChanged())
         outcome->findings.prepend({&findingKind("W-FILE-CHANGES"), 0, 0, {}, {}});
 }
 
-/// Reads the database, the export and the other one.
-Failure look(const CheckOptions &options, ExportSource *source, CheckOutcome *outcome)
+/// Reads the database, the export and the other one. `seen` is why the database was not.
+Failure look(const CheckOptions &options, ExportSource *source, CheckOutcome *outcome,
+             Failure *seen)
 {
     if (const Failure failure = source->open())
         return failure;
     DatabaseLook database;
     DatabaseCheck databaseCheck;
-    const bool asksDatabase = !options.database.isDefault;
-    if (asksDatabase) {
-        if (const Failure failure = database.open(options.database))
-            return failure;
-        if (const Failure failure = databaseCheck.load(database.handle()))
-            return failure;
-    }
+    const bool isNamed = !options.database.isDefault;
+    Failure unreachable;
+    if (isNamed)
+        unreachable = database.open(options.database);
+    if (isNamed && !unreachable)
+        unreachable = databaseCheck.load(database.handle());
+    // All that can be known without it is told.
+    const bool asksDatabase = isNamed && !unreachable;
     LogWriter writer(LogFormat::Text);
-    StatementTrial trial(stateTexts(options.dataDirectory));
+    StatementTrial trial(stateTexts(settingsFile(options)));
     ExportCheckSettings settings = settingsOf(source, &writer);
     settings.trial = &trial;
     settings.database = asksDatabase ? &databaseCheck : nullptr;
@@ -153,7 +180,10 @@ Failure look(const CheckOptions &options, ExportSource *source, CheckOutcome *ou
     if (asksDatabase)
         outcome->database = databaseCheck.counts();
     addFileFindings(options, *source, outcome);
-    return compare(options, check.digest, outcome);
+    if (const Failure failure = compare(options, check.digest, outcome))
+        return failure;
+    *seen = unreachable;
+    return {};
 }
 
 void print(const CheckOptions &options, ExportSource *source, const CheckOutcome &outcome)
@@ -171,9 +201,12 @@ Failure run(const Options &commandOptions)
     CheckOptions options;
     if (const Failure failure = read(commandOptions, &options))
         return failure;
+    if (const Failure failure = checkOutputs(options))
+        return failure;
     ExportSource source(options.file);
     CheckOutcome outcome;
-    if (const Failure failure = look(options, &source, &outcome))
+    Failure unreachable;
+    if (const Failure failure = look(options, &source, &outcome, &unreachable))
         return failure;
     print(options, &source, outcome);
     if (!options.html.isEmpty()) {
@@ -189,6 +222,8 @@ Failure run(const Options &commandOptions)
                                                  outcome.findings))
             return failure;
     }
+    if (unreachable)
+        return unreachable;
     const bool isClean = outcome.count(Finding::Error) == 0 && outcome.count(Finding::Warning) == 0;
     return {isClean ? ExitClean : ExitErrors, QString()};
 }
@@ -210,6 +245,13 @@ OptionGroup checkOptions()
                        "HR department")}}};
 }
 
+OptionGroup lookedAtDatabase()
+{
+    OptionGroup group = databaseOptions();
+    group.title = Text::tr("Database (none of these: none is looked at)");
+    return group;
+}
+
 } // namespace
 
 Command checkCommand()
@@ -224,7 +266,7 @@ Command checkCommand()
     command.arguments = {{QStringLiteral("FILE"), Text::tr("the export; - for standard input")}};
     command.groups = {checkOptions(),
                       {Text::tr("Plugin"), {dataDirectoryOption()}},
-                      databaseOptions(),
+                      lookedAtDatabase(),
                       reportOptions()};
     command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
                          ExitDatabase, ExitRefused, ExitInterrupted};

@@ -129,11 +129,6 @@ Report pageForPeople(const DoctorResult &result)
     return report;
 }
 
-QVariant textOrNull(const QString &text)
-{
-    return text.isEmpty() ? QVariant() : QVariant(text);
-}
-
 Section countsSection(const QVector<Finding> &findings)
 {
     Section section;

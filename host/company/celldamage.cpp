@@ -52,6 +52,7 @@ QVector<CellDamage> otherDateDamages()
          becomes("0000-00-00 00:00:00.000")},
         {"date-null", "a word in place of an empty date", "E-CELL-DATE", ExportColumn::End,
          becomes("NULL")},
+        {"begin-empty", "no first day", "W-PERSON-BEGIN", ExportColumn::Begin, becomes("")},
         {"end-without-time", "the last day without a time", "E-CELL-DATE", ExportColumn::End,
          becomes("2099-12-31")},
         {"end-without-milliseconds", "the last day without milliseconds", "E-CELL-DATE",

@@ -200,7 +200,7 @@ QVector<SheetDamage> damagesOfWhole()
 {
     return {
         {"byte-order-mark", "a byte order mark", "N-TEXT-MARK", byteOrderMark},
-        {"cut-in-line", "the file ends in the middle of a line", "E-LINE-CELLS", cutInLine},
+        {"cut-in-line", "the file ends in the middle of a line", "E-FILE-CUT", cutInLine},
         {"cut-at-line-end", "the file ends too early, with a whole line", "W-AGAINST-LOST",
          cutAtLineEnd},
         {"cut-at-tenth", "some tenths of the lines are missing at the end", "W-AGAINST-LOST",

@@ -194,8 +194,8 @@ QVector<SheetDamage> damagesOfHeader()
         // Nobody needs it.
         {"header-missing", "no header", "", headerMissing},
         {"header-too-short", "a header with 17 names", "E-LINE-CELLS", headerTooShort},
-        {"header-in-lower-case", "a header in lower case", "E-LINE-KEY", headerInLowerCase},
-        {"header-translated", "a header in another language", "E-LINE-KEY", headerTranslated},
+        {"header-in-lower-case", "a header in lower case", "W-FILE-HEADER", headerInLowerCase},
+        {"header-translated", "a header in another language", "W-FILE-HEADER", headerTranslated},
     };
 }
 

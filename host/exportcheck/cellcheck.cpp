@@ -20,19 +20,6 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(CellCheck)
 };
 
-// Of the columns, counted from 0.
-enum : int {
-    Begin = 7,
-    End = 8,
-    BranchNumber = 9,
-    Calendar = 11,
-    CalendarSince = 12,
-    Type = 13,
-    RelationState = 14,
-    Balance = 16,
-    Supervisor = 17,
-};
-
 const uint shortLimit = std::numeric_limits<ushort>::max();
 
 /// Looks at one line.
@@ -70,9 +57,9 @@ void CellCheck::look()
         if (kind == CellKind::Number || kind == CellKind::Short)
             lookAtNumber(column, kind == CellKind::Short);
     }
-    lookAtDate(Begin, line.record.datumNastupu);
-    lookAtDate(End, line.record.datumVystupu);
-    lookAtDate(CalendarSince, line.record.kalendarPlatnostOd);
+    lookAtDate(ExportCell::Begin, line.record.datumNastupu);
+    lookAtDate(ExportCell::End, line.record.datumVystupu);
+    lookAtDate(ExportCell::CalendarSince, line.record.kalendarPlatnostOd);
     lookAtBalance();
     lookAtCalendar();
 }
@@ -86,16 +73,16 @@ void CellCheck::add(const char *code, int column, const QStringList &values)
 QString lostNumber(int column)
 {
     switch (column) {
-    case BranchNumber:
-        return Text::tr("it is read as 0, so that the person is given no branch");
-    case Calendar:
+    case ExportCell::BranchNumber:
+        return Text::tr("it is read as 0: the branch in the person's row is emptied");
+    case ExportCell::Calendar:
         return Text::tr("it is read as 0, so that the person is given no calendar");
-    case Type:
+    case ExportCell::Type:
         return Text::tr("it is read as 0, so that the person is neither enrolled in PaM nor given "
                         "a supervisor");
-    case RelationState:
+    case ExportCell::RelationState:
         return Text::tr("it is read as 0, which counts as a relation that has not ended");
-    case Supervisor:
+    case ExportCell::Supervisor:
         return Text::tr("it is read as 0, so that the person keeps the supervisor that they have");
     default:
         return Text::tr("it is read as 0");
@@ -134,9 +121,9 @@ void CellCheck::lookAtNumber(int column, bool isShort)
 /// What follows from a date that counts as empty.
 QString lostDate(int column, bool takesCalendar)
 {
-    if (column == Begin)
+    if (column == ExportCell::Begin)
         return Text::tr("it counts as empty: the first day becomes 1 January 2000");
-    if (column == End)
+    if (column == ExportCell::End)
         return Text::tr("it counts as empty, so that the person has no last day and keeps their "
                         "access");
     return takesCalendar
@@ -148,19 +135,23 @@ QString lostDate(int column, bool takesCalendar)
 /// What follows from a date that no column of seconds can hold.
 QString farDate(int column)
 {
-    if (column == Begin)
+    if (column == ExportCell::Begin)
         return Text::tr("the first day is stored as a moment in 2106");
-    if (column == End)
-        return Text::tr("the column cannot hold it: the statement for the person fails, or another "
-                        "day is stored");
+    if (column == ExportCell::End)
+        return Text::tr("a column of 32 bits refuses it, or stores another day; from a wider one "
+                        "the plugin reads another day back, so that the person is written anew in "
+                        "each first and each forced pass");
     return Text::tr("all unlocked attendance of the person is opened again from its first day on");
 }
 
 void CellCheck::lookAtDate(int column, const QDate &date)
 {
     const QStringRef &text = cell(column);
-    if (text.isEmpty())
+    if (text.isEmpty()) {
+        if (column == ExportCell::Begin)
+            add("W-PERSON-BEGIN", ExportCell::Begin, {});
         return;
+    }
     const QString name = exportColumn(column);
     if (!date.isValid()) {
         add("E-CELL-DATE", column,
@@ -168,7 +159,9 @@ void CellCheck::lookAtDate(int column, const QDate &date)
         return;
     }
     // A plan has a month of any year.
-    const bool fits = date.year() >= 1970 && (column == CalendarSince || date.year() <= 2105);
+    const bool fits = column == ExportCell::CalendarSince
+        ? date.year() >= 1970 || !takesCalendar()
+        : date.year() >= 1970 && date.year() <= 2105;
     if (!fits)
         add("E-CELL-YEAR", column, {name, text.toString(), farDate(column)});
 }
@@ -206,14 +199,14 @@ QString balanceFault(const QString &text)
 
 void CellCheck::lookAtBalance()
 {
-    const QStringRef &text = cell(Balance);
+    const QStringRef &text = cell(ExportCell::Leave);
     if (text.isEmpty())
         return;
     bool isNumber = false;
     const double value = text.toDouble(&isNumber);
     const double read = line.record.dovolenaZustatek;
     if (!isNumber || !fitsHundredths(read)) {
-        add("E-CELL-BALANCE", Balance,
+        add("E-CELL-BALANCE", ExportCell::Leave,
             {text.toString(),
              isNumber ? Text::tr("the fund cannot hold it") : balanceFault(text.toString()),
              QString::number(value)});
@@ -223,12 +216,12 @@ void CellCheck::lookAtBalance()
     qint64 stated = 0;
     bool isExact = true;
     if (!hundredthsOf(text, &stated, &isExact))
-        add("W-CELL-NUMBER", Balance,
-            {exportColumn(Balance), text.toString(), QString::number(read)});
+        add("W-CELL-NUMBER", ExportCell::Leave,
+            {exportColumn(ExportCell::Leave), text.toString(), QString::number(read)});
     else if (stated != cut || !isExact)
-        add("W-CELL-BALANCE", Balance, {text.toString(), QString::number(cut)});
+        add("W-CELL-BALANCE", ExportCell::Leave, {text.toString(), QString::number(cut)});
     if (read < 0)
-        add("N-CELL-NEGATIVE", Balance, {text.toString()});
+        add("N-CELL-NEGATIVE", ExportCell::Leave, {text.toString()});
 }
 
 /// Only people who have not ended and have a branch are given their calendar.
@@ -242,8 +235,8 @@ bool CellCheck::takesCalendar() const
 
 void CellCheck::lookAtCalendar()
 {
-    if (takesCalendar() && cell(CalendarSince).isEmpty())
-        add("E-CELL-CALENDAR", CalendarSince, {cell(Calendar).toString()});
+    if (takesCalendar() && cell(ExportCell::CalendarSince).isEmpty())
+        add("E-CELL-CALENDAR", ExportCell::CalendarSince, {cell(ExportCell::Calendar).toString()});
 }
 
 struct DateForm
@@ -257,12 +250,19 @@ const DateForm dateForms[] = {
     {"^\\d{4}-\\d{2}-\\d{2}[ T]\\d{2}:\\d{2}(:\\d{2})?$",
      QT_TRANSLATE_NOOP("CellCheck", "it has no milliseconds")},
     {"^\\d{4}-\\d{2}-\\d{2}T", QT_TRANSLATE_NOOP("CellCheck", "a T stands in place of the blank")},
+    {"^\\d{1,2}/(1[3-9]|2\\d|3[01])/\\d{2,4}",
+     QT_TRANSLATE_NOOP("CellCheck", "the month stands first")},
     {"^\\d{1,2}([./] ?\\d{1,2}[./] ?\\d{2}|-\\d{1,2}-\\d{4})",
      QT_TRANSLATE_NOOP("CellCheck", "the day stands first")},
     {"^\\d{4}[./]\\d{1,2}[./]\\d{1,2}",
      QT_TRANSLATE_NOOP("CellCheck", "its parts are not joined by '-'")},
     {"^\\d{2}-\\d{2}-\\d{2}", QT_TRANSLATE_NOOP("CellCheck", "its year has two digits")},
     {"^0000-00-00", QT_TRANSLATE_NOOP("CellCheck", "zeros stand for an empty date")},
+    {"^\\s|\\s$", QT_TRANSLATE_NOOP("CellCheck", "a blank stands before or behind it")},
+    {"^\\d{4}-(\\d-|\\d{2}-\\d )",
+     QT_TRANSLATE_NOOP("CellCheck", "its month or its day has one digit")},
+    {"^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}\\.(\\d{1,2}|\\d{4,})$",
+     QT_TRANSLATE_NOOP("CellCheck", "its milliseconds do not have three digits")},
     {"^\\d{8}$", QT_TRANSLATE_NOOP("CellCheck", "its parts are not separated, and it has no time")},
 };
 

@@ -5,9 +5,17 @@
 
 #include "export/exportline.h"
 
+#include <QCoreApplication>
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(CellForm)
+};
 
 bool isDigit(QChar character)
 {
@@ -59,6 +67,30 @@ bool isHeader(const ExportLine &line)
     const QStringList names = exportColumns();
     return std::equal(names.cbegin(), names.cend(), line.cells.cbegin(),
                       [](const QString &name, const QStringRef &cell) { return cell == name; });
+}
+
+bool looksLikeHeader(const ExportLine &line)
+{
+    if (line.cellCount != exportColumnCount || line.fate == LineFate::Taken)
+        return false;
+    // No number and no date where an ordinary line has them; words everywhere.
+    const QRegularExpression word(QStringLiteral("^\\s*\\p{L}[\\p{L}\\d _.-]*\\s*$"),
+                                  QRegularExpression::UseUnicodePropertiesOption);
+    return std::all_of(line.cells.cbegin(), line.cells.cend(), [&word](const QStringRef &cell) {
+        return word.match(cell.toString()).hasMatch();
+    });
+}
+
+QString headerFault(const ExportLine &line)
+{
+    for (int column = 0; column < exportColumnCount; ++column) {
+        const QStringRef &cell = line.cells[static_cast<size_t>(column)];
+        if (cell != exportColumn(column))
+            return Text::tr("column %1 is named '%2' in place of '%3'")
+                .arg(column + 1)
+                .arg(cell.toString(), exportColumn(column));
+    }
+    return QString();
 }
 
 bool fitsColumn(const QStringRef &cell, int column)

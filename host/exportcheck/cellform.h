@@ -9,6 +9,31 @@
 
 struct ExportLine;
 
+/// The columns, counted from 0.
+struct ExportCell
+{
+    enum : int {
+        Number,
+        Ordinal,
+        Title,
+        Name,
+        Surname,
+        TitleAfter,
+        Phone,
+        Begin,
+        End,
+        BranchNumber,
+        BranchText,
+        Calendar,
+        CalendarSince,
+        Type,
+        RelationState,
+        State,
+        Leave,
+        Supervisor,
+    };
+};
+
 enum class CellKind {
     Text,
     Number, ///< 32 bits without a sign
@@ -26,6 +51,11 @@ bool isTextColumn(int column);
 
 /// The cells of the line are the names of the columns.
 bool isHeader(const ExportLine &line);
+
+/// The cells of the line, all words, look like names of columns, though not like ours.
+bool looksLikeHeader(const ExportLine &line);
+/// The first cell of such a line that is named otherwise.
+QString headerFault(const ExportLine &line);
 
 /// The cell has the form that its column asks for; an empty one has it too.
 bool fitsColumn(const QStringRef &cell, int column);

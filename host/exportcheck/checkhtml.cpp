@@ -24,11 +24,6 @@ QString key(const char *name)
     return QLatin1String(name);
 }
 
-int percent(int part, int whole)
-{
-    return whole == 0 ? 0 : static_cast<int>(100LL * part / whole);
-}
-
 /// The cell and what stands beside it.
 void addExcerpt(const QString &line, int column, QVariantHash *finding)
 {
@@ -97,7 +92,8 @@ QVariantList columnValues(const CheckOutcome &outcome)
                              {key("distinct"), groupedNumber(figures.distinct)},
                              {key("marked"), isMarked}};
         if (outcome.comparison) {
-            column.insert(key("filledShareBefore"), percent(figures.filledBefore, before));
+            column.insert(key("filledShareBefore"),
+                          qMin(percent(figures.filledBefore, before), 100));
             column.insert(key("changed"), groupedNumber(figures.changed));
             column.insert(key("changedShare"),
                           percent(figures.changed, outcome.comparison->common));

@@ -21,6 +21,12 @@ struct Text
 const int indent = 2;
 const int deepIndent = 4;
 
+/// What stands in nearly every line has one cause.
+bool isEverywhere(const FindingGroup &group, const CheckOutcome &outcome)
+{
+    return group.places.size() >= 20 && group.places.size() >= outcome.fates.lines() / 10 * 9;
+}
+
 int shownCount(const FindingGroup &group, const CheckPageStyle &style)
 {
     return qMin(group.places.size(), style.shown);
@@ -140,7 +146,7 @@ QString Page::noteText(const FindingGroup &group) const
         others.append(Text::tr("and %1 more (--all shows them)").arg(groupedNumber(more)));
     QString text = placeText(first) + told(first, outcome.texts).text;
     if (!others.isEmpty())
-        text += Text::tr("; also in lines %1").arg(others.join(QStringLiteral(", ")));
+        text += Text::tr("; further lines: %1").arg(others.join(QStringLiteral(", ")));
     return paragraph(text, indent);
 }
 
@@ -148,6 +154,7 @@ QString Page::group(const FindingGroup &group) const
 {
     if (group.kind->severity() == Finding::Note)
         return heading(group) + noteText(group);
+    const bool everywhere = isEverywhere(group, outcome);
     const bool oneEffect = haveOneEffect(outcome, group, shownCount(group, style));
     QString text = heading(group);
     const int shown = shownCount(group, style);
@@ -158,6 +165,9 @@ QString Page::group(const FindingGroup &group) const
                               .arg(groupedNumber(group.places.size() - shown)),
                           indent);
     const Finding first = told(outcome.findings.at(group.places.constFirst()), outcome.texts);
+    if (everywhere)
+        text += paragraph(Text::tr("This stands in nearly every line: look for one cause."),
+                          indent);
     if (oneEffect && !first.becomes.isEmpty())
         text += paragraph(Text::tr("Leads to: %1.").arg(first.becomes), indent);
     if (!first.remedy.isEmpty())

@@ -25,12 +25,6 @@ Section section(const char *name, const QVector<Figure> &figures)
     return {QLatin1String(name), {}, figures, {}};
 }
 
-/// Nothing where there is nothing to tell.
-QVariant textOrNull(const QString &text)
-{
-    return text.isEmpty() ? QVariant() : text;
-}
-
 QVariantList linesOf(const ExportFinding &found)
 {
     QVariantList lines;

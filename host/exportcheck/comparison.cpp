@@ -20,11 +20,6 @@ const int fewPeople = 5;
 
 const size_t leaveColumn = 16;
 
-int percent(int part, int whole)
-{
-    return whole == 0 ? 0 : static_cast<int>(100LL * part / whole);
-}
-
 /// A person of both exports.
 struct Pair
 {
@@ -222,6 +217,11 @@ void Comparison::lookAtChanges()
 }
 
 } // namespace
+
+int percent(int part, int whole)
+{
+    return whole == 0 ? 0 : static_cast<int>(100LL * part / whole);
+}
 
 ExportDigest readDigest(QIODevice *device)
 {

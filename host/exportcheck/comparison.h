@@ -30,6 +30,9 @@ struct ExportComparison
     ExportFindings findings; ///< columns and people that have changed beyond what a day brings
 };
 
+/// Of the whole, rounded down; 0 of nothing.
+int percent(int part, int whole);
+
 /// The lines of an export that are taken. The device is open.
 ExportDigest readDigest(QIODevice *device);
 

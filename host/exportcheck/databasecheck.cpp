@@ -6,6 +6,7 @@
 #include "export/exportline.h"
 #include "host/database/errortext.h"
 #include "host/exportcheck/cellform.h"
+#include "host/exportcheck/exportdigest.h"
 #include "worker/sqlvalues.h"
 
 #include <QCoreApplication>
@@ -14,6 +15,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <limits>
 
 namespace {
 
@@ -22,12 +24,9 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(DatabaseCheck)
 };
 
-// Columns, counted from 1.
-enum : int {
-    BranchNumber = 10,
-    Calendar = 12,
-    Supervisor = 18,
-};
+// A day ends fewer people than this, in per cent; a few may end together.
+const int mostEnded = 5;
+const int fewPeople = 5;
 
 /// The texts of a person: column of `people`, and of the export from 1 on.
 const QPair<const char *, int> textColumns[] = {
@@ -57,13 +56,6 @@ Failure read(const QSqlDatabase &database, const QString &statement,
     while (query.next())
         take(query);
     return {};
-}
-
-/// The mark of a supervisor is kept for these types only.
-bool hasSupervisor(const EmployeeRecord &record)
-{
-    return record.nadOsCis != 0
-        && (record.typPracovnihoPomeru == 11 || record.typPracovnihoPomeru == 65);
 }
 
 /// A finding about all lines that name something.
@@ -114,18 +106,21 @@ Failure DatabaseCheck::loadNumbers(const QSqlDatabase &database)
 
 Failure DatabaseCheck::loadWidths(const QSqlDatabase &database)
 {
-    Failure failure = read(database,
-                           QStringLiteral("SELECT column_name, character_maximum_length "
-                                          "FROM information_schema.columns "
-                                          "WHERE table_schema = DATABASE() "
-                                          "AND table_name = 'people'"),
-                           [this](const QSqlQuery &row) {
-                               for (const auto &column : textColumns) {
-                                   if (row.value(0).toString() == QLatin1String(column.first)
-                                       && !row.value(1).isNull())
-                                       widths.insert(column.second, row.value(1).toInt());
-                               }
-                           });
+    Failure failure = read(
+        database,
+        QStringLiteral("SELECT column_name, character_maximum_length "
+                       "FROM information_schema.columns "
+                       "WHERE table_schema = DATABASE() "
+                       "AND table_name = 'people'"),
+        [this](const QSqlQuery &row) {
+            for (const auto &column : textColumns) {
+                if (row.value(0).toString() == QLatin1String(column.first)
+                    && !row.value(1).isNull())
+                    widths.insert(column.second,
+                                  static_cast<int>(qMin<qlonglong>(
+                                      row.value(1).toLongLong(), std::numeric_limits<int>::max())));
+            }
+        });
     if (!failure)
         failure = read(database, QStringLiteral("SELECT @@SESSION.sql_mode"),
                        [this](const QSqlQuery &row) {
@@ -174,13 +169,26 @@ void DatabaseCheck::take(const ExportLine &line, int lineNumber)
         if (branches > 0 && record.calendarID != 0 && !calendars.contains(group))
             withoutGroup[group].append(lineNumber);
     }
-    if (hasSupervisor(record)) {
+    if (keepsSupervisor(record)) {
         const int admins = adminCounts.value(record.nadOsCis);
         if (admins == 0)
             withoutAdmin[record.nadOsCis].append(lineNumber);
         else if (admins > 1)
             withSeveralAdmins[record.nadOsCis].append(lineNumber);
     }
+}
+
+QVector<TextTrial> DatabaseCheck::effectsOf(const EmployeeRecord &record,
+                                            StatementTrial *trial) const
+{
+    if (!trial->isSuspicious(record))
+        return {};
+    const auto row = known.constFind(record.pid());
+    if (row != known.constEnd() && row->isActive)
+        return trial->effectsOf(record, PluginStatements::Update, escapeMode);
+    if (record.isCurrent())
+        return trial->effectsOf(record, PluginStatements::Add, escapeMode);
+    return {};
 }
 
 void DatabaseCheck::count(const ExportLine &line)
@@ -231,22 +239,29 @@ ExportFindings DatabaseCheck::findings() const
 {
     ExportFindings all = ofLines;
     for (auto it = withoutBranch.begin(); it != withoutBranch.end(); ++it)
-        all.append(ofAll("W-DATA-BRANCH", *it, BranchNumber,
+        all.append(ofAll("W-DATA-BRANCH", *it, ExportCell::BranchNumber + 1,
                          {QString::number(it.key()), QString::number(it->size())}));
     for (auto it = withSeveralBranches.begin(); it != withSeveralBranches.end(); ++it)
         all.append(
-            ofAll("W-DATA-BRANCHES", *it, BranchNumber,
+            ofAll("W-DATA-BRANCHES", *it, ExportCell::BranchNumber + 1,
                   {QString::number(branchCounts.value(it.key())), QString::number(it.key())}));
     for (auto it = withoutGroup.begin(); it != withoutGroup.end(); ++it)
-        all.append(ofAll("W-DATA-CALENDAR", *it, Calendar,
+        all.append(ofAll("W-DATA-CALENDAR", *it, ExportCell::Calendar + 1,
                          {QString::number(it.key().first), QString::number(it.key().second),
                           QString::number(it->size())}));
     for (auto it = withoutAdmin.begin(); it != withoutAdmin.end(); ++it)
-        all.append(ofAll("W-DATA-SUPERVISOR", *it, Supervisor,
+        all.append(ofAll("W-DATA-SUPERVISOR", *it, ExportCell::Supervisor + 1,
                          {QString::number(it.key()), QString::number(it->size())}));
     for (auto it = withSeveralAdmins.begin(); it != withSeveralAdmins.end(); ++it)
         all.append(
-            ofAll("W-DATA-SUPERVISORS", *it, Supervisor,
+            ofAll("W-DATA-SUPERVISORS", *it, ExportCell::Supervisor + 1,
                   {QString::number(adminCounts.value(it.key())), QString::number(it.key())}));
+    const int seen = people.same + people.updated;
+    if (people.ended >= fewPeople && people.ended * 100 >= seen * mostEnded)
+        all.append({&findingKind("W-DATA-ENDED"),
+                    0,
+                    ExportCell::End + 1,
+                    {QString::number(people.ended), QString::number(seen)},
+                    {}});
     return all;
 }

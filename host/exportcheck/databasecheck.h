@@ -42,6 +42,9 @@ public:
     const DatabaseCounts &counts() const { return people; }
     /// Whether a backslash escapes in the sessions of this login.
     EscapeMode escapes() const { return escapeMode; }
+    /// What the texts do in the statement that the person is due: they are updated, or added if the
+    /// database does not have them, or nothing is written about somebody who has ended.
+    QVector<TextTrial> effectsOf(const EmployeeRecord &record, StatementTrial *trial) const;
 
 private:
     struct Person

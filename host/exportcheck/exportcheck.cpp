@@ -13,6 +13,7 @@
 #include "host/exportcheck/textcheck.h"
 
 #include <QCoreApplication>
+#include <QSet>
 
 #include <algorithm>
 
@@ -40,12 +41,16 @@ public:
 private:
     void readLines();
     void lookAtBlankLines();
+    bool endsWithLineEnd();
+    void noteMissingEnd();
     void take(const ExportLine &line);
     void tryTexts(const ExportLine &line);
     void addTrial(const TextTrial &trial, const ExportLine &line);
+    void addState(const TextTrial &trial, ushort state);
     void drop(const QString &text, const ExportLine &line);
     void noteSpelling(const ExportLine &line, int column, uint number);
     void forgetUsualZeros();
+    void lookForManyEnded();
     void addNothingUsable();
     QString likelyFault() const;
     void add(const char *code, const QStringList &values);
@@ -56,6 +61,7 @@ private:
     const ExportCheckSettings &settings;
     ExportCheck check;
     QVector<OddSpelling> spellings;
+    QSet<ushort> toldStates;
     int linesSeen = 0;
     qint64 bytesSeen = 0;
     QString firstText; ///< the first line
@@ -65,6 +71,7 @@ ExportCheck Reading::read()
 {
     readLines();
     forgetUsualZeros();
+    lookForManyEnded();
     check.findings += checkPeople(check.digest, spellings);
     if (settings.database)
         check.findings += settings.database->findings();
@@ -98,8 +105,29 @@ void Reading::readLines()
             settings.progress(bytesSeen);
     }
     check.fates.blank = lines.lineNumber() - linesSeen;
+    if (lines.lineNumber() > 0 && !endsWithLineEnd())
+        noteMissingEnd();
     if (check.fates.blank > 0)
         lookAtBlankLines();
+}
+
+bool Reading::endsWithLineEnd()
+{
+    return device->seek(device->size() - 1) && device->read(1) == "\n";
+}
+
+/// A file that was cut off ends like this; so do files of some HR systems, if all cells are there.
+void Reading::noteMissingEnd()
+{
+    const int last = lines.lineNumber();
+    const auto ofLast = std::find_if(
+        check.findings.begin(), check.findings.end(), [last](const ExportFinding &found) {
+            return found.line == last && qstrcmp(found.kind->code, "E-LINE-CELLS") == 0;
+        });
+    if (ofLast != check.findings.end())
+        *ofLast = {&findingKind("E-FILE-CUT"), last, 0, {ofLast->values.constFirst()}, {}};
+    else
+        check.findings.append({&findingKind("N-FILE-END"), last, 0, {}, {}});
 }
 
 /// The plugin reads a line up to its first NUL byte: one that begins with it counts as blank.
@@ -136,9 +164,9 @@ void Reading::take(const ExportLine &line)
 
 void Reading::tryTexts(const ExportLine &line)
 {
-    const EscapeMode escapes = settings.database ? settings.database->escapes()
-                                                 : EscapeMode::Either;
-    const QVector<TextTrial> trials = settings.trial->effectsOf(line.record, escapes);
+    const QVector<TextTrial> trials = settings.database
+        ? settings.database->effectsOf(line.record, settings.trial)
+        : settings.trial->effectsOf(line.record);
     for (const TextTrial &trial : trials)
         addTrial(trial, line);
 }
@@ -155,19 +183,52 @@ const char *trialCode(TextEffect effect, const QString &text)
     }
 }
 
+/// An update that has lost its condition is worth a word.
+QString withoutCondition(const QString &runs)
+{
+    const bool isLost = runs.startsWith(QLatin1String("UPDATE "))
+        && !runs.contains(QLatin1String(" WHERE "));
+    return isLost ? Text::tr("%1 (without WHERE: it changes every row of the table)").arg(runs)
+                  : runs;
+}
+
+/// Under which SQL mode the text has its effect; empty if under both.
+QString modeOf(const TextTrial &trial)
+{
+    if (trial.onlyWithBackslashEscapes)
+        return Text::tr(" unless sql_mode has NO_BACKSLASH_ESCAPES");
+    return trial.onlyWithoutBackslashEscapes ? Text::tr(" where sql_mode has NO_BACKSLASH_ESCAPES")
+                                             : QString();
+}
+
 void Reading::addTrial(const TextTrial &trial, const ExportLine &line)
 {
-    const bool isCell = trial.column > 0;
-    const QString text = isCell ? line.cells[static_cast<size_t>(trial.column - 1)].toString()
-                                : QString();
-    const QString name = isCell
-        ? exportColumn(trial.column - 1)
-        : Text::tr("the text of state %1 in [MES]").arg(line.record.evidencniStav);
-    check.findings.append({&findingKind(trialCode(trial.effect, text)),
-                           lines.lineNumber(),
-                           trial.column,
-                           {name, text, trial.becomes},
-                           {}});
+    if (trial.column == 0) {
+        addState(trial, line.record.evidencniStav);
+        return;
+    }
+    const QString text = line.cells[static_cast<size_t>(trial.column - 1)].toString();
+    check.findings.append(
+        {&findingKind(trialCode(trial.effect, text)),
+         lines.lineNumber(),
+         trial.column,
+         {exportColumn(trial.column - 1), text, withoutCondition(trial.becomes), modeOf(trial)},
+         {}});
+}
+
+/// Of a text of the settings once, with the first line of somebody in the state.
+void Reading::addState(const TextTrial &trial, ushort state)
+{
+    if (toldStates.contains(state))
+        return;
+    toldStates.insert(state);
+    const QString text = settings.trial->stateText(state);
+    check.findings.append(
+        {&findingKind(trial.effect == TextEffect::OtherText ? "W-TEXT-STATE" : "E-TEXT-STATE"),
+         lines.lineNumber(),
+         0,
+         {QString::number(state), text},
+         {}});
 }
 
 void Reading::noteSpelling(const ExportLine &line, int column, uint number)
@@ -186,6 +247,8 @@ void Reading::drop(const QString &text, const ExportLine &line)
     ++check.fates.dropped;
     if (isHeader(line)) {
         add("W-LINE-HEADER", {});
+    } else if (lines.lineNumber() == 1 && looksLikeHeader(line)) {
+        add("W-FILE-HEADER", {headerFault(line)});
     } else if (line.fate == LineFate::WrongCount) {
         const QString fault = lineFault(text);
         add("E-LINE-CELLS",
@@ -220,17 +283,48 @@ void Reading::forgetUsualZeros()
                          check.findings.end());
 }
 
-/// One finding stands for all others then.
+/// Some people stay in an export for a while after their end; not so many.
+void Reading::lookForManyEnded()
+{
+    const auto ended = static_cast<int>(std::count_if(
+        check.findings.cbegin(), check.findings.cend(), [](const ExportFinding &found) {
+            return qstrcmp(found.kind->code, "N-PERSON-ENDED") == 0;
+        }));
+    if (ended >= 5 && ended * 4 >= check.fates.taken)
+        check.findings.append({&findingKind("W-FILE-ENDED"),
+                               0,
+                               ExportCell::End + 1,
+                               {QString::number(ended), QString::number(check.fates.taken)},
+                               {}});
+}
+
+/// Stands before all others then.
 void Reading::addNothingUsable()
 {
     const QString fault = check.fates.lines() == 0
         ? Text::tr("it is empty")
-        : Text::tr("%1 lines; %2").arg(check.fates.lines()).arg(likelyFault());
+        : Text::tr("lines: %1; %2").arg(check.fates.lines()).arg(likelyFault());
     check.findings.prepend({&findingKind("E-FILE-NOTHING"), 0, 0, {fault}, {}});
+}
+
+/// What files of other kinds begin with.
+QString foreignKind(const QByteArray &begin)
+{
+    if (begin.startsWith("\x1f\x8b"))
+        return Text::tr("it is compressed (gzip)");
+    if (begin.startsWith("PK\x03\x04"))
+        return Text::tr("it is a ZIP archive or a spreadsheet");
+    if (begin.startsWith('<'))
+        return Text::tr("it looks like HTML or XML");
+    return begin.left(2).contains('\0') ? Text::tr("it looks like UTF-16") : QString();
 }
 
 QString Reading::likelyFault() const
 {
+    device->seek(0);
+    const QString foreign = foreignKind(device->read(4));
+    if (!foreign.isEmpty())
+        return foreign;
     if (firstText.startsWith(QStringLiteral("\ufffd\ufffd")))
         return Text::tr("it looks like UTF-16");
     const QString separator = separatorFault(firstText);
@@ -242,7 +336,9 @@ QString Reading::likelyFault() const
         return Text::tr("its lines end with carriage returns only");
     for (const ExportFinding &found : check.findings) {
         if (found.line != 0 && found.kind->severity() == Finding::Error)
-            return Text::tr("line %1: %2").arg(found.line).arg(told(found).text);
+            return Text::tr("line %1: %2")
+                .arg(found.line)
+                .arg(told(found, PersonalTexts::Hidden).text);
     }
     return Text::tr("all are blank");
 }

@@ -8,6 +8,12 @@
 #include <algorithm>
 #include <numeric>
 
+bool keepsSupervisor(const EmployeeRecord &record)
+{
+    return record.nadOsCis != 0
+        && (record.typPracovnihoPomeru == 11 || record.typPracovnihoPomeru == 65);
+}
+
 DigestLine digestOf(const ExportLine &line, int lineNumber)
 {
     DigestLine digest;
@@ -15,7 +21,7 @@ DigestLine digestOf(const ExportLine &line, int lineNumber)
     digest.number = line.record.osobniCislo;
     digest.ordinal = line.record.poradoveCisloPP;
     digest.pid = line.record.pid();
-    digest.supervisor = line.record.nadOsCis;
+    digest.supervisor = keepsSupervisor(line.record) ? line.record.nadOsCis : 0;
     for (size_t column = 0; column < digest.cells.size(); ++column) {
         const QStringRef &cell = line.cells[column];
         // The lowest bit sets a cell apart from an empty one.

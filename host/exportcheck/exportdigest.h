@@ -18,7 +18,7 @@ struct DigestLine
     uint number = 0; ///< OsobniCislo
     uint ordinal = 0;
     uint pid = 0;
-    uint supervisor = 0;
+    uint supervisor = 0; ///< 0 where the plugin keeps no mark
     std::array<uint, exportColumnCount> cells {}; ///< a hash of each; 0 for an empty one
 
     /// Number and ordinal: nobody else has both.
@@ -28,6 +28,9 @@ struct DigestLine
 
 /// About 100 bytes a line.
 using ExportDigest = std::vector<DigestLine>;
+
+/// The plugin keeps the supervisor's mark of this person.
+bool keepsSupervisor(const EmployeeRecord &record);
 
 DigestLine digestOf(const ExportLine &line, int lineNumber);
 

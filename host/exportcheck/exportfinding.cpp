@@ -7,6 +7,7 @@
 #include "host/exportcheck/cellform.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -17,14 +18,27 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(ExportFinding)
 };
 
-/// The values without what a person wrote: all but the name of the column.
+/// A number, a date, a name of a column, or a word of ours: nothing that somebody wrote into a
+/// text.
+bool isHarmless(const QString &value)
+{
+    static const QRegularExpression plain(QStringLiteral("^[-+0-9.,:/ T]*$"));
+    return plain.match(value).hasMatch();
+}
+
+/// The values without what people wrote: all of cells of texts, and of others the cell, if it is no
+/// number or date.
 QStringList withoutTexts(const ExportFinding &found)
 {
     QStringList values = found.values;
-    if (found.column == 0 || !isTextColumn(found.column - 1))
-        return values;
-    for (int i = 1; i < values.size(); ++i)
-        values[i] = QStringLiteral("…");
+    const bool isText = found.column != 0 && isTextColumn(found.column - 1);
+    const bool isKey = qstrcmp(found.kind->code, "E-LINE-KEY") == 0;
+    for (int i = 0; i < values.size(); ++i) {
+        const bool isName = found.column != 0 && values.at(i) == columnName(found);
+        const bool isCell = (found.column != 0 || isKey) && i <= 1;
+        if (!isName && (isText || (isCell && !isHarmless(values.at(i)))))
+            values[i] = QStringLiteral("…");
+    }
     return values;
 }
 

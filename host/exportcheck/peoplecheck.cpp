@@ -18,13 +18,6 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(PeopleCheck)
 };
 
-// Columns, counted from 1.
-enum : int {
-    Number = 1,
-    End = 9,
-    Supervisor = 18,
-};
-
 /// Looks at all lines together.
 class PeopleCheck
 {
@@ -88,7 +81,7 @@ void PeopleCheck::lookAtKeys()
         if (!known)
             known = &line;
         else if (known->relation() != line.relation())
-            add("E-PERSON-KEY", {known->line, line.line}, Number,
+            add("E-PERSON-KEY", {known->line, line.line}, ExportCell::Number + 1,
                 {known->pamId(), line.pamId(), QString::number(line.pid)});
     }
 }
@@ -132,11 +125,11 @@ void PeopleCheck::addTwice(const QVector<const DigestLine *> &lines)
     const QStringList columns = differingColumns(lines);
     const QString count = QString::number(lines.size());
     if (columns.isEmpty())
-        add("W-PERSON-TWICE", numbers, Number,
+        add("W-PERSON-TWICE", numbers, ExportCell::Number + 1,
             {lines.constFirst()->pamId(), count, Text::tr(", all alike"),
              Text::tr("the later ones change nothing")});
     else
-        add("W-PERSON-TWICE", numbers, Number,
+        add("W-PERSON-TWICE", numbers, ExportCell::Number + 1,
             {lines.constFirst()->pamId(), count,
              Text::tr("; the lines differ in %1").arg(columns.join(QStringLiteral(", "))),
              Text::tr("the last line wins in the first pass; after that the lines overwrite each "
@@ -149,9 +142,10 @@ void PeopleCheck::lookAtSupervisors()
         if (line.supervisor == 0)
             continue;
         if (line.supervisor == line.number)
-            add("N-PERSON-SELF", {line.line}, Supervisor, {});
+            add("N-PERSON-SELF", {line.line}, ExportCell::Supervisor + 1, {});
         else if (!lineOfNumber.contains(line.supervisor))
-            add("N-PERSON-SUPERVISOR", {line.line}, Supervisor, {QString::number(line.supervisor)});
+            add("N-PERSON-SUPERVISOR", {line.line}, ExportCell::Supervisor + 1,
+                {QString::number(line.supervisor)});
     }
 }
 
@@ -184,7 +178,7 @@ void PeopleCheck::addCircle(const QVector<uint> &people)
         numbers.append(QString::number(person));
     }
     std::sort(lines.begin(), lines.end());
-    add("W-PERSON-CIRCLE", lines, Supervisor, {numbers.join(QStringLiteral(", "))});
+    add("W-PERSON-CIRCLE", lines, ExportCell::Supervisor + 1, {numbers.join(QStringLiteral(", "))});
 }
 
 /// The number has no other spelling unless somebody has it, or names it, in plain digits or in
@@ -201,9 +195,9 @@ void PeopleCheck::lookAtSpellings()
     }
     QSet<uint> plain;
     for (const DigestLine &line : digest) {
-        if (!oddPlaces.contains({line.line, Number}))
+        if (!oddPlaces.contains({line.line, ExportCell::Number + 1}))
             plain.insert(line.number);
-        if (!oddPlaces.contains({line.line, Supervisor}))
+        if (!oddPlaces.contains({line.line, ExportCell::Supervisor + 1}))
             plain.insert(line.supervisor);
     }
     for (const OddSpelling &spelling : spellings) {
@@ -219,16 +213,20 @@ void checkPerson(const EmployeeRecord &record, int lineNumber, const QDate &toda
                  ExportFindings *findings)
 {
     if (record.pid() == 0)
-        findings->append({&findingKind("E-PERSON-ZERO"), lineNumber, Number, {record.pamId()}, {}});
+        findings->append({&findingKind("E-PERSON-ZERO"),
+                          lineNumber,
+                          ExportCell::Number + 1,
+                          {record.pamId()},
+                          {}});
     const QDate &end = record.datumVystupu;
     if (!end.isValid())
         return;
     if (record.datumNastupu.isValid() && end < record.datumNastupu)
-        findings->append({&findingKind("W-PERSON-DATES"), lineNumber, End, {}, {}});
+        findings->append({&findingKind("W-PERSON-DATES"), lineNumber, ExportCell::End + 1, {}, {}});
     else if (record.stavPracovnihoPomeru <= 3 && end < today)
         findings->append({&findingKind("N-PERSON-ENDED"),
                           lineNumber,
-                          End,
+                          ExportCell::End + 1,
                           {QString::number(record.stavPracovnihoPomeru)},
                           {}});
 }

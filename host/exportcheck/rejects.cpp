@@ -3,7 +3,6 @@
 // The lines that go back to the HR department.
 #include "host/exportcheck/rejects.h"
 
-#include "export/exportfile.h"
 #include "host/base/oneline.h"
 #include "host/base/ownerfile.h"
 
@@ -42,16 +41,19 @@ QString reasonText(int line, const ExportFinding &found)
         .arg(QString::number(line), finding.code, oneLine(finding.text), oneLine(finding.remedy));
 }
 
+/// Also lines that the plugin takes for blank ones.
 void writeLines(QIODevice *device, const Reasons &reasons, QIODevice *file)
 {
-    ExportFile lines(device);
-    QString text;
-    while (lines.nextLine(&text)) {
-        const QList<const ExportFinding *> own = reasons.values(lines.lineNumber());
+    for (int number = 1; !device->atEnd(); ++number) {
+        QByteArray line = device->readLine();
+        const QList<const ExportFinding *> own = reasons.values(number);
         for (auto reason = own.crbegin(); reason != own.crend(); ++reason)
-            file->write(reasonText(lines.lineNumber(), **reason).toUtf8());
-        if (!own.isEmpty())
-            file->write(lines.lineBytes() + "\n\n");
+            file->write(reasonText(number, **reason).toUtf8());
+        if (own.isEmpty())
+            continue;
+        if (line.endsWith('\n'))
+            line.chop(1);
+        file->write(line + "\n\n");
     }
 }
 

@@ -5,6 +5,8 @@
 
 #include "host/base/silentmessages.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace {
@@ -160,24 +162,63 @@ private:
 };
 
 StatementTrial::StatementTrial(const QHash<ushort, QString> &texts) :
-    statements(texts)
+    statements(texts),
+    stateTexts(texts)
 {
     for (auto it = texts.constBegin(); it != texts.constEnd(); ++it) {
-        if (isSuspicious(it.value()))
+        if (::isSuspicious(it.value()))
             suspiciousStates.insert(it.key());
     }
 }
 
-bool StatementTrial::needsTrial(const EmployeeRecord &record) const
+bool StatementTrial::isSuspicious(const EmployeeRecord &record) const
 {
-    return isSuspicious(record.titul) || isSuspicious(record.jmeno) || isSuspicious(record.prijmeni)
-        || isSuspicious(record.titulZa) || isSuspicious(record.telefon)
-        || (!suspiciousStates.isEmpty() && suspiciousStates.contains(record.evidencniStav));
+    const bool ofState = !suspiciousStates.isEmpty()
+        && suspiciousStates.contains(record.evidencniStav);
+    return ofState || ::isSuspicious(record.titul) || ::isSuspicious(record.jmeno)
+        || ::isSuspicious(record.prijmeni) || ::isSuspicious(record.titulZa)
+        || ::isSuspicious(record.telefon);
 }
 
 QVector<TextTrial> StatementTrial::effectsOf(const EmployeeRecord &record, EscapeMode mode)
 {
-    return needsTrial(record) ? fullTrial(record, mode) : QVector<TextTrial>();
+    return isSuspicious(record) ? cachedTrials(record, mode) : QVector<TextTrial>();
+}
+
+/// A text like O'Neill breaks its statement right behind the apostrophe, whatever the other texts
+/// are, unless the word there is one of SQL's.
+bool breaksAtOnce(const QString &text)
+{
+    static const QRegularExpression form(QStringLiteral("^[^'\\\\%]*'(\\p{L}{3,})[^'\\\\%]*$"),
+                                         QRegularExpression::UseUnicodePropertiesOption);
+    static const QStringList operators {
+        QStringLiteral("and"),     QStringLiteral("div"),    QStringLiteral("mod"),
+        QStringLiteral("xor"),     QStringLiteral("not"),    QStringLiteral("like"),
+        QStringLiteral("regexp"),  QStringLiteral("rlike"),  QStringLiteral("between"),
+        QStringLiteral("collate"), QStringLiteral("sounds"), QStringLiteral("member")};
+    const QRegularExpressionMatch match = form.match(text);
+    return match.hasMatch() && !operators.contains(match.captured(1).toLower());
+}
+
+/// Many names of an export with apostrophes are of this form, and come again and again.
+QVector<TextTrial> StatementTrial::cachedTrials(const EmployeeRecord &record, EscapeMode mode)
+{
+    const StatementTexts texts = textsOf(record);
+    QVector<size_t> suspects;
+    for (size_t i = 0; i < texts.size(); ++i) {
+        if (mayHarm(texts.at(i)))
+            suspects.append(i);
+    }
+    const bool ofState = suspiciousStates.contains(record.evidencniStav);
+    if (ofState || suspects.size() != 1 || !breaksAtOnce(texts.at(suspects.constFirst())))
+        return fullTrial(record, mode);
+    const QString key
+        = QStringLiteral("%1 %2 ").arg(suspects.constFirst()).arg(static_cast<int>(mode))
+        + texts.at(suspects.constFirst());
+    const auto known = namesTried.constFind(key);
+    if (known != namesTried.constEnd())
+        return *known;
+    return *namesTried.insert(key, fullTrial(record, mode));
 }
 
 QVector<TextTrial> StatementTrial::effectsOf(const EmployeeRecord &record,

@@ -53,6 +53,9 @@ public:
     /// As effectsOf(), of one statement.
     QVector<TextTrial> effectsOf(const EmployeeRecord &record, PluginStatements::Kind kind,
                                  EscapeMode mode);
+    /// Some text of the record is suspicious, or that of its state.
+    bool isSuspicious(const EmployeeRecord &record) const;
+    QString stateText(ushort state) const { return stateTexts.value(state); }
     /// The same without the quick look at the texts beforehand.
     QVector<TextTrial> fullTrial(const EmployeeRecord &record, EscapeMode mode);
 
@@ -66,11 +69,13 @@ private:
     using ColumnEffects = std::array<ColumnEffect, statementTextCount>;
     using ModeEffects = std::array<ColumnEffects, 2>; // with backslash escapes, without
 
-    bool needsTrial(const EmployeeRecord &record) const;
     void add(PluginStatements::Kind kind, const EmployeeRecord &record, EscapeMode mode,
              ModeEffects *effects);
+    QVector<TextTrial> cachedTrials(const EmployeeRecord &record, EscapeMode mode);
     static QVector<TextTrial> trialsOf(const ModeEffects &effects, EscapeMode mode);
 
     PluginStatements statements;
+    const QHash<ushort, QString> stateTexts;
     QSet<ushort> suspiciousStates; // that have such a text
+    QHash<QString, QVector<TextTrial>> namesTried; ///< see cachedTrials()
 };

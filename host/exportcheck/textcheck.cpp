@@ -154,7 +154,7 @@ QString likelyEncoding(const QByteArray &bytes)
         });
     };
     const QString windows = QStringLiteral("Windows-1250");
-    const QString latin = QStringLiteral("ISO 8859-2");
+    const QString latin = QStringLiteral("ISO-8859-2");
     return strange(decoded(bytes, latin)) < strange(decoded(bytes, windows)) ? latin : windows;
 }
 

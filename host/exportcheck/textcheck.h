@@ -15,7 +15,7 @@ void checkLetters(const QByteArray &bytes, const ExportLine &line, int lineNumbe
                   ExportFindings *findings);
 
 /// The encoding in which bytes that are no UTF-8 make the best Czech or Slovak: "Windows-1250" or
-/// "ISO 8859-2".
+/// "ISO-8859-2".
 QString likelyEncoding(const QByteArray &bytes);
 /// The bytes read in an encoding that likelyEncoding() gave.
 QString decoded(const QByteArray &bytes, const QString &encoding);

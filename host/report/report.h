@@ -45,6 +45,12 @@ struct Section
     Table table;
 };
 
+/// For machines: nothing where there is no text.
+inline QVariant textOrNull(const QString &text)
+{
+    return text.isEmpty() ? QVariant() : QVariant(text);
+}
+
 /// What it all comes to.
 struct Verdict
 {

@@ -3,6 +3,7 @@
 // `talvenhr check` as its users run it.
 #include "support/commands/jsonschema.h"
 #include "support/commands/site.h"
+#include "support/commands/smalldisk.h"
 #include "support/commands/talvenhrprocess.h"
 
 #include <QJsonArray>
@@ -61,9 +62,20 @@ private Q_SLOTS:
     void rejects_areForTheirOwnerOnly();
     void names_canBeHidden();
     void html_showsHostileTextsAsTexts();
+    void outputs_replaceNothingThatIsRead();
+    void outputs_replaceRegularFilesOnly();
+    void fullDisk_leavesTheOldFile();
     void whatIsNoExport_isNamed_data();
     void whatIsNoExport_isNamed();
     void settingsOfStates_areTried();
+
+private:
+    QString diskPath() const { return folder.filePath(QStringLiteral("disk")); }
+
+    QTemporaryDir folder;
+    // Made before any thread of the test library is there.
+    const bool hasFolder = QDir().mkdir(diskPath());
+    const SmallDisk disk {diskPath(), 64};
 };
 
 void tst_Check::soundExport_isTold()
@@ -198,6 +210,53 @@ void tst_Check::html_showsHostileTextsAsTexts()
     QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
 }
 
+void tst_Check::outputs_replaceNothingThatIsRead()
+{
+    const Site site;
+    const QString before = site.readFile(QStringLiteral("ron.data"));
+    const QString settings = site.path(QStringLiteral("TalvenHR.ini"));
+    for (const QString &output : {site.exportFile(), settings}) {
+        for (const char *option : {"--html", "--rejects"}) {
+            TalvenhrProcess program(checkOf(site, {QLatin1String(option), output}));
+            QCOMPARE(program.finish(), 2);
+            QVERIFY2(program.lastLine().contains(QStringLiteral("is read, and would be lost")),
+                     qPrintable(program.lastLine()));
+        }
+    }
+    QCOMPARE(site.readFile(QStringLiteral("ron.data")), before);
+}
+
+void tst_Check::outputs_replaceRegularFilesOnly()
+{
+    const Site site;
+    const QString pipe = site.path(QStringLiteral("pipe"));
+    QCOMPARE(::mkfifo(qPrintable(pipe), 0600), 0);
+    TalvenhrProcess program(checkOf(site, {QStringLiteral("--html"), pipe}));
+    QCOMPARE(program.finish(), 2);
+    QVERIFY(program.lastLine().endsWith(QStringLiteral("it is no regular file")));
+    TalvenhrProcess onFolder(checkOf(site, {QStringLiteral("--rejects"), site.dataDir()}));
+    QCOMPARE(onFolder.finish(), 2);
+    QVERIFY(onFolder.lastLine().endsWith(QStringLiteral("it is a folder")));
+}
+
+void tst_Check::fullDisk_leavesTheOldFile()
+{
+    QVERIFY2(disk.failure().isEmpty(), qPrintable(disk.failure()));
+    const Site site;
+    damage(site);
+    const QString path = diskPath() + QStringLiteral("/check.html");
+    QFile old(path);
+    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+    old.close();
+    QVERIFY(disk.fillUpTo(4));
+    TalvenhrProcess program(checkOf(site, {QStringLiteral("--html"), path}));
+    QCOMPARE(program.finish(), 2);
+    QVERIFY2(program.lastLine().endsWith(QStringLiteral("No space left on device")),
+             qPrintable(program.lastLine()));
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    QCOMPARE(old.readAll(), QByteArray("old"));
+}
+
 void tst_Check::whatIsNoExport_isNamed_data()
 {
     QTest::addColumn<QString>("name");
@@ -229,9 +288,10 @@ void tst_Check::settingsOfStates_areTried()
     program.finish();
     const QJsonArray findings = jsonOf(&program).value(QStringLiteral("findings")).toArray();
     QVERIFY(!findings.isEmpty());
-    QCOMPARE(findings.first()[QLatin1String("code")].toString(), QStringLiteral("E-TEXT-FAILS"));
+    QCOMPARE(findings.first()[QLatin1String("code")].toString(), QStringLiteral("E-TEXT-STATE"));
     QVERIFY(findings.first()[QLatin1String("text")].toString().startsWith(
-        QStringLiteral("the text of state 0 in [MES] ")));
+        QStringLiteral("the text of state 0 in [MES] of TalvenHR.ini, 'o'clock', breaks")));
+    QCOMPARE(findings.size(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_Check)

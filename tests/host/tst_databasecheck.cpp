@@ -87,8 +87,8 @@ void tst_DatabaseCheck::findings_data()
     const auto row = [](const char *name, const QByteArray &text, const QStringList &told) {
         QTest::newRow(name) << text << told;
     };
-    const QString noBranch = QStringLiteral("W-DATA-BRANCH: no branch has the number 77, which %1 "
-                                            "lines name");
+    const QString noBranch = QStringLiteral("W-DATA-BRANCH: no branch has the number 77 (lines "
+                                            "that name it: %1)");
     row("all there", line({}), {});
     row("branch", line({{10, "77"}}), {noBranch.arg(1)});
     row("branch of two people", line({{10, "77"}}) + line({{1, "12"}, {10, "77"}}),
@@ -97,15 +97,17 @@ void tst_DatabaseCheck::findings_data()
     row("no branch at all", line({{10, "0"}}), {});
     row("two branches, and calendar of neither", line({{10, "200"}, {12, "2"}}),
         {QStringLiteral("W-DATA-BRANCHES: 2 branches have the number 200"),
-         QStringLiteral("W-DATA-CALENDAR: the branch 200 has no group with the calendar 2, which 1 "
-                        "lines name")});
+         QStringLiteral(
+             "W-DATA-CALENDAR: the branch 200 has no group with the calendar 2 (lines that "
+             "name it: 1)")});
     row("branch without a master group", line({{10, "300"}}),
-        {QStringLiteral("W-DATA-CALENDAR: the branch 300 has no group with the calendar 1, which 1 "
-                        "lines name")});
+        {QStringLiteral(
+            "W-DATA-CALENDAR: the branch 300 has no group with the calendar 1 (lines that "
+            "name it: 1)")});
     row("no calendar", line({{12, "0"}}), {});
     row("supervisor", line({{18, "7"}}),
-        {QStringLiteral("W-DATA-SUPERVISOR: no administrator has the personal number 7, which 1 "
-                        "lines name as supervisor")});
+        {QStringLiteral("W-DATA-SUPERVISOR: no administrator has the personal number 7 (lines "
+                        "that name them as supervisor: 1)")});
     row("supervisor of a type without one", line({{14, "51"}, {18, "7"}}), {});
     row("two administrators", line({{18, "8"}}),
         {QStringLiteral("W-DATA-SUPERVISORS: 2 administrators have the personal number 8")});

@@ -114,6 +114,8 @@ void tst_ExportCheck::oneLine_data()
     row("date without a time", cell(8, "2020-01-01"), "E-CELL-DATE 1:8");
     row("last day without a time", cell(9, "2030-01-01"), "E-CELL-DATE 1:9");
     row("no such day", cell(13, "2023-02-29 00:00:00.000"), "E-CELL-DATE 1:13");
+    row("no first day", cell(8, ""), "W-PERSON-BEGIN 1:8");
+    row("own supervisor of a type without one", line({{14, "51"}, {18, "9"}}), "");
     row("end of time", cell(9, "9999-12-31 00:00:00.000"), "E-CELL-YEAR 1:9");
     row("before 1970", cell(8, "1969-12-31 00:00:00.000"), "E-CELL-YEAR 1:8");
     row("a plan before 1970", cell(13, "1900-01-01 00:00:00.000"), "E-CELL-YEAR 1:13");
@@ -174,6 +176,11 @@ void tst_ExportCheck::severalLines_data()
     QTest::newRow("header first") << headerLine() + "\n" + first << "";
     QTest::newRow("header again") << first + headerLine() + "\n"
                                   << "W-LINE-HEADER 2:0";
+    QTest::newRow("header in lower case")
+        << headerLine().toLower() + "\n" + first << "W-FILE-HEADER 1:0";
+    QTest::newRow("cut in the last line")
+        << first + line({{1, "5"}, {18, ""}}).left(60) << "E-FILE-CUT 2:0";
+    QTest::newRow("cut in the last cell") << first + line({{1, "5"}}).trimmed() << "N-FILE-END 2:0";
     QTest::newRow("twice, alike") << first + "\n" + first << "W-PERSON-TWICE 3:1";
     QTest::newRow("shared key") << line({{1, "12"}, {2, "3"}, {18, ""}})
             + line({{1, "1"}, {2, "23"}, {18, ""}})
@@ -205,27 +212,27 @@ void tst_ExportCheck::uselessFile_guessesWhy_data()
     QTest::addColumn<QString>("why");
     const QByteArray lines = headerLine() + "\n" + line({});
     QTest::newRow("empty") << QByteArray() << "it is empty";
-    QTest::newRow("blank") << QByteArray("\n \n") << "2 lines; all are blank";
+    QTest::newRow("blank") << QByteArray("\n \n") << "lines: 2; all are blank";
     QTest::newRow("header only") << headerLine() + "\n"
-                                 << "1 lines; it ends with its header";
+                                 << "lines: 1; it ends with its header";
     QTest::newRow("semicolons") << QByteArray(lines).replace('|', ';')
-                                << "2 lines; its cells are separated by semicolons, not by '|'";
+                                << "lines: 2; its cells are separated by semicolons, not by '|'";
     QTest::newRow("tabs") << QByteArray(lines).replace('|', '\t')
-                          << "2 lines; its cells are separated by tabs, not by '|'";
+                          << "lines: 2; its cells are separated by tabs, not by '|'";
     QTest::newRow("carriage returns") << QByteArray(lines).replace('\n', '\r')
-                                      << "1 lines; its lines end with carriage returns only";
+                                      << "lines: 1; its lines end with carriage returns only";
     QTest::newRow("cells missing")
-        << QByteArray("1|2|3\n") << "1 lines; line 1: the line has 3 cells in place of 18";
+        << QByteArray("1|2|3\n") << "lines: 1; line 1: the line has 3 cells in place of 18";
     QTest::newRow("keys missing")
         << line({{1, "x"}})
-        << "1 lines; line 1: OsobniCislo 'x' and PoradoveCisloPP '1' are read as 0 and 1, and "
+        << "lines: 1; line 1: OsobniCislo '…' and PoradoveCisloPP '1' are read as 0 and 1, and "
            "neither may be 0";
     QByteArray utf16("\xff\xfe");
     for (const char byte : lines) {
         utf16 += byte;
         utf16 += '\0';
     }
-    QTest::newRow("UTF-16") << utf16 << "3 lines; it looks like UTF-16";
+    QTest::newRow("UTF-16") << utf16 << "lines: 3; it looks like UTF-16";
 }
 
 void tst_ExportCheck::uselessFile_guessesWhy()
@@ -246,7 +253,7 @@ void tst_ExportCheck::becomes_tellsWhatThePluginReads_data()
     QTest::newRow("32 bits") << 10 << QByteArray("4294967396") << "it is read as 0";
     QTest::newRow("plus") << 10 << QByteArray("+7") << "it is read as 7";
     QTest::newRow("branch") << 10 << QByteArray("x")
-                            << "it is read as 0, so that the person is given no branch";
+                            << "it is read as 0: the branch in the person's row is emptied";
     QTest::newRow("begin") << 8 << QByteArray("1.1.2020")
                            << "it counts as empty: the first day becomes 1 January 2000";
     QTest::newRow("comma") << 17 << QByteArray("12,5")
@@ -297,7 +304,11 @@ void tst_ExportCheck::dateFault_data()
     row("2024-03-31T00:00:00.000", "a T stands in place of the blank");
     row("31.03.2024 00:00:00.000", "the day stands first");
     row("31. 3. 2024", "the day stands first");
-    row("3/31/24", "the day stands first");
+    row("3/31/24", "the month stands first");
+    row("3/5/24", "the day stands first");
+    row(" 2024-03-31 00:00:00.000", "a blank stands before or behind it");
+    row("2024-3-31 00:00:00.000", "its month or its day has one digit");
+    row("2024-03-31 00:00:00.0", "its milliseconds do not have three digits");
     row("2024/03/31 00:00:00.000", "its parts are not joined by '-'");
     row("24-03-31 00:00:00.000", "its year has two digits");
     row("0000-00-00 00:00:00.000", "zeros stand for an empty date");
@@ -319,7 +330,7 @@ void tst_ExportCheck::encoding_isGuessed_data()
     QTest::addColumn<QString>("encoding");
     QTest::addColumn<QString>("text");
     QTest::newRow("1250") << QByteArray("Luk\xe1\x9a") << "Windows-1250" << QStringLiteral("Lukáš");
-    QTest::newRow("8859-2") << QByteArray("Luk\xe1\xb9") << "ISO 8859-2" << QStringLiteral("Lukáš");
+    QTest::newRow("8859-2") << QByteArray("Luk\xe1\xb9") << "ISO-8859-2" << QStringLiteral("Lukáš");
     QTest::newRow("either") << QByteArray("Nov\xe1k") << "Windows-1250" << QStringLiteral("Novák");
 }
 
@@ -362,7 +373,7 @@ void tst_ExportCheck::hiddenTexts_leaveNumbersAndColumns()
              QStringLiteral("Prijmeni '…' holds the invisible character U+…"));
     const ExportCheck numbers = check(line({{10, "x"}}));
     QCOMPARE(told(findingOf(numbers, "E-CELL-NUMBER"), PersonalTexts::Hidden).text,
-             QStringLiteral("Stredisko 'x' is no number"));
+             QStringLiteral("Stredisko '…' is no number"));
 }
 
 QTEST_GUILESS_MAIN(tst_ExportCheck)

@@ -106,17 +106,24 @@ void tst_ExportDamage::damage_getsItsFinding()
         const ExportCheck found = check(hurt.text);
         if (hurt.againstOnly) {
             const ExportComparison compared = compareExports(found.digest, check(sound).digest);
-            QCOMPARE(complaints(compared.findings).isEmpty(), unseen.contains(name));
+            if (unseen.contains(name))
+                QCOMPARE(complaints(compared.findings), QStringList());
+            else
+                QVERIFY2(holds(compared.findings, hurt.finding, {0, 0}),
+                         qPrintable(complaints(compared.findings).join(QLatin1Char('\n'))));
             continue;
         }
-        for (const Hurt &place : hurt.hurts)
-            QVERIFY2(holds(found.findings, hurt.finding, place)
-                         || holds(found.findings, QStringLiteral("W-LINE-HEADER"), place),
+        for (const Hurt &place : hurt.hurts) {
+            // The second header of a file that is there twice is no person.
+            const bool isHeader = name == QLatin1String("file-twice")
+                && holds(found.findings, QStringLiteral("W-LINE-HEADER"), place);
+            QVERIFY2(isHeader || holds(found.findings, hurt.finding, place),
                      qPrintable(QStringLiteral("%1 at %2:%3, but: %4")
                                     .arg(hurt.finding)
                                     .arg(place.line)
                                     .arg(place.column)
                                     .arg(complaints(found.findings).join(QLatin1Char('\n')))));
+        }
     }
 }
 

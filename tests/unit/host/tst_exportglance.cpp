@@ -92,7 +92,7 @@ void tst_ExportGlance::nothingUsable_isTheOnlyFinding()
     QVERIFY(seen.sawUseless);
     QCOMPARE(seen.findings.size(), 1);
     QCOMPARE(seen.findings.first().text,
-             QStringLiteral("the export has no usable line: 3 lines; line 2: the line "
+             QStringLiteral("the export has no usable line: lines: 3; line 2: the line "
                             "has 3 cells in place of 18"));
 }
 

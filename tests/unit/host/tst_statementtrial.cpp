@@ -104,6 +104,7 @@ private Q_SLOTS:
     void keyWithoutNumber();
     void isSuspicious_knowsAllDigits();
     void quickLook_neverDiffers();
+    void memoryOfNames_neverDiffers();
     void log_staysEmpty();
     void connections_areTakenAway();
     void threads_haveTheirOwn();
@@ -210,6 +211,33 @@ void tst_StatementTrial::quickLook_neverDiffers()
         harmless += quick.isEmpty() ? 1 : 0;
     }
     QVERIFY(harmless > 300 && harmless < 2700);
+}
+
+/// A name is tried once; whatever stands beside it the next time, the trial would come to the same.
+void tst_StatementTrial::memoryOfNames_neverDiffers()
+{
+    const QStringList names {str("O'Neill"),  str("D'Or"),      str("D'Orsay"),   str("O'Not"),
+                             str("L'and"),    str("O'Šťastná"), str("x'like y"),  str("a'between"),
+                             str("N'Golo K"), str("O'Brien 2"), str("d'Arc-Lys"), str("O'member")};
+    const QStringList others {
+        QString(), str("PhD."), str("0905 123 456"), str("or 1"),  str("= name"),   str("), ("),
+        str("x"),  str("-- "),  str("union all 1"),  str("\"q\""), str(", phone="), str("/*")};
+    StatementTrial trial;
+    Draw draw(20261123);
+    int found = 0;
+    for (int i = 0; i < 1500; ++i) {
+        const auto other = [&] { return others.at(draw.below(others.size())); };
+        EmployeeRecord employee = RecordBuilder()
+                                      .name(other(), names.at(draw.below(names.size())))
+                                      .titles(other(), other())
+                                      .phone(other());
+        if (draw.percent(30))
+            std::swap(employee.jmeno, employee.prijmeni);
+        const QString quick = describe(trial.effectsOf(employee));
+        QCOMPARE(quick, describe(trial.fullTrial(employee, EscapeMode::Either)));
+        found += quick.isEmpty() ? 0 : 1;
+    }
+    QCOMPARE(found, 1500);
 }
 
 void tst_StatementTrial::log_staysEmpty()
