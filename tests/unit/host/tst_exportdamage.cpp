@@ -3,7 +3,7 @@
 // Damaged exports of generated companies get the finding that they are owed where the damage is,
 // and sound ones get none.
 //
-// Environment: TALVENHR_COMPANIES, how many sound companies (default: 100); the damages take two.
+// Environment: TALVENHR_COMPANIES, how many sound companies (default: 1000); the damages take two.
 #include "host/company/damage.h"
 #include "host/company/exportwriter.h"
 #include "host/company/life.h"
@@ -142,7 +142,7 @@ void tst_ExportDamage::soundExports_getNone()
 {
     const int companies = qEnvironmentVariableIsSet("TALVENHR_COMPANIES")
         ? qEnvironmentVariableIntValue("TALVENHR_COMPANIES")
-        : 100;
+        : 1000;
     for (int seed = 1; seed <= companies; ++seed) {
         const ExportCheck found = check(exportText(company(static_cast<quint32>(seed))));
         QVERIFY(found.fates.taken > 0);
