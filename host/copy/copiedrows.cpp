@@ -35,15 +35,16 @@ QString literalOf(const CopiedColumn &column)
         return name;
     if (column.kind == QLatin1String("float")) // would be rounded to six digits
         return QStringLiteral("%1 * 1e0").arg(name);
-    if (column.kind == QLatin1String("bit"))
-        return QStringLiteral("%1 + 0").arg(name);
+    // By number: what is none of an enumeration's texts is 0.
+    if (isOneOf(column.kind, "bit enum set"))
+        return QStringLiteral("CAST(%1 AS UNSIGNED)").arg(name);
     if (column.kind == QLatin1String("timestamp")) // a moment; its local time may come twice
         return QStringLiteral("IF(%1 = 0, '0', CONCAT('FROM_UNIXTIME(', UNIX_TIMESTAMP(%1), ')'))")
             .arg(name);
     if (isOneOf(column.kind, "date datetime time"))
         return QStringLiteral("CONCAT('''', %1, '''')").arg(name);
     if (isOneOf(column.kind,
-                "char varchar tinytext text mediumtext longtext json enum set binary varbinary "
+                "char varchar tinytext text mediumtext longtext json binary varbinary "
                 "tinyblob blob mediumblob longblob geometry point linestring polygon multipoint "
                 "multilinestring multipolygon geometrycollection"))
         return QStringLiteral("CONCAT('X''', HEX(%1), '''')").arg(name);

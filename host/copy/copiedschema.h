@@ -36,6 +36,7 @@ struct CopiedProgram
     QString sqlMode;
     QString characterSet; ///< of the client that has made it
     QString collation; ///< of the connection that has made it
+    QString databaseCollation; ///< of the database at that time
 };
 
 /// What is to be copied; a plain value.

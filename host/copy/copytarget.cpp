@@ -39,13 +39,23 @@ bool isAscii(const QString &text)
                        [](QChar letter) { return letter.unicode() < 128; });
 }
 
-/// 'user'@'host' of the definer that a statement names; empty if it names none.
+/// The name between quotes: of a program that was made with ANSI_QUOTES, they are double ones.
+QString unquoted(const QString &name)
+{
+    const QChar quote = name[0];
+    return name.mid(1, name.size() - 2).replace(QString(2, quote), quote);
+}
+
+/// `user`@`host` of the definer that a statement names; empty if it names none.
 QString definerOf(const QString &create)
 {
     static const QRegularExpression definer(
-        QStringLiteral("^CREATE (?:[^`]*?)DEFINER=(`(?:[^`]|``)*`)@(`(?:[^`]|``)*`)"));
+        QStringLiteral("^CREATE [^`\"]*?DEFINER=(`(?:[^`]|``)*`|\"(?:[^\"]|\"\")*\")"
+                       "@(`(?:[^`]|``)*`|\"(?:[^\"]|\"\")*\")"));
     const QRegularExpressionMatch match = definer.match(create);
-    return match.hasMatch() ? match.captured(1) + QLatin1Char('@') + match.captured(2) : QString();
+    return match.hasMatch() ? quotedName(unquoted(match.captured(1))) + QLatin1Char('@')
+            + quotedName(unquoted(match.captured(2)))
+                            : QString();
 }
 
 /// A database as the object of a GRANT, where % and _ would be wild.
@@ -148,13 +158,13 @@ Failure CopyTarget::makePrograms(const CopiedSchema &schema, const QString &user
     Failure failure = makeAccounts(schema, user);
     for (const CopiedProgram &routine : schema.routines) {
         if (!failure)
-            failure = makeProgram(routine);
+            failure = makeProgram(routine, schema);
     }
     if (!failure)
         failure = makeViews(schema);
     for (const CopiedProgram &trigger : schema.triggers) {
         if (!failure)
-            failure = makeProgram(trigger);
+            failure = makeProgram(trigger, schema);
     }
     return failure;
 }
@@ -195,18 +205,28 @@ Failure CopyTarget::makeAccounts(const CopiedSchema &schema, const QString &user
 
 /// Under the settings that it was made with. The driver sends UTF-8: letters beyond ASCII of a
 /// program that was made with another character set stay the same letters, as UTF-8.
-Failure CopyTarget::makeProgram(const CopiedProgram &program)
+Failure CopyTarget::makeProgram(const CopiedProgram &program, const CopiedSchema &schema)
 {
     const bool keepsBytes = isAscii(program.create)
         || program.characterSet.startsWith(QLatin1String("utf8"));
     const QString client = keepsBytes ? program.characterSet : QStringLiteral("utf8mb4");
+    // The collation that texts without one of their own have in the program.
+    const auto setCollation = [&](const QString &collation) {
+        return program.databaseCollation == schema.collation
+            ? Failure()
+            : run(QStringLiteral("ALTER DATABASE %1 COLLATE %2")
+                      .arg(quotedName(schema.name), collation));
+    };
     Failure failure = run(QStringLiteral("SET SESSION sql_mode = %1, character_set_client = %2, "
                                          "collation_connection = %3")
                               .arg(quotedText(program.sqlMode), client, program.collation));
     if (!failure)
+        failure = setCollation(program.databaseCollation);
+    if (!failure)
         failure = run(program.create);
-    const Failure back = run(QStringLiteral("SET NAMES utf8mb4"));
-    return failure ? failure : back;
+    if (!failure)
+        failure = setCollation(schema.collation);
+    return failure ? failure : run(QStringLiteral("SET NAMES utf8mb4"));
 }
 
 /// A view may use others: whichever can be made is made, until all are there.

@@ -42,7 +42,7 @@ public:
 private:
     Failure run(const QString &statement);
     Failure makeAccounts(const CopiedSchema &schema, const QString &user);
-    Failure makeProgram(const CopiedProgram &program);
+    Failure makeProgram(const CopiedProgram &program, const CopiedSchema &schema);
     Failure makeViews(const CopiedSchema &schema);
     Failure failed(const QString &error) const;
 

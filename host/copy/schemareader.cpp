@@ -127,7 +127,8 @@ Failure SchemaReader::readLists()
                                    "WHERE routine_schema = DATABASE()")))
         return failed(query);
     while (query.next())
-        knownRoutines.insert(query.value(0).toString().toLower(), query.value(1).toString());
+        knownRoutines.insert(query.value(0).toString().toLower(),
+                             {query.value(0).toString(), query.value(1).toString()});
     return readTriggerNames();
 }
 

@@ -26,6 +26,12 @@ private:
         QString engine;
     };
 
+    struct KnownRoutine
+    {
+        QString name;
+        QString kind; ///< FUNCTION or PROCEDURE
+    };
+
     // What there is to be seen
     Failure readLists();
     Failure readSchemaName();
@@ -47,6 +53,8 @@ private:
     void follow(const QString &text, const QString &whose);
     void followReferences(const QString &create, const QString &table);
     void lookAfterUnseen(const QString &text, const QString &whose);
+    void lookAfter(const QString &table, const QString &whose);
+    void leaveElsewhere(const QString &table, const QString &whose);
     bool readProgram(const QString &what, const QString &name, CopiedProgram *program) const;
 
     Failure refusal() const;
@@ -57,7 +65,7 @@ private:
     LoginRights rights;
     QString account;
     QHash<QString, KnownTable> knownTables;
-    QMultiHash<QString, QString> knownRoutines; ///< name in small letters to kind
+    QMultiHash<QString, KnownRoutine> knownRoutines; ///< by name in small letters
     QHash<QString, QStringList> knownTriggers; ///< by table
     QSet<QString> seen; ///< tables, and routines in small letters with "()"
     QStringList missing; ///< rights, without those on triggers

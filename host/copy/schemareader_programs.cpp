@@ -39,6 +39,7 @@ bool SchemaReader::readProgram(const QString &what, const QString &name,
     program->create = query.value(2).toString();
     program->characterSet = query.value(3).toString();
     program->collation = query.value(4).toString();
+    program->databaseCollation = query.value(5).toString();
     return !program->create.isEmpty();
 }
 
@@ -49,13 +50,13 @@ void SchemaReader::takeRoutine(const QString &name, const QString &wantedBy)
         return;
     seen.insert(mark);
 
-    const QStringList kinds = knownRoutines.values(name.toLower());
-    bool isHidden = kinds.isEmpty() && !seesAllRoutines();
-    for (const QString &kind : kinds) {
+    const QList<KnownRoutine> all = knownRoutines.values(name.toLower());
+    bool isHidden = all.isEmpty() && !seesAllRoutines();
+    for (const KnownRoutine &known : all) {
         CopiedProgram routine;
-        if (readProgram(kind, name, &routine)) {
+        if (readProgram(known.kind, known.name, &routine)) {
             schema->routines.append(routine);
-            follow(routine.create, Text::tr("Routine '%1'").arg(name));
+            follow(routine.create, Text::tr("Routine '%1'").arg(known.name));
         } else {
             isHidden = true;
         }
@@ -72,7 +73,7 @@ void SchemaReader::takeRoutine(const QString &name, const QString &wantedBy)
                       .arg(wantedBy, name);
             schema->leftOut.append(sentence);
         }
-    } else if (kinds.isEmpty()) {
+    } else if (all.isEmpty()) {
         schema->warnings.append(
             Text::tr("The database has no routine '%1', which a pass calls.").arg(name));
     }
@@ -87,14 +88,32 @@ bool SchemaReader::seesAllRoutines() const
 /// Takes along whatever has a name that stands in the text. A word too many does no harm.
 void SchemaReader::follow(const QString &text, const QString &whose)
 {
-    static const QRegularExpression word(QStringLiteral("`(?:[^`]|``)+`|[\\w$]+"),
+    static const QRegularExpression word(QStringLiteral("[\\w$]+"),
                                          QRegularExpression::UseUnicodePropertiesOption);
-    QRegularExpressionMatchIterator words = word.globalMatch(text);
-    while (words.hasNext()) {
-        const QString name = unquoted(words.next().captured());
-        if (knownTables.contains(name))
+    static const QRegularExpression oddLetter(QStringLiteral("[^\\w$]"),
+                                              QRegularExpression::UseUnicodePropertiesOption);
+    QSet<QString> words;
+    QRegularExpressionMatchIterator found = word.globalMatch(text);
+    while (found.hasNext()) {
+        const QString one = found.next().captured();
+        words << one << one.toLower();
+    }
+    // A name that is no word stands in quotes of one kind or the other.
+    const auto isNamed = [&](const QString &name) {
+        return words.contains(name)
+            || (name.contains(oddLetter)
+                && (text.contains(name)
+                    || text.contains(
+                        QString(name).replace(QLatin1Char('`'), QLatin1String("``")))));
+    };
+    const QStringList tables = knownTables.keys();
+    for (const QString &name : tables) {
+        if (isNamed(name))
             takeTable(name, whose);
-        if (knownRoutines.contains(name.toLower()))
+    }
+    const QStringList routines = knownRoutines.uniqueKeys();
+    for (const QString &name : routines) {
+        if (isNamed(name))
             takeRoutine(name, whose);
     }
     lookAfterUnseen(text, whose);
@@ -112,35 +131,47 @@ void SchemaReader::followReferences(const QString &create, const QString &table)
 /// them, or they lie in another database.
 void SchemaReader::lookAfterUnseen(const QString &text, const QString &whose)
 {
+    const auto options = QRegularExpression::CaseInsensitiveOption
+        | QRegularExpression::UseUnicodePropertiesOption;
+    // EXTRACT(YEAR FROM x) names no table, nor does a trigger with AFTER UPDATE ON.
+    static const QRegularExpression noTable(
+        QStringLiteral("\\b(?:EXTRACT|TRIM|SUBSTR(?:ING)?)\\s*\\([^()]*?\\bFROM\\b|"
+                       "\\b(?:KEY|AFTER|BEFORE|FOR)\\s+UPDATE\\b"),
+        options);
     static const QRegularExpression place(
-        QStringLiteral("(?:\\bFROM|\\bJOIN|\\bINTO|(?<!KEY)\\s+UPDATE)\\s+"
-                       "(`(?:[^`]|``)+`|[\\w$]+)(?:\\s*\\.\\s*(`(?:[^`]|``)+`|[\\w$]+))?"),
-        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
-    QRegularExpressionMatchIterator places = place.globalMatch(text);
+        QStringLiteral("\\b(?:FROM|JOIN|INTO|UPDATE)\\s+(`(?:[^`]|``)+`|[\\w$]+)"
+                       "(?:\\s*\\.\\s*(`(?:[^`]|``)+`|[\\w$]+))?"),
+        options);
+    const QString statements = QString(text).remove(noTable);
+    QRegularExpressionMatchIterator places = place.globalMatch(statements);
     while (places.hasNext()) {
         const QRegularExpressionMatch match = places.next();
         const QString first = unquoted(match.captured(1));
         const QString second = unquoted(match.captured(2));
-        const bool isElsewhere = !second.isEmpty() && first != schema->name
-            && first.compare(QLatin1String("NEW"), Qt::CaseInsensitive) != 0
-            && first.compare(QLatin1String("OLD"), Qt::CaseInsensitive) != 0;
-        const QString name = isElsewhere ? first + QLatin1Char('.') + second
-            : second.isEmpty()           ? first
-                                         : second;
-        if (seen.contains(name))
-            continue;
-        if (isElsewhere) {
-            seen.insert(name);
-            schema->leftOut.append(Text::tr("%1 uses '%2' of another database: it is not in the "
-                                            "copy, and what needs it fails there.")
-                                       .arg(whose, name));
-            continue;
-        }
-        QSqlQuery query(database);
-        if (!query.exec(QStringLiteral("SELECT 1 FROM %1 LIMIT 0").arg(quotedName(name)))
-            && query.lastError().nativeErrorCode() == QLatin1String("1142")) {
-            seen.insert(name);
-            missTable(name, QStringLiteral("SELECT"), whose);
-        }
+        if (second.isEmpty() || first == schema->name)
+            lookAfter(second.isEmpty() ? first : second, whose);
+        else
+            leaveElsewhere(first + QLatin1Char('.') + second, whose);
     }
+}
+
+void SchemaReader::lookAfter(const QString &table, const QString &whose)
+{
+    if (seen.contains(table))
+        return;
+    seen.insert(table);
+    QSqlQuery query(database);
+    if (!query.exec(QStringLiteral("SELECT 1 FROM %1 LIMIT 0").arg(quotedName(table)))
+        && query.lastError().nativeErrorCode() == QLatin1String("1142"))
+        missTable(table, QStringLiteral("SELECT"), whose);
+}
+
+void SchemaReader::leaveElsewhere(const QString &table, const QString &whose)
+{
+    if (seen.contains(table))
+        return;
+    seen.insert(table);
+    schema->leftOut.append(Text::tr("%1 uses '%2' of another database: it is not in the copy, and "
+                                    "what needs it fails there.")
+                               .arg(whose, table));
 }

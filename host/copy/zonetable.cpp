@@ -90,7 +90,7 @@ QStringList zoneStatements(const QString &name, const QTimeZone &zone)
         QStringLiteral("INSERT INTO mysql.time_zone (Use_leap_seconds) VALUES ('N')"),
         QStringLiteral("SET @zone = LAST_INSERT_ID()"),
         QStringLiteral("INSERT INTO mysql.time_zone_transition_type "
-                       "(Time_zone_id, Transition_type_id, Offset, Is_DST, Abbreviation) VALUES ")
+                       "(Time_zone_id, Transition_type_id, `Offset`, Is_DST, Abbreviation) VALUES ")
             + kinds.join(QStringLiteral(", ")),
     };
     if (!transitions.isEmpty()) {

@@ -68,6 +68,8 @@ bool PrivateServer::feed(const QString &database, const std::function<QByteArray
     process.start(client,
                   clientOptions(database)
                       << QStringLiteral("--batch") << QStringLiteral("--max-allowed-packet=1G"));
+    // Before that it leads no group that could be killed.
+    process.waitForStarted(-1);
     if (!sendPieces(&process, nextPiece, error)) {
         process.killAll();
         stop();
