@@ -97,6 +97,12 @@ void PassNotes::exportRead(const ExportIdentity &exported)
     current.exported = exported;
 }
 
+void PassNotes::linesDropped(int lines)
+{
+    const QMutexLocker locker(&mutex);
+    current.dropped += lines;
+}
+
 PassTold PassNotes::take()
 {
     const QMutexLocker locker(&mutex);

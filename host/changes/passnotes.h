@@ -50,7 +50,7 @@ struct PassTold
     ExportIdentity exported;
     bool forced = false;
     int waiting = -1; ///< records at the end, as the plugin says; -1: it has not said
-    int dropped = 0; ///< lines; for the caller to fill in
+    int dropped = 0; ///< lines
     QVector<ToldMessage> messages;
     QVector<RestingLeave> leave;
     QVector<RefusedStatement> refused;
@@ -69,6 +69,8 @@ public:
     void call(const DatabaseCall &call, const CallOutcome &outcome);
     /// The pass that runs has read this.
     void exportRead(const ExportIdentity &exported);
+    /// So many lines of it come to nothing.
+    void linesDropped(int lines);
 
     /// What has been told of all passes that are over, and not taken yet.
     PassTold take();

@@ -1,13 +1,23 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// What the passes of a run change, on standard output.
+// What the passes of a run change: on standard output, and in files.
 #pragma once
 
 #include "host/base/failure.h"
+#include "host/changes/changes.h"
+#include "host/changes/passnotes.h"
 #include "host/database/connection.h"
-#include "host/database/snapshot.h"
 
-/// Keeps a snapshot of what passes touch, and prints what has become of it. What others write
+/// What is to become of the changes.
+struct ChangeWishes
+{
+    bool shown = false; ///< on standard output
+    QString folder; ///< in which each pass gets a file; empty: in none
+
+    bool any() const { return shown || !folder.isEmpty(); }
+};
+
+/// Keeps a snapshot of what passes touch, and tells what has become of it. What others write
 /// meanwhile is told as well.
 ///
 /// Owned by the run and used on its thread, with a connection of its own that is open only within
@@ -15,21 +25,38 @@
 class ChangeWatch
 {
 public:
-    ChangeWatch();
+    explicit ChangeWatch(const ChangeWishes &wishes);
 
-    /// Takes the first snapshot, before any pass. The user needs the right to read all that a pass
-    /// touches, which is more than the plugin needs.
+    /// Makes the folder, and takes the first snapshot, before any pass. The user needs the right to
+    /// read all that a pass touches, which is more than the plugin needs.
     Failure begin(const ConnectionParameters &parameters);
-    /// Prints the changes since the snapshot before, which come from the passes up to this number.
-    /// Nothing if it has been shown. After a failure of the database the changes come with the next
-    /// pass; ExitErrors tells that standard output is lost. What a
-    /// pass has written that began before the snapshot could is shown with the one before.
-    Failure show(int pass);
+    /// Tells the changes since the snapshot before, which come from the passes up to this number,
+    /// and what has gone wrong, a line each. Nothing if they have been told. After a failure of the
+    /// database the changes come with the next pass. What a pass has written that began before the
+    /// snapshot could is told with the one before. Of the header plugin and settings are used.
+    QStringList tell(int pass, PassNotes *notes, const ChangesHeader &known);
+
+    /// Something is left to be done after further passes.
+    bool isWanted() const { return wishes.any(); }
+    /// The last pass that was told.
+    int toldPass() const { return lastPass; }
+    /// Standard output cannot be written, and gets no more.
+    bool outputIsLost() const { return outputLost; }
+    /// The changes of a pass were not written, and will not be.
+    bool fileIsMissing() const { return fileMissing; }
 
 private:
     Failure read(Snapshot *snapshot);
+    Failure show(int pass, const QVector<Change> &changes, const IdNames &names);
+    Failure write(const QVector<Change> &changes, const Snapshot &now, const PassTold &told,
+                  const ChangesHeader &header);
 
+    ChangeWishes wishes;
     Connection connection;
-    Snapshot shown;
-    int shownPass = 0;
+    QString serverVersion;
+    Snapshot last;
+    QDateTime lastMoment;
+    int lastPass = 0;
+    bool outputLost = false;
+    bool fileMissing = false;
 };

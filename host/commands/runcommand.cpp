@@ -40,10 +40,13 @@ OptionGroup lengthOptions()
 
 OptionGroup changeOptions()
 {
-    return {Text::tr("Changes, on standard output"),
+    return {Text::tr("Changes (takes a user who may also read term_sync)"),
             {{QStringLiteral("show-changes"), QString(),
-              Text::tr("show after each pass the rows that it changed, by person; takes a user who "
-                       "may also read term_sync")}}};
+              Text::tr("show after each pass the rows that it changed, by person, on standard "
+                       "output")},
+             {QStringLiteral("changes"), QStringLiteral("DIR"),
+              Text::tr("write after each pass a file into this folder that holds what it changed, "
+                       "by person and row; names of people stand in it")}}};
 }
 
 Failure readLength(const Options &options, RunOptions *run)
@@ -66,7 +69,10 @@ Failure read(const Options &options, RunOptions *run)
     if (const Failure failure = readLogOptions(options, &run->logLevel, &run->logFormat))
         return failure;
     run->pluginFile = pluginFile(options);
-    run->showChanges = options.isSet(QStringLiteral("show-changes"));
+    run->changes = {options.isSet(QStringLiteral("show-changes")),
+                    options.value(QStringLiteral("changes"))};
+    if (options.isSet(QStringLiteral("changes")) && run->changes.folder.isEmpty())
+        return options.usageFailure(Text::tr("--changes needs a folder"));
     run->strict = options.isSet(QStringLiteral("strict"));
     run->force = options.isSet(QStringLiteral("force"));
     if (const Failure failure = readDataDirectory(options, &run->dataDirectory))

@@ -4,7 +4,6 @@
 #include "host/commands/runsession.h"
 
 #include "host/catalogue/findings.h"
-#include "host/commands/changewatch.h"
 #include "host/database/attendance.h"
 #include "host/doctor/machinecheck.h"
 #include "host/server/privatedatabase.h"
@@ -52,11 +51,17 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     connect(&plugin, &PluginRun::started, this, &RunSession::tellStart);
     connect(&plugin, &PluginRun::unloading, this, &RunSession::limitUnloading);
     connect(&plugin, &PluginRun::waitingForPass, this, &RunSession::tellWaiting);
-    connect(&plugin, &PluginRun::passEnded, this, &RunSession::showChanges);
+    connect(&plugin, &PluginRun::passEnded, this, &RunSession::tellChanges);
     connect(&plugin, &PluginRun::passEnded, this, &RunSession::tellNextPass);
     connect(&plugin, &PluginRun::exportSeen, this, &RunSession::tellOfExport, Qt::QueuedConnection);
     connect(&plugin, &PluginRun::exportMissing, this, &RunSession::tellMissingExport);
     connect(&plugin, &PluginRun::databaseNotOpen, this, &RunSession::endForLostTick);
+    if (options.changes.folder.isEmpty())
+        return;
+    plugin.listen([this](QtMsgType type, const QString &text) { notes.message(type, text); });
+    // Not queued: the plugin waits meanwhile, and reads the same file.
+    connect(&plugin, &PluginRun::exportSeen, this, &RunSession::identifyExport,
+            Qt::DirectConnection);
 }
 
 RunSession::~RunSession() = default;
@@ -116,7 +121,7 @@ Failure RunSession::openDatabase()
     if (!failure && !lock.isHeld())
         warn(QStringLiteral("the server has no locks (GET_LOCK), so another 'talvenhr run' "
                             "on this database would go unnoticed"));
-    if (!failure && options.showChanges)
+    if (!failure && options.changes.any())
         failure = watchChanges();
     return failure;
 }
@@ -143,7 +148,7 @@ Failure RunSession::startPrivateDatabase()
 
 Failure RunSession::watchChanges()
 {
-    changes.reset(new ChangeWatch);
+    changes.reset(new ChangeWatch(options.changes));
     return changes->begin(privateDatabase ? privateDatabase->administratorParameters()
                                           : options.database.connection);
 }
@@ -155,8 +160,11 @@ Failure RunSession::runPlugin()
         watchdog.disarm();
     if (!hasPlugin)
         return failure;
-    // What is still to be shown: the pass ended too late for the loop, or the attempt failed.
-    showChanges();
+    // What is still to be told: the pass ended too late for the loop, or the attempt failed.
+    tellChanges();
+    if (changes && !options.changes.folder.isEmpty()
+        && changes->toldPass() < plugin.figures().passes)
+        changesAreLost = true;
     if (privateDatabase)
         privateDatabase->stop();
     serverProcess = 0;
@@ -215,17 +223,20 @@ void RunSession::tellWaiting(bool again)
     writer->say(text.arg(options.grace));
 }
 
-/// What cannot be shown now comes with the next pass, or at the end.
-void RunSession::showChanges()
+/// What cannot be told now comes with the next pass, or at the end.
+void RunSession::tellChanges()
 {
     if (!changes || firstFailure.exitCode == ExitDatabase)
         return;
-    const Failure failure = changes->show(plugin.figures().passes);
-    if (!failure)
-        return;
-    warn(failure.text);
-    outputIsLost = failure.exitCode == ExitErrors;
-    if (outputIsLost)
+    ChangesHeader header;
+    header.plugin = plugin.version();
+    header.settings = plugin.settings().digest;
+    const QStringList troubles = changes->tell(plugin.figures().passes, &notes, header);
+    for (const QString &trouble : troubles)
+        warn(trouble);
+    outputIsLost = changes->outputIsLost();
+    changesAreLost = changes->fileIsMissing();
+    if (!changes->isWanted())
         changes.reset();
 }
 
@@ -234,10 +245,17 @@ void RunSession::tellOfExport()
 {
     const ExportGlance glance = plugin.takeGlance();
     droppedLines += glance.fates.dropped;
+    notes.linesDropped(glance.fates.dropped);
     for (const Finding &finding : glance.findings) {
         warn(codedLine(finding));
     }
     sawUselessExport = sawUselessExport || glance.sawUseless;
+}
+
+/// On the plugin's thread, just before it opens the file.
+void RunSession::identifyExport()
+{
+    notes.exportRead(identityOf(plugin.settings().importFile));
 }
 
 void RunSession::tellMissingExport()

@@ -5,7 +5,9 @@
 
 #include "host/base/signalwatch.h"
 #include "host/base/watchdog.h"
+#include "host/changes/passnotes.h"
 #include "host/cli/databaseoptions.h"
+#include "host/commands/changewatch.h"
 #include "host/commands/runsummary.h"
 #include "host/database/callwatch.h"
 #include "host/database/connection.h"
@@ -19,7 +21,6 @@
 
 #include <atomic>
 
-class ChangeWatch;
 class PrivateDatabase;
 
 /// What the command line asks of a run.
@@ -32,7 +33,7 @@ struct RunOptions
     LogFormat logFormat = LogFormat::Text;
     int passes = 0; ///< 0: until a signal comes
     bool force = false;
-    bool showChanges = false;
+    ChangeWishes changes;
     bool strict = false; ///< warnings count as errors
     int timeout = 0; ///< seconds, 0: none
     int grace = 10; ///< seconds that a pass has to come to its end, once it is to end in any case
@@ -61,9 +62,10 @@ private Q_SLOTS:
     void tellActivity(const QString &what);
     void tellStart();
     void tellWaiting(bool again);
-    void showChanges();
+    void tellChanges();
     void tellNextPass();
     void tellOfExport();
+    void identifyExport();
     void tellMissingExport();
 
     // The end (runsession_ending.cpp)
@@ -103,7 +105,8 @@ private:
     RunLock lock;
     Connection connection {QStringLiteral("talvenhr")};
     CallWatch callWatch; ///< over the connection, for the plugin to clone
-    QScopedPointer<ChangeWatch> changes; ///< null unless they are to be shown
+    QScopedPointer<ChangeWatch> changes; ///< null unless they are wanted
+    PassNotes notes; ///< for the files of changes
     PluginRun plugin;
     bool graceRuns = false; ///< the process will be cut at its end
     bool endedBySignal = false;
@@ -115,6 +118,7 @@ private:
     bool sawUselessExport = false; ///< one without a usable line
     Failure firstFailure; ///< that was told
     bool outputIsLost = false; ///< standard output
+    bool changesAreLost = false; ///< a file of changes is missing
     std::atomic<bool> hasPlugin {false}; ///< it has started
     Watchdog watchdog; ///< last: it looks at the others
 };

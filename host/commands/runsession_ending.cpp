@@ -36,6 +36,8 @@ RunEnding RunSession::ending(const Failure &failure) const
         return {ExitErrors, QString()};
     if (outputIsLost)
         return {ExitErrors, QStringLiteral("standard output cannot be written")};
+    if (changesAreLost)
+        return {ExitErrors, QStringLiteral("the changes of a pass are not kept")};
     if (figures.commandFailures > 0)
         return {ExitErrors, QStringLiteral("the export command failed")};
     if (sawUselessExport)
@@ -174,6 +176,6 @@ QString RunSession::whatThePluginWaitsFor() const
         return QStringLiteral("an answer of the database to '%1', asked at %2")
             .arg(call.text, call.since.toString(Qt::ISODate));
     // The run's own questions are not watched.
-    return options.showChanges ? QStringLiteral("an answer of the database")
-                               : QStringLiteral("the plugin");
+    return options.changes.any() ? QStringLiteral("an answer of the database")
+                                 : QStringLiteral("the plugin");
 }

@@ -106,6 +106,8 @@ void MessageLog::handleMessage(QtMsgType type, const QMessageLogContext &context
 
 void MessageLog::take(QtMsgType type, const QString &text)
 {
+    if (listener)
+        listener(type, text);
     const bool shown = isShown(type, text, logLevel);
     bool isLastPass = false;
     const PassWatch::Event event = note(type, text, shown, &isLastPass);

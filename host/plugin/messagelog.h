@@ -9,6 +9,8 @@
 #include <QMutex>
 #include <QObject>
 
+#include <functional>
+
 class LogWriter;
 
 /// Takes every message of Qt's logger while it lives: counts what it tells, and writes it if the
@@ -28,6 +30,13 @@ public:
 
     /// The level at which the plugin has to run, so that everything can be counted.
     int pluginLogLevel() const;
+
+    /// Is called with every message, shown or not, on the message's thread. To be set before the
+    /// plugin is loaded.
+    void listen(const std::function<void(QtMsgType type, const QString &text)> &messageListener)
+    {
+        listener = messageListener;
+    }
 
     /// Lets no pass begin after so many, or after the running one. A tick that fell due during a
     /// long pass would otherwise come at once, before the command gets to end the plugin.
@@ -64,6 +73,7 @@ private:
     LogWriter *const writer;
     const int logLevel;
     const bool showProgress;
+    std::function<void(QtMsgType, const QString &)> listener; ///< may be null
     mutable QMutex mutex;
     PassWatch watch;
     bool pluginDisabled = false;

@@ -73,6 +73,7 @@ Failure PluginRun::start(const QSqlDatabase &handle)
         return failure;
     lifeIsSpent = true;
     ServerInterface *const server = plugin.server();
+    pluginVersion = server->getVersion();
     server->setLogLevel(static_cast<quint8>(log.pluginLogLevel()));
     server->setDatabase(handle);
     const bool started = server->start();

@@ -53,6 +53,14 @@ public:
 
     /// Those of the plugin, known after prepare().
     const PluginSettings &settings() const { return pluginSettings; }
+    /// The plugin's own, known once it has started.
+    QString version() const { return pluginVersion; }
+    /// Is called with every message of the plugin, on the message's thread. To be set before
+    /// run().
+    void listen(const std::function<void(QtMsgType type, const QString &text)> &listener)
+    {
+        log.listen(listener);
+    }
     /// What is odd about the settings, known after prepare().
     const QVector<Finding> &findings() const { return settingFindings; }
     /// What was seen of the exports since the last call.
@@ -103,6 +111,7 @@ private:
 
     PluginSettings pluginSettings;
     QVector<Finding> settingFindings;
+    QString pluginVersion;
     QMutex glanceMutex;
     ExportGlance glance;
     QEventLoop loop;

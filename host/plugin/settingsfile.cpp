@@ -8,6 +8,7 @@
 #include "host/plugin/settingkeys.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 
@@ -17,6 +18,21 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(SettingsFile)
 };
+
+/// Over what the plugin gets for each key, wherever it comes from.
+QString digestOf(const SettingsFile &file)
+{
+    QStringList keys = settingKeyNames() + file.keys();
+    keys.removeDuplicates();
+    keys.sort();
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const QString &key : qAsConst(keys)) {
+        const QStringList values = file.value(key).toStringList();
+        hash.addData(
+            (key + QLatin1Char('=') + values.join(QChar(0x1f)) + QLatin1Char('\n')).toUtf8());
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
 
 } // namespace
 
@@ -77,6 +93,7 @@ PluginSettings SettingsFile::values() const
     const QString importFile = toString(QStringLiteral("importFile"));
     values.importFile = QFileInfo(importFile.isEmpty() ? QStringLiteral("ron.data") : importFile)
                             .absoluteFilePath();
+    values.digest = digestOf(*this);
     return values;
 }
 

@@ -18,6 +18,7 @@ struct PluginSettings
     uint tickMilliseconds = 0;
     bool testMode = false;
     QString importFile; ///< absolute
+    QString digest; ///< SHA-256 in hex of all keys with the values that the plugin gets
 };
 
 /// An INI file with the environment behind it, read by the plugin's own reader.
