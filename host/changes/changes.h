@@ -30,7 +30,9 @@ struct ChangesHeader
 
     How how = Run;
     QDateTime since; ///< the moment of the first snapshot
-    QDateTime when; ///< the moment of the second one
+    /// The moment of the second one; of a rehearsal of another day, a moment of that day. An end
+    /// of employment is compared with it.
+    QDateTime when;
     int firstPass = 1; ///< of the run; several where the database could not be read in between
     int lastPass = 1;
     bool forced = false; ///< one of the passes was

@@ -141,6 +141,13 @@ QString changeHash(const Changes &changes)
     return lines.result();
 }
 
+QString changeHash(const QVector<Change> &rows)
+{
+    ChangeLines lines;
+    lines.add(rows);
+    return lines.result();
+}
+
 QString readHash(const ChangesHeader &header)
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);

@@ -10,6 +10,8 @@
 /// number, and a row that differs in nothing else does not count. So the rehearsed pass and the
 /// real one have the same, and so have two readings of one file.
 QString changeHash(const Changes &changes);
+/// The same over the rows of one person, or of nobody: tells in whom two passes differ.
+QString changeHash(const QVector<Change> &rows);
 
 /// SHA-256 in hex over the digests of export, settings and state, and the plugin's version.
 QString readHash(const ChangesHeader &header);

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void plan_leavesOutIdsAndMoments();
     void plan_seesAllElse_data();
     void plan_seesAllElse();
+    void plan_tellsInWhomTwoPassesDiffer();
     void plan_hashesWhatWasRead();
     void state_isThatOfAllRows();
 };
@@ -99,6 +100,22 @@ void tst_PlanHash::plan_seesAllElse()
     QVERIFY(hashOf(with({}), with({other})) != hash);
     QVERIFY(hashOf(with({other}), with({one})) != hash);
     QVERIFY(hashOf(with({one}), with({})) != hash);
+}
+
+void tst_PlanHash::plan_tellsInWhomTwoPassesDiffer()
+{
+    const auto after = [](const char *of1, const char *of2) {
+        return changesOf(
+            SnapshotBuilder().with(somebody,
+                                   {"1|10011|1001.1|Eva|Malá|1", "2|10021|1002.1|Jan|Vlk|1"}),
+            SnapshotBuilder()
+                .with(somebody, {"1|10011|1001.1|Eva|Malá|1", "2|10021|1002.1|Jan|Vlk|1"})
+                .with("brape: bid|uid|since", {of1, of2}));
+    };
+    const Changes one = after("5|1|10", "5|2|10");
+    const Changes other = after("5|1|20", "6|2|10");
+    QCOMPARE(changeHash(one.people.at(0).rows), changeHash(other.people.at(0).rows));
+    QVERIFY(changeHash(one.people.at(1).rows) != changeHash(other.people.at(1).rows));
 }
 
 void tst_PlanHash::plan_hashesWhatWasRead()
