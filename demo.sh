@@ -177,7 +177,7 @@ say "  ${dim}talvenhr check demo-data/ron.data --data-dir demo-data$plain" ''
 # It ends with 1, since something is wrong.
 { build/release/bin/talvenhr check "$data/ron.data" --data-dir "$data" || true; } |
     sed '/^NOTE/,$d' | indent
-say "  ${dim}The plugin drops such lines, and says so at log level 3 only.$plain"
+say "  ${dim}The plugin drops such lines, and says so at log level 3 only. We let it, to show what it drops.$plain"
 
 title 'The first pass'
 say "  ${dim}talvenhr run --data-dir demo-data --private-db demo-data/db --passes 2 --show-changes$plain" ''
@@ -191,7 +191,7 @@ messages 1
 
 title "The road of one employee: what has come into the database for $person"
 changes 1 "$person"
-say '' "  ${dim}PaM is the export of times for pay. The leave comes with the next pass: when the fund was asked (NO OK),"
+say '' "  ${dim}PaM is the export of times for pay. The leave comes with the next pass: when the attendance was asked (NO OK),"
 say "  there was no such person yet.$plain"
 
 title 'What the pass did for everybody'
@@ -200,8 +200,15 @@ say '' "  ${dim}On the first pass after a start everybody counts as changed, so 
 say "  whose rows show little change. Only terminals in service that take persons are told. Leave moves in"
 say "  hundredths of a day, and not for whom it is right already, or whose attendance is not calculated (1005.1).$plain"
 
-title 'The export has changed; somebody forces a pass'
+title 'The export has changed: what would the next pass change?'
 write_export second_export
+say "  ${dim}talvenhr rehearse --data-dir demo-data --private-db demo-data/db --force --html" \
+    "      demo-data/rehearsal.html$plain" ''
+{ build/release/bin/talvenhr rehearse --data-dir "$data" --private-db "$data/db" --force \
+    --html "$data/rehearsal.html" || true; } | sed '/^$/,$d' | indent
+say '' "  ${dim}It ran the plugin on a copy. With all people, for a browser: demo-data/rehearsal.html$plain"
+
+title 'Somebody forces that pass'
 sql "UPDATE vars SET value = 1 WHERE name = 'OQS.THRWorker.forceSync'"
 say "  ${dim}UPDATE vars SET value = 1 WHERE name = 'OQS.THRWorker.forceSync'$plain" ''
 wait_for 2
@@ -213,10 +220,10 @@ changes 2 "$person"
 
 title 'What it did this time for everybody'
 changes 2
-say '' "  ${dim}Who changes branches stays in the old one, too, until somebody takes him out.$plain"
+say '' "  ${dim}Who changes branches stays in the old one, too, until somebody takes them out.$plain"
 
 title 'In the end'
-sed -n '/END synchronization #2/,$p' "$log" | tail -n +2 | cut -c1-100 | indent
+sed -n '/END synchronization #2/,$p' "$log" | tail -n +2 | fold -s -w 100 | indent
 say '' "  ${dim}The one who waits has no calendar and was in the branch already; docs/oddities.md tells why that counts"
 say "  as not done yet.$plain"
 

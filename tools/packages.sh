@@ -22,7 +22,7 @@ ensure_packages() {
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
         if ! command -v sudo >/dev/null; then
-            echo "Packages are missing. As root: apt-get install --no-install-recommends" \
+            echo "Packages are missing. As root: apt-get update && apt-get install --no-install-recommends" \
                 "${missing[*]}" >&2
             return 1
         fi

@@ -31,11 +31,11 @@ bool isHarmless(const QString &value)
 QStringList withoutTexts(const ExportFinding &found)
 {
     QStringList values = found.values;
-    const bool isText = found.column != 0 && isTextColumn(found.column - 1);
+    const bool isText = found.line != 0 && found.column != 0 && isTextColumn(found.column - 1);
     const bool isKey = qstrcmp(found.kind->code, "E-LINE-KEY") == 0;
     for (int i = 0; i < values.size(); ++i) {
         const bool isName = found.column != 0 && values.at(i) == columnName(found);
-        const bool isCell = (found.column != 0 || isKey) && i <= 1;
+        const bool isCell = found.line != 0 && (found.column != 0 || isKey) && i <= 1;
         if (!isName && (isText || (isCell && !isHarmless(values.at(i)))))
             values[i] = QStringLiteral("…");
     }
