@@ -97,39 +97,39 @@ QString kindText(ChangeKind kind, qint64 count)
 {
     switch (kind) {
     case ChangeKind::Added:
-        return Text::tr("%1 people added").arg(count);
+        return Text::tr("people added: %1").arg(count);
     case ChangeKind::Revived:
-        return Text::tr("%1 people active again").arg(count);
+        return Text::tr("people active again: %1").arg(count);
     case ChangeKind::Updated:
-        return Text::tr("%1 people updated").arg(count);
+        return Text::tr("people updated: %1").arg(count);
     case ChangeKind::Ended:
-        return Text::tr("%1 people whose employment ends").arg(count);
+        return Text::tr("people whose employment ends: %1").arg(count);
     case ChangeKind::Moved:
-        return Text::tr("%1 people moved to another branch").arg(count);
+        return Text::tr("people moved to another branch: %1").arg(count);
     case ChangeKind::Memberships:
-        return Text::tr("%1 people with other memberships").arg(count);
+        return Text::tr("people with other memberships: %1").arg(count);
     case ChangeKind::Terminals:
-        return Text::tr("%1 people on other terminals").arg(count);
+        return Text::tr("people on other terminals: %1").arg(count);
     case ChangeKind::Administrators:
-        return Text::tr("%1 people under other administrators").arg(count);
+        return Text::tr("people under other administrators: %1").arg(count);
     case ChangeKind::Supervisors:
-        return Text::tr("%1 people with another supervisor").arg(count);
+        return Text::tr("people with another supervisor: %1").arg(count);
     case ChangeKind::Plans:
-        return Text::tr("%1 people with other group plans or months").arg(count);
+        return Text::tr("people with other group plans or months: %1").arg(count);
     case ChangeKind::Leave:
-        return Text::tr("%1 people with leave corrected").arg(count);
+        return Text::tr("people with leave corrected: %1").arg(count);
     case ChangeKind::Reopened:
-        return Text::tr("%1 people with days to be calculated again").arg(count);
+        return Text::tr("people with days to be calculated again: %1").arg(count);
     case ChangeKind::Pam:
-        return Text::tr("%1 people enrolled otherwise in PaM").arg(count);
+        return Text::tr("people enrolled otherwise in PaM: %1").arg(count);
     case ChangeKind::Notices:
-        return Text::tr("%1 notices to terminals").arg(count);
+        return Text::tr("notices to terminals: %1").arg(count);
     case ChangeKind::Waiting:
-        return Text::tr("%1 records waiting").arg(count);
+        return Text::tr("records waiting: %1").arg(count);
     case ChangeKind::Dropped:
-        return Text::tr("%1 lines of the export dropped").arg(count);
+        return Text::tr("lines of the export dropped: %1").arg(count);
     case ChangeKind::Errors:
-        return Text::tr("%1 errors").arg(count);
+        return Text::tr("errors: %1").arg(count);
     }
     return {};
 }

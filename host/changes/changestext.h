@@ -5,7 +5,7 @@
 
 #include "host/changes/changes.h"
 
-/// What a kind is called for people, with its number: "12 people added".
+/// What a kind is called for people, with its number: "people added: 12".
 QString kindText(ChangeKind kind, qint64 count);
 
 /// At most 24 lines of at most `width` characters: what pass and export these are, then a line for

@@ -44,11 +44,11 @@ public:
         if (person.kinds.has(ChangeKind::Leave))
             add(Text::tr("leave corrected by %1").arg(daysText(person.leave)));
         if (person.reopenedDays > 0)
-            add(Text::tr("%1 days since %2 are to be calculated again")
+            add(Text::tr("days to be calculated again: %1, since %2")
                     .arg(QString::number(person.reopenedDays),
                          person.reopenedSince.toString(Qt::ISODate)));
         if (notices > 0)
-            add(Text::tr("%1 notices to terminals").arg(notices));
+            add(Text::tr("notices to terminals: %1").arg(notices));
         tellTold();
         return result;
     }

@@ -77,11 +77,11 @@ void tst_ChangesText::words_areThoseOfTheTrade_data()
     const qint64 day = localSeconds(QDate(2026, 10, 1));
     row("atten: uid|date|ok", one(QStringLiteral("1|%1|1").arg(day)),
         one(QStringLiteral("1|%1|-1").arg(day)),
-        {"1 days since 2026-10-01 are to be calculated again"});
+        {"days to be calculated again: 1, since 2026-10-01"});
     row("people_pam: uid|id", none, one(QStringLiteral("1|2")), {"enrolled in PaM block 2"});
     row("people_pam: uid|id", one(QStringLiteral("1|2")), none, {"no longer enrolled in PaM"});
     row("term_sync: id|tid|ref_col|ref_id", none,
-        {QStringLiteral("1|3|uid|1"), QStringLiteral("2|4|uid|1")}, {"2 notices to terminals"});
+        {QStringLiteral("1|3|uid|1"), QStringLiteral("2|4|uid|1")}, {"notices to terminals: 2"});
 }
 
 void tst_ChangesText::words_areThoseOfTheTrade()
@@ -200,9 +200,9 @@ void tst_ChangesText::summary_tellsWhatOccurs()
     QCOMPARE(summaryText(changes, 100),
              QStringLiteral("Rehearsed at 2026-11-22 12:00:00: what a pass would change.\n"
                             "Export ron.data: 3 lines, SHA-256 aaaaaaaaaaaa…\n"
-                            "  1 people whose employment ends\n"
-                            "  2 people added\n"
-                            "  3 people with leave corrected, 2.50 days in all\n"));
+                            "  people whose employment ends: 1\n"
+                            "  people added: 2\n"
+                            "  people with leave corrected: 3, 2.50 days in all\n"));
 }
 
 void tst_ChangesText::summary_fitsAScreen()
