@@ -24,7 +24,7 @@ QString rowStatement(const CopiedSchema &schema, const CopiedTable &table, bool 
 /// Reads rows one after the other, and hands them out as statements of many rows each.
 ///
 /// Owned by whoever copies, and used on the thread of the handle, which can do nothing else until
-/// the last row was read. Holds no more than one such statement.
+/// the last row was read. The driver may hold the whole result until then.
 class RowStream
 {
 public:

@@ -11,7 +11,6 @@
 #include <QLocale>
 #include <QSqlQuery>
 #include <QUuid>
-#include <QVariant>
 
 namespace {
 
@@ -52,14 +51,6 @@ QString connectionName()
     return QStringLiteral("copy-source-") + QUuid::createUuid().toString();
 }
 
-/// What the server calls the connection; empty if it does not say.
-QString connectionNumber(const QSqlDatabase &source)
-{
-    QSqlQuery query(source);
-    const bool done = query.exec(QStringLiteral("SELECT CONNECTION_ID()")) && query.next();
-    return done ? query.value(0).toString() : QString();
-}
-
 /// The administrator's account is the private server's own, with rights that no plugin has.
 QString loginName(const QString &sourceUser)
 {
@@ -93,11 +84,10 @@ ConnectionParameters DatabaseCopy::administratorParameters() const
     return target.parameters(schema.name, QStringLiteral("root"));
 }
 
-Failure DatabaseCopy::make(const ConnectionParameters &parametersOfSource, const CopyWishes &wishes,
+Failure DatabaseCopy::make(const ConnectionParameters &sourceParameters, const CopyWishes &wishes,
                            CopyFacts *facts)
 {
     *facts = CopyFacts();
-    sourceParameters = parametersOfSource;
     user = loginName(sourceParameters.user);
     Connection source(connectionName());
     if (const Failure failure = source.open(sourceParameters))
@@ -159,7 +149,6 @@ Failure DatabaseCopy::copyTables(const QSqlDatabase &source, bool whole, CopyFac
 Failure DatabaseCopy::copyRows(const QSqlDatabase &source, const CopiedTable &table, bool whole,
                                qint64 *rows)
 {
-    const QString connection = connectionNumber(source);
     RowStream stream(source, table, rowStatement(schema, table, whole), &digest);
     QByteArray first = stream.next();
     const auto nextPiece = [&] {
@@ -170,21 +159,8 @@ Failure DatabaseCopy::copyRows(const QSqlDatabase &source, const CopiedTable &ta
     };
     // Some tables are empty: no client is started for nothing.
     const Failure failure = first.isEmpty() ? Failure() : target.fill(schema, nextPiece);
-    if (failure)
-        breakOff(connection);
     *rows += stream.rows();
     return stream.failure() ? stream.failure() : failure;
-}
-
-/// The library reads a result to its end before it gives it up, which takes long for a large table.
-/// A login may end a statement of its own.
-void DatabaseCopy::breakOff(const QString &connection) const
-{
-    Connection other(connectionName());
-    if (other.open(sourceParameters))
-        return; // then it takes long
-    QSqlQuery(other.handle()).exec(QStringLiteral("KILL QUERY ") + connection);
-    other.close();
 }
 
 void DatabaseCopy::tellRows(const QString &table, qint64 rows)

@@ -32,7 +32,8 @@ public:
     /// The folder is new or empty, and becomes its owner's only.
     explicit DatabaseCopy(const QString &folder, QObject *parent = nullptr);
 
-    /// Asked many times a second while make() works: true breaks it off.
+    /// Asked many times a second while make() makes and fills the server, true breaks it off; not
+    /// while the source answers a statement, of which there is one to a table.
     void setInterruption(const std::function<bool()> &wanted)
     {
         target.server().setInterruption(wanted);
@@ -63,11 +64,9 @@ private:
                      qint64 *rows);
     void digestDefinitions(const ServerSettings &settings);
     void tellRows(const QString &table, qint64 rows);
-    void breakOff(const QString &connection) const;
 
     CopyTarget target;
     CopiedSchema schema;
-    ConnectionParameters sourceParameters;
     QString user;
     QCryptographicHash digest {QCryptographicHash::Sha256};
     QElapsedTimer lastTold;
