@@ -10,6 +10,7 @@
 #include "host/report/console.h"
 #include "host/report/textreport.h"
 
+#include <QMutexLocker>
 #include <QRegularExpression>
 #include <QSqlQuery>
 
@@ -53,55 +54,98 @@ QString pageOf(const QVector<PersonChanges> &persons)
     return page;
 }
 
+Failure cannotBeShown(Failure failure)
+{
+    failure.text.prepend(QStringLiteral("changes cannot be shown: "));
+    return failure;
+}
+
 } // namespace
 
 ChangeWatch::ChangeWatch(const ChangeWishes &changeWishes) :
-    wishes(changeWishes),
-    connection(QStringLiteral("talvenhr.changes"))
+    wishes(changeWishes)
 { }
 
-Failure ChangeWatch::begin(const ConnectionParameters &parameters)
+Failure ChangeWatch::begin(const ConnectionParameters &connectionParameters)
 {
     if (!wishes.folder.isEmpty()) {
         if (const Failure failure = makeChangesFolder(wishes.folder))
             return failure;
     }
+    parameters = connectionParameters;
+    Connection connection(QStringLiteral("talvenhr.changes"));
     if (const Failure failure = connection.open(parameters))
         return failure;
-    QSqlQuery query(connection.handle());
-    if (query.exec(QStringLiteral("SELECT VERSION()")) && query.next())
-        serverVersion = query.value(0).toString();
-    query.finish();
+    {
+        QSqlQuery query(connection.handle());
+        if (query.exec(QStringLiteral("SELECT VERSION()")) && query.next())
+            serverVersion = query.value(0).toString();
+    }
     lastMoment = QDateTime::currentDateTime();
-    return read(&last);
+    const Failure failure = readSnapshot(connection.handle(), SnapshotRows::Touchable, &last);
+    return failure ? cannotBeShown(failure) : failure;
 }
 
-QStringList ChangeWatch::tell(int pass, PassNotes *notes, const ChangesHeader &known)
+void ChangeWatch::look(int pass, PassNotes *notes)
 {
-    if (pass == lastPass)
-        return {};
+    Look look;
+    look.pass = pass;
+    look.moment = QDateTime::currentDateTime();
+    Connection connection(QStringLiteral("talvenhr.changes.pass"));
+    look.done = !read(&connection, &look.snapshot);
+    if (look.done)
+        look.told = notes->take();
+    const QMutexLocker locker(&mutex);
+    looks.append(look);
+}
+
+QStringList ChangeWatch::tell(PassNotes *notes, const ChangesHeader &known)
+{
+    QVector<Look> taken;
+    {
+        const QMutexLocker locker(&mutex);
+        qSwap(taken, looks);
+    }
+    QStringList troubles;
+    for (const Look &look : qAsConst(taken)) {
+        missedPass = look.done ? 0 : look.pass;
+        if (look.done)
+            troubles += tellOf(look, known);
+    }
+    if (missedPass == 0)
+        return troubles;
+    Look late;
+    late.pass = missedPass;
+    late.moment = QDateTime::currentDateTime();
+    Connection connection(QStringLiteral("talvenhr.changes"));
+    if (const Failure failure = read(&connection, &late.snapshot))
+        return troubles << failure.text;
+    late.told = notes->take();
+    missedPass = 0;
+    return troubles + tellOf(late, known);
+}
+
+QStringList ChangeWatch::tellOf(const Look &now, const ChangesHeader &known)
+{
     ChangesHeader header = known;
     header.server = serverVersion;
     header.since = lastMoment;
-    header.when = QDateTime::currentDateTime();
+    header.when = now.moment;
     header.firstPass = lastPass + 1;
-    header.lastPass = pass;
-    Snapshot now;
-    if (const Failure failure = read(&now))
-        return {failure.text};
-    const QVector<Change> changes = difference(last, now);
+    header.lastPass = now.pass;
+    const QVector<Change> changes = difference(last, now.snapshot);
     QStringList troubles;
-    if (wishes.shown) {
-        if (const Failure failure = show(pass, changes, now.names))
+    if (wishes.shown && !outputLost) {
+        if (const Failure failure = show(now.pass, changes, now.snapshot.names))
             troubles.append(failure.text);
     }
     if (!wishes.folder.isEmpty()) {
-        if (const Failure failure = write(changes, now, notes->take(), header))
+        if (const Failure failure = write(changes, now, header))
             troubles.append(failure.text);
     }
-    last = now;
-    lastMoment = header.when;
-    lastPass = pass;
+    last = now.snapshot;
+    lastMoment = now.moment;
+    lastPass = now.pass;
     return troubles;
 }
 
@@ -112,16 +156,15 @@ Failure ChangeWatch::show(int pass, const QVector<Change> &changes, const IdName
     if (outputTrouble().isEmpty())
         return {};
     outputLost = true;
-    wishes.shown = false;
     return {ExitErrors,
             QStringLiteral("changes cannot be shown: standard output cannot be written: %1")
                 .arg(outputTrouble())};
 }
 
-Failure ChangeWatch::write(const QVector<Change> &changes, const Snapshot &now,
-                           const PassTold &told, const ChangesHeader &header)
+Failure ChangeWatch::write(const QVector<Change> &changes, const Look &now,
+                           const ChangesHeader &header)
 {
-    Failure failure = writeChangesFile(changesFrom(changes, last, now, told, header),
+    Failure failure = writeChangesFile(changesFrom(changes, last, now.snapshot, now.told, header),
                                        newChangesPath(wishes.folder, header));
     if (failure) {
         fileMissing = true;
@@ -132,13 +175,11 @@ Failure ChangeWatch::write(const QVector<Change> &changes, const Snapshot &now,
     return failure;
 }
 
-Failure ChangeWatch::read(Snapshot *snapshot)
+Failure ChangeWatch::read(Connection *connection, Snapshot *snapshot) const
 {
-    Failure failure = connection.open();
+    Failure failure = connection->open(parameters);
     if (!failure)
-        failure = readSnapshot(connection.handle(), SnapshotRows::Touchable, snapshot);
-    connection.close();
-    if (failure)
-        failure.text.prepend(QStringLiteral("changes cannot be shown: "));
-    return failure;
+        failure = readSnapshot(connection->handle(), SnapshotRows::Touchable, snapshot);
+    connection->close();
+    return failure ? cannotBeShown(failure) : failure;
 }

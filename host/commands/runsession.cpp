@@ -56,8 +56,9 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     connect(&plugin, &PluginRun::exportSeen, this, &RunSession::tellOfExport, Qt::QueuedConnection);
     connect(&plugin, &PluginRun::exportMissing, this, &RunSession::tellMissingExport);
     connect(&plugin, &PluginRun::databaseNotOpen, this, &RunSession::endForLostTick);
-    if (options.changes.folder.isEmpty())
+    if (!options.changes.any())
         return;
+    connect(&plugin, &PluginRun::passOver, this, &RunSession::lookAtChanges, Qt::DirectConnection);
     plugin.listen([this](QtMsgType type, const QString &text) { notes.message(type, text); });
     // Not queued: the plugin waits meanwhile, and reads the same file.
     connect(&plugin, &PluginRun::exportSeen, this, &RunSession::identifyExport,
@@ -231,13 +232,17 @@ void RunSession::tellChanges()
     ChangesHeader header;
     header.plugin = plugin.version();
     header.settings = plugin.settings().digest;
-    const QStringList troubles = changes->tell(plugin.figures().passes, &notes, header);
+    const QStringList troubles = changes->tell(&notes, header);
     for (const QString &trouble : troubles)
         warn(trouble);
     outputIsLost = changes->outputIsLost();
     changesAreLost = changes->fileIsMissing();
-    if (!changes->isWanted())
-        changes.reset();
+}
+
+/// The next pass may fall due at once, so this one waits for nobody.
+void RunSession::lookAtChanges()
+{
+    changes->look(plugin.figures().passes, &notes);
 }
 
 /// What the plugin does not say, or not at every level.
@@ -245,16 +250,16 @@ void RunSession::tellOfExport()
 {
     const ExportGlance glance = plugin.takeGlance();
     droppedLines += glance.fates.dropped;
-    notes.linesDropped(glance.fates.dropped);
     for (const Finding &finding : glance.findings) {
         warn(codedLine(finding));
     }
     sawUselessExport = sawUselessExport || glance.sawUseless;
 }
 
-/// On the plugin's thread, just before it opens the file.
-void RunSession::identifyExport()
+/// Just before the plugin opens the file.
+void RunSession::identifyExport(int dropped)
 {
+    notes.linesDropped(dropped);
     notes.exportRead(identityOf(plugin.settings().importFile));
 }
 

@@ -65,8 +65,10 @@ private Q_SLOTS:
     void tellChanges();
     void tellNextPass();
     void tellOfExport();
-    void identifyExport();
     void tellMissingExport();
+    // On the plugin's thread, which waits.
+    void identifyExport(int dropped);
+    void lookAtChanges();
 
     // The end (runsession_ending.cpp)
     void endForSignal();

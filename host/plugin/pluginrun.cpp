@@ -24,6 +24,8 @@ PluginRun::PluginRun(const PluginRunOptions &runOptions, LogWriter *writer, QObj
     plugin(runOptions.pluginFile)
 {
     log.endAfterPasses(options.passes);
+    // Comes first: whoever is told later finds what was looked at.
+    connect(&log, &MessageLog::passEnded, this, &PluginRun::passOver, Qt::DirectConnection);
     // Queued: the messages come on the plugin's thread.
     connect(&log, &MessageLog::passEnded, this, &PluginRun::countPass, Qt::QueuedConnection);
     // Not queued: the plugin waits meanwhile, and reads the same file.
@@ -119,7 +121,7 @@ void PluginRun::lookAtExport()
         const QMutexLocker locker(&glanceMutex);
         glance += seen;
     }
-    Q_EMIT exportSeen();
+    Q_EMIT exportSeen(seen.fates.dropped);
 }
 
 ExportGlance PluginRun::takeGlance()

@@ -89,9 +89,12 @@ Q_SIGNALS:
     /// A pass has to come to its end first; `again` if somebody had asked for the end before.
     void waitingForPass(bool again);
     void passEnded();
+    /// All that a pass writes is written, and the plugin waits. Emitted on the plugin's thread,
+    /// before passEnded().
+    void passOver();
     /// The pass reads an export, and takeGlance() has what is odd about it. Emitted on the plugin's
-    /// thread.
-    void exportSeen();
+    /// thread, with the number of lines that are dropped.
+    void exportSeen(int dropped);
     void exportMissing();
     void databaseNotOpen();
 
