@@ -83,9 +83,11 @@ Diagnosis placeDiagnosis(const SettingsFile &settings)
         return diagnosis;
     }
     if (QFileInfo(path).isRelative()) {
-        diagnosis.findings.append(
-            placeFinding("W-PLACE-RELATIVE",
-                         {path, settingsLine(name, settings.folder() + QLatin1Char('/') + path)}));
+        diagnosis.findings.append(placeFinding(
+            "W-PLACE-RELATIVE",
+            {path,
+             settingsLine(name,
+                          settings.folder() + QLatin1Char('/') + QFileInfo(path).fileName())}));
         diagnosis.unknown.append(
             {Text::tr("place of the export"),
              Text::tr("it counts from the working directory of the attendance server")});

@@ -208,6 +208,6 @@ Diagnosis rightsDiagnosis(const QSqlDatabase &database)
     findMissing(granted, &diagnosis);
     findExcess(granted, &diagnosis);
     if (diagnosis.findings.isEmpty())
-        diagnosis.passed.append(Text::tr("rights: what a pass needs, and no more"));
+        diagnosis.passed.append(Text::tr("rights: all that a pass needs, and none of the dangerous ones"));
     return diagnosis;
 }

@@ -8,8 +8,10 @@
 #include "host/doctor/serverquestions.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QSqlDatabase>
-#include <QStorageInfo>
+
+#include <filesystem>
 
 namespace {
 
@@ -56,9 +58,12 @@ Diagnosis diskDiagnosis(const QSqlDatabase &database, const ServerVariables &var
     const QString host = database.hostName();
     const bool isHere = database.connectOptions().contains(QLatin1String("UNIX_SOCKET"))
         || host.isEmpty() || host == QLatin1String("localhost");
-    const QStorageInfo storage(folder);
-    if (isHere && storage.isValid() && storage.isReady())
-        return spaceDiagnosis(folder, storage.bytesAvailable());
+    // Also where the list of mounts has no root, as in a changed root.
+    std::error_code error;
+    const std::filesystem::space_info space = std::filesystem::space(
+        QFile::encodeName(folder).toStdString(), error);
+    if (isHere && !error)
+        return spaceDiagnosis(folder, static_cast<qint64>(space.available));
     diagnosis.unknown.append(
         {Text::tr("free space of the server"),
          Text::tr("its data folder '%1' cannot be looked at from here").arg(folder)});
