@@ -113,7 +113,7 @@ struct PlanHashes
 {
     QString read; ///< over export, settings, plugin and state
     QString change; ///< over the changes; alike for two passes that do the same at another time
-    QString hash; ///< of both
+    QString hash; ///< the begins of both; see planHash()
 };
 
 /// A plain value.

@@ -12,6 +12,10 @@
 
 namespace {
 
+// So many letters of each hash stand in that of both, which people copy.
+const int readLetters = 16;
+const int changeLetters = 32;
+
 const char unitEnd = '\x1f';
 const char lineEnd = '\n';
 
@@ -159,10 +163,12 @@ QString readHash(const ChangesHeader &header)
 
 QString planHash(const QString &read, const QString &change)
 {
-    return QString::fromLatin1(
-        QCryptographicHash::hash((read + QLatin1Char(lineEnd) + change).toUtf8(),
-                                 QCryptographicHash::Sha256)
-            .toHex());
+    return read.left(readLetters) + QLatin1Char('-') + change.left(changeLetters);
+}
+
+bool isSameChange(const QString &plan, const QString &change)
+{
+    return plan.section(QLatin1Char('-'), 1) == change.left(changeLetters);
 }
 
 QString stateDigest(const Snapshot &snapshot)

@@ -16,8 +16,10 @@ QString changeHash(const QVector<Change> &rows);
 /// SHA-256 in hex over the digests of export, settings and state, and the plugin's version.
 QString readHash(const ChangesHeader &header);
 
-/// SHA-256 in hex over both.
+/// The begins of both, joined by '-': a plan whose first part differs may still change the same.
 QString planHash(const QString &read, const QString &change);
+/// The plan, as planHash() gave it, changes this.
+bool isSameChange(const QString &plan, const QString &change);
 
 /// SHA-256 in hex over all rows and columns of the snapshot, for the header.
 QString stateDigest(const Snapshot &snapshot);

@@ -38,26 +38,44 @@ Failure RehearsalSession::run()
 {
     if (const Failure failure = rehearse())
         return failure;
-    changes.plan.read = readHash(changes.header);
-    changes.plan.hash = planHash(changes.plan.read, changes.plan.change);
-    limits = limitOutcomes(options.limits, changes);
     if (const Failure failure = tell())
         return failure;
     return {exitCode(), QString()};
 }
 
+Failure RehearsalSession::checkPlan(const QString &plan)
+{
+    if (const Failure failure = rehearse())
+        return failure;
+    if (isSameChange(plan, changes.plan.change))
+        return {};
+    return {ExitRefused,
+            Text::tr("something else would change now than what was planned: look at it with "
+                     "'talvenhr rehearse'; the plan is %1 now")
+                .arg(changes.plan.hash)};
+}
+
 Failure RehearsalSession::rehearse()
 {
+    const Failure failure = copyAndRun();
+    changes.plan.read = readHash(changes.header);
+    changes.plan.hash = planHash(changes.plan.read, changes.plan.change);
+    limits = limitOutcomes(options.limits, changes);
+    return failure;
+}
+
+Failure RehearsalSession::copyAndRun()
+{
     if (!options.keep.isEmpty())
-        return copyAndRun(options.keep);
+        return copyAndRunIn(options.keep);
     const QTemporaryDir folder;
     if (!folder.isValid())
         return {ExitUsage,
                 Text::tr("cannot make a temporary folder: %1").arg(folder.errorString())};
-    return copyAndRun(folder.path());
+    return copyAndRunIn(folder.path());
 }
 
-Failure RehearsalSession::copyAndRun(const QString &folder)
+Failure RehearsalSession::copyAndRunIn(const QString &folder)
 {
     const SignalWatch signalWatch;
     const auto interrupted = [&signalWatch] { return signalWatch.hasCaught(); };

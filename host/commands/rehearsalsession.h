@@ -36,9 +36,13 @@ public:
     /// The failure's exit code is that of the command also where nothing has failed.
     Failure run();
 
+    /// Rehearses, tells nothing, and fails if what would change is not what the plan says.
+    Failure checkPlan(const QString &plan);
+
 private:
     Failure rehearse();
-    Failure copyAndRun(const QString &folder);
+    Failure copyAndRun();
+    Failure copyAndRunIn(const QString &folder);
     Failure tell() const;
     Failure tellPerson() const;
     void tellPage() const;

@@ -6,9 +6,12 @@
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
+#include "host/commands/rehearsalsession.h"
 #include "host/commands/runsession.h"
+#include "host/plugin/settingsfile.h"
 
 #include <QCoreApplication>
+#include <QDir>
 
 namespace {
 
@@ -34,6 +37,9 @@ OptionGroup lengthOptions()
          {QStringLiteral("force"), QString(),
           Text::tr("make the first pass a forced one, which looks again at unchanged employees "
                    "too")},
+         {QStringLiteral("plan"), QStringLiteral("HASH"),
+          Text::tr("rehearse the pass first, and run it only if it still changes what the plan of "
+                   "'talvenhr rehearse' says")},
          {QStringLiteral("strict"), QString(),
           Text::tr("end with exit code 1 also when there are warnings")}}};
 }
@@ -82,11 +88,34 @@ Failure read(const Options &options, RunOptions *run)
     return readDatabaseOptions(options, &run->database);
 }
 
+/// Refuses a pass that would do something else than what was rehearsed.
+Failure checkPlan(const Options &options, const RunOptions &run)
+{
+    const QString plan = options.value(QStringLiteral("plan"));
+    if (run.passes != 1 || run.dataDirectory.isEmpty())
+        return options.usageFailure(Text::tr("--plan takes --once and --data-dir beside it"));
+    RehearsalOptions rehearsal;
+    rehearsal.wishes.pluginFile = run.pluginFile;
+    rehearsal.wishes.settingsFile = QDir(run.dataDirectory)
+                                        .filePath(QStringLiteral("TalvenHR.ini"));
+    const SettingsFile settings(rehearsal.wishes.settingsFile);
+    if (const Failure failure = settings.check())
+        return failure;
+    rehearsal.wishes.exportFile = settings.values().importFile;
+    rehearsal.wishes.force = run.force;
+    rehearsal.database = run.database;
+    return RehearsalSession(rehearsal).checkPlan(plan);
+}
+
 Failure run(const Options &options)
 {
     RunOptions runOptions;
     if (const Failure failure = read(options, &runOptions))
         return failure;
+    if (options.isSet(QStringLiteral("plan"))) {
+        if (const Failure failure = checkPlan(options, runOptions))
+            return failure;
+    }
     LogWriter writer(runOptions.logFormat);
     return RunSession(runOptions, &writer).run();
 }

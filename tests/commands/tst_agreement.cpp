@@ -13,7 +13,7 @@
 
 namespace {
 
-const int days = 3;
+const int days = 2;
 
 int environmentNumber(const char *name, int otherwise)
 {
@@ -41,9 +41,41 @@ class tst_Agreement : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void plan_letsOnlyTheSamePassThrough();
     void rehearsedChanges_areThoseOfThePass_data();
     void rehearsedChanges_areThoseOfThePass();
 };
+
+void tst_Agreement::plan_letsOnlyTheSamePassThrough()
+{
+    const Site site;
+    const QStringList where {QStringLiteral("--private-db"), site.path(QStringLiteral("db")),
+                             QStringLiteral("--data-dir"), site.dataDir()};
+    // Makes the database.
+    TalvenhrProcess first(QStringList {QStringLiteral("run"), QStringLiteral("--once")} + where);
+    QCOMPARE(first.finish(), 0);
+
+    site.writeFile(QStringLiteral("ron.data"), Site::employee(7001, QStringLiteral("Daria")));
+    TalvenhrProcess rehearse(QStringList {QStringLiteral("rehearse"), QStringLiteral("--quiet")}
+                             + where);
+    QCOMPARE(rehearse.finish(), 0);
+    const QString plan = rehearse.output().section(QStringLiteral("plan: "), 1).trimmed();
+    QCOMPARE(plan.size(), 49);
+    const QStringList planned = QStringList {QStringLiteral("run"), QStringLiteral("--once"),
+                                             QStringLiteral("--plan"), plan}
+        + where;
+
+    site.writeFile(QStringLiteral("ron.data"), Site::employee(7001, QStringLiteral("Other")));
+    TalvenhrProcess other(planned);
+    QCOMPARE(other.finish(), 5);
+    QVERIFY2(other.lastLine().contains(QStringLiteral("something else would change now")),
+             qPrintable(other.lastLine()));
+
+    site.writeFile(QStringLiteral("ron.data"), Site::employee(7001, QStringLiteral("Daria")));
+    TalvenhrProcess same(planned);
+    QCOMPARE(same.finish(), 0);
+    QVERIFY2(same.lastLine().contains(QStringLiteral("1 pass")), qPrintable(same.lastLine()));
+}
 
 void tst_Agreement::rehearsedChanges_areThoseOfThePass_data()
 {
