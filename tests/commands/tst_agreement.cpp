@@ -4,6 +4,7 @@
 //
 // Environment: TALVENHR_COMPANIES, how many generated companies (default: 1); TALVENHR_SEED, the
 // first of their seeds (default: 1).
+#include "support/commands/jsonschema.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
 
@@ -61,6 +62,25 @@ void tst_Agreement::plan_letsOnlyTheSamePassThrough()
     QCOMPARE(rehearse.finish(), 0);
     const QString plan = rehearse.output().section(QStringLiteral("plan: "), 1).trimmed();
     QCOMPARE(plan.size(), 49);
+    // The page has the numbers of the document.
+    const QString pagePath = site.path(QStringLiteral("page.html"));
+    TalvenhrProcess page(QStringList {QStringLiteral("rehearse"), QStringLiteral("--json"),
+                                      QStringLiteral("--html"), pagePath}
+                         + where);
+    QCOMPARE(page.finish(), 0);
+    QCOMPARE(schemaFault(page.output().toUtf8(), QStringLiteral("changes")), QString());
+    const QString html = site.readFile(QStringLiteral("page.html"));
+    const QJsonObject summary
+        = objectOf(page.output().toUtf8()).value(QStringLiteral("summary")).toObject();
+    QVERIFY(summary.value(QStringLiteral("updated")).toInt() > 0);
+    for (auto kind = summary.begin(); kind != summary.end(); ++kind) {
+        const QRegularExpression row(QStringLiteral("<th>%1</th>.*<td class=\"number\">%2</td>")
+                                         .arg(kind.key())
+                                         .arg(kind.value().toInt()));
+        const bool isShown = html.contains(QStringLiteral("<th>%1</th>").arg(kind.key()));
+        QVERIFY2(!isShown || html.contains(row), qPrintable(kind.key()));
+        QVERIFY2(isShown || kind.value().toInt() == 0, qPrintable(kind.key()));
+    }
     const QStringList planned = QStringList {QStringLiteral("run"), QStringLiteral("--once"),
                                              QStringLiteral("--plan"), plan}
         + where;
