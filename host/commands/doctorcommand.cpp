@@ -92,10 +92,12 @@ Failure lookAtDatabase(const DatabaseChoice &choice, bool runsCommand, DoctorRes
     return {};
 }
 
+/// Locked, for an account without a password lets in whoever comes.
 QString accountStatements(const QString &comment, const QString &account, const QString &schema,
                           GrantPurpose purpose)
 {
-    QString text = QStringLiteral("-- %1\nCREATE USER IF NOT EXISTS %2;\n").arg(comment, account);
+    QString text = QStringLiteral("-- %1\nCREATE USER IF NOT EXISTS %2 ACCOUNT LOCK;\n")
+                       .arg(comment, account);
     const QStringList grants = grantStatements(account, schema, purpose);
     for (const QString &grant : grants)
         text += grant + QStringLiteral(";\n");
@@ -117,7 +119,8 @@ void printGrants(const DatabaseChoice &choice)
                             quotedAccount(connection.user + QLatin1String("_read") + machine),
                             connection.database, GrantPurpose::Look)
         + QStringLiteral("\n-- %1\n")
-              .arg(Text::tr("Neither has a password yet: ALTER USER ... IDENTIFIED BY '...'")));
+              .arg(Text::tr("Those that are new are locked until: "
+                            "ALTER USER ... IDENTIFIED BY '...' ACCOUNT UNLOCK")));
 }
 
 Failure run(const Options &options)

@@ -202,11 +202,13 @@ void tst_Doctor::grants_makeTwoAccounts()
                              QStringLiteral("--database"), QStringLiteral("dochazka")});
     QCOMPARE(program.finish(), 0);
     const QStringList lines = program.output().split(QLatin1Char('\n'));
-    QVERIFY(lines.contains(QStringLiteral("CREATE USER IF NOT EXISTS 'o''hara'@'%';")));
-    QVERIFY(lines.contains(QStringLiteral("CREATE USER IF NOT EXISTS 'o''hara_read'@'%';")));
+    for (const char *account : {"'o''hara'@'%'", "'o''hara_read'@'%'"})
+        QVERIFY(lines.contains(QStringLiteral("CREATE USER IF NOT EXISTS %1 ACCOUNT LOCK;")
+                                   .arg(QLatin1String(account))));
     const QStringList grants = lines.filter(QRegularExpression(QStringLiteral("^GRANT .*;$")));
     QVERIFY(grants.size() > 20);
     QVERIFY(grants.filter(QStringLiteral(" `dochazka`.")).size() >= grants.size() - 1);
+    QVERIFY(lines.filter(QStringLiteral("--")).constLast().contains(QStringLiteral("UNLOCK")));
     QVERIFY(grants.constLast().endsWith(QStringLiteral(" TO 'o''hara_read'@'%';")));
 }
 
