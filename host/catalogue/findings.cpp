@@ -63,10 +63,10 @@ const std::vector<FindingTopic> &findingTopics()
         exportCellFindings(),     exportPeopleFindings(), exportComparisonFindings(),
         exportDatabaseFindings(), settingFileFindings(),  settingValueFindings(),
         settingCommandFindings(), settingStateFindings(), exportPlaceFindings(),
-        serverKindFindings(),     serverTimeFindings(),   serverLimitFindings(),
-        connectionFindings(),     clusterFindings(),      machineFindings(),
-        pluginFileFindings(),     schemaFindings(),       rightsFindings(),
-        contentFindings(),
+        serverKindFindings(),     serverModeFindings(),   serverTimeFindings(),
+        serverLimitFindings(),    connectionFindings(),   clusterFindings(),
+        machineFindings(),        pluginFileFindings(),   schemaFindings(),
+        rightsFindings(),         contentFindings(),
     };
     return topics;
 }

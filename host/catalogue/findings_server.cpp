@@ -22,13 +22,24 @@ FindingTopic serverKindFindings()
              "8.0.36\nYou have an error in your SQL syntax"},
             {"E-SRV-READONLY", FINDING_TEXT("server that does not write"),
              FINDING_TEXT("the server only reads: %1 is on"),
-             FINDING_TEXT("each statement that writes fails, and exports are read and removed"),
+             FINDING_TEXT("each statement that writes fails, and exports are read, with deleteFile "
+                          "removed; read_only spares a login with SUPER or READ ONLY ADMIN"),
              FINDING_TEXT("name the server that writes, or: SET GLOBAL %1 = 0"), "read_only"},
             {"E-SRV-AUTOCOMMIT", FINDING_TEXT("no automatic commit"),
              FINDING_TEXT("sessions begin with autocommit = 0"),
-             FINDING_TEXT("what a pass has written is undone when it closes its connection, but "
-                          "for what stands before the last supervisor's mark"),
+             FINDING_TEXT(
+                 "when the connection closes, all that the pass has written since the last "
+                 "supervisor's mark is undone"),
              FINDING_TEXT("write autocommit=1 below [mysqld]; SET GLOBAL autocommit = 1"), nullptr},
+        }};
+}
+
+FindingTopic serverModeFindings()
+{
+    return {
+        "Modes and letters of the server",
+        "How a session reads the statements that it gets.",
+        {
             {"E-SRV-GROUPBY", FINDING_TEXT("SQL mode ONLY_FULL_GROUP_BY"),
              FINDING_TEXT("sessions have the SQL mode ONLY_FULL_GROUP_BY"),
              FINDING_TEXT("no months of a group plan are derived; each attempt ends with error "
@@ -37,7 +48,9 @@ FindingTopic serverKindFindings()
              "STRICT_TRANS_TABLES"},
             {"E-SRV-EMPTYNULL", FINDING_TEXT("SQL mode EMPTY_STRING_IS_NULL"),
              FINDING_TEXT("sessions have the SQL mode EMPTY_STRING_IS_NULL"),
-             FINDING_TEXT("people without a title or a phone are refused"),
+             FINDING_TEXT(
+                 "people without a title or a phone are refused where these columns refuse "
+                 "NULL, and get NULL elsewhere"),
              FINDING_TEXT("write sql_mode=%1 below [mysqld]; SET GLOBAL sql_mode = '%1'"),
              "STRICT_TRANS_TABLES"},
             {"W-SRV-LENIENT", FINDING_TEXT("no strict SQL mode"),
@@ -48,9 +61,8 @@ FindingTopic serverKindFindings()
              "STRICT_TRANS_TABLES"},
             {"N-SRV-BACKSLASH", FINDING_TEXT("SQL mode NO_BACKSLASH_ESCAPES"),
              FINDING_TEXT("sessions have the SQL mode NO_BACKSLASH_ESCAPES"),
-             FINDING_TEXT("a backslash in a name stays what it is; 'talvenhr check' has to know "
-                          "it"),
-             nullptr, nullptr},
+             FINDING_TEXT("a backslash in a name stays what it is"),
+             FINDING_TEXT("give 'talvenhr check' this database, so that it knows"), nullptr},
             {"N-SRV-MODES", FINDING_TEXT("SQL modes of the session alone"),
              FINDING_TEXT("this session has other SQL modes than the server gives: '%1' and not "
                           "'%2'"),
@@ -60,8 +72,7 @@ FindingTopic serverKindFindings()
             {"E-SRV-CHARSET", FINDING_TEXT("connection without UTF-8"),
              FINDING_TEXT("the connection speaks %1 with the server (%2)"),
              FINDING_TEXT("letters arrive damaged, or not at all"),
-             FINDING_TEXT("give the connection the character set utf8mb4 by its options; the "
-                          "driver QMYSQL does so by itself"),
+             FINDING_TEXT("give the connection UTF-8; the driver QMYSQL does so by itself"),
              "latin1\ncharacter_set_client"},
             {"E-SRV-LETTERS", FINDING_TEXT("column that lacks letters"),
              FINDING_TEXT("columns of '%1' (%2) are in %3, which lacks Czech or Slovak letters"),
@@ -94,7 +105,8 @@ FindingTopic serverTimeFindings()
              "+01:00\nEurope/Bratislava\n2026-07-15\nSYSTEM"},
             {"W-SRV-ZONENAMES", FINDING_TEXT("no time zones by name"),
              FINDING_TEXT("the server does not know the time zone %1 by its name"),
-             FINDING_TEXT("it can have no zone that changes its clocks but that of its machine"),
+             FINDING_TEXT("the only zone with changing clocks that it can use is that of its "
+                          "machine"),
              FINDING_TEXT("on the server's machine, run: mysql_tzinfo_to_sql /usr/share/zoneinfo "
                           "| mariadb mysql"),
              "Europe/Bratislava"},
@@ -117,12 +129,12 @@ FindingTopic serverLimitFindings()
         "How large a statement may be, and how long anything may take.",
         {
             {"E-SRV-PACKET", FINDING_TEXT("statements too large"),
-             FINDING_TEXT("max_allowed_packet is %1 bytes; the list of all %2 people takes %3"),
-             FINDING_TEXT("the statement with the list fails and the connection ends: new people "
-                          "are not enrolled in PaM, branches take in nobody"),
+             FINDING_TEXT("max_allowed_packet is %1 bytes; with all %2 people, %5 can take %3"),
+             FINDING_TEXT("such a statement fails and the connection ends, with all that the pass "
+                          "had yet to write"),
              FINDING_TEXT("write max_allowed_packet=%4 below [mysqld]; SET GLOBAL "
                           "max_allowed_packet = %4"),
-             "1048576\n180000\n1260000\n4194304"},
+             "1048576\n180000\n3240000\n8388608\na branch's people for administrators"},
             {"E-SRV-ROWS", FINDING_TEXT("answers cut short"),
              FINDING_TEXT("sessions get at most %1 rows of an answer (sql_select_limit)"),
              FINDING_TEXT("a pass sees only some of the people, and takes the others for new"),
@@ -148,8 +160,9 @@ FindingTopic serverLimitFindings()
              "3600"},
             {"W-SRV-IDLE", FINDING_TEXT("connections end early"),
              FINDING_TEXT("the server ends a connection that rests for %1 s (wait_timeout)"),
-             FINDING_TEXT("the connection rests while the export command runs; if that takes "
-                          "longer, the export is read and removed, and nothing is written"),
+             FINDING_TEXT(
+                 "the connection rests while the export command runs; if that takes "
+                 "longer, the export is read, with deleteFile removed, and nothing is written"),
              FINDING_TEXT("write wait_timeout=28800 below [mysqld]; SET GLOBAL wait_timeout = "
                           "28800"),
              "60"},
@@ -163,7 +176,8 @@ FindingTopic serverLimitFindings()
              nullptr},
             {"E-SRV-SPACE", FINDING_TEXT("no room on the disk"),
              FINDING_TEXT("%1 MiB are free where the server keeps its data, in '%2'"),
-             FINDING_TEXT("on a full disk no statement writes, and exports are read and removed"),
+             FINDING_TEXT("on a full disk no statement writes, and exports are read, with "
+                          "deleteFile removed"),
              FINDING_TEXT("make room there"), "12\n/var/lib/mysql/"},
         }};
 }
@@ -203,10 +217,14 @@ FindingTopic clusterFindings()
             {"E-CLUSTER-NODE", FINDING_TEXT("node that is not ready"),
              FINDING_TEXT("this node of the cluster is not ready: %1"),
              FINDING_TEXT("it refuses every statement with error 1047 while connections open: a "
-                          "pass reads and removes the export, and writes nothing"),
+                          "pass reads the export, with deleteFile removes it, and writes nothing"),
              FINDING_TEXT("lead connections to nodes with wsrep_ready ON only, by a check that "
                           "asks them"),
              "wsrep_cluster_status is non-Primary"},
+            {"W-CLUSTER-ALONE", FINDING_TEXT("cluster of one node"),
+             FINDING_TEXT("the cluster has one node"),
+             FINDING_TEXT("when it is lost, nothing serves"),
+             FINDING_TEXT("add nodes or an arbitrator, for an odd number of 3 or more"), nullptr},
             {"W-CLUSTER-SIZE", FINDING_TEXT("cluster without a majority"),
              FINDING_TEXT("the cluster has %1 nodes"),
              FINDING_TEXT("when one half is lost, the other stops serving"),

@@ -23,6 +23,7 @@ FindingTopic settingCommandFindings();
 FindingTopic settingStateFindings();
 FindingTopic exportPlaceFindings();
 FindingTopic serverKindFindings();
+FindingTopic serverModeFindings();
 FindingTopic serverTimeFindings();
 FindingTopic serverLimitFindings();
 FindingTopic connectionFindings();

@@ -13,6 +13,8 @@
 
 #include <filesystem>
 
+#include <algorithm>
+
 namespace {
 
 struct Text
@@ -20,15 +22,15 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(ServerCheck)
 };
 
+const QLatin1String nodeNotReady("1047");
 const qint64 megabyte = 1024 * 1024;
 const qint64 leastSpace = 256 * megabyte;
 
 /// A server that takes `groups` for a word of its own calls the statement a mistake; any other
 /// fault of the table is none of this.
-Diagnosis kindDiagnosis(const QSqlDatabase &database, const QString &version)
+Diagnosis kindDiagnosis(const ServerAnswer &answer, const QString &version)
 {
     Diagnosis diagnosis;
-    const ServerAnswer answer = askServer(database, QStringLiteral("SELECT COUNT(*) FROM groups"));
     if (answer.errorCode == QLatin1String("1064"))
         diagnosis.findings.append(
             finding("E-SRV-GROUPS", Text::tr("server"), {version, answer.error}));
@@ -37,17 +39,40 @@ Diagnosis kindDiagnosis(const QSqlDatabase &database, const QString &version)
     return diagnosis;
 }
 
-Diagnosis peopleDiagnosis(const QSqlDatabase &database, const ServerVariables &variables)
+Diagnosis listDiagnosis(const QSqlDatabase &database, const ServerVariables &variables)
 {
-    const ServerAnswer people = askServer(
-        database, QStringLiteral("SELECT COUNT(*), LENGTH(MAX(uid)) FROM people"));
-    if (!people.isValid()) {
+    const ServerAnswer answer = askServer(
+        database,
+        QStringLiteral("SELECT COUNT(*), SUM(LENGTH(pid) + 1), LENGTH(MAX(uid)), "
+                       "(SELECT LENGTH(MAX(tid)) FROM term), (SELECT LENGTH(MAX(aid)) FROM bradm), "
+                       "(SELECT MAX(admins) FROM (SELECT COUNT(*) admins FROM bradm GROUP BY bid) "
+                       "branch) FROM people"));
+    if (!answer.isValid()) {
         Diagnosis diagnosis;
-        diagnosis.unknown.append({QStringLiteral("max_allowed_packet"), people.error});
+        diagnosis.unknown.append({QStringLiteral("max_allowed_packet"), answer.error});
         return diagnosis;
     }
-    return packetDiagnosis(variables.session("max_allowed_packet").toLongLong(),
-                           people.values.value(0).toLongLong(), people.values.value(1).toInt());
+    const QVariantList &values = answer.values;
+    ListSizes sizes;
+    sizes.people = values.value(0).toLongLong();
+    sizes.pids = values.value(1).toLongLong();
+    sizes.uidDigits = values.value(2).toInt();
+    sizes.tidDigits = values.value(3).toInt();
+    sizes.aidDigits = values.value(4).toInt();
+    sizes.admins = values.value(5).toLongLong();
+    return packetDiagnosis(variables.session("max_allowed_packet").toLongLong(), sizes);
+}
+
+/// A node that refuses statements still tells of its state.
+Diagnosis refusalDiagnosis(const ServerVariables &variables, const QString &error)
+{
+    Diagnosis diagnosis = clusterDiagnosis(variables);
+    const bool isTold = std::any_of(
+        diagnosis.findings.begin(), diagnosis.findings.end(),
+        [](const Finding &one) { return one.code == QLatin1String("E-CLUSTER-NODE"); });
+    if (!isTold)
+        diagnosis.findings.append(finding("E-CLUSTER-NODE", Text::tr("cluster"), {error}));
+    return diagnosis;
 }
 
 /// The data folder tells only where the server shares this machine with us.
@@ -113,24 +138,29 @@ Diagnosis spaceDiagnosis(const QString &folder, qint64 freeBytes)
 Diagnosis serverDiagnosis(const QSqlDatabase &database, bool runsCommand)
 {
     Diagnosis diagnosis;
+    QString error;
+    const ServerVariables variables = ServerVariables::read(database, &error);
     const ServerAnswer version = askServer(database, QStringLiteral("SELECT VERSION()"));
+    const ServerAnswer table = askServer(database, QStringLiteral("SELECT COUNT(*) FROM groups"));
+    for (const ServerAnswer &answer : {version, table}) {
+        if (answer.errorCode == nodeNotReady)
+            return refusalDiagnosis(variables, answer.error);
+    }
     if (!version.isValid()) {
         diagnosis.unknown.append(
             {Text::tr("server"),
              Text::tr("it does not answer as a MariaDB server does: %1").arg(version.error)});
         return diagnosis;
     }
-    QString error;
-    const ServerVariables variables = ServerVariables::read(database, &error);
     if (!error.isEmpty())
         diagnosis.unknown.append({Text::tr("variables of the server"), error});
 
-    diagnosis += kindDiagnosis(database, version.text());
+    diagnosis += kindDiagnosis(table, version.text());
     diagnosis += modeDiagnosis(variables);
     diagnosis += letterDiagnosis(database, variables);
     diagnosis += clockDiagnosis(database);
     diagnosis += limitDiagnosis(variables, runsCommand);
-    diagnosis += peopleDiagnosis(database, variables);
+    diagnosis += listDiagnosis(database, variables);
     diagnosis += diskDiagnosis(database, variables);
     diagnosis += clusterDiagnosis(variables);
     diagnosis += connectionDiagnosis(database.connectOptions());

@@ -20,8 +20,17 @@ Diagnosis clusterDiagnosis(const ServerVariables &variables);
 Diagnosis connectionDiagnosis(const QString &connectOptions);
 /// `folder` is the server's data folder, if it lies on this machine.
 Diagnosis spaceDiagnosis(const QString &folder, qint64 freeBytes);
-/// The list of all people, by their number and the longest of their uids, against the largest
-/// statement.
-Diagnosis packetDiagnosis(qint64 largest, qint64 people, int digits);
+/// Of what a pass puts into lists; the most digits of each kind of number.
+struct ListSizes
+{
+    qint64 people = 0;
+    qint64 pids = 0; ///< letters of all pids, with their commas
+    int uidDigits = 0;
+    int tidDigits = 0;
+    int aidDigits = 0;
+    qint64 admins = 0; ///< the most of any branch
+};
+/// The longest list, if all people came to one branch, against the largest statement.
+Diagnosis packetDiagnosis(qint64 largest, const ListSizes &sizes);
 Diagnosis letterDiagnosis(const QSqlDatabase &database, const ServerVariables &variables);
 Diagnosis clockDiagnosis(const QSqlDatabase &database);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Whether server and machine agree on the time and on the days.
 #include "host/catalogue/findings.h"
+#include "host/doctor/passvalues.h"
 #include "host/doctor/servercheck.h"
 #include "host/doctor/serverquestions.h"
 
@@ -10,8 +11,6 @@
 #include <QSqlDatabase>
 #include <QTimeZone>
 
-#include <cmath>
-
 namespace {
 
 struct Text
@@ -19,14 +18,8 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(ServerCheck)
 };
 
-const double smallDifference = 2; // seconds
-const double largeDifference = 60; // seconds
-
-/// The seconds since the epoch of this machine's midnight.
-qint64 midnightHere(const QDate &day)
-{
-    return QDateTime(day, QTime(0, 0)).toSecsSinceEpoch();
-}
+const qint64 smallDifference = 2; // seconds
+const qint64 largeDifference = 60; // seconds
 
 QString inUtc(qint64 seconds)
 {
@@ -54,7 +47,7 @@ QVariant midnightThere(const QSqlDatabase &database, const QDate &day, const QSt
 bool agrees(const QSqlDatabase &database, const QDate &day, const QString &zone)
 {
     const QVariant there = midnightThere(database, day, zone);
-    return !there.isNull() && there.toLongLong() == midnightHere(day);
+    return !there.isNull() && there.toLongLong() == localMidnight(day);
 }
 
 /// The server's name for the zone of this machine.
@@ -74,9 +67,9 @@ QVector<Finding> zoneFindings(const QSqlDatabase &database, const QDate &today, 
     const QString about = QStringLiteral("time_zone");
     QVector<Finding> findings;
     const QString right = rightZone(database, today);
-    if (midnight != midnightHere(today))
+    if (midnight != localMidnight(today))
         findings.append(finding("E-SRV-ZONE", about,
-                                {inUtc(midnight), zone, inUtc(midnightHere(today)), here, right}));
+                                {inUtc(midnight), zone, inUtc(localMidnight(today)), here, right}));
     for (const QDate &day : seasons(today)) {
         if (findings.isEmpty() && !agrees(database, day, zone))
             findings.append(
@@ -87,14 +80,13 @@ QVector<Finding> zoneFindings(const QSqlDatabase &database, const QDate &today, 
     return findings;
 }
 
-QVector<Finding> differenceFindings(double ahead)
+QVector<Finding> differenceFindings(qint64 ahead)
 {
-    if (std::abs(ahead) <= smallDifference)
+    if (qAbs(ahead) <= smallDifference)
         return {};
-    return {finding(std::abs(ahead) > largeDifference ? "E-SRV-CLOCK" : "W-SRV-CLOCK",
-                    Text::tr("clock"),
-                    {QString::number(std::abs(ahead), 'f', 0),
-                     ahead > 0 ? Text::tr("ahead of") : Text::tr("behind")})};
+    return {finding(
+        qAbs(ahead) > largeDifference ? "E-SRV-CLOCK" : "W-SRV-CLOCK", Text::tr("clock"),
+        {QString::number(qAbs(ahead)), ahead > 0 ? Text::tr("ahead of") : Text::tr("behind")})};
 }
 
 } // namespace
@@ -102,22 +94,22 @@ QVector<Finding> differenceFindings(double ahead)
 Diagnosis clockDiagnosis(const QSqlDatabase &database)
 {
     Diagnosis diagnosis;
-    const qint64 before = QDateTime::currentMSecsSinceEpoch();
+    const qint64 before = QDateTime::currentSecsSinceEpoch();
+    // Of NOW() the server could only guess which of the two 02:30 of an autumn night is meant.
     const ServerAnswer answer = askServer(
         database,
-        QStringLiteral("SELECT UNIX_TIMESTAMP(NOW(6)), UNIX_TIMESTAMP(CURDATE()), "
+        QStringLiteral("SELECT UNIX_TIMESTAMP(), UNIX_TIMESTAMP(CURDATE()), "
                        "@@session.time_zone"));
-    const qint64 after = QDateTime::currentMSecsSinceEpoch();
+    const qint64 after = QDateTime::currentSecsSinceEpoch();
     if (!answer.isValid()) {
         diagnosis.unknown.append({Text::tr("clock and time zone"), answer.error});
         return diagnosis;
     }
-    const double there = answer.values.value(0).toDouble();
-    const double here = there < before / 1000.0 ? before / 1000.0 : after / 1000.0;
-    const bool isBetween = there >= before / 1000.0 && there <= after / 1000.0;
+    const qint64 there = answer.values.value(0).toLongLong();
+    const qint64 here = qBound(before, there, after);
     // By the server's clock, so that a difference of the clocks is not taken for one of the zones.
-    const QDate today = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(there * 1000)).date();
-    diagnosis.findings = differenceFindings(isBetween ? 0 : there - here);
+    const QDate today = QDateTime::fromSecsSinceEpoch(there).date();
+    diagnosis.findings = differenceFindings(there - here);
     diagnosis.findings += zoneFindings(database, today, answer.values.value(1).toLongLong(),
                                        answer.values.value(2).toString());
     if (diagnosis.findings.isEmpty())

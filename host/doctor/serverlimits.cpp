@@ -7,7 +7,10 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -22,6 +25,7 @@ const int shortRest = 600; // seconds that an export command may well take
 const double shortStatement = 60; // seconds
 const quint64 mostRows = std::numeric_limits<quint32>::max(); // of any company
 const int leastRetries = 4;
+const int aroundNumbers = 5; // letters of a pair: "(, ),"
 const qint64 statementAround = 1024; // bytes of a statement besides its list
 const qint64 packetStep = 4 * 1024 * 1024;
 
@@ -30,13 +34,22 @@ QStringList modesOf(const QString &text)
     return text.split(QLatin1Char(','), Qt::SkipEmptyParts);
 }
 
-/// The server's modes with a strict one and without the other.
-QString modesToWrite(const QString &global, const QString &without)
+const QLatin1String groupBy("ONLY_FULL_GROUP_BY");
+const QLatin1String emptyNull("EMPTY_STRING_IS_NULL");
+const QLatin1String strictMode("STRICT_TRANS_TABLES");
+
+bool isStrict(const QStringList &modes)
 {
-    QStringList modes = modesOf(global);
-    modes.removeAll(without);
-    if (without.isEmpty())
-        modes.append(QStringLiteral("STRICT_TRANS_TABLES"));
+    return modes.contains(strictMode) || modes.contains(QLatin1String("STRICT_ALL_TABLES"));
+}
+
+/// The same modes without any fault, so that no remedy undoes another one.
+QString goodModes(QStringList modes)
+{
+    modes.removeAll(groupBy);
+    modes.removeAll(emptyNull);
+    if (!isStrict(modes))
+        modes.append(strictMode);
     return modes.join(QLatin1Char(','));
 }
 
@@ -60,15 +73,13 @@ Diagnosis modeDiagnosis(const ServerVariables &variables)
         return diagnosis;
     }
     const QStringList modes = modesOf(text);
-    for (const char *bad : {"ONLY_FULL_GROUP_BY", "EMPTY_STRING_IS_NULL"}) {
-        const QString mode = QLatin1String(bad);
-        if (modes.contains(mode))
-            add(mode.startsWith(QLatin1Char('O')) ? "E-SRV-GROUPBY" : "E-SRV-EMPTYNULL",
-                {modesToWrite(global, mode)});
-    }
-    if (!modes.contains(QStringLiteral("STRICT_TRANS_TABLES"))
-        && !modes.contains(QStringLiteral("STRICT_ALL_TABLES")))
-        add("W-SRV-LENIENT", {modesToWrite(global, QString())});
+    const QString good = goodModes(modes);
+    if (modes.contains(groupBy))
+        add("E-SRV-GROUPBY", {good});
+    if (modes.contains(emptyNull))
+        add("E-SRV-EMPTYNULL", {good});
+    if (!isStrict(modes))
+        add("W-SRV-LENIENT", {good});
     if (modes.contains(QStringLiteral("NO_BACKSLASH_ESCAPES")))
         add("N-SRV-BACKSLASH", {});
     if (text != global)
@@ -113,15 +124,24 @@ Diagnosis limitDiagnosis(const ServerVariables &variables, bool runsCommand)
     return diagnosis;
 }
 
-Diagnosis packetDiagnosis(qint64 largest, qint64 people, int digits)
+Diagnosis packetDiagnosis(qint64 largest, const ListSizes &sizes)
 {
+    const auto pairs = [&](int digits) {
+        return sizes.people * (digits + sizes.uidDigits + aroundNumbers);
+    };
+    const std::pair<qint64, QString> lists[] = {
+        {sizes.pids, Text::tr("the list of PaM")},
+        {pairs(sizes.tidDigits), Text::tr("a branch's people for a terminal")},
+        {sizes.admins * pairs(sizes.aidDigits), Text::tr("a branch's people for administrators")},
+    };
+    const auto &longest = *std::max_element(std::begin(lists), std::end(lists));
     Diagnosis diagnosis;
-    const qint64 list = people * (digits + 1); // with their commas
-    const qint64 wanted = (2 * list / packetStep + 1) * packetStep;
-    if (largest > 0 && list + statementAround > largest)
-        diagnosis.findings.append(finding("E-SRV-PACKET", QStringLiteral("max_allowed_packet"),
-                                          {QString::number(largest), QString::number(people),
-                                           QString::number(list), QString::number(wanted)}));
+    const qint64 wanted = (2 * longest.first / packetStep + 1) * packetStep;
+    if (largest > 0 && longest.first + statementAround > largest)
+        diagnosis.findings.append(
+            finding("E-SRV-PACKET", QStringLiteral("max_allowed_packet"),
+                    {QString::number(largest), QString::number(sizes.people),
+                     QString::number(longest.first), QString::number(wanted), longest.second}));
     return diagnosis;
 }
 
@@ -140,9 +160,10 @@ Diagnosis clusterDiagnosis(const ServerVariables &variables)
     };
     wanted("wsrep_ready", "ON");
     wanted("wsrep_cluster_status", "Primary");
-    wanted("wsrep_local_state", "4");
     const int size = variables.status("wsrep_cluster_size").toInt();
-    if (size > 0 && (size < 3 || size % 2 == 0))
+    if (size == 1)
+        add("W-CLUSTER-ALONE", {});
+    else if (size > 0 && size % 2 == 0)
         add("W-CLUSTER-SIZE", {QString::number(size)});
     const QString retries = variables.session("wsrep_retry_autocommit");
     if (!retries.isNull() && retries.toInt() < leastRetries)

@@ -28,15 +28,22 @@ private Q_SLOTS:
     void clock_data();
     void clock();
     void zone_ofAnotherPlace();
+    void clock_inTheRepeatedHour();
     void session_withoutUtf8();
+    void session_withModesOfItsOwn();
     void run_atWork();
     void groups_isReserved();
+    void node_refusesStatements_data();
+    void node_refusesStatements();
     void otherServer_isUnknown();
     void variables_data();
     void variables();
     void connectOptions_data();
     void connectOptions();
     void space();
+    void packet_data();
+    void packet();
+    void packet_ofManyAdministrators();
 
 private:
     /// What the plugin's user sees on a new connection.
@@ -112,6 +119,9 @@ void tst_ServerCheck::server_data()
     row("E-SRV-EMPTYNULL", modes.arg(QStringLiteral("STRICT_ALL_TABLES,EMPTY_STRING_IS_NULL")));
     row("W-SRV-LENIENT", modes.arg(QStringLiteral("NO_ENGINE_SUBSTITUTION")));
     row("W-SRV-LENIENT", modes.arg(QString()));
+    row("E-SRV-GROUPBY W-SRV-LENIENT", modes.arg(QStringLiteral("ONLY_FULL_GROUP_BY")));
+    row("E-SRV-GROUPBY E-SRV-EMPTYNULL W-SRV-LENIENT",
+        modes.arg(QStringLiteral("ONLY_FULL_GROUP_BY,ANSI_QUOTES,EMPTY_STRING_IS_NULL")));
     row("E-SRV-READONLY", QStringLiteral("SET GLOBAL read_only = 1"));
     row("E-SRV-READONLY", QStringLiteral("SET GLOBAL tx_read_only = 1"));
     row("E-SRV-AUTOCOMMIT", QStringLiteral("SET GLOBAL autocommit = 0"));
@@ -142,13 +152,14 @@ void tst_ServerCheck::server()
     QCOMPARE(codesOf(diagnosis), code.split(QLatin1Char(' '), Qt::SkipEmptyParts));
     if (code.isEmpty() || code.startsWith(QLatin1Char('N')))
         return;
-    const Finding finding = diagnosis.findings.first();
-    QVERIFY2(!statementOf(finding).isEmpty(), qPrintable(finding.remedy));
     // Of an administrator, and not of a connection that is now read-only by itself.
     QSqlDatabase administrator = database->administratorHandle();
     QVERIFY(administrator.open());
-    const ServerAnswer answer = askServer(administrator, statementOf(finding));
-    QVERIFY2(answer.errorCode.isEmpty(), qPrintable(answer.error));
+    for (const Finding &finding : diagnosis.findings) {
+        QVERIFY2(!statementOf(finding).isEmpty(), qPrintable(finding.remedy));
+        const ServerAnswer answer = askServer(administrator, statementOf(finding));
+        QVERIFY2(answer.errorCode.isEmpty(), qPrintable(answer.error));
+    }
     QCOMPARE(codesOf(diagnose()), QStringList());
 }
 
@@ -173,6 +184,18 @@ void tst_ServerCheck::clock()
     QVERIFY(diagnosis.findings.first().text.contains(text.section(QLatin1Char(' '), 1)));
 }
 
+/// Its first half and its second one have the same name on the clock.
+void tst_ServerCheck::clock_inTheRepeatedHour()
+{
+    const QDateTime second(QDate(2026, 10, 25), QTime(1, 30), Qt::UTC);
+    database->setClock(second.toSecsSinceEpoch());
+    const Diagnosis diagnosis = diagnose();
+    QCOMPARE(codesOf(diagnosis), QStringList(QStringLiteral("E-SRV-CLOCK")));
+    const QRegularExpression seconds(QStringLiteral("is (\\d+) s"));
+    const qint64 told = seconds.match(diagnosis.findings.first().text).captured(1).toLongLong();
+    QVERIFY(qAbs(told - qAbs(second.secsTo(QDateTime::currentDateTimeUtc()))) < 1800);
+}
+
 /// The server cannot be given the zone of the machine before it knows it.
 void tst_ServerCheck::zone_ofAnotherPlace()
 {
@@ -193,6 +216,21 @@ void tst_ServerCheck::session_withoutUtf8()
     askServer(handle, QStringLiteral("SET sql_mode = 'ANSI,STRICT_ALL_TABLES'"));
     const QStringList codes {QStringLiteral("N-SRV-MODES"), QStringLiteral("E-SRV-CHARSET")};
     QCOMPARE(codesOf(serverDiagnosis(handle, false)), codes);
+}
+
+/// What the session does wrong is mended in its list, not in that of the server.
+void tst_ServerCheck::session_withModesOfItsOwn()
+{
+    QSqlDatabase handle = database->handle();
+    QVERIFY(handle.open());
+    askServer(handle, QStringLiteral("SET sql_mode = 'ANSI_QUOTES,ONLY_FULL_GROUP_BY'"));
+    const Diagnosis diagnosis = serverDiagnosis(handle, false);
+    const QStringList codes {QStringLiteral("E-SRV-GROUPBY"), QStringLiteral("W-SRV-LENIENT"),
+                             QStringLiteral("N-SRV-MODES")};
+    QCOMPARE(codesOf(diagnosis), codes);
+    for (int i : {0, 1})
+        QCOMPARE(statementOf(diagnosis.findings.at(i)),
+                 QStringLiteral("SET GLOBAL sql_mode = 'ANSI_QUOTES,STRICT_TRANS_TABLES'"));
 }
 
 void tst_ServerCheck::run_atWork()
@@ -226,6 +264,43 @@ void tst_ServerCheck::groups_isReserved()
     QVERIFY(found.text.contains(QStringLiteral("near 'groups'")));
 }
 
+void tst_ServerCheck::node_refusesStatements_data()
+{
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("tells why") << "non-Primary"
+                               << "wsrep_cluster_status is non-Primary";
+    QTest::newRow("does not tell why") << "Primary"
+                                       << "not yet prepared";
+}
+
+/// It shows its variables all the same.
+void tst_ServerCheck::node_refusesStatements()
+{
+    QFETCH(QString, status);
+    QFETCH(QString, text);
+    const auto driver = answeringDriver([&](const DatabaseCall &call) {
+        auto answer = std::make_shared<DatabaseAnswer>();
+        const QStringList names {QStringLiteral("Variable_name"), QStringLiteral("Value")};
+        if (call.statement.startsWith(QLatin1String("SHOW GLOBAL STATUS"))) {
+            answer->setRows(names, {{QStringLiteral("wsrep_cluster_status"), status}});
+        } else if (call.statement.startsWith(QLatin1String("SHOW"))) {
+            answer->setRows(names, {{QStringLiteral("wsrep_on"), QStringLiteral("ON")}});
+        } else if (call.kind == DatabaseCall::Exec) {
+            answer->fails = true;
+            answer->error = QSqlError(QString(), QStringLiteral("not yet prepared"),
+                                      QSqlError::StatementError, QStringLiteral("1047"));
+        }
+        return answer;
+    });
+    QSqlDatabase handle = driver.addHandle(QStringLiteral("node"));
+    QVERIFY(handle.open());
+    const Diagnosis diagnosis = serverDiagnosis(handle, false);
+    QCOMPARE(codesOf(diagnosis), QStringList(QStringLiteral("E-CLUSTER-NODE")));
+    QVERIFY2(diagnosis.findings.first().text.contains(text),
+             qPrintable(diagnosis.findings.first().text));
+}
+
 void tst_ServerCheck::otherServer_isUnknown()
 {
     const auto driver = answeringDriver([](const DatabaseCall &call) {
@@ -251,7 +326,8 @@ void tst_ServerCheck::variables_data()
     row("", "");
     row("wsrep_ready=OFF", "E-CLUSTER-NODE");
     row("wsrep_cluster_status=non-Primary", "E-CLUSTER-NODE");
-    row("wsrep_local_state=2", "E-CLUSTER-NODE");
+    row("wsrep_local_state=2", "");
+    row("wsrep_cluster_size=1", "W-CLUSTER-ALONE");
     row("wsrep_cluster_size=2", "W-CLUSTER-SIZE");
     row("wsrep_cluster_size=4", "W-CLUSTER-SIZE");
     row("wsrep_retry_autocommit=1", "W-CLUSTER-RETRY");
@@ -315,6 +391,51 @@ void tst_ServerCheck::space()
     QCOMPARE(
         spaceDiagnosis(folder, 12 << 20).findings.first().text,
         QStringLiteral("12 MiB are free where the server keeps its data, in '%1'").arg(folder));
+}
+
+void tst_ServerCheck::packet_data()
+{
+    QTest::addColumn<int>("largest");
+    QTest::addColumn<qint64>("admins");
+    QTest::addColumn<qint64>("pids");
+    QTest::addColumn<QString>("list"); ///< "LENGTH NAME"
+    QTest::newRow("fits") << 12024 << Q_INT64_C(0) << Q_INT64_C(8000) << QString();
+    QTest::newRow("terminal") << 12023 << Q_INT64_C(0) << Q_INT64_C(8000) << "11000 terminal";
+    QTest::newRow("PaM") << 12024 << Q_INT64_C(0) << Q_INT64_C(11001) << "11001 PaM";
+    QTest::newRow("one administrator")
+        << 12024 << Q_INT64_C(1) << Q_INT64_C(8000) << "12000 administrators";
+    QTest::newRow("many administrators")
+        << 1048576 << Q_INT64_C(100) << Q_INT64_C(8000) << "1200000 administrators";
+}
+
+/// Of 1000 people: "(12, 1234)," for a terminal, "(123, 1234)," for an administrator.
+void tst_ServerCheck::packet()
+{
+    QFETCH(int, largest);
+    QFETCH(qint64, admins);
+    QFETCH(qint64, pids);
+    QFETCH(QString, list);
+    const Diagnosis diagnosis = packetDiagnosis(largest, {1000, pids, 4, 2, 3, admins});
+    QCOMPARE(diagnosis.findings.isEmpty(), list.isEmpty());
+    for (const Finding &finding : diagnosis.findings) {
+        QVERIFY2(
+            finding.text.endsWith(QStringLiteral("take ") + list.section(QLatin1Char(' '), 0, 0)),
+            qPrintable(finding.text));
+        QVERIFY2(finding.text.contains(list.section(QLatin1Char(' '), 1)),
+                 qPrintable(finding.text));
+    }
+}
+
+/// The statement that puts a branch's people under all its administrators is the longest one.
+void tst_ServerCheck::packet_ofManyAdministrators()
+{
+    database->execute(QStringLiteral("SET GLOBAL max_allowed_packet = 65536"));
+    QCOMPARE(codesOf(diagnose()), QStringList());
+    database->execute(QStringLiteral("INSERT INTO bradm (bid, aid) SELECT 2, 1000 + seq "
+                                     "FROM seq_1_to_1000"));
+    const Diagnosis diagnosis = diagnose();
+    database->execute(QStringLiteral("DELETE FROM bradm WHERE aid > 1000"));
+    QCOMPARE(codesOf(diagnosis), QStringList(QStringLiteral("E-SRV-PACKET")));
 }
 
 QTEST_GUILESS_MAIN(tst_ServerCheck)
