@@ -59,14 +59,19 @@ Finding::Severity FindingKind::severity() const
 const std::vector<FindingTopic> &findingTopics()
 {
     static const std::vector<FindingTopic> topics {
-        exportFileFindings(),     exportTextFindings(),   exportLineFindings(),
-        exportCellFindings(),     exportPeopleFindings(), exportComparisonFindings(),
-        exportDatabaseFindings(), settingFileFindings(),  settingValueFindings(),
-        settingCommandFindings(), settingStateFindings(), exportPlaceFindings(),
-        serverKindFindings(),     serverModeFindings(),   serverTimeFindings(),
-        serverLimitFindings(),    connectionFindings(),   clusterFindings(),
-        machineFindings(),        pluginFileFindings(),   schemaFindings(),
-        rightsFindings(),         contentFindings(),
+        exportFileFindings(),     exportTextFindings(),
+        exportLineFindings(),     exportCellFindings(),
+        exportPeopleFindings(),   exportComparisonFindings(),
+        exportDatabaseFindings(), settingFileFindings(),
+        settingValueFindings(),   settingCommandFindings(),
+        settingStateFindings(),   exportPlaceFindings(),
+        serverKindFindings(),     serverModeFindings(),
+        serverTimeFindings(),     serverLimitFindings(),
+        connectionFindings(),     clusterFindings(),
+        machineFindings(),        pluginFileFindings(),
+        tableFindings(),          keyFindings(),
+        routineFindings(),        rightsFindings(),
+        contentFindings(),
     };
     return topics;
 }

@@ -3,12 +3,12 @@
 // What can be wrong with the tables, keys and routines of the attendance database.
 #include "host/catalogue/findingtopics.h"
 
-FindingTopic schemaFindings()
+FindingTopic tableFindings()
 {
     return {
-        "Tables, keys and routines",
-        "What the statements of a pass rely on. The schema is the attendance system's: ask its "
-        "maker before you change it.",
+        "Tables and columns",
+        "What the statements of a pass name. The schema is the attendance system's: ask its maker "
+        "before you change it.",
         {
             {"E-SCHEMA-TABLE", FINDING_TEXT("table that is missing"),
              FINDING_TEXT("there is no table %1 in %2"),
@@ -50,9 +50,26 @@ FindingTopic schemaFindings()
              FINDING_TEXT("a strict server refuses each new row of the table"),
              FINDING_TEXT("ALTER TABLE `%1` MODIFY COLUMN `%2` %5"),
              "people\nemail\nvarchar(64)\n\nvarchar(64) NULL"},
+            {"W-SCHEMA-LIST", FINDING_TEXT("list of PaM that cannot grow to everybody"),
+             FINDING_TEXT("a list of all %1 people takes %2 letters, and vars.value holds %3"),
+             FINDING_TEXT("once the list is full, new people are not enrolled in PaM; a server "
+                          "that is not strict cuts the list, without a word"),
+             FINDING_TEXT("ALTER TABLE `vars` MODIFY COLUMN `value` %4"),
+             "12000\n83999\n65535\nMEDIUMTEXT NULL"},
+        }};
+}
+
+FindingTopic keyFindings()
+{
+    return {
+        "Keys, indexes and engines",
+        "How the statements of a pass find their rows, and how the server keeps them.",
+        {
             {"E-SCHEMA-KEY", FINDING_TEXT("unique key that is missing"),
              FINDING_TEXT("the table %1 has no unique key of exactly %2"),
-             FINDING_TEXT("the plugin's upserts find no row by it: rows double in each pass"),
+             FINDING_TEXT("the plugin's upserts find no row by it and add another one: people who "
+                          "come back stand twice, marks of supervisors remain, a forced pass may "
+                          "never end"),
              FINDING_TEXT("ALTER TABLE `%1` ADD UNIQUE KEY (%3)"), "people\npid\n`pid`"},
             {"W-SCHEMA-OTHERKEY", FINDING_TEXT("unique key in the way"),
              FINDING_TEXT("the table %1 has another unique key, %2 (%3)"),
@@ -65,18 +82,20 @@ FindingTopic schemaFindings()
              FINDING_TEXT("a supervisor's mark can be lost half-way, and a copy for a rehearsal "
                           "is not of one moment"),
              FINDING_TEXT("ALTER TABLE `%1` ENGINE = InnoDB"), "admins_people\nMyISAM"},
-            {"W-SCHEMA-LIST", FINDING_TEXT("list of PaM that cannot grow to everybody"),
-             FINDING_TEXT("a list of all %1 people takes %2 letters, and vars.value holds %3"),
-             FINDING_TEXT("once the list is full, new people are not enrolled in PaM; a server "
-                          "that is not strict cuts the list, without a word"),
-             FINDING_TEXT("ALTER TABLE `vars` MODIFY COLUMN `value` %4"),
-             "12000\n83999\n65535\nMEDIUMTEXT NULL"},
             {"W-SCHEMA-SCAN", FINDING_TEXT("index that is missing"),
-             FINDING_TEXT(
-                 "nothing leads to rows of %1 by %2: the server goes through some %3 rows"),
+             FINDING_TEXT("no index of %1 begins with %2: the server goes through some %3 rows"),
              FINDING_TEXT("the pass takes longer with each row, for each person anew"),
              FINDING_TEXT("CREATE INDEX %4 ON `%1` (%5)"),
              "atten\nuid, ok, lock\n730000\n`uid_ok_lock`\n`uid`, `ok`, `lock`"},
+        }};
+}
+
+FindingTopic routineFindings()
+{
+    return {
+        "Routines, triggers and foreign keys",
+        "What else the server does in a pass.",
+        {
             {"N-SCHEMA-TRIGGER", FINDING_TEXT("trigger on a table that a pass writes"),
              FINDING_TEXT("the table %1 has the trigger %2 (%3)"),
              FINDING_TEXT("it runs for each row that a pass writes; where it fails, the plugin's "

@@ -179,7 +179,7 @@ void tellUnseen(const GrantedRights &granted, Diagnosis *diagnosis)
         diagnosis->unknown.append(
             {role,
              Text::tr("the server does not show the rights of a role that is not in force; "
-                      "a name of the export could put it in force")});
+                      "SQL in a name of the export could switch it on")});
     }
     for (const QString &line : granted.unreadable)
         diagnosis->unknown.append({line, Text::tr("the line of SHOW GRANTS has no known form")});

@@ -6,6 +6,7 @@
 #include "host/catalogue/findings.h"
 #include "host/database/errortext.h"
 #include "host/doctor/grantedrights.h"
+#include "host/doctor/passvalues.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -51,7 +52,7 @@ QVector<Call> callsOfTime()
     QVector<Call> calls;
     for (const QDateTime &moment : moments()) {
         const QString seconds = QString::number(moment.toSecsSinceEpoch());
-        const qint64 midnight = QDateTime(moment.date(), QTime(0, 0)).toSecsSinceEpoch();
+        const qint64 midnight = localMidnight(moment.date());
         calls.append({QStringLiteral("midnightFromTs"),
                       QStringLiteral("midnightFromTs(%1)").arg(seconds),
                       QString::number(midnight)});

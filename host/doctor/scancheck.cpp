@@ -6,11 +6,11 @@
 #include "host/catalogue/findings.h"
 #include "host/catalogue/statementforms.h"
 #include "host/database/errortext.h"
+#include "host/doctor/passvalues.h"
 #include "host/doctor/sqlwords.h"
 
 #include <QCoreApplication>
 #include <QDate>
-#include <QDateTime>
 #include <QHash>
 #include <QRegularExpression>
 #include <QSet>
@@ -26,10 +26,10 @@ struct Text
 
 const int manyRows = 1000;
 
-QString oneValue(const QSqlDatabase &database, const char *statement)
+QString oneValue(const QSqlDatabase &database, const QString &statement)
 {
     QSqlQuery query(database);
-    return query.exec(QString::fromLatin1(statement)) && query.next() && !query.value(0).isNull()
+    return query.exec(statement) && query.next() && !query.value(0).isNull()
         ? query.value(0).toString()
         : QStringLiteral("1");
 }
@@ -40,20 +40,21 @@ QHash<QString, QString> realValues(const QSqlDatabase &database)
     const QDate today = QDate::currentDate();
     QHash<QString, QString> values;
     values[QStringLiteral("pid")] = oneValue(
-        database, "SELECT pid FROM people WHERE status AND pid IS NOT NULL LIMIT 1");
+        database,
+        QStringLiteral("SELECT pid FROM people WHERE status AND pid IS NOT NULL LIMIT 1"));
     values[QStringLiteral("uid")] = oneValue(
-        database, "SELECT uid FROM people WHERE status AND pid IS NOT NULL LIMIT 1");
+        database,
+        QStringLiteral("SELECT uid FROM people WHERE status AND pid IS NOT NULL LIMIT 1"));
     values[QStringLiteral("list")] = values.value(QStringLiteral("uid"));
-    values[QStringLiteral("fid")] = oneValue(database,
-                                             "SELECT fid FROM funds WHERE iid = 3 AND unit = 2");
+    values[QStringLiteral("fid")] = oneValue(
+        database, QStringLiteral("SELECT fid FROM funds WHERE %1").arg(isLeaveFund));
     values[QStringLiteral("bid")] = oneValue(
-        database, "SELECT bid FROM branches WHERE mgid IS NOT NULL LIMIT 1");
+        database, QStringLiteral("SELECT bid FROM branches WHERE mgid IS NOT NULL LIMIT 1"));
     values[QStringLiteral("calendar")] = QStringLiteral("1");
     values[QStringLiteral("number")] = QStringLiteral("1");
     values[QStringLiteral("name")] = QStringLiteral("exportPam.1.selPeople");
     values[QStringLiteral("month")] = today.toString(QStringLiteral("yyyyMM"));
-    values[QStringLiteral("moment")] = QString::number(
-        QDateTime(today, QTime(0, 0)).toSecsSinceEpoch());
+    values[QStringLiteral("moment")] = QString::number(localMidnight(today));
     return values;
 }
 
@@ -149,8 +150,9 @@ Diagnosis scanDiagnosis(const QSqlDatabase &database)
                 {table, Text::tr("how its rows are found cannot be known: %1").arg(error)});
         }
         for (const Scan &scan : qAsConst(scans)) {
-            if (scan.table == table && !told.contains(table)) {
-                told.insert(table);
+            const QString index = table + QLatin1Char(' ') + QLatin1String(lookup.columns);
+            if (scan.table == table && !told.contains(index)) {
+                told.insert(index);
                 diagnosis.findings.append(scanFinding(lookup, scan.rows));
             }
         }

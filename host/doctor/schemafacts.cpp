@@ -4,6 +4,7 @@
 #include "host/doctor/schemafacts.h"
 
 #include "host/database/errortext.h"
+#include "host/doctor/sqlwords.h"
 
 #include <QSqlQuery>
 #include <QVariant>
@@ -78,6 +79,7 @@ RealColumn columnFrom(const QSqlQuery &row)
         column.letters = QStringLiteral(" CHARACTER SET %1 COLLATE %2")
                              .arg(row.value(9).toString(), row.value(10).toString());
     }
+    column.comment = row.value(11).toString();
     return column;
 }
 
@@ -86,7 +88,7 @@ Failure readColumns(QSqlQuery &query, QVector<RealTable> *tables)
     if (!query.exec(QStringLiteral(
             "SELECT table_name, column_name, data_type, column_type, is_nullable, column_default, "
             "extra, character_maximum_length, numeric_precision - numeric_scale, "
-            "character_set_name, collation_name FROM information_schema.columns "
+            "character_set_name, collation_name, column_comment FROM information_schema.columns "
             "WHERE table_schema = DATABASE() ORDER BY table_name, ordinal_position")))
         return {ExitDatabase, errorText(query.lastError())};
     while (query.next()) {
@@ -162,12 +164,20 @@ QString RealColumn::definition(const QString &newType, bool nullable) const
     if (isText())
         text += letters;
     text += nullable ? QLatin1String(" NULL") : QLatin1String(" NOT NULL");
-    // Long texts may have none, and NULL is what a column has by itself.
+    // Long texts may have none, NULL is what a column has by itself, and only one of a kind with
+    // days gets the present moment.
     const bool isLong = newType.contains(QLatin1String("TEXT"), Qt::CaseInsensitive);
-    if (!fallback.isNull() && fallback != QLatin1String("NULL") && !isLong)
+    const QString present = QStringLiteral("current_timestamp");
+    const bool isOfAnotherKind = newType != type && fallback.startsWith(present);
+    if (!fallback.isNull() && fallback != QLatin1String("NULL") && !isLong && !isOfAnotherKind)
         text += QLatin1String(" DEFAULT ") + fallback;
+    const int update = extra.indexOf(QLatin1String("on update "));
+    if (update >= 0 && newType == type)
+        text += QLatin1Char(' ') + extra.mid(update);
     if (extra.contains(QLatin1String("auto_increment")))
         text += QLatin1String(" AUTO_INCREMENT");
+    if (!comment.isEmpty())
+        text += QLatin1String(" COMMENT ") + quotedText(comment);
     return text;
 }
 

@@ -16,7 +16,8 @@ struct RealColumn
     QString type; ///< "int(10) unsigned"
     QString letters; ///< character set and collation, as a definition names them; empty for numbers
     QString fallback; ///< default as an expression; null without one
-    QString extra; ///< "auto_increment"
+    QString extra; ///< "auto_increment", "on update current_timestamp()"
+    QString comment;
     qint64 length = 0; ///< of a text, in letters
     int digits = 0; ///< of a decimal number, in front of the point
     bool isNullable = false;
