@@ -71,7 +71,8 @@ const std::vector<FindingTopic> &findingTopics()
         machineFindings(),        pluginFileFindings(),
         tableFindings(),          keyFindings(),
         routineFindings(),        rightsFindings(),
-        contentFindings(),
+        variableFindings(),       branchFindings(),
+        peopleFindings(),
     };
     return topics;
 }

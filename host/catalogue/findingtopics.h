@@ -34,4 +34,6 @@ FindingTopic tableFindings();
 FindingTopic keyFindings();
 FindingTopic routineFindings();
 FindingTopic rightsFindings();
-FindingTopic contentFindings();
+FindingTopic variableFindings();
+FindingTopic branchFindings();
+FindingTopic peopleFindings();

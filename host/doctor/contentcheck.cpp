@@ -6,9 +6,9 @@
 #include "host/catalogue/findings.h"
 #include "host/database/errortext.h"
 #include "host/doctor/contentparts.h"
+#include "host/doctor/passvalues.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QSqlQuery>
 #include <QSqlRecord>
 
@@ -33,18 +33,32 @@ void check(const QSqlDatabase &database, const char *table, const QString &state
     addSome(findings, diagnosis);
 }
 
-/// One that was meant to be found by lines of the export: groups would carry its calendars.
+/// One that was meant to be found by lines of the export: its master group would have the groups of
+/// its calendars. And one that lines without a branch find.
 void checkBranchNumbers(const QSqlDatabase &database, Diagnosis *diagnosis)
 {
-    check(
-        database, "branches",
-        QStringLiteral("SELECT bid FROM branches WHERE COALESCE(number, 0) = 0 "
-                       "AND mgid IN(SELECT mgid FROM mastergroups) ORDER BY bid"),
-        [](const ContentRow &row) {
-            return finding("W-CONTENT-BRANCHNONE", QStringLiteral("branches"),
-                           {row.at(0).toString()});
-        },
-        diagnosis);
+    const auto checkBy = [&](const char *code, const char *condition) {
+        check(
+            database, "branches",
+            QStringLiteral("SELECT bid FROM branches WHERE %1 ORDER BY bid")
+                .arg(QLatin1String(condition)),
+            [code](const ContentRow &row) {
+                return finding(code, QStringLiteral("branches"), {row.at(0).toString()});
+            },
+            diagnosis);
+    };
+    checkBy("W-CONTENT-BRANCHNONE", "number IS NULL AND mgid IN(SELECT mgid FROM mastergroups)");
+    checkBy("W-CONTENT-BRANCHZERO", "number = 0");
+}
+
+/// A statement for each branch, for each needs a number of its own.
+QString newNumbers(const QStringList &bids)
+{
+    QStringList statements;
+    for (const QString &bid : bids)
+        statements.append(
+            QStringLiteral("UPDATE branches SET number = NUMBER_%1 WHERE bid = %1").arg(bid));
+    return statements.join(QStringLiteral("; "));
 }
 
 /// The last one of a number counts, in the order of the plugin's own statement.
@@ -61,9 +75,8 @@ void checkSharedBranchNumbers(const QSqlDatabase &database, Diagnosis *diagnosis
             continue;
         const QString all = it->join(QStringLiteral(", "));
         const QString taken = it->takeLast();
-        findings.append(
-            finding("E-CONTENT-BRANCHTWICE", QStringLiteral("branches"),
-                    {QString::number(it.key()), all, taken, it->join(QStringLiteral(", "))}));
+        findings.append(finding("E-CONTENT-BRANCHTWICE", QStringLiteral("branches"),
+                                {QString::number(it.key()), all, taken, newNumbers(*it)}));
     }
     addSome(findings, diagnosis);
 }
@@ -82,15 +95,18 @@ void checkAdministrators(const QSqlDatabase &database, Diagnosis *diagnosis)
         diagnosis);
 }
 
-/// Only where nobody else tells their people's news to a door.
+/// Only where its people have no other one: news goes to those with status 1 that take people, as
+/// bit 2 of their flags says.
 void checkTerminals(const QSqlDatabase &database, Diagnosis *diagnosis)
 {
     check(
         database, "term",
-        QStringLiteral("SELECT pt.tid, COUNT(*) FROM people_term pt JOIN term t USING(tid) "
-                       "JOIN people p USING(uid) WHERE t.status = 0 AND p.status AND NOT EXISTS("
-                       "SELECT 1 FROM people_term o JOIN term u USING(tid) "
-                       "WHERE o.uid = pt.uid AND u.status > 0) GROUP BY pt.tid ORDER BY pt.tid"),
+        QStringLiteral(
+            "SELECT pt.tid, COUNT(*) FROM people_term pt JOIN term t USING(tid) "
+            "JOIN people p USING(uid) WHERE t.status = 0 AND t.flags & 2 AND p.status "
+            "AND NOT EXISTS("
+            "SELECT 1 FROM people_term o JOIN term u USING(tid) "
+            "WHERE o.uid = pt.uid AND u.status = 1 AND u.flags & 2) GROUP BY pt.tid ORDER BY pt.tid"),
         [](const ContentRow &row) {
             return finding("W-CONTENT-TERMINAL", QStringLiteral("term"),
                            {row.at(0).toString(), row.at(1).toString()});
@@ -116,26 +132,29 @@ void checkPlans(const QSqlDatabase &database, Diagnosis *diagnosis)
         diagnosis);
 }
 
-/// Whoever wrote them: nothing in a row says.
 void checkCorrections(const QSqlDatabase &database, Diagnosis *diagnosis)
 {
-    const QString midnight = QString::number(
-        QDateTime(QDate::currentDate(), QTime(0, 0)).toSecsSinceEpoch());
+    const QString midnight = QString::number(localMidnight(QDate::currentDate()));
     forEachRow(database, QStringLiteral("funds_move"),
                QStringLiteral("SELECT COUNT(*) FROM funds_move fm JOIN funds f USING(fid) "
-                              "WHERE fm.type = 3 AND fm.day = %1 AND f.iid = 3 AND f.unit = 2")
-                   .arg(midnight),
+                              "WHERE fm.type = 3 AND fm.day = %1 AND %2")
+                   .arg(midnight, isLeaveFund),
                diagnosis, [&](const ContentRow &row) {
-                   if (row.first().toInt() > 0)
-                       diagnosis->findings.append(finding("N-CONTENT-CORRECTED",
-                                                          QStringLiteral("funds_move"),
-                                                          {row.first().toString(), midnight}));
+                   if (row.first().toInt() == 0)
+                       return;
+                   diagnosis->findings.append(finding("N-CONTENT-CORRECTED",
+                                                      QStringLiteral("funds_move"),
+                                                      {row.first().toString()}));
+                   diagnosis->unknown.append(
+                       {Text::tr("who corrected leave today"),
+                        Text::tr("it may have been a pass or somebody else: no row says who wrote "
+                                 "it")});
                });
 }
 
 } // namespace
 
-void forEachRow(const QSqlDatabase &database, const QString &about, const QString &statement,
+bool forEachRow(const QSqlDatabase &database, const QString &about, const QString &statement,
                 Diagnosis *diagnosis, const std::function<void(const ContentRow &)> &found)
 {
     QSqlQuery query(database);
@@ -144,7 +163,7 @@ void forEachRow(const QSqlDatabase &database, const QString &about, const QStrin
         const Unseen unseen {
             about, Text::tr("its rows cannot be read: %1").arg(errorText(query.lastError()))};
         diagnosis->unknown.append(unseen);
-        return;
+        return false;
     }
     const int columns = query.record().count();
     while (query.next()) {
@@ -153,6 +172,7 @@ void forEachRow(const QSqlDatabase &database, const QString &about, const QStrin
             row[column] = query.value(column);
         found(row);
     }
+    return true;
 }
 
 void addSome(const QVector<Finding> &findings, Diagnosis *diagnosis)

@@ -13,8 +13,8 @@
 
 using ContentRow = QVector<QVariant>;
 
-/// Calls `found` with each row of a statement. If the statement fails, `about` is unknown.
-void forEachRow(const QSqlDatabase &database, const QString &about, const QString &statement,
+/// Calls `found` with each row of a statement. False if the statement fails: `about` is unknown.
+bool forEachRow(const QSqlDatabase &database, const QString &about, const QString &statement,
                 Diagnosis *diagnosis, const std::function<void(const ContentRow &)> &found);
 
 /// Takes in findings of one kind: the first ones, and a note of how many more there are.

@@ -4,11 +4,19 @@
 #include "host/doctor/contentparts.h"
 
 #include "host/catalogue/findings.h"
+#include "host/doctor/passvalues.h"
 #include "host/doctor/sqlwords.h"
+
+#include <QCoreApplication>
 
 #include <algorithm>
 
 namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(ContentCheck)
+};
 
 struct Block
 {
@@ -22,22 +30,22 @@ QString listOf(QString variable)
     return variable.replace(QLatin1String("active"), QLatin1String("selPeople"));
 }
 
-QVector<Block> readBlocks(const QSqlDatabase &database, Diagnosis *diagnosis)
+bool readBlocks(const QSqlDatabase &database, QVector<Block> *blocks, Diagnosis *diagnosis)
 {
-    QVector<Block> blocks;
     QHash<QString, int> lists;
-    forEachRow(database, QStringLiteral("vars"),
-               QStringLiteral("SELECT name, LENGTH(value) - LENGTH(REPLACE(value, ',', '')) + 1, "
-                              "name LIKE 'exportPam.%.active%' FROM vars "
-                              "WHERE name LIKE 'exportPam.%' ORDER BY name"),
-               diagnosis, [&](const ContentRow &row) {
-                   if (row.at(2).toBool())
-                       blocks.append({row.at(0).toString(), 0});
-                   lists.insert(row.at(0).toString(), row.at(1).toInt());
-               });
-    for (Block &block : blocks)
+    const bool isRead = forEachRow(
+        database, QStringLiteral("vars"),
+        QStringLiteral("SELECT name, LENGTH(value) - LENGTH(REPLACE(value, ',', '')) + 1, "
+                       "name LIKE 'exportPam.%.active%' FROM vars "
+                       "WHERE name LIKE 'exportPam.%' ORDER BY name"),
+        diagnosis, [&](const ContentRow &row) {
+            if (row.at(2).toBool())
+                blocks->append({row.at(0).toString(), 0});
+            lists.insert(row.at(0).toString(), row.at(1).toInt());
+        });
+    for (Block &block : *blocks)
         block.people = lists.value(listOf(block.variable));
-    return blocks;
+    return isRead;
 }
 
 Finding severalBlocks(QVector<Block> blocks)
@@ -59,9 +67,8 @@ Finding severalBlocks(QVector<Block> blocks)
 
 void checkBlocks(const QSqlDatabase &database, Diagnosis *diagnosis)
 {
-    const int unknown = diagnosis->unknown.size();
-    const QVector<Block> blocks = readBlocks(database, diagnosis);
-    if (diagnosis->unknown.size() > unknown)
+    QVector<Block> blocks;
+    if (!readBlocks(database, &blocks, diagnosis))
         return;
     if (blocks.isEmpty())
         diagnosis->findings.append(finding("W-CONTENT-PAMNONE", QStringLiteral("vars")));
@@ -72,12 +79,12 @@ void checkBlocks(const QSqlDatabase &database, Diagnosis *diagnosis)
 /// The plugin takes the first one that the server gives, in the order of this very statement.
 void checkFund(const QSqlDatabase &database, Diagnosis *diagnosis)
 {
-    const int unknown = diagnosis->unknown.size();
     QStringList funds;
-    forEachRow(database, QStringLiteral("funds"),
-               QStringLiteral("SELECT fid FROM funds WHERE iid = 3 AND unit=2;"), diagnosis,
-               [&](const ContentRow &row) { funds.append(row.at(0).toString()); });
-    if (diagnosis->unknown.size() > unknown)
+    const bool isRead = forEachRow(
+        database, QStringLiteral("funds"),
+        QStringLiteral("SELECT fid FROM funds WHERE iid = 3 AND unit=2;"), diagnosis,
+        [&](const ContentRow &row) { funds.append(row.at(0).toString()); });
+    if (!isRead)
         return;
     if (funds.isEmpty()) {
         diagnosis->findings.append(finding("E-CONTENT-FUNDNONE", QStringLiteral("funds")));
@@ -89,24 +96,37 @@ void checkFund(const QSqlDatabase &database, Diagnosis *diagnosis)
     }
 }
 
-/// The leave fund and the branches are known by 16 bits.
+/// What the fund or the branch comes to, by 16 bits of its id.
+QString effectOfCut(bool isFund, uint cut)
+{
+    if (cut == 0)
+        return isFund ? Text::tr("no leave balance is taken over")
+                      : Text::tr("the branch takes in nobody");
+    return (isFund ? Text::tr("corrections of leave go to fid %1")
+                   : Text::tr("people who join the branch are put into that with bid %1, while "
+                              "the table people and calendars name the right one"))
+        .arg(cut);
+}
+
+/// The leave fund and the members of branches are known by 16 bits.
 void checkIds(const QSqlDatabase &database, Diagnosis *diagnosis)
 {
     QVector<Finding> wide;
-    const auto check = [&](const char *table, const char *column, const char *condition) {
+    const auto check = [&](const char *table, const char *column, QLatin1String condition) {
         const QString id = QString::fromLatin1(column);
+        const bool isFund = id == QLatin1String("fid");
         forEachRow(database, QString::fromLatin1(table),
                    QStringLiteral("SELECT %1 FROM %2 WHERE %3 AND %1 > 65535 ORDER BY %1")
-                       .arg(id, QString::fromLatin1(table), QString::fromLatin1(condition)),
+                       .arg(id, QString::fromLatin1(table), condition),
                    diagnosis, [&](const ContentRow &row) {
                        const uint number = row.first().toUInt();
                        wide.append(finding(
                            "E-CONTENT-WIDE", QString::fromLatin1(table),
-                           {id, QString::number(number), QString::number(number & 0xffff)}));
+                           {id, QString::number(number), effectOfCut(isFund, number & 0xffff)}));
                    });
     };
-    check("funds", "fid", "iid = 3 AND unit = 2");
-    check("branches", "bid", "number IS NOT NULL");
+    check("funds", "fid", isLeaveFund);
+    check("branches", "bid", QLatin1String("number IS NOT NULL"));
     addSome(wide, diagnosis);
 }
 

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void damage_isFoundAndMended();
     void wideIds_areFound_data();
     void wideIds_areFound();
+    void correctionOfToday_isOfSomebody();
     void manyOfAKind_areCounted();
     void rowsOutOfSight_areUnknown();
     void cleanup() { restoreTables(); }
@@ -61,10 +62,12 @@ void tst_DoctorContent::damage_isFoundAndMended_data()
         "UPDATE vars SET value = 'yes' WHERE name = 'OQS.THRWorker.forceSync'");
     add("branch without number", "W-CONTENT-BRANCHNONE",
         "UPDATE branches SET number = NULL WHERE bid = 2", "NUMBER=777");
-    add("branch with number 0", "W-CONTENT-BRANCHNONE",
+    add("branch with number 0", "W-CONTENT-BRANCHZERO",
         "UPDATE branches SET number = 0 WHERE bid = 2", "NUMBER=777");
     add("two branches of a number", "E-CONTENT-BRANCHTWICE",
-        "UPDATE branches SET number = 200 WHERE bid = 4", "NUMBER=777");
+        "UPDATE branches SET number = 200 WHERE bid = 4", "NUMBER_2=777");
+    add("three branches of a number", "E-CONTENT-BRANCHTWICE",
+        "UPDATE branches SET number = 200 WHERE bid IN(4, 5)", "NUMBER_2=777,NUMBER_4=778");
     add("two people of a pid", "E-CONTENT-PIDTWICE",
         "ALTER TABLE people DROP KEY pid; "
         "INSERT INTO people (pid, pamId) VALUES (10011, '1001.1')");
@@ -86,9 +89,11 @@ void tst_DoctorContent::damage_isFoundAndMended_data()
         "UPDATE admins SET personalNumber = 1001 WHERE aid = 5");
     add("terminal out of service", "W-CONTENT-TERMINAL",
         "UPDATE term SET status = 0 WHERE tid = 1");
+    add("another terminal, being set up", "W-CONTENT-TERMINAL",
+        "UPDATE term SET status = 2 WHERE tid = 4");
+    add("another terminal, without people", "W-CONTENT-TERMINAL",
+        "UPDATE term SET flags = 65 WHERE tid = 4");
     add("plan without months", "W-CONTENT-PLAN", "DELETE FROM groups_month WHERE uid = 5");
-    add("correction of today", "N-CONTENT-CORRECTED",
-        "INSERT INTO funds_move VALUES (4, 2, UNIX_TIMESTAMP(CURDATE()), 3, 202401, 50)");
 }
 
 void tst_DoctorContent::damage_isFoundAndMended()
@@ -101,8 +106,9 @@ void tst_DoctorContent::damage_isFoundAndMended()
     QVERIFY2(codesOf(found) == QStringList {code} && found.unknown.isEmpty(),
              qPrintable(toText(found)));
     QMap<QString, QString> known;
-    if (!words.isEmpty())
-        known.insert(words.section(QLatin1Char('='), 0, 0), words.section(QLatin1Char('='), 1));
+    const QStringList pairs = words.split(QLatin1Char(','), Qt::SkipEmptyParts);
+    for (const QString &pair : pairs)
+        known.insert(pair.section(QLatin1Char('='), 0, 0), pair.section(QLatin1Char('='), 1));
     QVERIFY(mend(found, known));
     const Diagnosis left = diagnosis();
     QVERIFY2(left.findings.isEmpty(), qPrintable(toText(left)));
@@ -112,22 +118,39 @@ void tst_DoctorContent::wideIds_areFound_data()
 {
     QTest::addColumn<QString>("change");
     QTest::addColumn<QString>("about");
-    QTest::newRow("fund") << QStringLiteral("UPDATE funds SET fid = 65538 WHERE fid = 2")
-                          << QStringLiteral("funds");
-    QTest::newRow("branch") << QStringLiteral("UPDATE branches SET bid = 65538 WHERE bid = 2")
-                            << QStringLiteral("branches");
+    QTest::addColumn<QString>("effect");
+    const auto row = [](const char *about, const char *change, const char *effect) {
+        QTest::newRow(change) << QString::fromLatin1(change) << QString::fromLatin1(about)
+                              << QString::fromLatin1(effect);
+    };
+    row("funds", "UPDATE funds SET fid = 65538 WHERE fid = 2", "leave go to fid 2");
+    row("funds", "UPDATE funds SET fid = 65536 WHERE fid = 2", "no leave balance");
+    row("branches", "UPDATE branches SET bid = 65538 WHERE bid = 2", "that with bid 2,");
+    row("branches", "UPDATE branches SET bid = 131072 WHERE bid = 2", "takes in nobody");
 }
 
 void tst_DoctorContent::wideIds_areFound()
 {
     QFETCH(QString, change);
     QFETCH(QString, about);
+    QFETCH(QString, effect);
     database->execute(change);
     const Diagnosis found = diagnosis();
     QVERIFY2(codesOf(found) == QStringList {QStringLiteral("E-CONTENT-WIDE")},
              qPrintable(toText(found)));
     QCOMPARE(found.findings.first().about, about);
-    QVERIFY(found.findings.first().becomes.contains(QStringLiteral(" 2 ")));
+    QVERIFY2(found.findings.first().becomes.contains(effect),
+             qPrintable(found.findings.first().becomes));
+}
+
+void tst_DoctorContent::correctionOfToday_isOfSomebody()
+{
+    database->execute(QStringLiteral(
+        "INSERT INTO funds_move VALUES (4, 2, UNIX_TIMESTAMP(CURDATE()), 3, 202401, 50)"));
+    const Diagnosis found = diagnosis();
+    QVERIFY2(codesOf(found) == QStringList {QStringLiteral("N-CONTENT-CORRECTED")},
+             qPrintable(toText(found)));
+    QCOMPARE(unknownOf(found), QStringList {QStringLiteral("who corrected leave today")});
 }
 
 /// Each of them would have been a line of its own.

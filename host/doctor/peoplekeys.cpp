@@ -63,10 +63,9 @@ Finding sharedPid(QVector<Person> people)
     for (const Person &person : people)
         uids.append(person.uid);
     const QString all = uids.join(QStringLiteral(", "));
-    const QString kept = uids.takeFirst();
-    return finding(
-        "E-CONTENT-PIDTWICE", QStringLiteral("people"),
-        {QString::number(people.first().pid), all, kept, uids.join(QStringLiteral(", "))});
+    uids.removeFirst();
+    return finding("E-CONTENT-PIDTWICE", QStringLiteral("people"),
+                   {QString::number(people.first().pid), all, uids.join(QStringLiteral(", "))});
 }
 
 void checkShared(const QVector<Person> &people, const QMultiHash<uint, int> &byPid,
@@ -104,8 +103,10 @@ void checkKeys(const QVector<Person> &people, const QMultiHash<uint, int> &byPid
         const QString change = isFree ? QStringLiteral("pid = ") + key
             : person.hasPid           ? QStringLiteral("pamId = 'NUMBER.ORDINAL'")
                                       : QStringLiteral("status = 0");
-        const QString remedy = QStringLiteral("UPDATE people SET %1 WHERE uid = %2")
-                                   .arg(change, person.uid);
+        const bool ends = !isFree && !person.hasPid;
+        const QString remedy = QStringLiteral("UPDATE people SET %1 WHERE uid = %2%3")
+                                   .arg(change, person.uid,
+                                        ends ? Text::tr(" -- it makes them inactive") : QString());
         if (!person.hasPid)
             none.append(finding("E-CONTENT-PIDNULL", QStringLiteral("people"),
                                 {person.uid, person.pamId, remedy}));
