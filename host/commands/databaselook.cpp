@@ -11,16 +11,21 @@ DatabaseLook::DatabaseLook() :
     connection(QStringLiteral("look"))
 { }
 
-DatabaseLook::~DatabaseLook() = default;
+/// Those who look at the same time have joined the server that was started here.
+DatabaseLook::~DatabaseLook()
+{
+    if (privateDatabase)
+        privateDatabase->waitForJoiners();
+}
 
 Failure DatabaseLook::open(const DatabaseChoice &choice)
 {
     named = choice.connection;
     if (choice.privateFolder.isEmpty())
-        return connection.open(choice.connection);
+        return connection.open(withTimeLimits(choice.connection, patience));
     if (const Failure failure = startPrivate(choice.privateFolder))
         return failure;
-    return connection.open(privateDatabase->parameters());
+    return connection.open(withTimeLimits(privateDatabase->parameters(), patience));
 }
 
 ConnectionParameters DatabaseLook::parameters() const

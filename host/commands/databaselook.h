@@ -12,12 +12,15 @@
 class PrivateDatabase;
 
 /// The database that the options name, open until this goes. A private one is started, or joined
-/// where somebody is at work on it.
+/// where somebody is at work on it. One that was started ends when those have gone who joined it.
 ///
 /// Owned by a command and used on its thread.
 class DatabaseLook
 {
 public:
+    /// How long the server may take to answer unless the user has set other limits; seconds.
+    static constexpr int patience = 30;
+
     DatabaseLook();
     ~DatabaseLook();
     DatabaseLook(const DatabaseLook &) = delete;

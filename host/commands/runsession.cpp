@@ -166,8 +166,11 @@ Failure RunSession::runPlugin()
     if (changes && !options.changes.folder.isEmpty()
         && changes->toldPass() < plugin.figures().passes)
         changesAreLost = true;
-    if (privateDatabase)
+    if (privateDatabase) {
+        if (!graceRuns)
+            privateDatabase->waitForJoiners();
         privateDatabase->stop();
+    }
     serverProcess = 0;
     watchdog.disarm();
     const RunEnding end = ending(failure);

@@ -48,6 +48,7 @@ Failure run(const Options &options)
     if (const Failure failure = database.converse(options.value(QStringLiteral("execute")),
                                                   &exitCode))
         return failure;
+    database.waitForJoiners();
     return {static_cast<ExitCode>(exitCode), QString()};
 }
 

@@ -32,6 +32,24 @@ QString serverText(const ConnectionParameters &parameters)
                                : QStringLiteral("%1:%2").arg(parameters.host).arg(parameters.port);
 }
 
+ConnectionParameters withTimeLimits(const ConnectionParameters &parameters, int seconds)
+{
+    ConnectionParameters limited = parameters;
+    if (!parameters.driver.startsWith(QLatin1String("QMYSQL"))
+        && !parameters.driver.startsWith(QLatin1String("QMARIADB")))
+        return limited;
+    for (const char *name :
+         {"MYSQL_OPT_CONNECT_TIMEOUT", "MYSQL_OPT_READ_TIMEOUT", "MYSQL_OPT_WRITE_TIMEOUT"}) {
+        QString &options = limited.connectOptions;
+        if (options.contains(QLatin1String(name)))
+            continue;
+        if (!options.isEmpty() && !options.endsWith(QLatin1Char(';')))
+            options += QLatin1Char(';');
+        options += QStringLiteral("%1=%2").arg(QLatin1String(name)).arg(seconds);
+    }
+    return limited;
+}
+
 Connection::Connection(const QString &connectionName) :
     name(connectionName)
 { }

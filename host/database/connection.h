@@ -12,6 +12,10 @@
 /// Where the server is, as the user named it.
 QString serverText(const ConnectionParameters &parameters);
 
+/// With limits for the driver, in seconds, where it knows such and the user has set none: for
+/// connecting, for an answer, and for sending.
+ConnectionParameters withTimeLimits(const ConnectionParameters &parameters, int seconds);
+
 /// A handle under a name in Qt's list of connections, which goes with this object.
 ///
 /// Owned by a command and used on its thread. What is given the handle works on a clone of it.

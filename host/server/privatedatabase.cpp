@@ -47,6 +47,11 @@ Failure PrivateDatabase::startOrJoin()
     return {server.failureCode(), error};
 }
 
+void PrivateDatabase::waitForJoiners()
+{
+    server.waitForJoiners();
+}
+
 void PrivateDatabase::stop()
 {
     server.stop();

@@ -28,6 +28,8 @@ public:
     Failure start();
     /// As start(), or joins a `talvenhr run` that is at work on the folder.
     Failure startOrJoin();
+    /// To be called before the end: waits, for half a minute at most, for those who have joined.
+    void waitForJoiners();
     void stop();
     qint64 serverProcessId() const { return server.processId(); }
 

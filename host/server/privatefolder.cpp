@@ -20,6 +20,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -132,6 +133,7 @@ bool PrivateFolder::isKnown(QString *error) const
 void PrivateFolder::release()
 {
     lock.reset();
+    leave();
     if (handle >= 0)
         ::close(handle);
     handle = -1;
@@ -148,6 +150,31 @@ QString PrivateFolder::socketOfHolder() const
         return QString();
     QFile note(socketNotePath());
     return note.open(QIODevice::ReadOnly) ? QFile::decodeName(note.readAll()) : QString();
+}
+
+bool PrivateFolder::join()
+{
+    return lockJoiners(LOCK_SH);
+}
+
+void PrivateFolder::leave()
+{
+    if (joiners >= 0)
+        ::close(joiners);
+    joiners = -1;
+}
+
+bool PrivateFolder::shutOthersOut()
+{
+    return lockJoiners(LOCK_EX);
+}
+
+/// The lock goes with the process at the latest. Without the file there is nothing to agree on.
+bool PrivateFolder::lockJoiners(int operation)
+{
+    if (joiners < 0)
+        joiners = ::open(QFile::encodeName(joinersPath()).constData(), O_RDONLY | O_CLOEXEC);
+    return joiners < 0 || ::flock(joiners, operation | LOCK_NB) == 0;
 }
 
 bool PrivateFolder::hasData() const
@@ -350,6 +377,7 @@ bool PrivateFolder::findSocketPath(QString *error)
         }
         socket = way + QLatin1Char('/') + name;
     }
-    // For others who want to join the server.
-    return writeFile(socketNotePath(), QFile::encodeName(socket), error);
+    // For others who want to join the server. Made here, it is the owner's in any case.
+    return writeFile(joinersPath(), QByteArray(), error)
+        && writeFile(socketNotePath(), QFile::encodeName(socket), error);
 }

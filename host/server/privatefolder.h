@@ -31,6 +31,12 @@ public:
     void release();
     /// The socket of the server of another process that has taken the folder; empty if none has.
     QString socketOfHolder() const;
+    /// Keeps the holder from ending its server in order until leave(). False if it is just about
+    /// to.
+    bool join();
+    void leave();
+    /// Nobody has joined, and from now until release() nobody can.
+    bool shutOthersOut();
 
     /// The data were made to their end, not broken off on the way.
     bool hasData() const;
@@ -55,6 +61,8 @@ private:
     QString path(const QString &name) const;
     QString lockPath() const { return path(QStringLiteral("talvenhr.lock")); }
     QString socketNotePath() const { return path(QStringLiteral("server.socket")); }
+    QString joinersPath() const { return path(QStringLiteral("joiners.lock")); }
+    bool lockJoiners(int operation);
     bool isMarked() const;
     bool makeOrRecognise(QString *error) const;
     bool make(QString *error) const;
@@ -72,4 +80,5 @@ private:
     QScopedPointer<QLockFile> lock;
     bool inUse = false;
     int handle = -1; ///< of the folder, where the socket's path leads through it
+    int joiners = -1; ///< of the file that those who have joined lock together
 };

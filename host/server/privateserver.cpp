@@ -13,6 +13,7 @@
 namespace {
 
 const int stopPatience = 60000; // milliseconds
+const int joinerPatience = 30000; // milliseconds
 const int silentWait = 2000; // milliseconds
 const int pause = 5; // milliseconds
 const int longPause = 50; // milliseconds
@@ -94,39 +95,66 @@ bool PrivateServer::startOrJoin(QString *error)
 {
     if (!folder.isKnown(error))
         return false;
-    joinedSocket = folder.socketOfHolder();
-    return joinedSocket.isEmpty() ? start(error) : waitForHolder(error);
-}
-
-/// The server of the other process may be just starting.
-bool PrivateServer::waitForHolder(QString *error)
-{
     QElapsedTimer timer;
     timer.start();
-    while (!answers(joinedSocket)) {
-        if (isHopeless(QByteArray(), timer, error))
-            return false;
-        if (timer.elapsed() > patience) {
-            *error = tr("the private server at '%1' has not answered for %2 s; its log is '%3'")
-                         .arg(joinedSocket)
-                         .arg(patience / 1000)
-                         .arg(folder.logPath());
-            return false;
+    // The holder may be just starting, or just ending; so may others who wait for its end.
+    while (!tryToJoin()) {
+        if (joinedSocket.isEmpty()) {
+            if (start(error))
+                return true;
+            if (!folder.isInUse())
+                return false;
         }
-        if (timer.elapsed() > silentWait)
-            Q_EMIT progress(tr("waiting for the private server of another process to answer at "
-                               "'%1'")
-                                .arg(joinedSocket));
-        QThread::msleep(pause);
+        if (!waitForHolder(timer, error))
+            return false;
     }
     return true;
 }
 
+/// False without a joined socket if nobody has the folder.
+bool PrivateServer::tryToJoin()
+{
+    joinedSocket = folder.socketOfHolder();
+    // In this order: who has joined keeps a server that answers.
+    if (!joinedSocket.isEmpty() && folder.join() && answers(joinedSocket))
+        return true;
+    folder.leave();
+    return false;
+}
+
+bool PrivateServer::waitForHolder(const QElapsedTimer &waiting, QString *error)
+{
+    if (isHopeless(QByteArray(), waiting, error))
+        return false;
+    if (waiting.elapsed() > patience) {
+        *error = tr("the private server of another process in '%1' has not answered for %2 s; its "
+                    "log is '%3'")
+                     .arg(folder.name())
+                     .arg(patience / 1000)
+                     .arg(folder.logPath());
+        return false;
+    }
+    if (waiting.elapsed() > silentWait)
+        Q_EMIT progress(
+            tr("waiting for the private server of another process in '%1'").arg(folder.name()));
+    QThread::msleep(pause);
+    return true;
+}
+
+void PrivateServer::waitForJoiners()
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (isRunning() && !(isInterrupted && isInterrupted()) && !folder.shutOthersOut()
+           && timer.elapsed() < joinerPatience)
+        QThread::msleep(pause);
+}
+
 ExitCode PrivateServer::failureCode() const
 {
-    if (folder.isInUse())
-        return ExitRefused;
-    return brokenOff ? ExitInterrupted : ExitDatabase;
+    if (brokenOff)
+        return ExitInterrupted;
+    return folder.isInUse() ? ExitRefused : ExitDatabase;
 }
 
 void PrivateServer::stop()

@@ -42,8 +42,12 @@ public:
     /// Makes the data on first use and waits until the server answers. False with the reason.
     bool start(QString *error);
     /// As start(), but on data that are there already; joins the server that another process runs
-    /// in the folder. A server that was joined is not stopped.
+    /// in the folder, or takes the folder once that has ended. A server that was joined is not
+    /// stopped.
     bool startOrJoin(QString *error);
+    /// To be called before stop() by whoever others may have joined: waits until they have gone,
+    /// for half a minute at most.
+    void waitForJoiners();
     /// What the failure that was told last means for the exit code: another process has the folder,
     /// it was interrupted, or the database cannot be used.
     ExitCode failureCode() const;
@@ -87,7 +91,8 @@ private Q_SLOTS:
     void handleEnd(int exitCode, QProcess::ExitStatus status);
 
 private:
-    bool waitForHolder(QString *error);
+    bool tryToJoin();
+    bool waitForHolder(const QElapsedTimer &waiting, QString *error);
     bool runClient(const QString &database, const QByteArray &input, QString *error);
     bool sendPieces(ChildProcess *process, const std::function<QByteArray()> &nextPiece,
                     QString *error);

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void kill_isNotADeath();
     void died_tellsOfAnUnwantedEnd();
     void start_refusesAFolderInUse();
+    void joined_staysUntilAllHaveGone();
     void start_refusesAForeignFolder();
     void start_refusesAFile();
     void start_makesUnfinishedDataAnew();
@@ -174,6 +175,35 @@ void tst_PrivateServer::start_refusesAFolderInUse()
     QCOMPARE(second.failureCode(), ExitRefused);
     server.stop();
     QVERIFY2(second.start(&error), qPrintable(error));
+}
+
+void tst_PrivateServer::joined_staysUntilAllHaveGone()
+{
+    PrivateServer holder(databasePath());
+    QVERIFY2(holder.start(&error), qPrintable(error));
+    PrivateServer joiner(databasePath());
+    QVERIFY2(joiner.startOrJoin(&error), qPrintable(error));
+    QCOMPARE(joiner.socketPath(), holder.socketPath());
+    QVERIFY(!joiner.isRunning());
+
+    int asked = 0;
+    holder.setInterruption([&] {
+        if (++asked == 3)
+            joiner.stop();
+        return false;
+    });
+    holder.waitForJoiners();
+    QCOMPARE(asked, 3);
+    QVERIFY(holder.isRunning());
+
+    // Now nobody joins any more; who comes waits for the end, and takes the folder then.
+    PrivateServer next(databasePath());
+    next.setInterruption([&] {
+        holder.stop();
+        return false;
+    });
+    QVERIFY2(next.startOrJoin(&error), qPrintable(error));
+    QVERIFY(next.isRunning());
 }
 
 void tst_PrivateServer::start_refusesAForeignFolder()
