@@ -32,6 +32,16 @@ ReportForm reportForm(const Options &options)
     return options.isSet(QStringLiteral("json")) ? ReportForm::Json : ReportForm::Text;
 }
 
+Option quietOption()
+{
+    return {QStringLiteral("quiet"), QString(), Text::tr("show the verdict only")};
+}
+
+bool isQuiet(const Options &options)
+{
+    return options.isSet(QStringLiteral("quiet")) && reportForm(options) == ReportForm::Text;
+}
+
 OptionGroup logOptions()
 {
     return {

@@ -13,6 +13,11 @@ class Options;
 OptionGroup reportOptions();
 ReportForm reportForm(const Options &options);
 
+/// --quiet, for a command whose report ends with a verdict.
+Option quietOption();
+/// Nothing but the verdict is to be told to people. Machines get the whole document.
+bool isQuiet(const Options &options);
+
 /// --log-level and --log-format, for a command that runs the plugin.
 OptionGroup logOptions();
 /// The form of the lines on standard error; text for a command without the option, and for a value

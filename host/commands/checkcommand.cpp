@@ -61,6 +61,7 @@ Failure read(const Options &options, CheckOptions *check)
     if (options.isSet(QStringLiteral("all")))
         check->shownInHtml = check->style.shown = std::numeric_limits<int>::max();
     check->style.colour = outputTakesColour();
+    check->style.headOnly = isQuiet(options);
     if (options.isSet(QStringLiteral("no-names")))
         check->texts = PersonalTexts::Hidden;
     if (const Failure failure = readDataDirectory(options, &check->dataDirectory))
@@ -256,6 +257,8 @@ OptionGroup lookedAtDatabase()
 
 Command checkCommand()
 {
+    OptionGroup forms = reportOptions();
+    forms.options.append(quietOption());
     Command command;
     command.name = QStringLiteral("check");
     command.summary = Text::tr("tell what the plugin will make of an export");
@@ -264,10 +267,8 @@ Command checkCommand()
         "become, and what in it is damaged, worst first. Changes nothing. docs/findings.md "
         "explains each code.");
     command.arguments = {{QStringLiteral("FILE"), Text::tr("the export; - for standard input")}};
-    command.groups = {checkOptions(),
-                      {Text::tr("Plugin"), {dataDirectoryOption()}},
-                      lookedAtDatabase(),
-                      reportOptions()};
+    command.groups = {
+        checkOptions(), {Text::tr("Plugin"), {dataDirectoryOption()}}, lookedAtDatabase(), forms};
     command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
                          ExitDatabase, ExitRefused, ExitInterrupted};
     command.sections = {

@@ -16,6 +16,7 @@
 #include "host/doctor/rightscheck.h"
 #include "host/doctor/schemacheck.h"
 #include "host/doctor/servercheck.h"
+#include "host/doctor/serverquestions.h"
 #include "host/doctor/sqlwords.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/settingsfile.h"
@@ -80,6 +81,16 @@ Diagnosis databaseDiagnosis(const QSqlDatabase &database, bool runsCommand)
     return diagnosis += contentDiagnosis(database);
 }
 
+Failure lostDatabase(const QString &error)
+{
+    return {ExitDatabase,
+            Text::tr("the database server was lost while it was looked at: %1; look again once it "
+                     "runs, or give it more time than %2 s for an answer, such as with "
+                     "--connect-options MYSQL_OPT_READ_TIMEOUT=300")
+                .arg(error)
+                .arg(DatabaseLook::patience)};
+}
+
 Failure lookAtDatabase(const DatabaseChoice &choice, bool runsCommand, DoctorResult *result)
 {
     result->database = choice.privateFolder.isEmpty()
@@ -88,7 +99,13 @@ Failure lookAtDatabase(const DatabaseChoice &choice, bool runsCommand, DoctorRes
     DatabaseLook database;
     if (const Failure failure = database.open(choice))
         return failure;
-    result->diagnosis += databaseDiagnosis(database.handle(), runsCommand);
+    const SessionWatch session(database.handle());
+    const Diagnosis diagnosis = databaseDiagnosis(database.handle(), runsCommand);
+    QString error;
+    if (session.isLost(&error))
+        return lostDatabase(error);
+    result->diagnosis += diagnosis;
+    result->databaseWasSeen = true;
     return {};
 }
 
@@ -141,7 +158,9 @@ Failure run(const Options &options)
         result.diagnosis.unknown.append({Text::tr("database and its server"), unreachable.text});
 
     const ReportForm form = reportForm(options);
-    printReport(doctorReport(result, form == ReportForm::Text), form);
+    printReport(isQuiet(options) ? doctorVerdict(result)
+                                 : doctorReport(result, form == ReportForm::Text),
+                form);
     const QString page = options.value(QStringLiteral("html"));
     if (!page.isEmpty()) {
         if (const Failure failure = writeHtmlPage(page, QStringLiteral("doctor"),
@@ -166,6 +185,7 @@ Command doctorCommand()
         "the plugin would make of it, and the exact line that mends it. What cannot be seen is "
         "named, too. Only reads; a private database that does not run is started for the look.");
     OptionGroup forms = reportOptions();
+    forms.options.append(quietOption());
     forms.options.append({QStringLiteral("html"), QStringLiteral("FILE"),
                           Text::tr("write a page for a browser there")});
     forms.options.append(
@@ -173,7 +193,8 @@ Command doctorCommand()
          Text::tr("print the statements for an account that can do exactly what a pass needs, and "
                   "for one that only reads; look at nothing")});
     command.groups = {pluginOptions(), databaseOptions(), forms};
-    command.exitCodes = {ExitClean, ExitErrors, ExitUsage, ExitDatabase, ExitInterrupted};
+    command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
+                         ExitDatabase, ExitRefused, ExitInterrupted};
     command.sections = {
         {Text::tr("Examples"),
          {QStringLiteral("talvenhr doctor --data-dir /srv/attendance --host db.example.org"),

@@ -88,13 +88,21 @@ QVector<Figure> placeFigures(const DoctorResult &result)
             {QStringLiteral("database"), Text::tr("Database"), result.database, {}}};
 }
 
-QString verdictText(const Diagnosis &diagnosis)
+QString judgement(const DoctorResult &result)
 {
-    const int errors = ofSeverity(diagnosis.findings, Finding::Error).size();
+    if (result.diagnosis.hasErrors())
+        return Text::tr("a pass cannot work, or does harm");
+    return result.databaseWasSeen
+        ? Text::tr("nothing keeps a pass from working")
+        : Text::tr("cannot tell whether a pass works here, for the database was not seen");
+}
+
+QString verdictText(const DoctorResult &result)
+{
+    const Diagnosis &diagnosis = result.diagnosis;
     return Text::tr("%1: errors %2, warnings %3, notes %4; not known %5")
-        .arg(errors == 0 ? Text::tr("nothing keeps a pass from working")
-                         : Text::tr("a pass cannot work, or does harm"))
-        .arg(errors)
+        .arg(judgement(result))
+        .arg(ofSeverity(diagnosis.findings, Finding::Error).size())
         .arg(ofSeverity(diagnosis.findings, Finding::Warning).size())
         .arg(ofSeverity(diagnosis.findings, Finding::Note).size())
         .arg(diagnosis.unknown.size());
@@ -125,7 +133,7 @@ Report pageForPeople(const DoctorResult &result)
         report.sections.append(unknownSection(diagnosis.unknown));
     if (!result.settings.isEmpty())
         report.sections.append(settingsSection(result, true));
-    report.verdict.text = verdictText(diagnosis);
+    report.verdict.text = verdictText(result);
     return report;
 }
 
@@ -210,6 +218,13 @@ Report doctorReport(const DoctorResult &result, bool forPeople)
     return forPeople ? pageForPeople(result) : documentForMachines(result);
 }
 
+Report doctorVerdict(const DoctorResult &result)
+{
+    Report report;
+    report.verdict.text = verdictText(result);
+    return report;
+}
+
 QVariantHash doctorHtmlValues(const DoctorResult &result)
 {
     const Diagnosis &diagnosis = result.diagnosis;
@@ -227,11 +242,11 @@ QVariantHash doctorHtmlValues(const DoctorResult &result)
                                       {key("value"), layer.value}});
     const int warnings = ofSeverity(diagnosis.findings, Finding::Warning).size();
     return {{key("title"), Text::tr("Can a pass work here?")},
-            {key("verdict"), verdictText(diagnosis)},
+            {key("verdict"), verdictText(result)},
             {key("severity"),
-             key(diagnosis.hasErrors() ? "error"
-                     : warnings > 0    ? "warning"
-                                       : "good")},
+             key(diagnosis.hasErrors()                         ? "error"
+                     : warnings > 0 || !result.databaseWasSeen ? "warning"
+                                                               : "good")},
             {key("places"), places},
             {key("counts"),
              QVariantHash {{key("errors"), ofSeverity(diagnosis.findings, Finding::Error).size()},

@@ -14,11 +14,15 @@ struct DoctorResult
     QString dataDirectoryReason;
     QVector<SettingLayer> settings; ///< none if the file cannot be used
     QString database; ///< which one was looked at, for people
+    bool databaseWasSeen = false; ///< to the end of the look
     Diagnosis diagnosis;
 };
 
 /// For people: a page, worst first. For machines: every text in a field of its own.
 Report doctorReport(const DoctorResult &result, bool forPeople);
+
+/// For people: nothing but the verdict, in one line.
+Report doctorVerdict(const DoctorResult &result);
 
 /// The values for the page "doctor" of a browser.
 QVariantHash doctorHtmlValues(const DoctorResult &result);

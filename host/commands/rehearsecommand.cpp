@@ -89,7 +89,7 @@ Failure read(const Options &options, RehearsalOptions *rehearsal)
     rehearsal->person = options.value(QStringLiteral("person"));
     rehearsal->changesFile = options.value(QStringLiteral("changes"));
     rehearsal->html = options.value(QStringLiteral("html"));
-    rehearsal->isQuiet = options.isSet(QStringLiteral("quiet"));
+    rehearsal->isQuiet = isQuiet(options);
     rehearsal->tellsChanges = options.isSet(QStringLiteral("exit-code"));
     rehearsal->form = reportForm(options);
     return readDatabaseOptions(options, &rehearsal->database);
@@ -142,7 +142,7 @@ OptionGroup outputOptions()
          Text::tr("write a page for a browser there")},
         {QStringLiteral("person"), QStringLiteral("PERSON"),
          Text::tr("show all of one person, such as 4711.1")},
-        {QStringLiteral("quiet"), QString(), Text::tr("show one line")},
+        quietOption(),
         {QStringLiteral("exit-code"), QString(),
          Text::tr("end with exit code 6 when something would change")}};
     return group;

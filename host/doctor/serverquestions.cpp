@@ -31,6 +31,20 @@ QHash<QString, QString> readPairs(const QSqlDatabase &database, const QString &q
     return pairs;
 }
 
+QString sessionQuestion()
+{
+    return QStringLiteral("SELECT CONNECTION_ID()");
+}
+
+/// Told by the client library, and by a server that is just ending.
+bool tellsOfLoss(const QString &errorCode)
+{
+    static const QStringList codes {QStringLiteral("2006"), QStringLiteral("2013"),
+                                    QStringLiteral("2055"), QStringLiteral("1053"),
+                                    QStringLiteral("1927")};
+    return codes.contains(errorCode);
+}
+
 } // namespace
 
 ServerAnswer askServer(const QSqlDatabase &database, const QString &question)
@@ -49,6 +63,22 @@ ServerAnswer askServer(const QSqlDatabase &database, const QString &question)
     for (int i = 0; i < query.record().count(); ++i)
         answer.values.append(query.value(i));
     return answer;
+}
+
+SessionWatch::SessionWatch(const QSqlDatabase &handle) :
+    database(handle),
+    begin(askServer(handle, sessionQuestion()))
+{ }
+
+bool SessionWatch::isLost(QString *error) const
+{
+    *error = begin.error;
+    // Servers of other kinds have no such question.
+    if (!begin.isValid())
+        return tellsOfLoss(begin.errorCode);
+    const ServerAnswer end = askServer(database, sessionQuestion());
+    *error = end.isValid() ? Text::tr("the connection broke and was made again") : end.error;
+    return end.values != begin.values;
 }
 
 ServerVariables::ServerVariables(const QHash<QString, QString> &values) :

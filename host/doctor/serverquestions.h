@@ -22,6 +22,22 @@ struct ServerAnswer
 
 ServerAnswer askServer(const QSqlDatabase &database, const QString &question);
 
+/// Whether a look has been through one connection, from its begin to its end: what was asked after
+/// the end of a connection tells nothing.
+class SessionWatch
+{
+public:
+    /// Asks the server, as isLost() does.
+    explicit SessionWatch(const QSqlDatabase &handle);
+
+    /// The connection is gone, or another one has taken its place. `error` gets the server's words.
+    bool isLost(QString *error) const;
+
+private:
+    const QSqlDatabase database;
+    const ServerAnswer begin;
+};
+
 /// What a server says of its settings: those of the session, of all sessions, and its state in a
 /// cluster. What it does not tell is a null text.
 class ServerVariables

@@ -182,6 +182,10 @@ void writeCheckPage(const CheckOutcome &outcome, const CheckPageStyle &style,
                     const std::function<void(const QString &text)> &sink)
 {
     const Page page(outcome, style, lines);
+    if (style.headOnly) {
+        sink(page.head());
+        return;
+    }
     sink(page.head() + page.comparisons());
     const QVector<FindingGroup> groups = groupsOf(outcome.findings);
     for (const FindingGroup &group : groups)

@@ -15,6 +15,7 @@ struct CheckPageStyle
     int width = 100; ///< columns
     int shown = 10; ///< findings of a kind
     bool colour = false;
+    bool headOnly = false; ///< what became of the lines, and the verdict
 };
 
 /// Gives the page to the sink, group by group, worst first. `lines` are the texts of

@@ -56,6 +56,7 @@ class tst_Check : public QObject
 private Q_SLOTS:
     void soundExport_isTold();
     void page_showsTheWorstFirst();
+    void quiet_showsTheHeadOnly();
     void json_isWhatTheSchemaSays();
     void standardInput_isReadLikeAFile();
     void against_namesWhatHasChanged();
@@ -109,6 +110,20 @@ void tst_Check::page_showsTheWorstFirst()
     QCOMPARE(lines.at(mark - 1).mid(lines.at(mark).size() - 1, 7), QStringLiteral("O'Neill"));
     for (const QString &line : lines)
         QVERIFY2(line.size() <= 100, qPrintable(line));
+}
+
+void tst_Check::quiet_showsTheHeadOnly()
+{
+    const Site site;
+    damage(site);
+    TalvenhrProcess whole(checkOf(site));
+    QCOMPARE(whole.finish(), 1);
+    TalvenhrProcess program(checkOf(site, {QStringLiteral("--quiet")}));
+    QCOMPARE(program.finish(), 1);
+    QVERIFY(!program.output().isEmpty() && whole.output().startsWith(program.output()));
+    QVERIFY2(!program.output().contains(QStringLiteral("E-TEXT-FAILS")),
+             qPrintable(program.output()));
+    QVERIFY(whole.output().contains(QStringLiteral("E-TEXT-FAILS")));
 }
 
 void tst_Check::json_isWhatTheSchemaSays()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // `talvenhr doctor`, as its users run it.
+#include "host/server/privateserver.h"
 #include "support/commands/jsonschema.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
@@ -11,12 +12,17 @@
 #include <QtTest>
 #include <QXmlStreamReader>
 
+#include <csignal>
+
 class tst_Doctor : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void doctor_findsNothingOnASoundSite();
+    void doctorsAtOnce_shareAServer();
+    void doctor_ofAFrozenServer();
     void doctor_tellsFaultsWorstFirst();
     void doctor_withoutADatabase();
     void doctor_withoutAnything();
@@ -26,6 +32,8 @@ private Q_SLOTS:
 
 private:
     QJsonObject report(const Site &site, const QStringList &options, int exitCode);
+
+    Site sound; ///< with a private database
 };
 
 namespace {
@@ -66,31 +74,34 @@ QJsonObject tst_Doctor::report(const Site &site, const QStringList &options, int
     return QJsonDocument::fromJson(program.output().toUtf8()).object();
 }
 
+/// A pass without an export makes the database, and leaves it as it is.
+void tst_Doctor::initTestCase()
+{
+    QFile::rename(sound.exportFile(), sound.path(QStringLiteral("later")));
+    TalvenhrProcess run(
+        sound.runOptions(privateDatabase(sound) + QStringList(QStringLiteral("--once"))));
+    QCOMPARE(run.finish(), 0);
+    QFile::rename(sound.path(QStringLiteral("later")), sound.exportFile());
+}
+
 void tst_Doctor::doctor_findsNothingOnASoundSite()
 {
-    Site site;
-    // A pass without an export makes the database, and leaves it as it is.
-    QFile::rename(site.exportFile(), site.path(QStringLiteral("later")));
-    TalvenhrProcess run(
-        site.runOptions(privateDatabase(site) + QStringList(QStringLiteral("--once"))));
-    QCOMPARE(run.finish(), 0);
-    QFile::rename(site.path(QStringLiteral("later")), site.exportFile());
-
-    const QJsonObject sound = report(site, privateDatabase(site), 0);
-    QCOMPARE(sound.value(QStringLiteral("format")).toString(), QStringLiteral("talvenhr.doctor/1"));
-    QCOMPARE(fields(sound, "findings", "text").join(QLatin1Char('\n')), QString());
-    QCOMPARE(fields(sound, "unknown", "about"),
+    const QJsonObject told = report(sound, privateDatabase(sound), 0);
+    QCOMPARE(told.value(QStringLiteral("format")).toString(), QStringLiteral("talvenhr.doctor/1"));
+    QCOMPARE(fields(told, "findings", "text").join(QLatin1Char('\n')), QString());
+    QCOMPARE(fields(told, "unknown", "about"),
              QStringList(QStringLiteral("Qt of the attendance server")));
-    QVERIFY(fields(sound, "passed", "about").contains(QStringLiteral("SQL modes")));
-    QCOMPARE(fields(sound, "settings", "key").value(0), QStringLiteral("enabled"));
-    QCOMPARE(fields(sound, "settings", "origin").value(0), QStringLiteral("file"));
-    QCOMPARE(fields(sound, "settings", "origin").constLast(), QStringLiteral("default"));
-    QCOMPARE(sound.value(QStringLiteral("dataDirectory")).toString(), site.dataDir());
-    QCOMPARE(sound.value(QStringLiteral("dataDirectoryReason")).toString(),
+    QVERIFY(fields(told, "passed", "about").contains(QStringLiteral("SQL modes")));
+    QCOMPARE(fields(told, "settings", "key").value(0), QStringLiteral("enabled"));
+    QCOMPARE(fields(told, "settings", "origin").value(0), QStringLiteral("file"));
+    QCOMPARE(fields(told, "settings", "origin").constLast(), QStringLiteral("default"));
+    QCOMPARE(told.value(QStringLiteral("dataDirectory")).toString(), sound.dataDir());
+    QCOMPARE(told.value(QStringLiteral("dataDirectoryReason")).toString(),
              QStringLiteral("--data-dir"));
 
-    site.set({QStringLiteral("enabled=false")});
-    const QJsonObject broken = report(site, privateDatabase(site), 1);
+    sound.set({QStringLiteral("enabled=false")});
+    const QJsonObject broken = report(sound, privateDatabase(sound), 1);
+    sound.set({QStringLiteral("enabled=true")});
     const QJsonObject finding = broken.value(QStringLiteral("findings")).toArray().at(0).toObject();
     const QStringList names {QStringLiteral("about"),    QStringLiteral("becomes"),
                              QStringLiteral("code"),     QStringLiteral("remedy"),
@@ -99,6 +110,47 @@ void tst_Doctor::doctor_findsNothingOnASoundSite()
     QCOMPARE(finding.value(QStringLiteral("code")).toString(), QStringLiteral("E-SET-DISABLED"));
     QCOMPARE(finding.value(QStringLiteral("severity")).toString(), QStringLiteral("error"));
     QCOMPARE(finding.value(QStringLiteral("about")).toString(), QStringLiteral("enabled"));
+}
+
+/// Whoever comes first starts it, and takes it from none of the others by ending.
+void tst_Doctor::doctorsAtOnce_shareAServer()
+{
+    const QStringList options = doctorOptions(sound, privateDatabase(sound))
+        + QStringList(QStringLiteral("--quiet"));
+    TalvenhrProcess first(options);
+    TalvenhrProcess second(options);
+    TalvenhrProcess third(options);
+    for (TalvenhrProcess *program : {&first, &second, &third})
+        program->start();
+    for (TalvenhrProcess *program : {&first, &second, &third}) {
+        QCOMPARE(program->finish(), 0);
+        const QString verdict = program->output();
+        QVERIFY2(verdict.startsWith(QStringLiteral(
+                     "nothing keeps a pass from working: errors 0, warnings 0, notes "))
+                     && verdict.endsWith(QStringLiteral("; not known 1\n"))
+                     && verdict.count(QLatin1Char('\n')) == 1,
+                 qPrintable(verdict));
+    }
+}
+
+void tst_Doctor::doctor_ofAFrozenServer()
+{
+    PrivateServer server(sound.path(QStringLiteral("db")));
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    QCOMPARE(::kill(static_cast<pid_t>(server.processId()), SIGSTOP), 0);
+    TalvenhrProcess program(
+        doctorOptions(sound,
+                      {QStringLiteral("--socket"), server.socketPath(), QStringLiteral("--quiet"),
+                       QStringLiteral("--connect-options"),
+                       QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=1;MYSQL_OPT_READ_TIMEOUT=1")}));
+    const int ended = program.finish();
+    QCOMPARE(::kill(static_cast<pid_t>(server.processId()), SIGCONT), 0);
+    QCOMPARE(ended, 3);
+    QVERIFY2(program.output().startsWith(QStringLiteral(
+                 "cannot tell whether a pass works here, for the database was not seen: ")),
+             qPrintable(program.output()));
+    QVERIFY(program.lastLine().contains(QStringLiteral("cannot open database")));
 }
 
 /// All that can be known without the database is told before its failure.

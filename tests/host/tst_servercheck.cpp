@@ -3,6 +3,7 @@
 // Servers that are not as a pass needs them: each with its finding and no other, and none once the
 // remedy has been followed.
 #include "host/database/answeringdriver.h"
+#include "host/database/connection.h"
 #include "host/doctor/servercheck.h"
 #include "host/doctor/serverquestions.h"
 #include "support/testdatabase.h"
@@ -38,6 +39,9 @@ private Q_SLOTS:
     void otherServer_isUnknown();
     void variables_data();
     void variables();
+    void session_thatIsLost();
+    void timeLimits_data();
+    void timeLimits();
     void connectOptions_data();
     void connectOptions();
     void space();
@@ -359,6 +363,53 @@ void tst_ServerCheck::variables()
     Diagnosis diagnosis = clusterDiagnosis(variables);
     diagnosis += limitDiagnosis(variables, true);
     QCOMPARE(codesOf(diagnosis).join(QLatin1Char(' ')), codes);
+}
+
+void tst_ServerCheck::session_thatIsLost()
+{
+    QSqlDatabase handle = database->handle();
+    QVERIFY(handle.open());
+    QString error;
+    {
+        const SessionWatch watch(handle);
+        QVERIFY(!watch.isLost(&error));
+        const QString id = askServer(handle, QStringLiteral("SELECT CONNECTION_ID()")).text();
+        database->execute(QStringLiteral("KILL ") + id);
+        QVERIFY(watch.isLost(&error));
+        QVERIFY(!error.isEmpty());
+        // One that was lost before the look.
+        QVERIFY(SessionWatch(handle).isLost(&error));
+        // Another one in its place.
+        handle.close();
+        QVERIFY(handle.open());
+        QVERIFY(watch.isLost(&error));
+        QVERIFY(!SessionWatch(handle).isLost(&error));
+    }
+    handle.close();
+}
+
+void tst_ServerCheck::timeLimits_data()
+{
+    QTest::addColumn<QString>("driver");
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QString>("limited");
+    const QString connect = QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=30");
+    const QString others = QStringLiteral("MYSQL_OPT_READ_TIMEOUT=30;MYSQL_OPT_WRITE_TIMEOUT=30");
+    QTest::newRow("none") << "QMYSQL" << QString() << connect + QLatin1Char(';') + others;
+    QTest::newRow("the user's") << "QMYSQL"
+                                << "MYSQL_OPT_CONNECT_TIMEOUT=5;"
+                                << QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=5;") + others;
+    QTest::newRow("another driver") << "QSQLITE" << QString() << QString();
+}
+
+void tst_ServerCheck::timeLimits()
+{
+    QFETCH(QString, driver);
+    QFETCH(QString, options);
+    ConnectionParameters parameters;
+    parameters.driver = driver;
+    parameters.connectOptions = options;
+    QTEST(withTimeLimits(parameters, 30).connectOptions, "limited");
 }
 
 void tst_ServerCheck::connectOptions_data()
