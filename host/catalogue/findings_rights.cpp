@@ -22,11 +22,13 @@ FindingTopic rightsFindings()
              FINDING_TEXT("each statement that needs it is refused, and the pass goes on without"),
              FINDING_TEXT("GRANT %1 ON %3.`%2` TO %4"),
              "UPDATE (`ok`)\natten\n`attendance`\n'talvenhr'@'localhost'"},
-            {"E-RIGHTS-ROUTINE", FINDING_TEXT("routine that may not be called"),
-             FINDING_TEXT("the login may not call %1"),
+            {"E-RIGHTS-ROUTINE", FINDING_TEXT("routine that is not there, or may not be called"),
+             FINDING_TEXT("%1 is not there, or the login may not call it"),
              FINDING_TEXT("each statement that calls it is refused, and the pass goes on without"),
-             FINDING_TEXT("GRANT EXECUTE ON %2 %3.`%1` TO %4"),
-             "midnightFromTs\nFUNCTION\n`attendance`\n'talvenhr'@'localhost'"},
+             FINDING_TEXT("let an administrator look: SHOW %2 STATUS WHERE Db = %5 AND Name = "
+                          "'%1'; where it is missing, bring it back from a backup of the "
+                          "attendance database; then: GRANT EXECUTE ON %2 %3.`%1` TO %4"),
+             "midnightFromTs\nFUNCTION\n`attendance`\n'talvenhr'@'localhost'\n'attendance'"},
             {"W-RIGHTS-SERVER", FINDING_TEXT("rights on the whole server"),
              FINDING_TEXT("%3 has rights on the whole server: %1"),
              FINDING_TEXT("a name in the export that runs SQL reaches all schemas and, with FILE "

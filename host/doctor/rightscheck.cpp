@@ -60,7 +60,7 @@ void findMissing(const GrantedRights &granted, Diagnosis *diagnosis)
                 "E-RIGHTS-ROUTINE", routine.name,
                 {routine.name,
                  routine.isProcedure ? QStringLiteral("PROCEDURE") : QStringLiteral("FUNCTION"),
-                 quotedName(granted.schema), granted.account}));
+                 quotedName(granted.schema), granted.account, quotedText(granted.schema)}));
         }
     }
 }

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void tooMuch_isFoundAndMended();
     void rightsOnWiderThings_areEnough_data();
     void rightsOnWiderThings_areEnough();
+    void routineOutOfSight_mayBeMissing();
     void roleInForce_counts();
     void roleNotInForce_isUnknown();
     void loginThatOnlyReads_isNotThePlugins();
@@ -305,6 +306,23 @@ void tst_DoctorRights::rightsOnWiderThings_areEnough()
     const Diagnosis found = diagnosis(plugin());
     QVERIFY2(codesOf(found) == codes, qPrintable(toText(found)));
     QCOMPARE(denied(plugin()), QStringList());
+}
+
+/// A right on a routine goes with it, and does not come back with it.
+void tst_DoctorRights::routineOutOfSight_mayBeMissing()
+{
+    database->execute(
+        QStringLiteral("REVOKE EXECUTE ON FUNCTION midnightFromTs FROM 'talvenhr'@'localhost'"));
+    const Finding finding = diagnosis(plugin()).findings.value(0);
+    QCOMPARE(finding.text,
+             QStringLiteral("midnightFromTs is not there, or the login may not call it"));
+    const QString question = finding.remedy.section(QStringLiteral("; "), 0, 0)
+                                 .section(QStringLiteral("look: "), 1);
+    QCOMPARE(database->rows(question).size(), 1);
+    QCOMPARE(
+        database->rows(QString(question).replace(QLatin1String("midnight"), QLatin1String("noon")))
+            .size(),
+        0);
 }
 
 void tst_DoctorRights::roleInForce_counts()

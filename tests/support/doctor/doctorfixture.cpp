@@ -69,11 +69,11 @@ void DoctorFixture::execute(const QStringList &statements)
 bool DoctorFixture::mend(const Diagnosis &diagnosis, const QMap<QString, QString> &words)
 {
     static const QRegularExpression sql(
-        QStringLiteral("^(ALTER|CREATE|DELETE|GRANT|INSERT|REVOKE|UPDATE) "));
+        QStringLiteral("(?:^|; then: )((?:ALTER|CREATE|DELETE|GRANT|INSERT|REVOKE|UPDATE) .*)$"));
     for (const Finding &finding : diagnosis.findings) {
-        if (!sql.match(finding.remedy).hasMatch())
+        QString remedy = sql.match(finding.remedy).captured(1);
+        if (remedy.isEmpty())
             return false;
-        QString remedy = finding.remedy;
         for (auto it = words.begin(); it != words.end(); ++it)
             remedy.replace(it.key(), it.value());
         execute(remedy.split(QStringLiteral("; ")));
