@@ -119,6 +119,12 @@ FindingTopic peopleFindings()
                           "or by somebody else"),
              FINDING_TEXT("the plugin corrects it no more until tomorrow"),
              FINDING_TEXT("wait until tomorrow"), "3"},
+            {"N-CONTENT-NOBODY", FINDING_TEXT("no people"),
+             FINDING_TEXT("the database knows nobody"),
+             FINDING_TEXT("a pass adds everybody who is in the export"),
+             FINDING_TEXT("if that is not the first pass of all, bring the people back from a "
+                          "backup before it"),
+             nullptr},
             {"N-CONTENT-MORE", FINDING_TEXT("more of the same"),
              FINDING_TEXT("%1 more findings have the code %2"), nullptr,
              FINDING_TEXT("mend those that are shown, and look again"), "980\nE-CONTENT-PIDNULL"},

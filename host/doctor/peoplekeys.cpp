@@ -134,6 +134,8 @@ Diagnosis peopleDiagnosis(const QSqlDatabase &database)
         if (people.at(i).hasPid)
             byPid.insert(people.at(i).pid, i);
     }
+    if (people.isEmpty() && diagnosis.unknown.isEmpty())
+        diagnosis.findings.append(finding("N-CONTENT-NOBODY", QStringLiteral("people"), {}));
     checkShared(people, byPid, &diagnosis);
     checkKeys(people, byPid, &diagnosis);
     return diagnosis;

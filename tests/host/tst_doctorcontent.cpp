@@ -24,6 +24,7 @@ private Q_SLOTS:
     void wideIds_areFound();
     void correctionOfToday_isOfSomebody();
     void manyOfAKind_areCounted();
+    void nobody_isTold();
     void rowsOutOfSight_areUnknown();
     void cleanup() { restoreTables(); }
 };
@@ -164,6 +165,15 @@ void tst_DoctorContent::manyOfAKind_areCounted()
     QCOMPARE(found.findings.size(), 21);
     QCOMPARE(found.findings.last().text,
              QStringLiteral("30 more findings have the code E-CONTENT-PIDNULL"));
+}
+
+void tst_DoctorContent::nobody_isTold()
+{
+    execute({QStringLiteral("TRUNCATE people")});
+    const Diagnosis found = diagnosis();
+    QVERIFY2(codesOf(found).contains(QStringLiteral("N-CONTENT-NOBODY")),
+             qPrintable(toText(found)));
+    QCOMPARE(found.passed, QStringList());
 }
 
 void tst_DoctorContent::rowsOutOfSight_areUnknown()
