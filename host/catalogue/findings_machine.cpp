@@ -17,6 +17,12 @@ FindingTopic exportPlaceFindings()
                           "word"),
              FINDING_TEXT("name it with its whole path, as in the line: %2"),
              "ron.data\nimportFile=/srv/attendance/ron.data"},
+            {"W-PLACE-WINDOWS", FINDING_TEXT("export with a path of another system"),
+             FINDING_TEXT("importFile '%1' is a path of Windows, and on this machine a mere name "
+                          "in the working directory of the process that loads the plugin"),
+             FINDING_TEXT("no export is found, without a word"),
+             FINDING_TEXT("name it with its path on this machine, as in the line: %2"),
+             "C:\\hr\\ron.data\nimportFile=/srv/attendance/ron.data"},
             {"E-PLACE-FOLDER", FINDING_TEXT("no folder for the export"),
              FINDING_TEXT("the folder '%1' of importFile is not there"),
              FINDING_TEXT("no export is ever found"), FINDING_TEXT("make it: mkdir -p '%1'"),

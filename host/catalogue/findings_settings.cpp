@@ -46,6 +46,17 @@ FindingTopic settingFileFindings()
              FINDING_TEXT("correct or remove the line: %4"),
              "importFil\n/srv/attendance/TalvenHR.ini\n (did you mean "
              "'importFile'?)\nimportFil=/srv/hr/ron.data"},
+            {"W-SET-HASH", FINDING_TEXT("line that is no comment"),
+             FINDING_TEXT("a line of '%1' begins with '#', which begins no comment there: the "
+                          "plugin reads it as the key '%2', and does not know that"),
+             nullptr, FINDING_TEXT("begin it with ';', or remove the line: %3"),
+             "/srv/attendance/TalvenHR.ini\n# importFile\n# importFile=/srv/hr/ron.data"},
+            {"W-SET-TWICE", FINDING_TEXT("key that stands there twice"),
+             FINDING_TEXT("the key '%1' stands in '%2' more than once, and the last line counts: "
+                          "%3"),
+             nullptr, FINDING_TEXT("remove the line: %4"),
+             "importFile\n/srv/attendance/TalvenHR.ini\nimportFile=/srv/hr/new.data\n"
+             "importFile=/srv/hr/ron.data"},
         }};
 }
 
@@ -96,6 +107,16 @@ FindingTopic settingValueFindings()
                           "makes another one of it: it is read as '%2'"),
              nullptr, FINDING_TEXT("double it, in the line: %3"),
              "importFile\nC:xport\nimportFile=C:\\\\export"},
+            {"N-SET-RUN", FINDING_TEXT("syncCommandRun above 2"),
+             FINDING_TEXT("'syncCommandRun=%1' means the same as 2: the export command runs on "
+                          "every pass"),
+             nullptr, FINDING_TEXT("write it so, in the line: syncCommandRun=2"), "7"},
+            {"N-SET-DEPARTMENT", FINDING_TEXT("departmentId 0"),
+             FINDING_TEXT("departmentId is 0, which stands for no department"),
+             FINDING_TEXT("people whom a pass adds or updates have none; one who comes back has 1"),
+             FINDING_TEXT("write the number of their department, such as in the line: "
+                          "departmentId=1"),
+             nullptr},
             {"W-SET-EXPORT", FINDING_TEXT("no export named"),
              FINDING_TEXT("'importFile' is empty: the plugin reads 'ron.data' in the working "
                           "directory of the server"),
@@ -154,11 +175,20 @@ FindingTopic settingStateFindings()
              nullptr,
              FINDING_TEXT("write NUMBER=TEXT with a number up to 65535, or remove the line: %4"),
              "maternity\n/srv/attendance/TalvenHR.ini\n0\nmaternity=materská"},
-            {"W-SET-STATETEXT", FINDING_TEXT("text of a state that breaks statements"),
-             FINDING_TEXT("the text '%2' of state %1 holds an apostrophe or ends with a backslash"),
-             FINDING_TEXT("no person in this state is added or updated, for the statement breaks"),
-             FINDING_TEXT("write another sign, in the line: %3"),
-             "21\nparents' leave\n21=parents’ leave"},
+            {"W-SET-STATEPLACE", FINDING_TEXT("text of a state outside [MES]"),
+             FINDING_TEXT("a line of '%1' looks like the text of a state, and does not stand in "
+                          "the group [MES], in capitals"),
+             FINDING_TEXT("the plugin does not look for it: people in this state get no interval "
+                          "with this text"),
+             FINDING_TEXT("move it below a line [MES], as the line: %2"),
+             "/srv/attendance/TalvenHR.ini\n21=materská"},
+            {"W-SET-STATETEXT", FINDING_TEXT("text of a state that does not stay what it is"),
+             FINDING_TEXT("the text '%2' of state %1 does not stay what it is in the statement for "
+                          "a person, for it holds an apostrophe, a backslash, or a percent sign "
+                          "before a digit or an L"),
+             FINDING_TEXT("%3"), FINDING_TEXT("write another sign, in the line: %4"),
+             "21\nparents' leave\nno person in this state is added or updated, for the statement "
+             "breaks\n21=parents’ leave"},
             {"N-SET-STATE", FINDING_TEXT("state without a text"),
              FINDING_TEXT("the text of state %1 is empty"),
              FINDING_TEXT("people in this state get an interval without a text"),

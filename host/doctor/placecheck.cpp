@@ -83,11 +83,12 @@ Diagnosis placeDiagnosis(const SettingsFile &settings)
         return diagnosis;
     }
     if (QFileInfo(path).isRelative()) {
-        diagnosis.findings.append(placeFinding(
-            "W-PLACE-RELATIVE",
-            {path,
-             settingsLine(name,
-                          settings.folder() + QLatin1Char('/') + QFileInfo(path).fileName())}));
+        const bool isOfWindows = path.contains(QLatin1Char('\\'));
+        const QString here = isOfWindows ? path.section(QLatin1Char('\\'), -1)
+                                         : QFileInfo(path).fileName();
+        diagnosis.findings.append(
+            placeFinding(isOfWindows ? "W-PLACE-WINDOWS" : "W-PLACE-RELATIVE",
+                         {path, settingsLine(name, settings.folder() + QLatin1Char('/') + here)}));
         diagnosis.unknown.append(
             {Text::tr("place of the export"),
              Text::tr("it counts from the working directory of the attendance server")});

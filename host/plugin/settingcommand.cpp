@@ -104,6 +104,9 @@ QVector<Finding> commandFindings(const SettingsFile &settings, const QString &wr
         return {commandFinding("W-SET-NOCOMMAND", {})};
     QVector<Finding> findings = programFindings(command, words.constFirst(), settings.path());
     if (findings.isEmpty())
-        findings = quoteFindings(words, command, written) + shellFindings(words, command);
+        findings = quoteFindings(words, command, written);
+    // What quotes leave ungrouped may be meant for a shell that is there.
+    if (findings.isEmpty())
+        findings = shellFindings(words, command);
     return findings;
 }

@@ -4,18 +4,27 @@
 #include "host/plugin/settingscheck.h"
 
 #include "host/base/nearest.h"
+#include "host/base/silentmessages.h"
 #include "host/catalogue/findings.h"
+#include "host/exportcheck/statementtrial.h"
 #include "host/plugin/settingcommand.h"
 #include "host/plugin/settingkeys.h"
 #include "host/plugin/settingsfile.h"
 #include "host/plugin/settingslines.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <limits>
 
 namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(SettingsCheck)
+};
 
 const uint longestTimer = std::numeric_limits<uint>::max() / 1000; // seconds
 const uint mostStates = std::numeric_limits<quint16>::max();
@@ -63,6 +72,12 @@ Finding strangeKey(const QString &key, const Look &look)
     const QString name = key.section(QLatin1Char('/'), -1);
     const QString known = keyInAnyCase(name);
     const SettingsLine line = look.line(key);
+    bool isNumber = false;
+    name.toUShort(&isNumber);
+    if (line.text.startsWith(QLatin1Char('#')))
+        return finding("W-SET-HASH", key, {file, key, line.text});
+    if (isNumber && group != QLatin1String("MES"))
+        return finding("W-SET-STATEPLACE", key, {file, line.text});
     if (!known.isEmpty() && !group.isEmpty())
         return finding("W-SET-GROUP", name, {name, group, file, line.text});
     if (!known.isEmpty())
@@ -91,6 +106,19 @@ QVector<Finding> keyFindings(const Look &look)
     for (const QString &key : keys) {
         if (!isKnown(key))
             findings.append(strangeKey(key, look));
+    }
+    return findings;
+}
+
+/// Lines that count for nothing, because another one of the key follows.
+QVector<Finding> repeatedFindings(const Look &look)
+{
+    QVector<Finding> findings;
+    for (const SettingsLine &line : look.lines) {
+        const SettingsLine last = look.line(line.key);
+        if (isKnown(line.key) && line.value != last.value)
+            findings.append(finding("W-SET-TWICE", line.key,
+                                    {line.key, look.settings.path(), last.text, line.text}));
     }
     return findings;
 }
@@ -148,6 +176,10 @@ QVector<Finding> numberFindings(const SettingKey &key, const QVariant &value)
         return {finding(
             "W-SET-TIMER", key.name,
             {text, QString::number(qMax(number * 1000U, 1000U)), QString::number(longestTimer)})};
+    if (isByte && number > 2)
+        return {finding("N-SET-RUN", key.name, {text})};
+    if (key.name == QLatin1String("departmentId") && number == 0)
+        return {finding("N-SET-DEPARTMENT", key.name, {})};
     return {};
 }
 
@@ -192,7 +224,41 @@ QVector<Finding> valueFindings(const Look &look)
     return findings;
 }
 
-/// The text stands between apostrophes in the statements of a person.
+/// What becomes of the people in this state; empty if the text does no harm. The plugin's own code
+/// fills its statements with it.
+QString harmOf(ushort state, const QString &text)
+{
+    if (!isSuspicious(text))
+        return QString();
+    const SilentMessages silence;
+    StatementTrial trial({{state, text}});
+    EmployeeRecord record;
+    record.evidencniStav = state;
+    const QVector<TextTrial> trials = trial.effectsOf(record);
+    if (trials.isEmpty())
+        return QString();
+    switch (trials.first().effect) {
+    case TextEffect::RunsElse:
+        return Text::tr("for people in this state the server runs something else, with the rights "
+                        "of the login: %1")
+            .arg(trials.first().becomes);
+    case TextEffect::Fails:
+        return Text::tr("no person in this state is added or updated, for the statement breaks");
+    default:
+        return Text::tr("people in this state get another text: '%1'").arg(trials.first().becomes);
+    }
+}
+
+/// With signs in place that mean nothing to a statement, nor to what fills it.
+QString harmless(QString text)
+{
+    static const QRegularExpression marker(QStringLiteral("%(?=[L\\p{Nd}])"));
+    text.replace(QLatin1Char('\''), QChar(0x2019));
+    text.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    text.replace(marker, QStringLiteral("% "));
+    return text;
+}
+
 QVector<Finding> stateFindings(const Look &look)
 {
     QVector<Finding> findings;
@@ -206,13 +272,10 @@ QVector<Finding> stateFindings(const Look &look)
         findings += spelling;
         if (text.isEmpty() && spelling.isEmpty())
             findings.append(finding("N-SET-STATE", key, {code, look.line(key).text}));
-        if (!text.contains(QLatin1Char('\'')) && !text.endsWith(QLatin1Char('\\')))
-            continue;
-        QString better = text;
-        better.replace(QLatin1Char('\''), QChar(0x2019));
-        while (better.endsWith(QLatin1Char('\\')))
-            better.chop(1);
-        findings.append(finding("W-SET-STATETEXT", key, {code, text, settingsLine(code, better)}));
+        const QString harm = harmOf(code.toUShort(), text);
+        if (!harm.isEmpty())
+            findings.append(finding("W-SET-STATETEXT", key,
+                                    {code, text, harm, settingsLine(code, harmless(text))}));
     }
     return findings;
 }
@@ -245,7 +308,7 @@ QVector<Finding> settingsFindings(const SettingsFile &settings)
     QVector<Finding> findings = fileFindings(look);
     // Strange keys of a file that was not read as it was meant tell nothing more.
     if (findings.isEmpty())
-        findings = keyFindings(look) + stateFindings(look);
+        findings = keyFindings(look) + repeatedFindings(look) + stateFindings(look);
     findings += valueFindings(look);
     const QString command = QStringLiteral("syncCommand");
     findings += commandFindings(settings, look.line(command).value);

@@ -145,9 +145,12 @@ void tst_MachineCheck::place()
 
 void tst_MachineCheck::place_thatCountsFromElsewhere()
 {
-    for (const char *settings : {"importFile=hr/ron.data", "enabled=1"}) {
+    for (const char *settings :
+         {"importFile=hr/ron.data", "enabled=1", "importFile=C:\\\\hr\\\\ron.data"}) {
         const Diagnosis diagnosis = placeOf(settings);
-        QCOMPARE(codesOf(diagnosis), QStringLiteral("W-PLACE-RELATIVE"));
+        QCOMPARE(codesOf(diagnosis),
+                 QByteArray(settings).contains('\\') ? QStringLiteral("W-PLACE-WINDOWS")
+                                                     : QStringLiteral("W-PLACE-RELATIVE"));
         QCOMPARE(diagnosis.unknown.size(), 1);
         const QByteArray line
             = diagnosis.findings.first().remedy.section(QStringLiteral("line: "), 1).toUtf8();

@@ -20,6 +20,10 @@ QByteArray applied(const Finding &finding, const QByteArray &content)
         lines.removeAll(line);
         return lines.join('\n');
     }
+    if (remedy.contains(QLatin1String("below a line [MES]"))) {
+        lines.removeAll(line);
+        return lines.join('\n') + "\n[MES]\n" + line;
+    }
     const QByteArray key = line.left(line.indexOf('='));
     for (QByteArray &old : lines) {
         if (old == line)
@@ -51,6 +55,8 @@ private Q_SLOTS:
     void findings_data();
     void findings();
     void findings_textNamesTheMatter();
+    void stateText_tellsItsHarm_data();
+    void stateText_tellsItsHarm();
     void remedy_makesTheFindingGo_data();
     void remedy_makesTheFindingGo();
     void remedy_ofTheCommandsFile();
@@ -99,12 +105,23 @@ void tst_SettingsCheck::findings_data()
     row("sound group", "[General]\nenabled=true\n", "");
     row("unknown", enabled("importFil=/x"), "W-SET-UNKNOWN importFil");
     row("case", enabled("importfile=/x"), "W-SET-CASE importfile");
+    row("hash", enabled("# importFile=/x"), "W-SET-HASH # importFile");
+    row("twice", enabled("importFile=/x\nimportFile=/y"), "W-SET-TWICE importFile");
+    row("twice alike", enabled("importFile=/x\nimportFile=/x"), "");
+    row("twice in two groups", enabled("[MES]\n21=a\n22=b\n[MES]\n21=c"), "W-SET-TWICE MES/21");
     row("group", enabled("[MES]\nimportFile=/x"), "W-SET-GROUP importFile");
     row("state", enabled("[MES]\nx=/x"), "W-SET-STATE MES/x");
     row("state beyond 16 bits", enabled("[MES]\n65557=x"), "W-SET-STATE MES/65557");
     row("state without a text", enabled("[MES]\n22="), "N-SET-STATE MES/22");
     row("state with an apostrophe", enabled("[MES]\n22=a'b"), "W-SET-STATETEXT MES/22");
     row("state with a backslash at its end", enabled("[MES]\n22=a\\\\"), "W-SET-STATETEXT MES/22");
+    row("state with a backslash inside", enabled("[MES]\n22=a\\\\b"), "W-SET-STATETEXT MES/22");
+    row("state with a marker", enabled("[MES]\n22=a %1 b"), "W-SET-STATETEXT MES/22");
+    row("state with a percent sign", enabled("[MES]\n22=50 % b"), "");
+    row("state that runs as SQL", enabled("[MES]\n22=\"a', name=1 WHERE 1; -- \""),
+        "W-SET-STATETEXT MES/22");
+    row("state in a group in small letters", enabled("[mes]\n22=a"), "W-SET-STATEPLACE mes/22");
+    row("state above the groups", enabled("22=a"), "W-SET-STATEPLACE 22");
     row("state with a comma", enabled("[MES]\n22=a, b"), "W-SET-COMMA 22");
     row("semicolon", enabled("importFile=/x;y"), "W-SET-COMMENT importFile");
     row("semicolon in quotes", enabled("importFile=\"/x;y\""), "");
@@ -121,6 +138,8 @@ void tst_SettingsCheck::findings_data()
     row("does not wrap", enabled("timerInterval=4294967"), "");
     row("33 bits", enabled("departmentId=4294967297"), "W-SET-WRAP departmentId");
     row("9 bits", enabled("syncCommandRun=256"), "W-SET-WRAP syncCommandRun");
+    row("on every pass", enabled("syncCommand=sh\nsyncCommandRun=7"), "N-SET-RUN syncCommandRun");
+    row("no department", enabled("departmentId=0"), "N-SET-DEPARTMENT departmentId");
     row("comma", enabled("syncCommand=/x a,b"), "W-SET-COMMA syncCommand");
     row("no export", enabled("importFile="), "W-SET-EXPORT importFile");
     row("command not found", enabled("syncCommand=/none/x --y\nsyncCommandRun=2"),
@@ -134,6 +153,8 @@ void tst_SettingsCheck::findings_data()
     row("quotes with backslashes", enabled("syncCommand=sh -c \\\"a b\\\"\nsyncCommandRun=2"), "");
     row("single quotes", enabled("syncCommand=sh -c 'a b'\nsyncCommandRun=2"),
         "W-SET-QUOTES syncCommand");
+    row("single quotes around two commands",
+        enabled("syncCommand=sh -c 'a && b'\nsyncCommandRun=2"), "W-SET-QUOTES syncCommand");
     row("two commands", enabled("syncCommand=sh /x && sh /y\nsyncCommandRun=2"),
         "W-SET-SHELL syncCommand");
     row("command of the search path", enabled("syncCommand=sh /x\nsyncCommandRun=2"), "");
@@ -186,6 +207,35 @@ void tst_SettingsCheck::findings_textNamesTheMatter()
         findingLine(findings.at(2)),
         QStringLiteral("'syncCommandRun=257' is read as 1, for numbers go from 0 to 255; write "
                        "such a number, as in the line: syncCommandRun=2"));
+}
+
+void tst_SettingsCheck::stateText_tellsItsHarm_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("becomes"); // its begin
+    QTest::addColumn<QString>("remedy"); // its end
+    QTest::newRow("apostrophe") << QByteArray("22=a'b") << "no person in this state is added"
+                                << "the line: 22=a’b";
+    QTest::newRow("marker") << QByteArray("22=x %1 y")
+                            << "no person in this state is added"
+                            << "the line: 22=x % 1 y";
+    QTest::newRow("backslash") << QByteArray("22=a\\\\b")
+                               << "people in this state get another text: "
+                               << "the line: 22=a/b";
+    QTest::newRow("SQL") << QByteArray("22=\"a', name=1 WHERE 1; -- \"")
+                         << "for people in this state the server runs something else"
+                         << "the line: 22=\"a’, name=1 WHERE 1; -- \"";
+}
+
+/// What the plugin's own code makes of it.
+void tst_SettingsCheck::stateText_tellsItsHarm()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QString, becomes);
+    QFETCH(QString, remedy);
+    const Finding finding = settingsFindings(*settings("enabled=true\n[MES]\n" + line)).constLast();
+    QVERIFY2(finding.becomes.startsWith(becomes), qPrintable(finding.becomes));
+    QVERIFY2(finding.remedy.endsWith(remedy), qPrintable(finding.remedy));
 }
 
 void tst_SettingsCheck::remedy_makesTheFindingGo_data()
