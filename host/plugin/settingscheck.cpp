@@ -252,7 +252,8 @@ QString harmOf(ushort state, const QString &text)
 /// With signs in place that mean nothing to a statement, nor to what fills it.
 QString harmless(QString text)
 {
-    static const QRegularExpression marker(QStringLiteral("%(?=[L\\p{Nd}])"));
+    static const QRegularExpression marker(QStringLiteral("%(?=[L\\d])"),
+                                           QRegularExpression::UseUnicodePropertiesOption);
     text.replace(QLatin1Char('\''), QChar(0x2019));
     text.replace(QLatin1Char('\\'), QLatin1Char('/'));
     text.replace(marker, QStringLiteral("% "));

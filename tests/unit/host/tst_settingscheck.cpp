@@ -216,8 +216,7 @@ void tst_SettingsCheck::stateText_tellsItsHarm_data()
     QTest::addColumn<QString>("remedy"); // its end
     QTest::newRow("apostrophe") << QByteArray("22=a'b") << "no person in this state is added"
                                 << "the line: 22=a’b";
-    QTest::newRow("marker") << QByteArray("22=x %1 y")
-                            << "no person in this state is added"
+    QTest::newRow("marker") << QByteArray("22=x %1 y") << "no person in this state is added"
                             << "the line: 22=x % 1 y";
     QTest::newRow("backslash") << QByteArray("22=a\\\\b")
                                << "people in this state get another text: "
