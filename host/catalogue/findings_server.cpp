@@ -95,14 +95,16 @@ FindingTopic serverTimeFindings()
                           "machine (%4)"),
              FINDING_TEXT("corrections of leave replace each other, and the first of a month "
                           "counts to another one"),
-             FINDING_TEXT("write default-time-zone=%5 below [mysqld]; SET GLOBAL time_zone = '%5'"),
-             "2026-03-31 00:00 UTC\n+00:00\n2026-03-30 22:00 UTC\nEurope/Bratislava\nSYSTEM"},
+             FINDING_TEXT("%5"),
+             "2026-03-31 00:00 UTC\n+00:00\n2026-03-30 22:00 UTC\nEurope/Bratislava\n"
+             "write default-time-zone=SYSTEM below [mysqld]; SET GLOBAL time_zone = 'SYSTEM'"},
             {"W-SRV-SEASON", FINDING_TEXT("another time zone for a part of the year"),
              FINDING_TEXT("server (time zone %1) and machine (%2) agree today, and not on %3"),
              FINDING_TEXT("for a part of the year corrections of leave replace each other, and "
                           "the first of a month counts to another one"),
-             FINDING_TEXT("write default-time-zone=%4 below [mysqld]; SET GLOBAL time_zone = '%4'"),
-             "+01:00\nEurope/Bratislava\n2026-07-15\nSYSTEM"},
+             FINDING_TEXT("%4"),
+             "+01:00\nEurope/Bratislava\n2026-07-15\n"
+             "write default-time-zone=SYSTEM below [mysqld]; SET GLOBAL time_zone = \'SYSTEM\'"},
             {"W-SRV-ZONENAMES", FINDING_TEXT("no time zones by name"),
              FINDING_TEXT("the server does not know the time zone %1 by its name"),
              FINDING_TEXT("the only zone with changing clocks that it can use is that of its "

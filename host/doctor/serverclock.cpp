@@ -60,6 +60,18 @@ QString rightZone(const QSqlDatabase &database, const QDate &today)
     return isSystem ? system : QString::fromLatin1(QTimeZone::systemTimeZoneId());
 }
 
+/// The line to write, unless the server would not start with it.
+QString zoneRemedy(const QString &zone, bool isKnown)
+{
+    return isKnown
+        ? Text::tr("write default-time-zone=%1 below [mysqld]; SET GLOBAL time_zone = '%1'")
+              .arg(zone)
+        : Text::tr(
+              "set the time zone of the server's machine to %1 and restart the server; it does "
+              "not know the name itself")
+              .arg(zone);
+}
+
 QVector<Finding> zoneFindings(const QSqlDatabase &database, const QDate &today, qint64 midnight,
                               const QString &zone)
 {
@@ -67,15 +79,18 @@ QVector<Finding> zoneFindings(const QSqlDatabase &database, const QDate &today, 
     const QString about = QStringLiteral("time_zone");
     QVector<Finding> findings;
     const QString right = rightZone(database, today);
+    const bool isKnown = !midnightThere(database, today, right).isNull();
+    const QString remedy = zoneRemedy(right, isKnown);
     if (midnight != localMidnight(today))
-        findings.append(finding("E-SRV-ZONE", about,
-                                {inUtc(midnight), zone, inUtc(localMidnight(today)), here, right}));
+        findings.append(
+            finding("E-SRV-ZONE", about,
+                    {inUtc(midnight), zone, inUtc(localMidnight(today)), here, remedy}));
     for (const QDate &day : seasons(today)) {
         if (findings.isEmpty() && !agrees(database, day, zone))
             findings.append(
-                finding("W-SRV-SEASON", about, {zone, here, day.toString(Qt::ISODate), right}));
+                finding("W-SRV-SEASON", about, {zone, here, day.toString(Qt::ISODate), remedy}));
     }
-    if (!findings.isEmpty() && midnightThere(database, today, right).isNull())
+    if (!findings.isEmpty() && !isKnown)
         findings.append(finding("W-SRV-ZONENAMES", about, {right}));
     return findings;
 }
