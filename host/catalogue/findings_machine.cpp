@@ -13,29 +13,29 @@ FindingTopic exportPlaceFindings()
             {"W-PLACE-RELATIVE", FINDING_TEXT("export without its whole path"),
              FINDING_TEXT("importFile '%1' counts from the working directory of the process that "
                           "loads the plugin"),
-             FINDING_TEXT("an attendance server may look anywhere, and finds no export without a "
-                          "word"),
+             FINDING_TEXT("an attendance server may look anywhere and find no export, of which its "
+                          "log tells from level 2 on"),
              FINDING_TEXT("name it with its whole path, as in the line: %2"),
              "ron.data\nimportFile=/srv/attendance/ron.data"},
             {"W-PLACE-WINDOWS", FINDING_TEXT("export with a path of another system"),
              FINDING_TEXT("importFile '%1' is a path of Windows, and on this machine a mere name "
                           "in the working directory of the process that loads the plugin"),
-             FINDING_TEXT("no export is found, without a word"),
+             FINDING_TEXT("no export is found, of which its log tells from level 2 on"),
              FINDING_TEXT("name it with its path on this machine, as in the line: %2"),
              "C:\\hr\\ron.data\nimportFile=/srv/attendance/ron.data"},
             {"E-PLACE-FOLDER", FINDING_TEXT("no folder for the export"),
              FINDING_TEXT("the folder '%1' of importFile is not there"),
-             FINDING_TEXT("no export is ever found"), FINDING_TEXT("make it: mkdir -p '%1'"),
-             "/srv/hr"},
+             FINDING_TEXT("no export is ever found"), FINDING_TEXT("make it: mkdir -p %2"),
+             "/srv/hr\n'/srv/hr'"},
             {"E-PLACE-CLOSED", FINDING_TEXT("folder of the export is closed"),
              FINDING_TEXT("user %2 may not look into the folder '%1' of importFile"),
              FINDING_TEXT("no export is ever found"),
-             FINDING_TEXT("open it: setfacl -m u:%2:rwx '%1'"), "/srv/hr\nattendance"},
+             FINDING_TEXT("open it: setfacl -m u:%2:rwx %3"), "/srv/hr\nattendance\n'/srv/hr'"},
             {"E-PLACE-READ", FINDING_TEXT("export that cannot be read"),
              FINDING_TEXT("user %2 may not read the export '%1'"),
              FINDING_TEXT("the pass ends with an error, and the file stays"),
-             FINDING_TEXT("let it be read: setfacl -m u:%2:r '%1'"),
-             "/srv/hr/ron.data\nattendance"},
+             FINDING_TEXT("let it be read: setfacl -m u:%2:r %3"),
+             "/srv/hr/ron.data\nattendance\n'/srv/hr/ron.data'"},
             {"W-PLACE-KIND", FINDING_TEXT("export that is no file"),
              FINDING_TEXT("the export '%1' is %2"),
              FINDING_TEXT("the plugin reads regular files only, and finds no export"),
@@ -44,26 +44,26 @@ FindingTopic exportPlaceFindings()
             {"E-PLACE-KEPT", FINDING_TEXT("export that cannot be removed"),
              FINDING_TEXT("user %2 may remove nothing from the folder '%1', and deleteFile is on"),
              FINDING_TEXT("each pass warns, and takes the same export again"),
-             FINDING_TEXT("open the folder (setfacl -m u:%2:rwx '%1'), or write the line: "
+             FINDING_TEXT("open the folder (setfacl -m u:%2:rwx %3), or write the line: "
                           "deleteFile=false"),
-             "/srv/hr\nattendance"},
+             "/srv/hr\nattendance\n'/srv/hr'"},
             {"E-PLACE-OPEN", FINDING_TEXT("export that everybody may write"),
              FINDING_TEXT("every user of this machine may write '%1'"),
              FINDING_TEXT("who can write the export can write SQL, with the rights of the plugin's "
-                          "user"),
-             FINDING_TEXT("close it: chmod o-w '%1'"), "/srv/hr"},
+                          "login"),
+             FINDING_TEXT("close it: chmod o-w %2"), "/srv/hr\n'/srv/hr'"},
             {"E-PLACE-SHARED", FINDING_TEXT("export in a folder for everybody"),
              FINDING_TEXT(
                  "the export lies in '%1', where every user of this machine may put files"),
              FINDING_TEXT("who puts an export there writes SQL, with the rights of the plugin's "
-                          "user"),
+                          "login"),
              FINDING_TEXT("use a folder that only the HR system and the server may enter, as in "
                           "the line: %2"),
              "/tmp\nimportFile=/srv/attendance/ron.data"},
             {"W-PLACE-SEEN", FINDING_TEXT("export that everybody may read"),
              FINDING_TEXT("every user of this machine may read the export '%1'"),
              FINDING_TEXT("it holds names, phones and states of employees"),
-             FINDING_TEXT("close it: chmod o-r '%1'"), "/srv/hr/ron.data"},
+             FINDING_TEXT("close it: chmod o-r %2"), "/srv/hr/ron.data\n'/srv/hr/ron.data'"},
         }};
 }
 
@@ -92,11 +92,12 @@ FindingTopic machineFindings()
              FINDING_TEXT("every user of this machine may write '%1', which belongs to %2"),
              FINDING_TEXT("who can write the settings names the export command, and so runs "
                           "programs as the attendance server's user"),
-             FINDING_TEXT("close it: chmod o-w '%1'"), "/srv/attendance/TalvenHR.ini\nroot"},
+             FINDING_TEXT("close it: chmod o-w %3"),
+             "/srv/attendance/TalvenHR.ini\nroot\n'/srv/attendance/TalvenHR.ini'"},
             {"E-MACHINE-FOLDER", FINDING_TEXT("no data directory"),
              FINDING_TEXT("the data directory '%1' is not there"),
              FINDING_TEXT("the plugin tries to make it, and finds no settings in it"),
-             FINDING_TEXT("make it: mkdir -p '%1'"), "/srv/attendance"},
+             FINDING_TEXT("make it: mkdir -p %2"), "/srv/attendance\n'/srv/attendance'"},
         }};
 }
 

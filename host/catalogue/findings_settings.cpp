@@ -17,21 +17,21 @@ FindingTopic settingFileFindings()
              FINDING_TEXT("'%1' begins with a byte order mark, so that its first key or group is "
                           "ignored"),
              nullptr,
-             FINDING_TEXT("save it in UTF-8 without one: sed -i '1s/^\\xEF\\xBB\\xBF//' '%1'"),
-             "/srv/attendance/TalvenHR.ini"},
+             FINDING_TEXT("save it in UTF-8 without one: sed -i '1s/^\\xEF\\xBB\\xBF//' %2"),
+             "/srv/attendance/TalvenHR.ini\n'/srv/attendance/TalvenHR.ini'"},
             {"W-SET-UTF16", FINDING_TEXT("settings in UTF-16"),
              FINDING_TEXT("'%1' is not in UTF-8 (in UTF-16, perhaps), so that its keys are "
                           "ignored"),
              nullptr,
-             FINDING_TEXT("save it in UTF-8: iconv -f UTF-16 -t UTF-8 '%1' > '%1.new' && mv "
-                          "'%1.new' '%1'"),
-             "/srv/attendance/TalvenHR.ini"},
+             FINDING_TEXT("save it in UTF-8: iconv -f UTF-16 -t UTF-8 %2 > %2.new && mv %2.new "
+                          "%2"),
+             "/srv/attendance/TalvenHR.ini\n'/srv/attendance/TalvenHR.ini'"},
             {"W-SET-ENCODING", FINDING_TEXT("settings not in UTF-8"),
              FINDING_TEXT("'%1' holds letters that are not in UTF-8, which arrive damaged"),
              nullptr,
              FINDING_TEXT("save it in UTF-8; from Windows-1250: iconv -f WINDOWS-1250 -t UTF-8 "
-                          "'%1' > '%1.new' && mv '%1.new' '%1'"),
-             "/srv/attendance/TalvenHR.ini"},
+                          "%2 > %2.new && mv %2.new %2"),
+             "/srv/attendance/TalvenHR.ini\n'/srv/attendance/TalvenHR.ini'"},
             {"W-SET-GROUP", FINDING_TEXT("key in a group"),
              FINDING_TEXT("the key '%1' stands in the group [%2] of '%3', where the plugin does "
                           "not look for it"),
@@ -103,8 +103,8 @@ FindingTopic settingValueFindings()
                           "in the line: %3"),
              "importFile\n/srv/hr/a\nimportFile=\"/srv/hr/a;b\""},
             {"W-SET-BACKSLASH", FINDING_TEXT("backslash that is lost"),
-             FINDING_TEXT("a backslash in the value of '%1' goes, with the letter behind it or "
-                          "makes another one of it: it is read as '%2'"),
+             FINDING_TEXT("a backslash in the value of '%1' is dropped, or changes the letter "
+                          "behind it: the value is read as '%2'"),
              nullptr, FINDING_TEXT("double it, in the line: %3"),
              "importFile\nC:xport\nimportFile=C:\\\\export"},
             {"N-SET-RUN", FINDING_TEXT("syncCommandRun above 2"),
@@ -144,7 +144,7 @@ FindingTopic settingCommandFindings()
             {"W-SET-EXECUTE", FINDING_TEXT("export command that may not be executed"),
              FINDING_TEXT("the export command '%1' may not be executed"),
              FINDING_TEXT("each pass goes on without it, with the export that is there"),
-             FINDING_TEXT("let it be executed: chmod a+x '%1'"), "/srv/hr/export"},
+             FINDING_TEXT("let it be executed: chmod a+x %2"), "/srv/hr/export\n'/srv/hr/export'"},
             {"W-SET-BLANK", FINDING_TEXT("blank in the name of the export command"),
              FINDING_TEXT("the export command ends at its first blank: '%1' is not found, '%2' is "
                           "there"),

@@ -3,6 +3,7 @@
 // Time zone, letters and folders of the machine.
 #include "host/doctor/machinecheck.h"
 
+#include "host/base/shellword.h"
 #include "host/catalogue/findings.h"
 #include "host/doctor/folderrights.h"
 
@@ -54,7 +55,8 @@ Diagnosis folderDiagnosis(const QString &dataDirectory)
 {
     Diagnosis diagnosis;
     if (!QFileInfo(dataDirectory).isDir()) {
-        diagnosis.findings.append(finding("E-MACHINE-FOLDER", dataDirectory, {dataDirectory}));
+        diagnosis.findings.append(
+            finding("E-MACHINE-FOLDER", dataDirectory, {dataDirectory, shellWord(dataDirectory)}));
         return diagnosis;
     }
     const QString settings = dataDirectory + QStringLiteral("/TalvenHR.ini");
@@ -63,7 +65,7 @@ Diagnosis folderDiagnosis(const QString &dataDirectory)
         const bool isSafe = path != settings && isForEverybody(path) && QFileInfo::exists(settings);
         if (!isSafe && everybodyMay(path, QFile::WriteOther))
             diagnosis.findings.append(
-                finding("E-MACHINE-OPEN", path, {path, QFileInfo(path).owner()}));
+                finding("E-MACHINE-OPEN", path, {path, QFileInfo(path).owner(), shellWord(path)}));
     }
     if (diagnosis.findings.isEmpty())
         diagnosis.passed.append(Text::tr("data directory"));

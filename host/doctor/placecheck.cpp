@@ -3,6 +3,7 @@
 // Whether the export can be found, read and removed where the settings say that it is.
 #include "host/doctor/placecheck.h"
 
+#include "host/base/shellword.h"
 #include "host/catalogue/findings.h"
 #include "host/doctor/folderrights.h"
 #include "host/plugin/settingsfile.h"
@@ -28,16 +29,16 @@ QVector<Finding> folderFindings(const QFileInfo &folder, bool removes, const QSt
 {
     const QString path = folder.filePath();
     if (!folder.exists())
-        return {placeFinding("E-PLACE-FOLDER", {path})};
+        return {placeFinding("E-PLACE-FOLDER", {path, shellWord(path)})};
     if (!folder.isExecutable())
-        return {placeFinding("E-PLACE-CLOSED", {path, userName()})};
+        return {placeFinding("E-PLACE-CLOSED", {path, userName(), shellWord(path)})};
     QVector<Finding> findings;
     if (removes && !folder.isWritable())
-        findings.append(placeFinding("E-PLACE-KEPT", {path, userName()}));
+        findings.append(placeFinding("E-PLACE-KEPT", {path, userName(), shellWord(path)}));
     if (isForEverybody(path))
         findings.append(placeFinding("E-PLACE-SHARED", {path, better}));
     else if (everybodyMay(path, QFile::WriteOther))
-        findings.append(placeFinding("E-PLACE-OPEN", {path}));
+        findings.append(placeFinding("E-PLACE-OPEN", {path, shellWord(path)}));
     return findings;
 }
 
@@ -56,12 +57,12 @@ QVector<Finding> fileFindings(const QFileInfo &file)
             placeFinding("W-PLACE-KIND",
                          {path, file.isDir() ? Text::tr("a folder") : Text::tr("a special file")})};
     if (!file.isReadable())
-        return {placeFinding("E-PLACE-READ", {path, userName()})};
+        return {placeFinding("E-PLACE-READ", {path, userName(), shellWord(path)})};
     QVector<Finding> findings;
     if (everybodyMay(path, QFile::WriteOther))
-        findings.append(placeFinding("E-PLACE-OPEN", {path}));
+        findings.append(placeFinding("E-PLACE-OPEN", {path, shellWord(path)}));
     if (everybodyMay(path, QFile::ReadOther))
-        findings.append(placeFinding("W-PLACE-SEEN", {path}));
+        findings.append(placeFinding("W-PLACE-SEEN", {path, shellWord(path)}));
     return findings;
 }
 

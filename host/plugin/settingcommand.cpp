@@ -3,6 +3,7 @@
 // Whether the export command can run as it was meant.
 #include "host/plugin/settingcommand.h"
 
+#include "host/base/shellword.h"
 #include "host/catalogue/findings.h"
 #include "host/plugin/settingsfile.h"
 #include "host/plugin/settingslines.h"
@@ -36,7 +37,7 @@ QVector<Finding> programFindings(const QString &command, const QString &program,
     if (!QStandardPaths::findExecutable(program).isEmpty())
         return {};
     if (QFileInfo::exists(program))
-        return {commandFinding("W-SET-EXECUTE", {program})};
+        return {commandFinding("W-SET-EXECUTE", {program, shellWord(program)})};
     if (QFileInfo(command).isFile())
         return {commandFinding(
             "W-SET-BLANK",

@@ -4,6 +4,7 @@
 #include "host/plugin/settingscheck.h"
 
 #include "host/base/nearest.h"
+#include "host/base/shellword.h"
 #include "host/base/silentmessages.h"
 #include "host/catalogue/findings.h"
 #include "host/exportcheck/statementtrial.h"
@@ -126,12 +127,13 @@ QVector<Finding> repeatedFindings(const Look &look)
 QVector<Finding> fileFindings(const Look &look)
 {
     const QString file = look.settings.path();
+    const QStringList values {file, shellWord(file)};
     if (look.content.startsWith("\xef\xbb\xbf"))
-        return {finding("W-SET-BOM", file, {file})};
+        return {finding("W-SET-BOM", file, values)};
     if (look.content.contains('\0'))
-        return {finding("W-SET-UTF16", file, {file})};
+        return {finding("W-SET-UTF16", file, values)};
     if (QString::fromUtf8(look.content).contains(QChar(QChar::ReplacementCharacter)))
-        return {finding("W-SET-ENCODING", file, {file})};
+        return {finding("W-SET-ENCODING", file, values)};
     return {};
 }
 

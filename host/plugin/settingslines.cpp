@@ -42,6 +42,18 @@ void look(SettingsLine *line)
 
 } // namespace
 
+bool beginsGroup(const QString &line, QString *prefix)
+{
+    const QString text = line.trimmed();
+    if (!text.startsWith(QLatin1Char('[')) || !text.contains(QLatin1Char(']')))
+        return false;
+    const QString name = text.mid(1, text.indexOf(QLatin1Char(']')) - 1).trimmed();
+    *prefix = name.compare(QLatin1String("General"), Qt::CaseInsensitive) == 0
+        ? QString()
+        : name + QLatin1Char('/');
+    return true;
+}
+
 QVector<SettingsLine> settingsLines(const QByteArray &content)
 {
     QVector<SettingsLine> lines;
@@ -50,10 +62,8 @@ QVector<SettingsLine> settingsLines(const QByteArray &content)
     for (const QString &text : texts) {
         SettingsLine line;
         line.text = text.trimmed();
-        if (line.text.startsWith(QLatin1Char('[')) && line.text.endsWith(QLatin1Char(']'))) {
-            group = line.text.mid(1, line.text.size() - 2);
-            group = group == QLatin1String("General") ? QString() : group + QLatin1Char('/');
-        }
+        if (beginsGroup(line.text, &group))
+            continue;
         const int equals = line.text.indexOf(QLatin1Char('='));
         if (line.text.startsWith(QLatin1Char(';')) || equals < 1)
             continue;

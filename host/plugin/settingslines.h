@@ -18,6 +18,10 @@ struct SettingsLine
     bool hasLostBackslash = false; ///< a backslash that escapes nothing
 };
 
+/// Whether a line begins a group. `prefix` gets what then stands in front of its keys: the name and
+/// a "/", nothing for [General] in whatever letters.
+bool beginsGroup(const QString &line, QString *prefix);
+
 /// The lines of an INI file, in their order.
 QVector<SettingsLine> settingsLines(const QByteArray &content);
 

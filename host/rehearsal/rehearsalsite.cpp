@@ -69,13 +69,11 @@ QByteArray settingsWith(const QByteArray &settings, const QStringList &lines)
         replaced.insert(keyOf(line.toUtf8()));
         result += line.toUtf8() + '\n';
     }
-    bool inGroup = false;
+    QString group;
     const QList<QByteArray> old = settings.split('\n');
     for (const QByteArray &line : old) {
-        const QByteArray text = line.trimmed();
-        if (text.startsWith('[') && text.endsWith(']'))
-            inGroup = text.compare("[general]", Qt::CaseInsensitive) != 0;
-        if (inGroup || !replaced.contains(keyOf(line)))
+        const bool isKey = !beginsGroup(QString::fromUtf8(line), &group);
+        if (!isKey || !group.isEmpty() || !replaced.contains(keyOf(line)))
             result += line + '\n';
     }
     return result;

@@ -21,6 +21,7 @@ private Q_SLOTS:
 
     void place_data();
     void place();
+    void place_withAnApostrophe();
     void place_thatCountsFromElsewhere();
     void zone_data();
     void zone();
@@ -141,6 +142,20 @@ void tst_MachineCheck::place()
         [](const Finding &finding) { return !commandOf(finding).isEmpty(); });
     if (allFollowed)
         QCOMPARE(codesOf(placeOf(settings)), QString());
+}
+
+void tst_MachineCheck::place_withAnApostrophe()
+{
+    const QByteArray settings = "importFile=" + path(QStringLiteral("it's/ron.data")).toUtf8();
+    for (const char *code : {"E-PLACE-FOLDER", "E-PLACE-OPEN", "W-PLACE-SEEN"}) {
+        const Diagnosis diagnosis = placeOf(settings);
+        QCOMPARE(codesOf(diagnosis), QLatin1String(code));
+        shell(commandOf(diagnosis.findings.first()));
+        QCOMPARE(codesOf(placeOf(settings)), QString());
+        const bool isMade = QLatin1String(code) == QLatin1String("E-PLACE-FOLDER");
+        shell(isMade ? QStringLiteral("chmod 777 \"ROOT/it's\"")
+                     : QStringLiteral("umask 022; echo > \"ROOT/it's/ron.data\""));
+    }
 }
 
 void tst_MachineCheck::place_thatCountsFromElsewhere()

@@ -28,6 +28,8 @@ void tst_Rehearsal::settings_keepAllButTheseKeys_data()
                                  << QByteArray("deleteFile=false\n");
     QTest::newRow("in [General]") << QByteArray("[General]\ndeleteFile=true")
                                   << QByteArray("deleteFile=false\n[General]\n");
+    QTest::newRow("in [GENERAL]") << QByteArray("[MES]\n[GENERAL] ; all\ndeleteFile=true")
+                                  << QByteArray("deleteFile=false\n[MES]\n[GENERAL] ; all\n");
     QTest::newRow("of another group") << QByteArray("[MES]\ndeleteFile=x")
                                       << QByteArray("deleteFile=false\n[MES]\ndeleteFile=x\n");
     QTest::newRow("another encoding")

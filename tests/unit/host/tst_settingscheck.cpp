@@ -60,6 +60,7 @@ private Q_SLOTS:
     void remedy_makesTheFindingGo_data();
     void remedy_makesTheFindingGo();
     void remedy_ofTheCommandsFile();
+    void remedy_ofAPathWithAnApostrophe();
     void disabled_namesItsCause_data();
     void disabled_namesItsCause();
     void environment_countsWhereTheFileLacksAKey();
@@ -103,6 +104,8 @@ void tst_SettingsCheck::findings_data()
     row("sound", enabled("importFile=/x\nsyncInterval=1\ndeleteFile=0\n[MES]\n21=a\n22=\"b, c;\""),
         "");
     row("sound group", "[General]\nenabled=true\n", "");
+    row("group of all letters", "[ GENERAL ] ; all\nenabled=true\nimportFile=/x;y\n",
+        "W-SET-COMMENT importFile");
     row("unknown", enabled("importFil=/x"), "W-SET-UNKNOWN importFil");
     row("case", enabled("importfile=/x"), "W-SET-CASE importfile");
     row("hash", enabled("# importFile=/x"), "W-SET-HASH # importFile");
@@ -287,6 +290,22 @@ void tst_SettingsCheck::remedy_ofTheCommandsFile()
     const QString shell = findings.first().remedy.section(QStringLiteral(": "), 1);
     QCOMPARE(QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-c"), shell}), 0);
     QCOMPARE(codesOf(settingsFindings(*settings(run + line))), QStringList());
+}
+
+void tst_SettingsCheck::remedy_ofAPathWithAnApostrophe()
+{
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("it's")));
+    for (const QByteArray &content :
+         {QByteArray("\xef\xbb\xbf\x65nabled=1"), QByteArray("enabled=1\n;\xe1")}) {
+        QFile::remove(folder.filePath(QStringLiteral("it's/TalvenHR.ini")));
+        QFile::rename(settings(content)->path(),
+                      folder.filePath(QStringLiteral("it's/TalvenHR.ini")));
+        const SettingsFile here(folder.filePath(QStringLiteral("it's/TalvenHR.ini")));
+        const QString shell = settingsFindings(here).first().remedy.section(QStringLiteral(": "),
+                                                                            -1);
+        QCOMPARE(QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-c"), shell}), 0);
+        QCOMPARE(codesOf(settingsFindings(SettingsFile(here.path()))), QStringList());
+    }
 }
 
 void tst_SettingsCheck::disabled_namesItsCause_data()
