@@ -67,10 +67,9 @@ FindingTopic keyFindings()
         {
             {"E-SCHEMA-KEY", FINDING_TEXT("unique key that is missing"),
              FINDING_TEXT("the table %1 has no unique key of exactly %2"),
-             FINDING_TEXT("the plugin's upserts find no row by it and add another one: people who "
-                          "come back stand twice, marks of supervisors remain, a forced pass may "
-                          "never end"),
-             FINDING_TEXT("ALTER TABLE `%1` ADD UNIQUE KEY (%3)"), "people\npid\n`pid`"},
+             FINDING_TEXT("the plugin's upserts find no row by it and add another one: %4"),
+             FINDING_TEXT("ALTER TABLE `%1` ADD UNIQUE KEY (%3)"),
+             "people\npid\n`pid`\npeople who come back stand twice"},
             {"W-SCHEMA-OTHERKEY", FINDING_TEXT("unique key in the way"),
              FINDING_TEXT("the table %1 has another unique key, %2 (%3)"),
              FINDING_TEXT("where a row with the same values is there, the plugin overwrites it "

@@ -43,6 +43,21 @@ bool isInTheWay(const RealIndex &index, const NeededTable &needed)
     });
 }
 
+/// What it leads to that an upsert adds a row.
+QString effectOfDoubling(const QString &table)
+{
+    if (table == QLatin1String("people"))
+        return Text::tr("people who come back stand twice");
+    if (table == QLatin1String("admins_people"))
+        return Text::tr("a supervisor stands several times beside a person");
+    if (table == QLatin1String("vars"))
+        return Text::tr("old values may be read on: a forced pass never ends, and the list of PaM "
+                        "loses people");
+    if (table.startsWith(QLatin1String("groups_")))
+        return Text::tr("a person may have two groups in a month");
+    return Text::tr("rows may stand twice");
+}
+
 Finding keyInTheWay(const NeededTable &needed, const RealIndex &index)
 {
     const QString drop = index.name == QLatin1String("PRIMARY")
@@ -74,9 +89,10 @@ Diagnosis keyDiagnosis(const NeededTable &needed, const RealTable &real)
         real.indexes.begin(), real.indexes.end(),
         [&](const RealIndex &index) { return isTheKey(index, needed); });
     if (!hasKey) {
-        diagnosis.findings.append(finding("E-SCHEMA-KEY", needed.name,
-                                          {needed.name, needed.uniqueKey.join(QStringLiteral(", ")),
-                                           quotedNames(needed.uniqueKey)}));
+        diagnosis.findings.append(
+            finding("E-SCHEMA-KEY", needed.name,
+                    {needed.name, needed.uniqueKey.join(QStringLiteral(", ")),
+                     quotedNames(needed.uniqueKey), effectOfDoubling(needed.name)}));
     }
     for (const RealIndex &index : real.indexes) {
         if (isInTheWay(index, needed))
