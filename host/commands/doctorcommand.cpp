@@ -85,7 +85,7 @@ Failure lostDatabase(const QString &error)
 {
     return {ExitDatabase,
             Text::tr("the database server was lost while it was looked at: %1; look again once it "
-                     "runs, or give it more time than %2 s for an answer, such as with "
+                     "runs; where it needs more than %2 s for an answer, give it time with "
                      "--connect-options MYSQL_OPT_READ_TIMEOUT=300")
                 .arg(error)
                 .arg(DatabaseLook::patience)};
@@ -158,9 +158,10 @@ Failure run(const Options &options)
         result.diagnosis.unknown.append({Text::tr("database and its server"), unreachable.text});
 
     const ReportForm form = reportForm(options);
-    printReport(isQuiet(options) ? doctorVerdict(result)
-                                 : doctorReport(result, form == ReportForm::Text),
-                form);
+    if (isQuiet(options))
+        printText(doctorVerdict(result) + QLatin1Char('\n'));
+    else
+        printReport(doctorReport(result, form == ReportForm::Text), form);
     const QString page = options.value(QStringLiteral("html"));
     if (!page.isEmpty()) {
         if (const Failure failure = writeHtmlPage(page, QStringLiteral("doctor"),

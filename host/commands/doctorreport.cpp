@@ -218,11 +218,9 @@ Report doctorReport(const DoctorResult &result, bool forPeople)
     return forPeople ? pageForPeople(result) : documentForMachines(result);
 }
 
-Report doctorVerdict(const DoctorResult &result)
+QString doctorVerdict(const DoctorResult &result)
 {
-    Report report;
-    report.verdict.text = verdictText(result);
-    return report;
+    return verdictText(result);
 }
 
 QVariantHash doctorHtmlValues(const DoctorResult &result)

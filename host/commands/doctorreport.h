@@ -21,8 +21,8 @@ struct DoctorResult
 /// For people: a page, worst first. For machines: every text in a field of its own.
 Report doctorReport(const DoctorResult &result, bool forPeople);
 
-/// For people: nothing but the verdict, in one line.
-Report doctorVerdict(const DoctorResult &result);
+/// For people: nothing but the verdict, in one line without its end.
+QString doctorVerdict(const DoctorResult &result);
 
 /// The values for the page "doctor" of a browser.
 QVariantHash doctorHtmlValues(const DoctorResult &result);

@@ -150,6 +150,7 @@ void tst_Doctor::doctor_ofAFrozenServer()
     QVERIFY2(program.output().startsWith(QStringLiteral(
                  "cannot tell whether a pass works here, for the database was not seen: ")),
              qPrintable(program.output()));
+    QCOMPARE(program.output().count(QLatin1Char('\n')), 1);
     QVERIFY(program.lastLine().contains(QStringLiteral("cannot open database")));
 }
 
