@@ -42,9 +42,16 @@ Failure PrivateDatabase::start()
 Failure PrivateDatabase::startOrJoin()
 {
     QString error;
-    if (server.startOrJoin(&error) && (!server.isRunning() || makeContent(&error)))
+    if (!server.startOrJoin(&error))
+        return {server.failureCode(), error};
+    if (server.isRunning())
+        return makeContent(&error) ? Failure() : Failure {server.failureCode(), error};
+    if (hasContent())
         return {};
-    return {server.failureCode(), error};
+    return {ExitRefused,
+            QStringLiteral("the private database in '%1' is just being filled by another process; "
+                           "wait until it is complete, or name another folder")
+                .arg(directory)};
 }
 
 void PrivateDatabase::waitForJoiners()
@@ -80,17 +87,26 @@ Failure PrivateDatabase::converse(const QString &statements, int *exitCode)
     return {ExitDatabase, error};
 }
 
+/// Complete: neither just being loaded nor broken off.
+bool PrivateDatabase::hasContent() const
+{
+    return !QFileInfo::exists(loadingMark())
+        && QFileInfo(directory + QStringLiteral("/data/") + databaseName()).isDir();
+}
+
+QString PrivateDatabase::loadingMark() const
+{
+    return directory + QStringLiteral("/content.loading");
+}
+
 /// A file stands for the time of the loading: where it is found, the loading was broken off.
 bool PrivateDatabase::makeContent(QString *error)
 {
-    const QString loadingMark = directory + QStringLiteral("/content.loading");
-    const bool brokenOff = QFileInfo::exists(loadingMark);
-    if (!brokenOff && QFileInfo(directory + QStringLiteral("/data/") + databaseName()).isDir())
+    if (hasContent())
         return true;
-
-    QFile mark(loadingMark);
+    QFile mark(loadingMark());
     if (!mark.open(QIODevice::WriteOnly)) {
-        *error = QStringLiteral("cannot write '%1': %2").arg(loadingMark, mark.errorString());
+        *error = QStringLiteral("cannot write '%1': %2").arg(mark.fileName(), mark.errorString());
         return false;
     }
     mark.close();
@@ -99,7 +115,7 @@ bool PrivateDatabase::makeContent(QString *error)
         return false;
     if (mark.remove())
         return true;
-    *error = QStringLiteral("cannot remove '%1': %2").arg(loadingMark, mark.errorString());
+    *error = QStringLiteral("cannot remove '%1': %2").arg(mark.fileName(), mark.errorString());
     return false;
 }
 

@@ -26,7 +26,7 @@ public:
 
     /// Starts the server and sees to the content.
     Failure start();
-    /// As start(), or joins a `talvenhr run` that is at work on the folder.
+    /// As start(), or joins whoever is at work on the folder, once its content is complete.
     Failure startOrJoin();
     /// To be called before the end: waits, for half a minute at most, for those who have joined.
     void waitForJoiners();
@@ -48,6 +48,8 @@ Q_SIGNALS:
     void died(const QString &reason);
 
 private:
+    bool hasContent() const;
+    QString loadingMark() const;
     bool makeContent(QString *error);
     bool loadContent(QString *error);
 

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void initTestCase();
     void doctor_findsNothingOnASoundSite();
     void doctorsAtOnce_shareAServer();
+    void doctor_ofADatabaseThatIsBeingFilled();
     void doctor_ofAFrozenServer();
     void doctor_tellsFaultsWorstFirst();
     void doctor_withoutADatabase();
@@ -131,6 +132,21 @@ void tst_Doctor::doctorsAtOnce_shareAServer()
                      && verdict.count(QLatin1Char('\n')) == 1,
                  qPrintable(verdict));
     }
+}
+
+void tst_Doctor::doctor_ofADatabaseThatIsBeingFilled()
+{
+    PrivateServer server(sound.path(QStringLiteral("db")));
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    const QString mark = QStringLiteral("db/content.loading");
+    sound.writeFile(mark, QString());
+    TalvenhrProcess program(doctorOptions(sound, privateDatabase(sound)));
+    const int ended = program.finish();
+    QVERIFY(QFile::remove(sound.path(mark)));
+    QCOMPARE(ended, 5);
+    QVERIFY2(program.lastLine().contains(QStringLiteral("is just being filled")),
+             qPrintable(program.lastLine()));
 }
 
 void tst_Doctor::doctor_ofAFrozenServer()

@@ -100,7 +100,7 @@ void tst_RunExport::uselessExport_endsWith1()
     TalvenhrProcess program(options(site, {QStringLiteral("--log-level"), QStringLiteral("0")}));
     QCOMPARE(program.finish(), 1);
     QCOMPARE(program
-                 .linesWith(QStringLiteral("the export has no usable line: 2 lines; its cells are "
+                 .linesWith(QStringLiteral("the export has no usable line: lines: 2; its cells are "
                                            "separated by semicolons"))
                  .count(),
              1);
