@@ -131,12 +131,12 @@ FindingTopic serverLimitFindings()
         "How large a statement may be, and how long anything may take.",
         {
             {"E-SRV-PACKET", FINDING_TEXT("statements too large"),
-             FINDING_TEXT("max_allowed_packet is %1 bytes; with all %2 people, %5 can take %3"),
-             FINDING_TEXT("such a statement fails and the connection ends, with all that the pass "
-                          "had yet to write"),
+             FINDING_TEXT("max_allowed_packet is %1 bytes; with all %2 people, %5 would take %3"),
+             FINDING_TEXT("the statement with the list fails and the connection ends: nothing that "
+                          "the pass had yet to write is written"),
              FINDING_TEXT("write max_allowed_packet=%4 below [mysqld]; SET GLOBAL "
                           "max_allowed_packet = %4"),
-             "1048576\n180000\n3240000\n8388608\na branch's people for administrators"},
+             "1048576\n180000\n3240000\n8388608\na branch's list for its administrators"},
             {"E-SRV-ROWS", FINDING_TEXT("answers cut short"),
              FINDING_TEXT("sessions get at most %1 rows of an answer (sql_select_limit)"),
              FINDING_TEXT("a pass sees only some of the people, and takes the others for new"),

@@ -131,8 +131,8 @@ Diagnosis packetDiagnosis(qint64 largest, const ListSizes &sizes)
     };
     const std::pair<qint64, QString> lists[] = {
         {sizes.pids, Text::tr("the list of PaM")},
-        {pairs(sizes.tidDigits), Text::tr("a branch's people for a terminal")},
-        {sizes.admins * pairs(sizes.aidDigits), Text::tr("a branch's people for administrators")},
+        {pairs(sizes.tidDigits), Text::tr("a branch's list for a terminal")},
+        {sizes.admins * pairs(sizes.aidDigits), Text::tr("a branch's list for its administrators")},
     };
     const auto &longest = *std::max_element(std::begin(lists), std::end(lists));
     Diagnosis diagnosis;
