@@ -208,6 +208,7 @@ Diagnosis rightsDiagnosis(const QSqlDatabase &database)
     findMissing(granted, &diagnosis);
     findExcess(granted, &diagnosis);
     if (diagnosis.findings.isEmpty())
-        diagnosis.passed.append(Text::tr("rights: all that a pass needs, and none of the dangerous ones"));
+        diagnosis.passed.append(
+            Text::tr("rights: all that a pass needs, and none of the dangerous ones"));
     return diagnosis;
 }
