@@ -11,6 +11,7 @@
 #include "host/exportcheck/linefault.h"
 #include "host/exportcheck/peoplecheck.h"
 #include "host/exportcheck/textcheck.h"
+#include "host/exportcheck/trialfinding.h"
 
 #include <QCoreApplication>
 #include <QSet>
@@ -171,49 +172,13 @@ void Reading::tryTexts(const ExportLine &line)
         addTrial(trial, line);
 }
 
-const char *trialCode(TextEffect effect, const QString &text)
-{
-    switch (effect) {
-    case TextEffect::RunsElse:
-        return "E-TEXT-RUNS";
-    case TextEffect::Fails:
-        return "E-TEXT-FAILS";
-    default:
-        return text.contains(QLatin1Char('%')) ? "W-TEXT-MARKER" : "W-TEXT-OTHER";
-    }
-}
-
-/// An update that has lost its condition is worth a word.
-QString withoutCondition(const QString &runs)
-{
-    const bool isLost = runs.startsWith(QLatin1String("UPDATE "))
-        && !runs.contains(QLatin1String(" WHERE "));
-    return isLost ? Text::tr("%1 (without WHERE: it changes every row of the table)").arg(runs)
-                  : runs;
-}
-
-/// Under which SQL mode the text has its effect; empty if under both.
-QString modeOf(const TextTrial &trial)
-{
-    if (trial.onlyWithBackslashEscapes)
-        return Text::tr(" unless sql_mode has NO_BACKSLASH_ESCAPES");
-    return trial.onlyWithoutBackslashEscapes ? Text::tr(" where sql_mode has NO_BACKSLASH_ESCAPES")
-                                             : QString();
-}
-
 void Reading::addTrial(const TextTrial &trial, const ExportLine &line)
 {
     if (trial.column == 0) {
         addState(trial, line.record.evidencniStav);
         return;
     }
-    const QString text = line.cells[static_cast<size_t>(trial.column - 1)].toString();
-    check.findings.append(
-        {&findingKind(trialCode(trial.effect, text)),
-         lines.lineNumber(),
-         trial.column,
-         {exportColumn(trial.column - 1), text, withoutCondition(trial.becomes), modeOf(trial)},
-         {}});
+    check.findings.append(findingOf(trial, line, lines.lineNumber()));
 }
 
 /// Of a text of the settings once, with the first line of somebody in the state.
@@ -305,18 +270,6 @@ void Reading::addNothingUsable()
         ? Text::tr("it is empty")
         : Text::tr("lines: %1; %2").arg(check.fates.lines()).arg(likelyFault());
     check.findings.prepend({&findingKind("E-FILE-NOTHING"), 0, 0, {fault}, {}});
-}
-
-/// What files of other kinds begin with.
-QString foreignKind(const QByteArray &begin)
-{
-    if (begin.startsWith("\x1f\x8b"))
-        return Text::tr("it is compressed (gzip)");
-    if (begin.startsWith("PK\x03\x04"))
-        return Text::tr("it is a ZIP archive or a spreadsheet");
-    if (begin.startsWith('<'))
-        return Text::tr("it looks like HTML or XML");
-    return begin.left(2).contains('\0') ? Text::tr("it looks like UTF-16") : QString();
 }
 
 QString Reading::likelyFault() const

@@ -122,3 +122,14 @@ QString separatorFault(const QString &line)
         return Text::tr("its cells are separated by commas, not by '|'");
     return QString();
 }
+
+QString foreignKind(const QByteArray &begin)
+{
+    if (begin.startsWith("\x1f\x8b"))
+        return Text::tr("it is compressed (gzip)");
+    if (begin.startsWith("PK\x03\x04"))
+        return Text::tr("it is a ZIP archive or a spreadsheet");
+    if (begin.startsWith('<'))
+        return Text::tr("it looks like HTML or XML");
+    return begin.left(2).contains('\0') ? Text::tr("it looks like UTF-16") : QString();
+}

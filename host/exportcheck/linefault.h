@@ -11,3 +11,6 @@ QString lineFault(const QString &line);
 
 /// Which other sign than '|' seems to separate the cells; empty if none does.
 QString separatorFault(const QString &line);
+
+/// What a file of another kind is, by its first bytes; empty for any that may be an export.
+QString foreignKind(const QByteArray &begin);
