@@ -17,7 +17,7 @@ struct TextColumn
     int column;
 };
 
-/// By StatementText.
+/// In the order of StatementTexts.
 const std::array<TextColumn, statementTextCount> textColumns {{{&EmployeeRecord::titul, 3},
                                                                {&EmployeeRecord::jmeno, 4},
                                                                {&EmployeeRecord::prijmeni, 5},

@@ -15,9 +15,9 @@ enum class TextEffect {
     RunsElse, ///< something else runs or is written; also where that cannot be ruled out
 };
 
-/// The columns of `people` that hold texts, in the order in which both statements have them.
+/// The columns of `people` that hold texts, in the order in which both statements have them: title,
+/// name, surname, title behind, phone, text of the state.
 constexpr int statementTextCount = 6;
-enum StatementText { Title, Name, Surname, TitleBehind, Phone, StateText };
 using StatementTexts = std::array<QString, statementTextCount>;
 
 /// One statement with its texts in place.
