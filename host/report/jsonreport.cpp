@@ -20,37 +20,54 @@ JsonMembers membersOf(const QVector<Figure> &figures)
     return members;
 }
 
-QByteArray rowOf(const Table &table, const QVariantList &row)
+/// The names of the columns, each with what stands before its value.
+QVector<QByteArray> openingsOf(const Table &table)
 {
-    JsonMembers members;
-    members.reserve(table.columns.size());
-    for (int i = 0; i < table.columns.size(); ++i)
-        members.append({table.columns.at(i).name, jsonValue(row.value(i))});
-    return jsonObject(members);
+    QVector<QByteArray> openings;
+    for (const Column &column : table.columns)
+        openings.append((openings.isEmpty() ? "{" : ",") + jsonValue(column.name) + ':');
+    return openings;
+}
+
+void writeRow(const QVector<QByteArray> &openings, const QVariantList &row,
+              const QByteArray &separator, const ByteSink &sink)
+{
+    QByteArray text = separator;
+    for (int i = 0; i < openings.size(); ++i)
+        text += openings.at(i) + jsonValue(row.value(i));
+    sink(text + '}');
 }
 
 void writeRows(const Table &table, const ByteSink &sink)
 {
+    const QVector<QByteArray> openings = openingsOf(table);
     QByteArray separator = "[";
     for (const QVariantList &row : table.rows) {
-        sink(separator + rowOf(table, row));
+        writeRow(openings, row, separator, sink);
         separator = ",";
     }
     QVariantList row;
     while (table.nextRow && table.nextRow(&row)) {
-        sink(separator + rowOf(table, row));
+        writeRow(openings, row, separator, sink);
         separator = ",";
     }
     sink(separator == "[" ? "[]" : "]");
 }
 
-/// A number or a text without anything to be escaped, which most values are; empty for others.
+/// A number, a text without anything to be escaped, which most values are, or a list; empty for
+/// others.
 QByteArray plainValue(const QVariant &value)
 {
     if (!value.isValid())
         return "null";
     if (value.userType() == QMetaType::Int)
         return QByteArray::number(value.toInt());
+    if (value.userType() == QMetaType::QVariantList) {
+        QByteArray items;
+        for (const QVariant &item : value.toList())
+            items += (items.isEmpty() ? "" : ",") + jsonValue(item);
+        return '[' + items + ']';
+    }
     if (value.userType() != QMetaType::QString)
         return QByteArray();
     const QString text = value.toString();
