@@ -28,8 +28,6 @@ QString systemError(const QSaveFile &file)
     return errno == 0 ? file.errorString() : QString::fromLocal8Bit(std::strerror(errno));
 }
 
-} // namespace
-
 Failure checkOutputFile(const QString &path, const QStringList &inputs)
 {
     const QFileInfo info(path);
@@ -40,6 +38,26 @@ Failure checkOutputFile(const QString &path, const QStringList &inputs)
         const QString canonical = QFileInfo(input).canonicalFilePath();
         if (!canonical.isEmpty() && canonical == info.canonicalFilePath())
             return cannotWrite(path, Text::tr("'%1' is read, and would be lost").arg(input));
+    }
+    return {};
+}
+
+} // namespace
+
+Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs)
+{
+    QStringList taken = inputs;
+    taken.removeAll(QString());
+    QStringList written;
+    for (const QString &output : outputs) {
+        if (output.isEmpty())
+            continue;
+        if (const Failure failure = checkOutputFile(output, taken))
+            return failure;
+        const QString path = QFileInfo(output).absoluteFilePath();
+        if (written.contains(path))
+            return cannotWrite(output, Text::tr("two options name it"));
+        written.append(path);
     }
     return {};
 }

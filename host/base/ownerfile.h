@@ -12,8 +12,9 @@
 
 class QIODevice;
 
-/// Fails if something else than a regular file stands at the path, or one of these that are read.
-Failure checkOutputFile(const QString &path, const QStringList &inputs);
+/// Fails if something else than a regular file stands where one is to be written, if it is one of
+/// those that are read, or if two of them are the same. Empty names stand for none.
+Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs);
 
 /// Writes a file that nobody else may read. It is whole or not there: what stood there before stays
 /// until all is written, and anything but a regular file stays as it is. Fails with the system's

@@ -76,19 +76,10 @@ QString settingsFile(const CheckOptions &options)
         : QDir(options.dataDirectory).filePath(QStringLiteral("TalvenHR.ini"));
 }
 
-/// No file that is written may be one of those that are read, or another one that is written.
 Failure checkOutputs(const CheckOptions &options)
 {
-    QStringList others {options.file, options.against, settingsFile(options)};
-    for (const QString &output : {options.html, options.rejects}) {
-        if (output.isEmpty())
-            continue;
-        if (const Failure failure = checkOutputFile(output, others))
-            return failure;
-        if (!options.html.isEmpty() && options.html == options.rejects)
-            return {ExitUsage, Text::tr("--html and --rejects name the same file")};
-    }
-    return {};
+    return checkOutputFiles({options.html, options.rejects},
+                            {options.file, options.against, settingsFile(options)});
 }
 
 /// The texts of [MES], which stand in the same statements as the texts of people, by state as the

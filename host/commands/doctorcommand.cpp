@@ -3,6 +3,7 @@
 // `talvenhr doctor`: can a pass work here?
 #include "host/commands/doctorcommand.h"
 
+#include "host/base/ownerfile.h"
 #include "host/cli/databaseoptions.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
@@ -149,6 +150,13 @@ Failure run(const Options &options)
         printGrants(doctor.database);
         return {};
     }
+    const QString page = options.value(QStringLiteral("html"));
+    const QString settings = DataDirectory(doctor.dataDirectory).iniFile();
+    if (const Failure failure = checkOutputFiles({page},
+                                                 {settings, doctor.plugin,
+                                                  options.configuration().path(),
+                                                  options.value(QStringLiteral("password-file"))}))
+        return failure;
     DoctorResult result;
     bool runsCommand = false;
     lookAtSite(doctor, &result, &runsCommand);
@@ -162,7 +170,6 @@ Failure run(const Options &options)
         printText(doctorVerdict(result) + QLatin1Char('\n'));
     else
         printReport(doctorReport(result, form == ReportForm::Text), form);
-    const QString page = options.value(QStringLiteral("html"));
     if (!page.isEmpty()) {
         if (const Failure failure = writeHtmlPage(page, QStringLiteral("doctor"),
                                                   doctorHtmlValues(result)))

@@ -3,6 +3,7 @@
 // `talvenhr rehearse`: what the next pass would change.
 #include "host/commands/rehearsecommand.h"
 
+#include "host/base/ownerfile.h"
 #include "host/cli/databaseoptions.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
@@ -99,6 +100,12 @@ Failure run(const Options &options)
 {
     RehearsalOptions rehearsal;
     if (const Failure failure = read(options, &rehearsal))
+        return failure;
+    const RehearsalWishes &wishes = rehearsal.wishes;
+    if (const Failure failure = checkOutputFiles({rehearsal.html, rehearsal.changesFile},
+                                                 {wishes.settingsFile, wishes.exportFile,
+                                                  wishes.pluginFile, options.configuration().path(),
+                                                  options.value(QStringLiteral("password-file"))}))
         return failure;
     return RehearsalSession(rehearsal).run();
 }

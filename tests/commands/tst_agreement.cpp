@@ -42,10 +42,24 @@ class tst_Agreement : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void outputs_replaceNothingThatIsRead();
     void plan_letsOnlyTheSamePassThrough();
     void rehearsedChanges_areThoseOfThePass_data();
     void rehearsedChanges_areThoseOfThePass();
 };
+
+void tst_Agreement::outputs_replaceNothingThatIsRead()
+{
+    const Site site;
+    const QString before = site.readFile(QStringLiteral("ron.data"));
+    for (const char *option : {"--html", "--changes"}) {
+        TalvenhrProcess program({QStringLiteral("rehearse"), QStringLiteral("--data-dir"),
+                                 site.dataDir(), QLatin1String(option), site.exportFile()});
+        QCOMPARE(program.finish(), 2);
+        QVERIFY(program.lastLine().contains(QStringLiteral("is read, and would be lost")));
+    }
+    QCOMPARE(site.readFile(QStringLiteral("ron.data")), before);
+}
 
 void tst_Agreement::plan_letsOnlyTheSamePassThrough()
 {

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void doctor_withoutADatabase();
     void doctor_withoutAnything();
     void doctor_tellsWhyItLooksThere();
+    void html_replacesNoSettings();
     void html_tellsTheSame();
     void grants_makeTwoAccounts();
 
@@ -242,6 +243,17 @@ void tst_Doctor::doctor_tellsWhyItLooksThere()
              QStringLiteral("the key '%1' of [dataDirs] in '%2'").arg(key, machine));
     QCOMPARE(fields(told, "unknown", "about").value(0),
              QStringLiteral("data directory of the attendance server"));
+}
+
+void tst_Doctor::html_replacesNoSettings()
+{
+    const Site site;
+    const QString before = site.readFile(QStringLiteral("TalvenHR.ini"));
+    TalvenhrProcess program(
+        doctorOptions(site, {QStringLiteral("--html"), site.path(QStringLiteral("TalvenHR.ini"))}));
+    QCOMPARE(program.finish(), 2);
+    QVERIFY(program.lastLine().contains(QStringLiteral("is read, and would be lost")));
+    QCOMPARE(site.readFile(QStringLiteral("TalvenHR.ini")), before);
 }
 
 void tst_Doctor::html_tellsTheSame()
