@@ -174,8 +174,12 @@ QString RehearsalSession::verdictLine() const
                                .arg(changes.people.size())
                                .arg(errors)
                                .arg(changes.plan.hash);
+    // Without the plan, which would let the pass through.
     if (beyond > 0)
-        return Text::tr("Refused, limits exceeded: %1; %2").arg(beyond).arg(counts);
+        return Text::tr("Refused, limits exceeded: %1; people who change: %2, errors: %3")
+            .arg(beyond)
+            .arg(changes.people.size())
+            .arg(errors);
     if (errors > 0)
         return Text::tr("The pass has errors; %1").arg(counts);
     return changes.people.isEmpty() && changes.others.isEmpty()

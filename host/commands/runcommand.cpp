@@ -101,6 +101,12 @@ Failure checkPlan(const Options &options, const RunOptions &run)
     const SettingsFile settings(rehearsal.wishes.settingsFile);
     if (const Failure failure = settings.check())
         return failure;
+    if (static_cast<quint8>(settings.toUInt(QStringLiteral("syncCommandRun"))) != 0)
+        return {ExitUsage,
+                Text::tr("--plan does not go with an export command, which may bring "
+                         "another export than was rehearsed; set syncCommandRun=0 in "
+                         "'%1' for this pass")
+                    .arg(settings.path())};
     rehearsal.wishes.exportFile = settings.values().importFile;
     rehearsal.wishes.force = run.force;
     rehearsal.database = run.database;

@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QSet>
 
 namespace {
@@ -20,6 +21,10 @@ struct Text
 Failure readFile(const QString &path, QByteArray *content)
 {
     QFile file(path);
+    // A pipe would wait for its other end, for good.
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
+        return {ExitUsage,
+                Text::tr("'%1' is no regular file; the plugin reads no others").arg(path)};
     if (!file.open(QIODevice::ReadOnly))
         return {ExitUsage, Text::tr("cannot read '%1': %2").arg(path, file.errorString())};
     *content = file.readAll();

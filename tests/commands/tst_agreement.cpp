@@ -63,7 +63,13 @@ void tst_Agreement::outputs_replaceNothingThatIsRead()
 
 void tst_Agreement::plan_letsOnlyTheSamePassThrough()
 {
-    const Site site;
+    Site site;
+    site.set({QStringLiteral("syncCommandRun=2")});
+    TalvenhrProcess fetched(
+        site.runOptions({QStringLiteral("--once"), QStringLiteral("--plan"), QStringLiteral("x")}));
+    QCOMPARE(fetched.finish(), 2);
+    QVERIFY(fetched.lastLine().contains(QStringLiteral("set syncCommandRun=0 in ")));
+    site.set({QStringLiteral("syncCommandRun=0")});
     const QStringList where {QStringLiteral("--private-db"), site.path(QStringLiteral("db")),
                              QStringLiteral("--data-dir"), site.dataDir()};
     // Makes the database.

@@ -67,9 +67,13 @@ void tst_Rehearsal::site_isForItsOwnerOnly()
 void tst_Rehearsal::site_failsWithoutAnExport()
 {
     RehearsalSite site;
-    const Failure failure = site.make(QStringLiteral("/dev/null"), QStringLiteral("/none/x.data"));
+    const Failure failure = site.make(QCoreApplication::applicationFilePath(),
+                                      QStringLiteral("/none/x.data"));
     QCOMPARE(failure.exitCode, ExitUsage);
     QVERIFY(failure.text.startsWith(QStringLiteral("cannot read '/none/x.data': ")));
+    const Failure folder = site.make(QStringLiteral("/dev/zero"), QStringLiteral("/tmp"));
+    QCOMPARE(folder.text,
+             QStringLiteral("'/dev/zero' is no regular file; the plugin reads no others"));
 }
 
 QTEST_GUILESS_MAIN(tst_Rehearsal)
