@@ -107,16 +107,19 @@ void LogWriter::activity(const QString &what)
 
 void LogWriter::summary(const Report &report)
 {
-    if (format == LogFormat::Json)
-        writeLine(jsonObject({{QStringLiteral("summary"), jsonReport(report)}}));
-    else
-        own(QtInfoMsg, QString(), report.verdict.text);
+    const QByteArray line = format == LogFormat::Json
+        ? jsonObject({{QStringLiteral("summary"), jsonReport(report)}})
+        : ownLine(QtInfoMsg, QString(), report.verdict.text);
+    const QMutexLocker locker(&mutex);
+    writeAll(bar.wipe() + line + '\n');
+    isOver = true;
 }
 
 void LogWriter::progress(int done, int total)
 {
     const QMutexLocker locker(&mutex);
-    writeAll(bar.draw(done, total));
+    if (!isOver)
+        writeAll(bar.draw(done, total));
 }
 
 void LogWriter::wipeProgress()
@@ -128,10 +131,14 @@ void LogWriter::wipeProgress()
 /// In the text form without time and level, so that the command's voice stands out from the log.
 void LogWriter::own(QtMsgType type, const QString &opening, const QString &text)
 {
-    if (format == LogFormat::Json)
-        writeLine(jsonLine(type, text));
-    else
-        writeLine(QStringLiteral("talvenhr: %1%2").arg(opening, oneLine(text)).toLocal8Bit());
+    writeLine(ownLine(type, opening, text));
+}
+
+QByteArray LogWriter::ownLine(QtMsgType type, const QString &opening, const QString &text) const
+{
+    return format == LogFormat::Json
+        ? jsonLine(type, text)
+        : QStringLiteral("talvenhr: %1%2").arg(opening, oneLine(text)).toLocal8Bit();
 }
 
 QByteArray LogWriter::jsonLine(QtMsgType type, const QString &text) const
@@ -145,5 +152,6 @@ void LogWriter::writeLine(const QByteArray &line)
 {
     const QMutexLocker locker(&mutex);
     // In one go, so that the lines of other processes do not get in between.
-    writeAll(bar.wipe() + line + '\n');
+    if (!isOver)
+        writeAll(bar.wipe() + line + '\n');
 }

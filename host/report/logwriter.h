@@ -42,7 +42,8 @@ public:
     /// the seconds, which goes when something else is written; otherwise news when it changes.
     void activity(const QString &what);
 
-    /// The last line of a run: the verdict, or the figures as a JSON object.
+    /// The last line of a run: the verdict, or the figures as a JSON object. What other threads
+    /// write after it is dropped.
     void summary(const Report &report);
 
     void progress(int done, int total);
@@ -50,11 +51,13 @@ public:
 
 private:
     void own(QtMsgType type, const QString &opening, const QString &text);
+    QByteArray ownLine(QtMsgType type, const QString &opening, const QString &text) const;
     QByteArray jsonLine(QtMsgType type, const QString &text) const;
     void writeLine(const QByteArray &line);
 
     const LogFormat format;
     QMutex mutex;
+    bool isOver = false; ///< the last line is written
     ProgressBar bar;
     QString lastActivity;
     QElapsedTimer sinceActivity; ///< began
