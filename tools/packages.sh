@@ -8,7 +8,7 @@
 build_packages=(g++ cmake ninja-build qtbase5-dev libqt5sql5-mysql libqt5sql5-sqlite
                 libbenchmark-dev libgrantlee5-dev libmariadb-dev pkg-config scdoc binutils-mingw-w64-x86-64
                 tzdata libfaketime mariadb-server-core mariadb-client-core
-                python3-jsonschema)
+                python3-jsonschema zlib1g-dev)
 
 # ensure_packages PACKAGE...: installs those that are missing; says nothing when all are there.
 ensure_packages() {

@@ -64,6 +64,14 @@ Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs)
 
 Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *file)> &write)
 {
+    return fillOwnerFile(path, [&write](QIODevice *file) {
+        write(file);
+        return Failure();
+    });
+}
+
+Failure fillOwnerFile(const QString &path, const std::function<Failure(QIODevice *file)> &fill)
+{
     if (const Failure failure = checkOutputFile(path, {}))
         return failure;
     QSaveFile file(path);
@@ -72,7 +80,10 @@ Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *
         || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner))
         return cannotWrite(path, file.errorString());
     errno = 0;
-    write(&file);
+    if (const Failure failure = fill(&file)) {
+        file.cancelWriting();
+        return failure;
+    }
     // A flush that fails does not keep commit() from replacing the file.
     if (!file.flush() || file.error() != QFileDevice::NoError) {
         const QString reason = systemError(file);

@@ -20,3 +20,6 @@ Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs);
 /// until all is written, and anything but a regular file stays as it is. Fails with the system's
 /// words.
 Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *file)> &write);
+
+/// The same for what can fail by itself: then nothing is written, and that failure is the result.
+Failure fillOwnerFile(const QString &path, const std::function<Failure(QIODevice *file)> &fill);
