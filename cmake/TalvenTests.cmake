@@ -18,6 +18,9 @@ function(talven_add_test name)
     cmake_parse_arguments(arg "FROZEN_CLOCK" "TIMEOUT" "SOURCES;LIBRARIES;LABELS;TIME_ZONES;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     talven_target_defaults(${name})
+    # A test is built more often than it runs.
+    target_compile_options(${name} PRIVATE
+        $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:RelWithDebInfo>>:-O1 -g1>)
     target_link_libraries(${name} PRIVATE talvenhr_testsupport ${arg_LIBRARIES})
 
     if(NOT arg_TIMEOUT)
