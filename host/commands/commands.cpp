@@ -11,9 +11,10 @@
 #include "host/commands/runcommand.h"
 #include "host/commands/sandboxcommand.h"
 #include "host/commands/sqlcommand.h"
+#include "host/commands/undocommand.h"
 
 QVector<Command> allCommands()
 {
-    return {runCommand(), checkCommand(), rehearseCommand(), doctorCommand(),
+    return {runCommand(), checkCommand(), rehearseCommand(), undoCommand(),   doctorCommand(),
             sqlCommand(), infoCommand(),  configCommand(),   sandboxCommand()};
 }

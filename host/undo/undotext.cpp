@@ -1,0 +1,195 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A plan of undo as a script, and what became of it in words.
+#include "host/undo/undotext.h"
+
+#include "host/base/oneline.h"
+#include "host/report/textreport.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(UndoText)
+};
+
+const int commentWidth = 96;
+
+QString stepText(const UndoStep &step)
+{
+    const Person &person = step.person;
+    const QString who = person.pamId.isEmpty() ? Text::tr("uid %1").arg(person.uid) : person.pamId;
+    return oneLine(
+        Text::tr("%1: %2").arg(QStringLiteral("%1 %2").arg(who, person.name).trimmed(), step.what));
+}
+
+QString comment(const QString &sentence)
+{
+    QString lines;
+    const QStringList parts = wrapped(oneLine(sentence), commentWidth, 0).split(QLatin1Char('\n'));
+    for (const QString &part : parts)
+        lines += QStringLiteral("-- ") + part + QLatin1Char('\n');
+    return lines;
+}
+
+/// It has happened; without outcomes, a statement of the plan can do it.
+bool canHappen(const UndoPlan &plan, const UndoOutcomes &outcomes, UndoStatement::Effect effect)
+{
+    if (!outcomes.isEmpty())
+        return outcomes.contains(effect);
+    return std::any_of(plan.steps.cbegin(), plan.steps.cend(), [effect](const UndoStep &step) {
+        return std::any_of(
+            step.statements.cbegin(), step.statements.cend(),
+            [effect](const UndoStatement &statement) { return statement.effect == effect; });
+    });
+}
+
+/// What the plugin remembers, and what that means now.
+QStringList goingOn(const UndoPlan &plan, const UndoOutcomes &outcomes)
+{
+    if (plan.steps.isEmpty())
+        return {};
+    QStringList sentences {
+        Text::tr("How to go on: put a corrected export in place before the next pass."),
+        Text::tr(
+            "A plugin that has run since the pass remembers the export: it sees no change in a "
+            "line that stays as it is, and does not make these changes again. It does so "
+            "with the same export after a restart, in a forced pass, and as soon as it looks "
+            "again at leave that had to wait: on the day after a correction, or once "
+            "attendance is calculated."),
+    };
+    if (canHappen(plan, outcomes, UndoStatement::Removes))
+        sentences.append(
+            Text::tr("Restart the attendance server before an export brings back anybody who is "
+                     "removed here: the plugin remembers their ids as long as it runs, and would "
+                     "give their memberships to nobody."));
+    if (canHappen(plan, outcomes, UndoStatement::MakesInactive))
+        sentences.append(
+            Text::tr("Whoever is made inactive becomes active again with the next line "
+                     "about them that is new to the plugin."));
+    return sentences;
+}
+
+int count(const UndoPlan &plan, const UndoOutcomes &outcomes, const QString &table,
+          UndoStatement::Effect effect)
+{
+    int found = 0;
+    for (int place = 0; place < plan.steps.size(); ++place)
+        found += plan.steps.at(place).table == table && outcomes.at(place) == effect;
+    return found;
+}
+
+struct CountedTable
+{
+    QString table;
+    UndoStatement::Effect effect;
+    QString label;
+};
+
+QVector<CountedTable> countedTables()
+{
+    const auto back = [](const char *table, const QString &label) {
+        return CountedTable {QLatin1String(table), UndoStatement::TakesBack, label};
+    };
+    return {{QStringLiteral("people"), UndoStatement::Removes,
+             Text::tr("people who were added, removed")},
+            {QStringLiteral("people"), UndoStatement::MakesInactive,
+             Text::tr("people who were added, made inactive")},
+            back("people", Text::tr("people's own rows")),
+            back("brape", Text::tr("memberships of branches")),
+            back("people_term", Text::tr("places on terminals")),
+            back("admins_people", Text::tr("places under administrators, and supervisors")),
+            back("groups_plan", Text::tr("planned groups")),
+            back("groups_month", Text::tr("groups of months")),
+            back("people_pam", Text::tr("enrolments in PaM")),
+            back("vars", Text::tr("places in lists of PaM")),
+            back("funds_move", Text::tr("leave corrections"))};
+}
+
+/// Everything was left alone, though there was something to take back.
+bool isForeign(const UndoPlan &plan, const UndoOutcomes &outcomes)
+{
+    return !plan.steps.isEmpty() && leftAlone(outcomes) == plan.steps.size();
+}
+
+} // namespace
+
+QString passText(const ChangesHeader &header)
+{
+    const QString moment = header.when.toOffsetFromUtc(header.when.offsetFromUtc())
+                               .toString(Qt::ISODate);
+    const QString file = header.exported.name.isEmpty() ? Text::tr("no export")
+                                                        : header.exported.name;
+    return header.how == ChangesHeader::Rehearsed
+        ? Text::tr("the pass that was rehearsed at %1 over %2").arg(moment, oneLine(file))
+        : Text::tr("the pass that ended at %1 over %2").arg(moment, oneLine(file));
+}
+
+QString undoScript(const Changes &changes, const UndoPlan &plan, const UndoOutcomes &outcomes)
+{
+    QString script = comment(Text::tr("Takes back %1.").arg(passText(changes.header)));
+    script += comment(Text::tr("Each statement finds its row only as the pass has left it: what "
+                               "somebody has changed since is left alone."));
+    if (outcomes.isEmpty() && !plan.steps.isEmpty())
+        script += comment(
+            Text::tr("No database was looked at: what is left alone is not known, and "
+                     "people who were added are made inactive, for nobody knows what "
+                     "refers to them."));
+    if (plan.steps.isEmpty())
+        script += comment(Text::tr("There is nothing to take back."));
+    for (const QString &sentence : plan.stays + goingOn(plan, outcomes))
+        script += comment(sentence);
+    script += QStringLiteral("\nSET NAMES utf8mb4;\nSTART TRANSACTION;\n");
+    for (int place = 0; place < plan.steps.size(); ++place) {
+        const UndoStep &step = plan.steps.at(place);
+        const bool isLeft = !outcomes.isEmpty() && outcomes.at(place) == UndoStatement::Beside;
+        script += QStringLiteral("\n-- ") + stepText(step)
+            + (isLeft ? Text::tr(" (left alone: changed since)") : QString()) + QLatin1Char('\n');
+        for (const UndoStatement &statement : step.statements)
+            script += statement.sql + QStringLiteral(";\n");
+    }
+    script += QStringLiteral("\nCOMMIT;\n");
+    if (!outcomes.isEmpty())
+        script += comment(Text::tr("Taken back: %1, left alone: %2.")
+                              .arg(plan.steps.size() - leftAlone(outcomes))
+                              .arg(leftAlone(outcomes)));
+    return script;
+}
+
+QString outcomeText(const UndoPlan &plan, const UndoOutcomes &outcomes, int width)
+{
+    QString text;
+    const QVector<CountedTable> tables = countedTables();
+    for (const CountedTable &counted : tables) {
+        const int number = count(plan, outcomes, counted.table, counted.effect);
+        if (number > 0)
+            text += QStringLiteral("  %1: %2\n").arg(counted.label).arg(number);
+    }
+    if (leftAlone(outcomes) == 0)
+        return text;
+    text += wrapped(isForeign(plan, outcomes)
+                        ? Text::tr("All of it is left alone: the database does not hold what this "
+                                   "pass has left. Is it the right database, and has the pass run "
+                                   "there?")
+                        : Text::tr("Left alone, for somebody has changed it since:"),
+                    width, 0)
+        + QLatin1Char('\n');
+    for (int place = 0; place < plan.steps.size(); ++place) {
+        if (outcomes.at(place) == UndoStatement::Beside)
+            text += QStringLiteral("  ") + wrapped(stepText(plan.steps.at(place)), width - 2, 4)
+                + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QString afterwardsText(const UndoPlan &plan, const UndoOutcomes &outcomes, int width)
+{
+    QString text;
+    for (const QString &sentence : plan.stays + goingOn(plan, outcomes))
+        text += wrapped(oneLine(sentence), width, 0) + QLatin1Char('\n');
+    return text;
+}
