@@ -51,7 +51,7 @@ Failure UndoSession::run()
         if (ProgressBar::isPossible())
             writer.activity(what);
     };
-    Failure failure = look(database.parameters(), database.handle());
+    Failure failure = look(database.parameters());
     writer.wipeProgress();
     if (!failure && options.isApplied)
         failure = tellAndApply(database.parameters());
@@ -96,18 +96,17 @@ Failure UndoSession::printOnly()
     return {};
 }
 
-Failure UndoSession::look(const ConnectionParameters &source, const QSqlDatabase &handle)
+Failure UndoSession::look(const ConnectionParameters &source)
 {
     const QTemporaryDir folder;
     if (!folder.isValid())
         return {ExitUsage,
                 Text::tr("cannot make a temporary folder: %1").arg(folder.errorString())};
-    return lookIn(folder.path(), source, handle);
+    return lookIn(folder.path(), source);
 }
 
 /// The plan of the copy has the same steps: only what refers to a person can be less.
-Failure UndoSession::lookIn(const QString &folder, const ConnectionParameters &source,
-                            const QSqlDatabase &handle)
+Failure UndoSession::lookIn(const QString &folder, const ConnectionParameters &source)
 {
     DatabaseCopy copy(folder);
     copy.setInterruption(isInterrupted);
@@ -116,10 +115,14 @@ Failure UndoSession::lookIn(const QString &folder, const ConnectionParameters &s
     if (const Failure failure = copy.make(source, options.copy, &copied))
         return failure;
     UndoFacts facts;
-    if (const Failure failure = readUndoFacts(handle, options.changes, copied.tables, &facts))
-        return failure;
+    Connection looking(QStringLiteral("undo-facts"));
+    Failure failure = looking.open(source);
+    if (!failure)
+        failure = readUndoFacts(looking.handle(), options.changes, copied.tables, &facts);
+    looking.close();
     UndoPlan copyPlan;
-    Failure failure = makeUndoPlan(options.changes, options.selection, facts, &plan);
+    if (!failure)
+        failure = makeUndoPlan(options.changes, options.selection, facts, &plan);
     if (!failure)
         failure = makeUndoPlan(options.changes, options.selection,
                                factsOfCopy(facts, copied.tables), &copyPlan);

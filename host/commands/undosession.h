@@ -32,9 +32,8 @@ public:
 
 private:
     Failure printOnly();
-    Failure look(const ConnectionParameters &source, const QSqlDatabase &handle);
-    Failure lookIn(const QString &folder, const ConnectionParameters &source,
-                   const QSqlDatabase &handle);
+    Failure look(const ConnectionParameters &source);
+    Failure lookIn(const QString &folder, const ConnectionParameters &source);
     Failure tellAndApply(const ConnectionParameters &parameters);
     Failure apply(const ConnectionParameters &parameters);
     void tellTriggers(const QSqlDatabase &copy);

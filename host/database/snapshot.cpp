@@ -6,6 +6,7 @@
 #include "host/database/errortext.h"
 #include "host/database/value.h"
 
+#include <QSqlField>
 #include <QSqlQuery>
 #include <QSqlRecord>
 
@@ -68,10 +69,35 @@ Failure tableFailure(const QSqlDatabase &database, const QString &table, const Q
                 .arg(table, database.databaseName(), errorText(error))};
 }
 
-/// In the order of the key as the server sees it, which spares most tables the sorting.
-QString contentStatement(const TouchedTable &table, SnapshotRows wanted)
+bool isTemporal(QVariant::Type type)
 {
-    QString statement = QStringLiteral("SELECT * FROM `%1`").arg(table.name);
+    return type == QVariant::Date || type == QVariant::Time || type == QVariant::DateTime;
+}
+
+/// All columns. Those of the database's own dates and times become texts on the server: the driver
+/// would lose what is below a millisecond, and a text of Qt's own means nothing to a server.
+QString wantedColumns(const QSqlDatabase &database, const TouchedTable &table)
+{
+    QSqlQuery query(database);
+    const bool isKnown = query.exec(QStringLiteral("SELECT * FROM `%1` LIMIT 0").arg(table.name));
+    const QSqlRecord record = query.record();
+    QStringList columns;
+    bool isAny = false;
+    for (int column = 0; isKnown && column < record.count(); ++column) {
+        QString name = record.fieldName(column);
+        const bool isText = isTemporal(record.field(column).type());
+        isAny |= isText;
+        name = QLatin1Char('`') + name.replace(QLatin1Char('`'), QLatin1String("``"))
+            + QLatin1Char('`');
+        columns.append(isText ? QStringLiteral("CAST(%1 AS CHAR) AS %1").arg(name) : name);
+    }
+    return isAny ? columns.join(QStringLiteral(", ")) : QStringLiteral("*");
+}
+
+/// In the order of the key as the server sees it, which spares most tables the sorting.
+QString contentStatement(const QString &columns, const TouchedTable &table, SnapshotRows wanted)
+{
+    QString statement = QStringLiteral("SELECT %1 FROM `%2`").arg(columns, table.name);
     if (wanted == SnapshotRows::Touchable && !table.touchable.isEmpty())
         statement += QStringLiteral(" WHERE ") + table.touchable;
     return statement + QStringLiteral(" ORDER BY `%1`").arg(table.key.join(QStringLiteral("`, `")));
@@ -81,7 +107,8 @@ Failure readTable(const QSqlDatabase &database, SnapshotRows wanted, TableConten
 {
     QSqlQuery query(database);
     query.setForwardOnly(true);
-    if (!query.exec(contentStatement(*content->table, wanted)))
+    const QString columns = wantedColumns(database, *content->table);
+    if (!query.exec(contentStatement(columns, *content->table, wanted)))
         return tableFailure(database, content->table->name, query.lastError());
 
     const QSqlRecord record = query.record();

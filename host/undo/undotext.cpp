@@ -173,8 +173,8 @@ QString outcomeText(const UndoPlan &plan, const UndoOutcomes &outcomes, int widt
         return text;
     text += wrapped(isForeign(plan, outcomes)
                         ? Text::tr("All of it is left alone: the database does not hold what this "
-                                   "pass has left. Is it the right database, and has the pass run "
-                                   "there?")
+                                   "pass has left. Is it the right database, has the pass run there, "
+                                   "and was it not taken back before?")
                         : Text::tr("Left alone, for somebody has changed it since:"),
                     width, 0)
         + QLatin1Char('\n');
