@@ -34,6 +34,13 @@ Failure checkOutputFile(const QString &path, const QStringList &inputs)
     if (info.exists() && !info.isFile())
         return cannotWrite(
             path, info.isDir() ? Text::tr("it is a folder") : Text::tr("it is no regular file"));
+    const QFileInfo folder(info.absolutePath());
+    if (!folder.isDir())
+        return cannotWrite(path, Text::tr("there is no folder '%1'").arg(folder.filePath()));
+    if (!folder.isWritable() || !folder.isExecutable())
+        return cannotWrite(path,
+                           Text::tr("the folder '%1' is closed to this user; it belongs to %2")
+                               .arg(folder.filePath(), folder.owner()));
     for (const QString &input : inputs) {
         const QString canonical = QFileInfo(input).canonicalFilePath();
         if (!canonical.isEmpty() && canonical == info.canonicalFilePath())

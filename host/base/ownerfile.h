@@ -12,8 +12,8 @@
 
 class QIODevice;
 
-/// Fails if something else than a regular file stands where one is to be written, if it is one of
-/// those that are read, or if two of them are the same. Empty names stand for none.
+/// Fails if no file can be made in its folder, if something else than a regular file stands there,
+/// if it is one of those that are read, or if two of them are the same. Empty names stand for none.
 Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs);
 
 /// Writes a file that nobody else may read. It is whole or not there: what stood there before stays

@@ -41,6 +41,16 @@ bool kindOfName(const QString &name, ChangeKind *kind)
     return false;
 }
 
+QStringList kindNames(const KindSet &kinds)
+{
+    QStringList kindTexts;
+    for (const ChangeKind kind : changeKinds()) {
+        if (kinds.has(kind))
+            kindTexts.append(kindName(kind));
+    }
+    return kindTexts;
+}
+
 bool countsPeople(ChangeKind kind)
 {
     return kind < ChangeKind::Notices;

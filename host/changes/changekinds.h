@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <array>
@@ -80,6 +81,9 @@ private:
 
     quint32 bits = 0;
 };
+
+/// The names of the kinds, in their order.
+QStringList kindNames(const KindSet &kinds);
 
 /// A number for each kind.
 class KindCounts

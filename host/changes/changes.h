@@ -3,7 +3,9 @@
 // All that a pass changes: the one value behind `rehearse`, `run --changes` and `undo`.
 #pragma once
 
+#include "host/base/finding.h"
 #include "host/changes/changekinds.h"
+#include "host/changes/limitoutcome.h"
 #include "host/database/difference.h"
 
 #include <QDate>
@@ -106,6 +108,18 @@ struct ChangeTotals
     int withoutBranch = 0; ///< people whose `bid` is NULL now, and was not or was not there
     qint64 leave = 0; ///< hundredths: the sum of what each person's moves grow or shrink by
     qint64 reopenedDays = 0;
+    /// People whose employment has not ended and who stand in no line of the export; -1 where
+    /// nobody has looked, as after a pass on the database itself.
+    int missing = -1;
+};
+
+/// What a rehearsal knows beside the changes. Sentences end with a full stop.
+struct RehearsalFacts
+{
+    QVector<LimitOutcome> limits;
+    QStringList leftOut; ///< sentences: what the copy lacks, and what that leads to
+    QStringList warnings; ///< sentences: what holds of the copy only within limits
+    QVector<Finding> findings; ///< what is wrong with the export
 };
 
 /// SHA-256 in hex. Empty where it is not known.
@@ -126,5 +140,6 @@ struct Changes
     QVector<Change> others; ///< rows of nobody: variables, terminals' marks
     QVector<PassMessage> messages; ///< that name nobody
     PlanHashes plan;
+    RehearsalFacts rehearsal; ///< empty for a pass on the database itself
     IdNames names; ///< of the ids in the rows
 };

@@ -278,7 +278,7 @@ Changes changesFrom(const QVector<Change> &difference, const Snapshot &before,
     changes.plan.change = changeHash(changes);
     changes.plan.read = readHash;
     if (!readHash.isEmpty())
-        changes.plan.hash = planHash(readHash, changes.plan.change);
+        changes.plan.hash = planHash(changes.header, changes.plan.change);
     return changes;
 }
 

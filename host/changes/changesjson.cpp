@@ -90,6 +90,8 @@ public:
         list(changes.others, [this](const Change &change) { writeRow(change); });
         buffer += R"(,"messages":)";
         list(changes.messages, [this](const PassMessage &message) { write(message); });
+        buffer += R"(,"rehearsal":)";
+        writeRehearsal();
         buffer += "}\n";
         sink(buffer);
     }
@@ -152,7 +154,9 @@ private:
             {{QStringLiteral("activePeople"), jsonValue(totals.activePeople)},
              {QStringLiteral("withoutBranch"), jsonValue(totals.withoutBranch)},
              {QStringLiteral("leave"), QByteArray::number(totals.leave)},
-             {QStringLiteral("reopenedDays"), QByteArray::number(totals.reopenedDays)}});
+             {QStringLiteral("reopenedDays"), QByteArray::number(totals.reopenedDays)},
+             {QStringLiteral("missing"),
+              totals.missing < 0 ? QByteArrayLiteral("null") : jsonValue(totals.missing)}});
     }
 
     /// Of the tables that have rows here, the order of the columns, which objects do not keep.
@@ -195,11 +199,6 @@ private:
 
     void write(const ChangedPerson &person)
     {
-        QStringList kinds;
-        for (const ChangeKind kind : changeKinds()) {
-            if (person.kinds.has(kind))
-                kinds.append(kindName(kind));
-        }
         const auto idOrNull = [](qlonglong id) {
             return id == 0 ? QByteArrayLiteral("null") : QByteArray::number(id);
         };
@@ -207,7 +206,7 @@ private:
         buffer += R"(,"pid":)" + idOrNull(person.pid);
         buffer += R"(,"uid":)" + idOrNull(person.person.uid);
         buffer += R"(,"name":)" + textOrNull(person.person.name);
-        buffer += R"(,"kinds":)" + jsonValue(kinds) + R"(,"fields":)";
+        buffer += R"(,"kinds":)" + jsonValue(kindNames(person.kinds)) + R"(,"fields":)";
         list(person.fields, [this](const ChangedField &field) { write(field); });
         buffer += R"(,"leave":)" + QByteArray::number(person.leave);
         buffer += R"(,"reopened":)" + reopened(person) + R"(,"notDone":)";
@@ -249,6 +248,42 @@ private:
             {{QStringLiteral("level"), message.isError ? R"("error")" : R"("warning")"},
              {QStringLiteral("time"), momentOrNull(message.time)},
              {QStringLiteral("text"), jsonValue(message.text)}});
+    }
+
+    void writeRehearsal()
+    {
+        if (changes.header.how != ChangesHeader::Rehearsed) {
+            buffer += "null";
+            return;
+        }
+        const RehearsalFacts &facts = changes.rehearsal;
+        buffer += R"({"limits":)";
+        list(facts.limits, [this](const LimitOutcome &outcome) { write(outcome); });
+        buffer += R"(,"leftOut":)" + jsonValue(facts.leftOut);
+        buffer += R"(,"warnings":)" + jsonValue(facts.warnings) + R"(,"findings":)";
+        list(facts.findings, [this](const Finding &finding) { write(finding); });
+        buffer += '}';
+    }
+
+    void write(const LimitOutcome &outcome)
+    {
+        const Limit &limit = outcome.limit;
+        buffer += jsonObject({{QStringLiteral("kind"), jsonValue(limit.kind)},
+                              {QStringLiteral("percent"),
+                               limit.isPercent ? jsonValue(limit.number) : QByteArray("null")},
+                              {QStringLiteral("allowed"), jsonValue(outcome.allowed)},
+                              {QStringLiteral("found"), jsonValue(outcome.found)},
+                              {QStringLiteral("exceeded"), jsonValue(outcome.isExceeded())}});
+    }
+
+    void write(const Finding &finding)
+    {
+        buffer += jsonObject(
+            {{QStringLiteral("code"), jsonValue(finding.code)},
+             {QStringLiteral("severity"), jsonValue(severityName(finding.severity))},
+             {QStringLiteral("text"), jsonValue(finding.text)},
+             {QStringLiteral("becomes"), textOrNull(finding.becomes)},
+             {QStringLiteral("remedy"), textOrNull(finding.remedy)}});
     }
 
     void writeRow(const Change &change)

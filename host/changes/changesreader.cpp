@@ -54,6 +54,48 @@ QStringList textsOf(const QJsonValue &value)
     return texts;
 }
 
+LimitOutcome outcomeOf(const QJsonObject &object)
+{
+    const QJsonValue percent = object.value(QStringLiteral("percent"));
+    const double allowed = object.value(QStringLiteral("allowed")).toDouble();
+    const bool isPercent = percent.isDouble();
+    return {{object.value(QStringLiteral("kind")).toString(),
+             isPercent ? percent.toInt() : static_cast<int>(allowed), isPercent},
+            allowed,
+            object.value(QStringLiteral("found")).toDouble()};
+}
+
+Finding findingOf(const QJsonObject &object)
+{
+    const auto text = [&object](const char *name) {
+        return object.value(QLatin1String(name)).toString();
+    };
+    Finding finding;
+    finding.code = text("code");
+    for (const Finding::Severity severity : {Finding::Warning, Finding::Error}) {
+        if (text("severity") == severityName(severity))
+            finding.severity = severity;
+    }
+    finding.text = text("text");
+    finding.becomes = text("becomes");
+    finding.remedy = text("remedy");
+    return finding;
+}
+
+RehearsalFacts rehearsalOf(const QJsonObject &object)
+{
+    RehearsalFacts facts;
+    const QJsonArray limits = object.value(QStringLiteral("limits")).toArray();
+    for (const QJsonValue &limit : limits)
+        facts.limits.append(outcomeOf(limit.toObject()));
+    facts.leftOut = textsOf(object.value(QStringLiteral("leftOut")));
+    facts.warnings = textsOf(object.value(QStringLiteral("warnings")));
+    const QJsonArray findings = object.value(QStringLiteral("findings")).toArray();
+    for (const QJsonValue &finding : findings)
+        facts.findings.append(findingOf(finding.toObject()));
+    return facts;
+}
+
 ChangesHeader headerOf(const QJsonObject &object)
 {
     const auto text = [&object](const char *name) {
@@ -101,7 +143,9 @@ public:
         changes->totals = {totals.value(QStringLiteral("activePeople")).toInt(),
                            totals.value(QStringLiteral("withoutBranch")).toInt(),
                            numberOf(totals.value(QStringLiteral("leave"))),
-                           numberOf(totals.value(QStringLiteral("reopenedDays")))};
+                           numberOf(totals.value(QStringLiteral("reopenedDays"))),
+                           totals.value(QStringLiteral("missing")).toInt(-1)};
+        changes->rehearsal = rehearsalOf(part("rehearsal").toObject());
         const QJsonObject plan = part("plan").toObject();
         changes->plan = {plan.value(QStringLiteral("read")).toString(),
                          plan.value(QStringLiteral("change")).toString(),

@@ -67,15 +67,6 @@ QString behindKind(const Changes &changes, ChangeKind kind)
     return QString();
 }
 
-QString titleOf(const ChangedPerson &changed)
-{
-    const Person &person = changed.person;
-    const QString number = !person.pamId.isEmpty() ? person.pamId
-        : person.uid != 0                          ? Text::tr("uid %1").arg(person.uid)
-                                                   : Text::tr("pid %1").arg(changed.pid);
-    return oneLine(QStringLiteral("%1 %2").arg(number, person.name).trimmed());
-}
-
 /// Where somebody stands among the worst.
 int rankOf(const ChangedPerson &person)
 {
@@ -168,9 +159,18 @@ QVector<int> worstFirst(const Changes &changes)
     return places;
 }
 
+QString personTitle(const ChangedPerson &changed)
+{
+    const Person &person = changed.person;
+    const QString number = !person.pamId.isEmpty() ? person.pamId
+        : person.uid != 0                          ? Text::tr("uid %1").arg(person.uid)
+                                                   : Text::tr("pid %1").arg(changed.pid);
+    return oneLine(QStringLiteral("%1 %2").arg(number, person.name).trimmed());
+}
+
 QString personText(const ChangedPerson &person, const IdNames &names, int width)
 {
-    QString text = wrapped(titleOf(person), width - indent, indent) + QLatin1Char('\n');
+    QString text = wrapped(personTitle(person), width - indent, indent) + QLatin1Char('\n');
     const auto add = [&text, width](const QString &line, int blanks) {
         text += QString(blanks, QLatin1Char(' ')) + wrapped(line, width - blanks - 2, blanks + 2)
             + QLatin1Char('\n');

@@ -16,6 +16,9 @@ QString summaryText(const Changes &changes, int width);
 /// back, comes; people without any of these in their order.
 QVector<int> worstFirst(const Changes &changes);
 
+/// "4711.1 Eva Malá", in one line.
+QString personTitle(const ChangedPerson &changed);
+
 /// Lines of at most `width` characters: who it is, in words of the trade what happens and what does
 /// not, and underneath the rows. No text of the database can break them.
 QString personText(const ChangedPerson &person, const IdNames &names, int width);

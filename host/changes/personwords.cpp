@@ -56,6 +56,19 @@ public:
 private:
     void add(const QString &line) { result.append(oneLine(line)); }
 
+    /// What was told several times stands once, with its number.
+    void addCounted(const QStringList &lines)
+    {
+        QHash<QString, int> counts;
+        for (const QString &line : lines)
+            ++counts[line];
+        for (const QString &line : lines) {
+            const int count = counts.take(line);
+            if (count > 0)
+                add(count == 1 ? line : Text::tr("%1 (%2 times)").arg(line).arg(count));
+        }
+    }
+
     /// The name of what an id stands for, or its number.
     QString named(const char *column, const Change &change, const TableRow &row) const
     {
@@ -163,11 +176,13 @@ private:
 
     void tellTold()
     {
+        QStringList told;
         for (const NotDone &notDone : person.notDone)
-            add(notDoneText(notDone));
+            told.append(notDoneText(notDone));
         for (const PassMessage &message : person.messages)
-            add((message.isError ? Text::tr("error: %1") : Text::tr("warning: %1"))
-                    .arg(message.text));
+            told.append((message.isError ? Text::tr("error: %1") : Text::tr("warning: %1"))
+                            .arg(message.text));
+        addCounted(told);
         for (const QString &reason : person.uncertain)
             add(Text::tr("uncertain: %1").arg(reason));
     }

@@ -6,6 +6,7 @@
 #include "host/database/value.h"
 
 #include <QCryptographicHash>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <vector>
@@ -13,15 +14,24 @@
 namespace {
 
 // So many letters of each hash stand in that of both, which people copy.
-const int readLetters = 16;
+const int partLetters = 4; // of each part that is read
 const int changeLetters = 32;
+
+const PlanPart planParts[] = {PlanPart::Export, PlanPart::Settings, PlanPart::Plugin,
+                              PlanPart::State};
 
 const char unitEnd = '\x1f';
 const char lineEnd = '\n';
 
-QString hex(const QCryptographicHash &hash)
+QString hex(const QByteArray &digest)
 {
-    return QString::fromLatin1(hash.result().toHex());
+    return QString::fromLatin1(digest.toHex());
+}
+
+/// In the order of planParts.
+QStringList partsOf(const ChangesHeader &header)
+{
+    return {header.exported.digest, header.settings, header.plugin, header.state};
 }
 
 /// With its kind and length in front, so that no two cells read alike.
@@ -84,7 +94,7 @@ public:
             add(change);
         flush();
     }
-    QString result() const { return hex(hash); }
+    QString result() const { return hex(hash.result()); }
 
 private:
     void add(const Change &change)
@@ -155,15 +165,38 @@ QString changeHash(const QVector<Change> &rows)
 QString readHash(const ChangesHeader &header)
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const QString &part :
-         {header.exported.digest, header.settings, header.plugin, header.state})
+    const QStringList parts = partsOf(header);
+    for (const QString &part : parts)
         hash.addData(part.toUtf8() + lineEnd);
-    return hex(hash);
+    return hex(hash.result());
 }
 
-QString planHash(const QString &read, const QString &change)
+QString planHash(const ChangesHeader &header, const QString &change)
 {
-    return read.left(readLetters) + QLatin1Char('-') + change.left(changeLetters);
+    QString read;
+    const QStringList parts = partsOf(header);
+    for (const QString &part : parts)
+        read += hex(QCryptographicHash::hash(part.toUtf8(), QCryptographicHash::Sha256))
+                    .left(partLetters);
+    return read + QLatin1Char('-') + change.left(changeLetters);
+}
+
+bool isPlanHash(const QString &text)
+{
+    static const QRegularExpression form(QStringLiteral("\\A[0-9a-f]{16}-[0-9a-f]{32}\\z"));
+    return form.match(text).hasMatch();
+}
+
+QVector<PlanPart> differentParts(const QString &plan, const QString &other)
+{
+    QVector<PlanPart> parts;
+    int place = 0;
+    for (const PlanPart part : planParts) {
+        if (plan.midRef(place, partLetters) != other.midRef(place, partLetters))
+            parts.append(part);
+        place += partLetters;
+    }
+    return parts;
 }
 
 bool isSameChange(const QString &plan, const QString &change)
@@ -185,5 +218,5 @@ QString stateDigest(const Snapshot &snapshot)
             hash.addData(line + lineEnd);
         }
     }
-    return hex(hash);
+    return hex(hash.result());
 }

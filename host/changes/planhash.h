@@ -16,8 +16,21 @@ QString changeHash(const QVector<Change> &rows);
 /// SHA-256 in hex over the digests of export, settings and state, and the plugin's version.
 QString readHash(const ChangesHeader &header);
 
-/// The begins of both, joined by '-': a plan whose first part differs may still change the same.
-QString planHash(const QString &read, const QString &change);
+/// Four letters each for export, settings, plugin and state, then '-' and the begin of what
+/// changes: a plan whose first part differs may still change the same.
+QString planHash(const ChangesHeader &header, const QString &change);
+/// The text has the form of a plan's hash.
+bool isPlanHash(const QString &text);
+
+/// What a pass reads.
+enum class PlanPart {
+    Export,
+    Settings,
+    Plugin,
+    State,
+};
+/// In which of them two plans differ.
+QVector<PlanPart> differentParts(const QString &plan, const QString &other);
 /// The plan, as planHash() gave it, changes this.
 bool isSameChange(const QString &plan, const QString &change);
 

@@ -5,10 +5,11 @@
 
 #include "host/changes/changestext.h"
 #include "host/database/changetext.h"
+#include "host/rehearsal/limits.h"
+#include "host/rehearsal/verdict.h"
 
 #include <QCoreApplication>
-
-#include <algorithm>
+#include <QHash>
 
 namespace {
 
@@ -22,28 +23,41 @@ QString key(const char *name)
     return QLatin1String(name);
 }
 
-/// A bar for each kind that occurs, as long as the most frequent one allows, with its limit.
-QVariantList kindValues(const Changes &changes, const QVector<LimitOutcome> &limits)
+/// The value for one bar, with its limit if there is one.
+QVariantHash barValues(const QString &name, double count, double most, const LimitOutcome *limit)
+{
+    QVariantHash value {{key("name"), name},
+                        {key("count"), count},
+                        {key("share"), static_cast<int>(100 * count / most)}};
+    if (limit) {
+        value.insert(key("limit"), limit->allowed);
+        value.insert(key("exceeded"), limit->isExceeded());
+    }
+    return value;
+}
+
+/// A bar for each kind that occurs or is limited, as long as its share of the most frequent one;
+/// then for each limit of something else.
+QVariantList kindValues(const Changes &changes)
 {
     qint64 most = 1;
+    QHash<QString, const LimitOutcome *> limits;
+    for (const LimitOutcome &outcome : changes.rehearsal.limits)
+        limits.insert(outcome.limit.kind, &outcome);
     for (const ChangeKind kind : changeKinds())
         most = qMax(most, changes.summary[kind]);
     QVariantList values;
     for (const ChangeKind kind : changeKinds()) {
         const qint64 count = changes.summary[kind];
-        const auto limit = std::find_if(
-            limits.cbegin(), limits.cend(),
-            [kind](const LimitOutcome &outcome) { return outcome.limit.kind == kindName(kind); });
-        if (count == 0 && limit == limits.cend())
-            continue;
-        QVariantHash value {{key("name"), kindName(kind)},
-                            {key("count"), count},
-                            {key("share"), 100 * count / most}};
-        if (limit != limits.cend()) {
-            value.insert(key("limit"), limit->allowed);
-            value.insert(key("exceeded"), limit->isExceeded());
-        }
-        values.append(value);
+        const LimitOutcome *const limit = limits.take(kindName(kind));
+        if (count != 0 || limit)
+            values.append(barValues(kindName(kind), static_cast<double>(count),
+                                    static_cast<double>(most), limit));
+    }
+    for (const LimitOutcome &outcome : changes.rehearsal.limits) {
+        const double whole = qMax(outcome.allowed, outcome.found);
+        if (limits.contains(outcome.limit.kind))
+            values.append(barValues(outcome.limit.kind, outcome.found, qMax(whole, 1.0), &outcome));
     }
     return values;
 }
@@ -54,14 +68,9 @@ QVariantHash personValues(const ChangedPerson &person, const IdNames &names)
     const QVector<PersonChanges> texts = changeTexts(person.rows, names);
     for (const PersonChanges &text : texts)
         rows += text.lines;
-    QStringList kinds;
-    for (const ChangeKind kind : changeKinds()) {
-        if (person.kinds.has(kind))
-            kinds.append(kindName(kind));
-    }
     return {{key("number"), person.person.pamId},
             {key("name"), person.person.name},
-            {key("kinds"), kinds.join(QStringLiteral(", "))},
+            {key("kinds"), kindNames(person.kinds).join(QStringLiteral(", "))},
             {key("words"), QVariant(personWords(person, names)).toList()},
             {key("rows"), rows.join(QLatin1Char('\n'))},
             {key("marked"), !person.notDone.isEmpty() || !person.messages.isEmpty()}};
@@ -69,32 +78,32 @@ QVariantHash personValues(const ChangedPerson &person, const IdNames &names)
 
 } // namespace
 
-QVariantHash rehearsalHtmlValues(const Changes &changes, const QVector<LimitOutcome> &limits,
-                                 const CopyFacts &copied)
+QVariantHash rehearsalHtmlValues(const Changes &changes)
 {
     QVariantList exceeded;
-    for (const LimitOutcome &outcome : limits) {
-        if (outcome.isExceeded())
-            exceeded.append(exceededText(outcome));
-    }
+    const QVector<LimitOutcome> limits = exceededLimits(changes);
+    for (const LimitOutcome &outcome : limits)
+        exceeded.append(exceededText(outcome));
+    QStringList notes = changes.rehearsal.warnings + changes.rehearsal.leftOut;
+    for (const Finding &finding : changes.rehearsal.findings)
+        notes.append(codedLine(finding));
     QVariantList people;
     const QVector<int> places = worstFirst(changes);
-    for (const int place : places)
-        people.append(personValues(changes.people.at(place), changes.names));
-    const qint64 errors = changes.summary[ChangeKind::Errors];
-    const QString verdict = !exceeded.isEmpty()
-        ? Text::tr("Refused: the pass would change more than the limits allow.")
-        : errors > 0 ? Text::tr("The pass would have errors.")
-                     : Text::tr("The pass would keep to the limits.");
+    for (const int place : places) {
+        if (isWorthTelling(changes.people.at(place)))
+            people.append(personValues(changes.people.at(place), changes.names));
+    }
+    const bool isGood = verdictCode(changes, false) == ExitClean;
     return {{key("title"), Text::tr("What the next pass would change")},
-            {key("severity"), key(!exceeded.isEmpty() || errors > 0 ? "error" : "good")},
-            {key("verdict"), verdict},
+            {key("severity"), key(isGood ? "good" : "error")},
+            {key("verdict"), verdictText(changes)},
             {key("export"), changes.header.exported.name},
             {key("when"), changes.header.when.toString(Qt::ISODate)},
             {key("forced"), changes.header.forced},
-            {key("plan"), changes.plan.hash},
+            {key("plan"), exceeded.isEmpty() ? changes.plan.hash : QString()},
             {key("exceeded"), exceeded},
-            {key("notes"), QVariant(copied.warnings + copied.leftOut).toList()},
-            {key("kinds"), kindValues(changes, limits)},
-            {key("people"), people}};
+            {key("notes"), QVariant(notes).toList()},
+            {key("kinds"), kindValues(changes)},
+            {key("people"), people},
+            {key("silent"), changes.people.size() - people.size()}};
 }

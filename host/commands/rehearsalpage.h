@@ -4,11 +4,8 @@
 #pragma once
 
 #include "host/changes/changes.h"
-#include "host/copy/copyfacts.h"
-#include "host/rehearsal/limits.h"
 
 #include <QVariant>
 
 /// The values for the template "rehearsal".
-QVariantHash rehearsalHtmlValues(const Changes &changes, const QVector<LimitOutcome> &limits,
-                                 const CopyFacts &copied);
+QVariantHash rehearsalHtmlValues(const Changes &changes);

@@ -3,21 +3,24 @@
 // One rehearsal from the copy to what is told of it.
 #include "host/commands/rehearsalsession.h"
 
+#include "host/base/scratchfolder.h"
+#include "host/base/shellword.h"
 #include "host/base/signalwatch.h"
 #include "host/changes/changesjson.h"
-#include "host/changes/changestext.h"
 #include "host/changes/planhash.h"
 #include "host/commands/databaselook.h"
 #include "host/commands/rehearsalpage.h"
+#include "host/commands/rehearsaltext.h"
 #include "host/copy/databasecopy.h"
+#include "host/rehearsal/verdict.h"
 #include "host/report/htmlpage.h"
 #include "host/report/logwriter.h"
-#include "host/report/textreport.h"
 
 #include <QCoreApplication>
-#include <QTemporaryDir>
-
-#include <algorithm>
+#include <QDir>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QSqlRecord>
 
 namespace {
 
@@ -26,7 +29,35 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(RehearsalSession)
 };
 
-const int shownPeople = 20;
+/// Before anything is copied: a private server would only say so afterwards.
+Failure checkKeptFolder(const QString &folder)
+{
+    const QFileInfo info(folder);
+    if (!info.exists())
+        return {};
+    if (!info.isDir())
+        return {ExitUsage, Text::tr("--keep takes a folder, and '%1' is none").arg(folder)};
+    const bool isEmpty = QDir(folder).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden
+                                              | QDir::System);
+    if (isEmpty)
+        return {};
+    return {ExitUsage,
+            Text::tr("--keep takes a new or an empty folder, and '%1' holds something already; "
+                     "name another one")
+                .arg(folder)};
+}
+
+QStringList columnsOfPeople(const QSqlDatabase &database)
+{
+    QSqlQuery query(database);
+    QStringList columns;
+    if (!query.exec(QStringLiteral("SELECT * FROM people LIMIT 0")))
+        return columns;
+    const QSqlRecord record = query.record();
+    for (int i = 0; i < record.count(); ++i)
+        columns.append(record.fieldName(i));
+    return columns;
+}
 
 } // namespace
 
@@ -40,39 +71,46 @@ Failure RehearsalSession::run()
         return failure;
     if (const Failure failure = tell())
         return failure;
-    return {exitCode(), QString()};
-}
-
-Failure RehearsalSession::checkPlan(const QString &plan)
-{
-    if (const Failure failure = rehearse())
-        return failure;
-    if (isSameChange(plan, changes.plan.change))
-        return {};
-    return {ExitRefused,
-            Text::tr("something else would change now than what was planned: look at it with "
-                     "'talvenhr rehearse'; the plan is %1 now")
-                .arg(changes.plan.hash)};
+    return {verdictCode(changes, options.tellsChanges), QString()};
 }
 
 Failure RehearsalSession::rehearse()
 {
-    const Failure failure = copyAndRun();
+    Failure failure = checkFirst();
+    if (!failure)
+        failure = copyAndRun();
+    if (failure.exitCode == ExitInterrupted)
+        failure.text = Text::tr("interrupted; nothing was changed");
+    if (failure)
+        return failure;
+    changes.header.state = QString::fromLatin1(copied.digest);
     changes.plan.read = readHash(changes.header);
-    changes.plan.hash = planHash(changes.plan.read, changes.plan.change);
-    limits = limitOutcomes(options.limits, changes);
-    return failure;
+    changes.plan.hash = planHash(changes.header, changes.plan.change);
+    changes.totals.missing = missingPeople(known, exported.lines);
+    changes.rehearsal = {limitOutcomes(options.limits, changes), copied.leftOut, copied.warnings,
+                         exported.findings};
+    return {};
+}
+
+/// What can be told without a copy.
+Failure RehearsalSession::checkFirst()
+{
+    removeLeftScratchFolders();
+    if (!options.keep.isEmpty()) {
+        if (const Failure failure = checkKeptFolder(options.keep))
+            return failure;
+    }
+    return lookAtExport(options.wishes, &exported);
 }
 
 Failure RehearsalSession::copyAndRun()
 {
     if (!options.keep.isEmpty())
         return copyAndRunIn(options.keep);
-    const QTemporaryDir folder;
-    if (!folder.isValid())
-        return {ExitUsage,
-                Text::tr("cannot make a temporary folder: %1").arg(folder.errorString())};
-    return copyAndRunIn(folder.path());
+    const ScratchFolder folder;
+    if (!folder.failure().isEmpty())
+        return {ExitUsage, folder.failure()};
+    return copyAndRunIn(folder.filePath(QStringLiteral("copy")));
 }
 
 Failure RehearsalSession::copyAndRunIn(const QString &folder)
@@ -87,20 +125,39 @@ Failure RehearsalSession::copyAndRunIn(const QString &folder)
     DatabaseLook source;
     if (const Failure failure = source.open(options.database))
         return failure;
+    // Where the people cannot be read, the copy says so in better words.
+    const QStringList columns = columnsOfPeople(source.handle());
+    if (const Failure failure = columns.isEmpty() ? Failure()
+                                                  : checkColumns(options.limits, columns))
+        return failure;
     DatabaseCopy copy(folder);
     copy.setInterruption(interrupted);
     QObject::connect(&copy, &DatabaseCopy::progress, show);
-    if (const Failure failure = copy.make(source.parameters(), options.copy, &copied))
+    if (const Failure failure = copy.make(source.parameters(), options.copy, &copied)) {
+        copy.stop();
+        // It was empty or not there, and half a copy would only be in the way of the next one.
+        if (failure.exitCode == ExitInterrupted)
+            QDir(folder).removeRecursively();
         return failure;
+    }
     show(Text::tr("running the pass on the copy"));
-    Rehearsal rehearsal(options.wishes);
-    rehearsal.setInterruption(interrupted);
-    const Failure failure = rehearsal.run(copy.parameters(), copy.administratorParameters(),
-                                          &changes);
-    changes.header.state = QString::fromLatin1(copied.digest);
+    const Failure failure = runPass(copy.parameters(), copy.administratorParameters(), interrupted);
     writer.wipeProgress();
     copy.stop();
     return failure;
+}
+
+Failure RehearsalSession::runPass(const ConnectionParameters &copy,
+                                  const ConnectionParameters &administrator,
+                                  const std::function<bool()> &interrupted)
+{
+    const QDate today = options.wishes.today.isValid() ? options.wishes.today
+                                                       : QDate::currentDate();
+    if (const Failure failure = readKnownPeople(administrator, today, &known))
+        return failure;
+    Rehearsal rehearsal(options.wishes);
+    rehearsal.setInterruption(interrupted);
+    return rehearsal.run(copy, administrator, &changes);
 }
 
 Failure RehearsalSession::tell() const
@@ -111,7 +168,7 @@ Failure RehearsalSession::tell() const
     }
     if (!options.html.isEmpty()) {
         if (const Failure failure = writeHtmlPage(options.html, QStringLiteral("rehearsal"),
-                                                  rehearsalHtmlValues(changes, limits, copied)))
+                                                  rehearsalHtmlValues(changes)))
             return failure;
     }
     if (options.form == ReportForm::Json) {
@@ -119,80 +176,30 @@ Failure RehearsalSession::tell() const
         flushOutput();
         return {};
     }
+    printText(options.isQuiet ? briefText() : fullText());
+    return {};
+}
+
+QString RehearsalSession::briefText() const
+{
+    RehearsalText text(changes, outputWidth());
     if (!options.person.isEmpty())
-        return tellPerson();
-    if (options.isQuiet)
-        printText(verdictLine() + QLatin1Char('\n'));
-    else
-        tellPage();
-    return {};
+        text.addPerson(options.person, known, exported.lines, true);
+    return text.result() + verdictLine(changes) + QLatin1Char('\n');
 }
 
-Failure RehearsalSession::tellPerson() const
+QString RehearsalSession::fullText() const
 {
-    const auto found = std::find_if(
-        changes.people.cbegin(), changes.people.cend(),
-        [this](const ChangedPerson &person) { return person.person.pamId == options.person; });
-    if (found == changes.people.cend())
-        printText(Text::tr("Nothing changes for %1.\n").arg(options.person));
-    else
-        printText(personText(*found, changes.names, outputWidth()));
-    return {};
-}
-
-void RehearsalSession::tellPage() const
-{
-    const int width = outputWidth();
-    printText(summaryText(changes, width));
-    const QStringList notes = copied.warnings + copied.leftOut + exceeded();
-    for (const QString &note : notes)
-        printText(QLatin1Char('\n') + wrapped(note, width, 0) + QLatin1Char('\n'));
-    const QVector<int> places = worstFirst(changes);
-    for (const int place : places.mid(0, shownPeople))
-        printText(QLatin1Char('\n') + personText(changes.people.at(place), changes.names, width));
-    if (places.size() > shownPeople)
-        printText(Text::tr("\nand %1 more people; --person shows one, --html or --changes all\n")
-                      .arg(places.size() - shownPeople));
-    printText(QLatin1Char('\n') + wrapped(verdictLine(), width, 0) + QLatin1Char('\n'));
-}
-
-QStringList RehearsalSession::exceeded() const
-{
-    QStringList lines;
-    for (const LimitOutcome &outcome : limits) {
-        if (outcome.isExceeded())
-            lines.append(Text::tr("Limit: %1.").arg(exceededText(outcome)));
+    RehearsalText text(changes, outputWidth());
+    if (options.person.isEmpty()) {
+        text.addPage();
+    } else {
+        text.addPerson(options.person, known, exported.lines, false);
+        text.addExceeded();
     }
-    return lines;
-}
-
-QString RehearsalSession::verdictLine() const
-{
-    const int beyond = exceeded().size();
-    const qint64 errors = changes.summary[ChangeKind::Errors];
-    const QString counts = Text::tr("people who change: %1, errors: %2, plan: %3")
-                               .arg(changes.people.size())
-                               .arg(errors)
-                               .arg(changes.plan.hash);
-    // Without the plan, which would let the pass through.
-    if (beyond > 0)
-        return Text::tr("Refused, limits exceeded: %1; people who change: %2, errors: %3")
-            .arg(beyond)
-            .arg(changes.people.size())
-            .arg(errors);
-    if (errors > 0)
-        return Text::tr("The pass has errors; %1").arg(counts);
-    return changes.people.isEmpty() && changes.others.isEmpty()
-        ? Text::tr("Nothing would change; %1").arg(counts)
-        : Text::tr("Within the limits; %1").arg(counts);
-}
-
-ExitCode RehearsalSession::exitCode() const
-{
-    if (!exceeded().isEmpty())
-        return ExitRefused;
-    if (changes.summary[ChangeKind::Errors] > 0)
-        return ExitErrors;
-    const bool isChanged = !changes.people.isEmpty() || !changes.others.isEmpty();
-    return isChanged && options.tellsChanges ? ExitChanged : ExitClean;
+    text.addLine(verdictLine(changes));
+    if (!options.keep.isEmpty())
+        text.addLine(Text::tr("The copy is kept: talvenhr sql --private-db %1")
+                         .arg(shellWord(options.keep)));
+    return text.result();
 }

@@ -7,8 +7,10 @@
 #include "host/changes/changes.h"
 #include "host/cli/databaseoptions.h"
 #include "host/copy/copyfacts.h"
+#include "host/rehearsal/knownpeople.h"
 #include "host/rehearsal/limits.h"
 #include "host/rehearsal/rehearsal.h"
+#include "host/rehearsal/rehearsalinputs.h"
 #include "host/report/console.h"
 
 /// The values of the options.
@@ -36,22 +38,23 @@ public:
     /// The failure's exit code is that of the command also where nothing has failed.
     Failure run();
 
-    /// Rehearses, tells nothing, and fails if what would change is not what the plan says.
-    Failure checkPlan(const QString &plan);
+    /// Rehearses, and tells nothing. What there is then is told by result().
+    Failure rehearse();
+    const Changes &result() const { return changes; }
 
 private:
-    Failure rehearse();
+    Failure checkFirst();
     Failure copyAndRun();
     Failure copyAndRunIn(const QString &folder);
+    Failure runPass(const ConnectionParameters &copy, const ConnectionParameters &administrator,
+                    const std::function<bool()> &interrupted);
     Failure tell() const;
-    Failure tellPerson() const;
-    void tellPage() const;
-    QString verdictLine() const;
-    QStringList exceeded() const;
-    ExitCode exitCode() const;
+    QString briefText() const;
+    QString fullText() const;
 
     const RehearsalOptions options;
     CopyFacts copied;
+    ExportLook exported;
+    QVector<KnownPerson> known; ///< before the pass
     Changes changes;
-    QVector<LimitOutcome> limits;
 };

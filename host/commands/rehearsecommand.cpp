@@ -8,9 +8,10 @@
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
+#include "host/commands/limitoptions.h"
 #include "host/commands/rehearsalsession.h"
 #include "host/plugin/datadirectory.h"
-#include "host/plugin/settingsfile.h"
+#include "host/rehearsal/pretendedday.h"
 
 #include <QCoreApplication>
 
@@ -21,42 +22,21 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(RehearseCommand)
 };
 
-const QString section = QStringLiteral("limits/");
-
-/// The limits of the defaults and talvenhr.conf, unless --no-limits drops them, then those of
-/// --limit and --allow.
-Failure readLimits(const Options &options, QVector<Limit> *limits)
-{
-    QStringList texts;
-    if (!options.isSet(QStringLiteral("no-limits"))) {
-        *limits = standardLimits();
-        const QStringList settings = options.fileOnlySettings();
-        for (const QString &setting : settings) {
-            if (setting.startsWith(section))
-                texts.append(setting.mid(section.size()) + QLatin1Char('=')
-                             + options.configuration().entry(setting).value);
-        }
-    }
-    texts += options.values(QStringLiteral("limit")) + options.values(QStringLiteral("allow"));
-    for (const QString &text : qAsConst(texts)) {
-        Limit limit;
-        if (const Failure failure = readLimit(text, &limit))
-            return options.usageFailure(failure.text);
-        setLimit(limit, limits);
-    }
-    return {};
-}
-
 Failure readDay(const Options &options, QDate *day)
 {
     const QString name = QStringLiteral("today");
     if (!options.isSet(name))
         return {};
     *day = QDate::fromString(options.value(name), Qt::ISODate);
-    if (day->isValid())
+    if (!day->isValid())
+        return options.usageFailure(
+            Text::tr("--today takes a day such as 2027-01-01, not '%1'").arg(options.value(name)));
+    if (canBePretended(*day))
         return {};
     return options.usageFailure(
-        Text::tr("--today takes a day such as 2027-01-01, not '%1'").arg(options.value(name)));
+        Text::tr("--today takes a day from %1 to %2, for the clock of the database knows no others")
+            .arg(firstPretendedDay().toString(Qt::ISODate),
+                 lastPretendedDay().toString(Qt::ISODate)));
 }
 
 /// What is rehearsed: the plugin, its real settings, and the export that they name.
@@ -65,16 +45,13 @@ Failure readWishes(const Options &options, RehearsalWishes *wishes)
     QString directory;
     if (const Failure failure = readDataDirectory(options, &directory))
         return failure;
-    const SettingsFile settings(DataDirectory(directory).iniFile());
-    if (const Failure failure = settings.check())
-        return failure;
     wishes->pluginFile = pluginFile(options);
-    wishes->settingsFile = settings.path();
-    wishes->exportFile = options.isSet(QStringLiteral("export"))
-        ? options.value(QStringLiteral("export"))
-        : settings.values().importFile;
+    wishes->settingsFile = DataDirectory(directory).iniFile();
+    wishes->exportFile = options.value(QStringLiteral("export"));
     wishes->force = options.isSet(QStringLiteral("force"));
-    return readDay(options, &wishes->today);
+    if (const Failure failure = readDay(options, &wishes->today))
+        return failure;
+    return checkInputs(wishes);
 }
 
 Failure read(const Options &options, RehearsalOptions *rehearsal)
@@ -128,17 +105,6 @@ OptionGroup rehearsalOptions()
               Text::tr("go on where the bodies of routines cannot be read")}}};
 }
 
-OptionGroup limitOptions()
-{
-    return {Text::tr("Limits"),
-            {{QStringLiteral("limit"), QStringLiteral("KIND=N"),
-              Text::tr("at most so many of a kind, or N% of the active people; may be repeated")},
-             {QStringLiteral("no-limits"), QString(),
-              Text::tr("without the default limits and those of talvenhr.conf")},
-             {QStringLiteral("allow"), QStringLiteral("KIND=N"),
-              Text::tr("let so many through this once; may be repeated")}}};
-}
-
 OptionGroup outputOptions()
 {
     OptionGroup group = reportOptions();
@@ -168,10 +134,7 @@ Command rehearseCommand()
         "server. The database is only read. A pass beyond a limit is refused.");
     command.groups = {pluginOptions(), databaseOptions(), rehearsalOptions(), limitOptions(),
                       outputOptions()};
-    const QStringList kinds = limitKinds();
-    for (const QString &kind : kinds)
-        command.fileSettings.append(section + kind);
-    command.fileSettings.append(section + QStringLiteral("changed:*"));
+    command.fileSettings = limitSettings();
     command.exitCodes = {ExitClean,   ExitErrors,  ExitUsage,      ExitDatabase,
                          ExitRefused, ExitChanged, ExitInterrupted};
     command.sections = {

@@ -6,12 +6,11 @@
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
-#include "host/commands/rehearsalsession.h"
+#include "host/commands/limitoptions.h"
+#include "host/commands/plancheck.h"
 #include "host/commands/runsession.h"
-#include "host/plugin/settingsfile.h"
 
 #include <QCoreApplication>
-#include <QDir>
 
 namespace {
 
@@ -37,11 +36,16 @@ OptionGroup lengthOptions()
          {QStringLiteral("force"), QString(),
           Text::tr("make the first pass a forced one, which looks again at unchanged employees "
                    "too")},
-         {QStringLiteral("plan"), QStringLiteral("HASH"),
-          Text::tr("rehearse the pass first, and run it only if it still changes what the plan of "
-                   "'talvenhr rehearse' says")},
+         planOption(),
          {QStringLiteral("strict"), QString(),
           Text::tr("end with exit code 1 also when there are warnings")}}};
+}
+
+OptionGroup planLimitOptions()
+{
+    OptionGroup group = limitOptions();
+    group.title = Text::tr("Limits of the pass that --plan rehearses");
+    return group;
 }
 
 OptionGroup changeOptions()
@@ -88,35 +92,12 @@ Failure read(const Options &options, RunOptions *run)
     return readDatabaseOptions(options, &run->database);
 }
 
-/// Refuses a pass that would do something else than what was rehearsed.
-Failure checkPlan(const Options &options, const RunOptions &run)
-{
-    const QString plan = options.value(QStringLiteral("plan"));
-    if (run.passes != 1 || run.dataDirectory.isEmpty())
-        return options.usageFailure(Text::tr("--plan takes --once and --data-dir beside it"));
-    RehearsalOptions rehearsal;
-    rehearsal.wishes.pluginFile = run.pluginFile;
-    rehearsal.wishes.settingsFile = QDir(run.dataDirectory)
-                                        .filePath(QStringLiteral("TalvenHR.ini"));
-    const SettingsFile settings(rehearsal.wishes.settingsFile);
-    if (const Failure failure = settings.check())
-        return failure;
-    if (static_cast<quint8>(settings.toUInt(QStringLiteral("syncCommandRun"))) != 0)
-        return {ExitUsage,
-                Text::tr("--plan does not go with an export command, which may bring "
-                         "another export than was rehearsed; set syncCommandRun=0 in "
-                         "'%1' for this pass")
-                    .arg(settings.path())};
-    rehearsal.wishes.exportFile = settings.values().importFile;
-    rehearsal.wishes.force = run.force;
-    rehearsal.database = run.database;
-    return RehearsalSession(rehearsal).checkPlan(plan);
-}
-
 Failure run(const Options &options)
 {
     RunOptions runOptions;
     if (const Failure failure = read(options, &runOptions))
+        return failure;
+    if (const Failure failure = checkPlanOptions(options, runOptions))
         return failure;
     if (options.isSet(QStringLiteral("plan"))) {
         if (const Failure failure = checkPlan(options, runOptions))
@@ -137,8 +118,8 @@ Command runCommand()
         "Loads the plugin as the attendance server does and lets it keep a database in line with "
         "the HR export. Without a database of your own, a private one with a sample company is "
         "made for you.");
-    command.groups = {pluginOptions(), databaseOptions(), lengthOptions(), changeOptions(),
-                      logOptions()};
+    command.groups = {pluginOptions(),    databaseOptions(), lengthOptions(),
+                      planLimitOptions(), changeOptions(),   logOptions()};
     command.exitCodes = {ExitClean,   ExitErrors,  ExitUsage,      ExitDatabase,
                          ExitTimeout, ExitRefused, ExitInterrupted};
     command.sections = {

@@ -57,8 +57,12 @@ ExportGlance &ExportGlance::operator+=(const ExportGlance &other)
     return *this;
 }
 
+ExportGlance glanceOf(const ExportCheck &check)
+{
+    return {check.fates, summaries(check), check.isUseless()};
+}
+
 ExportGlance glanceAtExport(QIODevice *device, const ExportCheckSettings &settings)
 {
-    const ExportCheck check = checkExport(device, settings);
-    return {check.fates, summaries(check), check.isUseless()};
+    return glanceOf(checkExport(device, settings));
 }

@@ -19,5 +19,7 @@ struct ExportGlance
     ExportGlance &operator+=(const ExportGlance &other);
 };
 
+/// What a check has come to, in a few words.
+ExportGlance glanceOf(const ExportCheck &check);
 /// Checks the export. The device is open.
 ExportGlance glanceAtExport(QIODevice *device, const ExportCheckSettings &settings);

@@ -24,6 +24,7 @@ const QString withoutBranch = QStringLiteral("without-branch");
 const QString leaveDays = QStringLiteral("leave-days");
 const QString leaveDaysEach = QStringLiteral("leave-days-each");
 const QString reopenedDays = QStringLiteral("reopened-days");
+const QString missing = QStringLiteral("missing");
 const QString changedColumn = QStringLiteral("changed:");
 
 /// How many people have another value in the column.
@@ -59,6 +60,8 @@ double foundOf(const QString &kind, const Changes &changes)
         return largestLeave(changes);
     if (kind == reopenedDays)
         return static_cast<double>(changes.totals.reopenedDays);
+    if (kind == missing)
+        return qMax(changes.totals.missing, 0);
     return changedPeople(changes, kind.mid(changedColumn.size()));
 }
 
@@ -75,7 +78,7 @@ QStringList limitKinds()
     QStringList kinds;
     for (const ChangeKind kind : changeKinds())
         kinds.append(kindName(kind));
-    return kinds << withoutBranch << leaveDays << leaveDaysEach << reopenedDays;
+    return kinds << withoutBranch << leaveDays << leaveDaysEach << reopenedDays << missing;
 }
 
 Failure readLimit(const QString &text, Limit *limit)
@@ -106,6 +109,18 @@ Failure readLimit(const QString &text, Limit *limit)
     return {};
 }
 
+Failure checkColumns(const QVector<Limit> &limits, const QStringList &columnsOfPeople)
+{
+    for (const Limit &limit : limits) {
+        const QString column = limit.kind.mid(changedColumn.size());
+        if (limit.kind.startsWith(changedColumn) && !columnsOfPeople.contains(column))
+            return {ExitUsage,
+                    Text::tr("the limit '%1': the table people has no column '%2'%3")
+                        .arg(limit.kind, column, didYouMean(column, columnsOfPeople))};
+    }
+    return {};
+}
+
 void setLimit(const Limit &limit, QVector<Limit> *limits)
 {
     for (Limit &known : *limits) {
@@ -127,6 +142,7 @@ QVector<Limit> standardLimits()
             {QStringLiteral("supervisors"), 20, true},
             {QStringLiteral("dropped"), 2, true},
             {withoutBranch, 2, true},
+            {missing, 5, true},
             {leaveDaysEach, 60, false},
             {QStringLiteral("changed:surname"), 5, true}};
 }
@@ -150,6 +166,14 @@ QString limitText(const Limit &limit)
 {
     return limit.isPercent ? QStringLiteral("%1 %").arg(limit.number)
                            : QString::number(limit.number);
+}
+
+QString exceededWords(const LimitOutcome &outcome)
+{
+    return Text::tr("%1 (%2, limit %3)")
+        .arg(outcome.limit.kind)
+        .arg(outcome.found)
+        .arg(outcome.allowed);
 }
 
 QString exceededText(const LimitOutcome &outcome)

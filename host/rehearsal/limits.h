@@ -5,33 +5,19 @@
 
 #include "host/base/failure.h"
 #include "host/changes/changes.h"
+#include "host/changes/limitoutcome.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
-/// At most so many of a kind.
-struct Limit
-{
-    QString kind; ///< that of a change, or another of limitKinds()
-    int number = 0;
-    bool isPercent = false; ///< of the active people, of whom there count at least fifty
-};
-
-/// A limit, and what there is of it. In days for the kinds of days, else a count.
-struct LimitOutcome
-{
-    Limit limit;
-    double allowed = 0;
-    double found = 0;
-
-    bool isExceeded() const { return found > allowed; }
-};
-
 /// Every kind that can be limited: those of changes, and without-branch, leave-days,
-/// leave-days-each, reopened-days. `changed:COLUMN`, the people of whom a column of `people`
-/// differs, is one, too, for each column.
+/// leave-days-each, reopened-days, missing. `changed:COLUMN`, the people of whom a column of
+/// `people` differs, is one, too, for each column.
 QStringList limitKinds();
+
+/// Fails for `changed:COLUMN` of a column that `people` does not have.
+Failure checkColumns(const QVector<Limit> &limits, const QStringList &columnsOfPeople);
 
 /// "ended=5%" or "ended=12". Fails with what is wrong with the text.
 Failure readLimit(const QString &text, Limit *limit);
@@ -47,5 +33,7 @@ QVector<LimitOutcome> limitOutcomes(const QVector<Limit> &limits, const Changes 
 
 /// "5 %" or "12".
 QString limitText(const Limit &limit);
+/// "ended (31, limit 10)"
+QString exceededWords(const LimitOutcome &outcome);
 /// What is exceeded, by how much, and how to let it through once.
 QString exceededText(const LimitOutcome &outcome);

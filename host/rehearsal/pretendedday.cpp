@@ -42,6 +42,21 @@ QString clockLibrary()
 
 } // namespace
 
+QDate firstPretendedDay()
+{
+    return {1970, 1, 3};
+}
+
+QDate lastPretendedDay()
+{
+    return {2038, 1, 17};
+}
+
+bool canBePretended(const QDate &day)
+{
+    return day >= firstPretendedDay() && day <= lastPretendedDay();
+}
+
 Failure pretendDay(const ConnectionParameters &administrator, const QDate &day)
 {
     if (clockLibrary().isEmpty())

@@ -9,6 +9,12 @@
 #include <QDate>
 #include <QProcessEnvironment>
 
+/// The days that the server's clock can be set to: SET timestamp takes seconds since the epoch in
+/// 31 bits. A day at each end is left out for the time zones.
+QDate firstPretendedDay();
+QDate lastPretendedDay();
+bool canBePretended(const QDate &day);
+
 /// From now on every connection to the server that is no administrator's has the day, at this time
 /// of the day. Fails where libfaketime is not installed, which environmentOfDay() needs.
 Failure pretendDay(const ConnectionParameters &administrator, const QDate &day);

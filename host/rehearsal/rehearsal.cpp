@@ -5,12 +5,14 @@
 
 #include "host/base/childprocess.h"
 #include "host/changes/changesjson.h"
+#include "host/plugin/settingsfile.h"
 #include "host/rehearsal/pretendedday.h"
 #include "host/rehearsal/rehearsalsite.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace {
 
@@ -21,12 +23,23 @@ struct Text
 
 const int pollInterval = 50; // milliseconds
 
-/// The last line that the process has said; a summary does not count.
+/// The last line that the process has said, without the program's name.
 QString lastWords(const QByteArray &standardError)
 {
     const QStringList lines = QString::fromLocal8Bit(standardError)
                                   .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    return lines.isEmpty() ? Text::tr("it said nothing") : lines.constLast();
+    if (lines.isEmpty())
+        return Text::tr("it said nothing");
+    static const QRegularExpression prefix(QStringLiteral("\\Atalvenhr: "));
+    return QString(lines.constLast()).remove(prefix);
+}
+
+/// The text with the files that people know, in place of their copies.
+QString withRealNames(QString text, const RehearsalSite &site, const RehearsalWishes &wishes)
+{
+    return text.replace(site.exportFile(), wishes.exportFile)
+        .replace(site.settingsFile(), wishes.settingsFile)
+        .replace(site.path(), QFileInfo(wishes.settingsFile).path());
 }
 
 /// The one file of changes in the folder.
@@ -55,11 +68,15 @@ Failure Rehearsal::run(const ConnectionParameters &copy, const ConnectionParamet
         if (const Failure failure = pretendDay(administrator, wishes.today))
             return failure;
     }
-    if (const Failure failure = runProcess(copy, site.path()))
+    if (const Failure failure = runProcess(copy, site))
         return failure;
     if (const Failure failure = readOnlyChanges(site.changesFolder(), changes))
         return failure;
     changes->header.how = ChangesHeader::Rehearsed;
+    for (PassMessage &message : changes->messages)
+        message.text = withRealNames(message.text, site, wishes);
+    // That of the copy is another one each time, for the name of the export.
+    changes->header.settings = SettingsFile(wishes.settingsFile).values().digest;
     changes->header.exported.name = QFileInfo(wishes.exportFile).fileName();
     return {};
 }
@@ -80,12 +97,12 @@ QStringList Rehearsal::arguments(const ConnectionParameters &copy, const QString
     return words;
 }
 
-Failure Rehearsal::runProcess(const ConnectionParameters &copy, const QString &folder)
+Failure Rehearsal::runProcess(const ConnectionParameters &copy, const RehearsalSite &site)
 {
     ChildProcess process;
     process.setProcessEnvironment(environmentOfDay(wishes.today));
     process.setStandardOutputFile(QProcess::nullDevice());
-    process.start(QCoreApplication::applicationFilePath(), arguments(copy, folder));
+    process.start(QCoreApplication::applicationFilePath(), arguments(copy, site.path()));
     while (!process.waitForFinished(pollInterval) && process.state() != QProcess::NotRunning) {
         if (isInterrupted && isInterrupted()) {
             process.killAll();
@@ -98,5 +115,5 @@ Failure Rehearsal::runProcess(const ConnectionParameters &copy, const QString &f
         return {};
     return {code < 0 ? ExitErrors : static_cast<ExitCode>(code),
             Text::tr("the rehearsed pass did not come to its end: %1")
-                .arg(lastWords(process.readAllStandardError()))};
+                .arg(withRealNames(lastWords(process.readAllStandardError()), site, wishes))};
 }

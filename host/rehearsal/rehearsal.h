@@ -13,6 +13,8 @@
 
 #include <functional>
 
+class RehearsalSite;
+
 /// What is to be rehearsed.
 struct RehearsalWishes
 {
@@ -42,7 +44,7 @@ public:
 
 private:
     QStringList arguments(const ConnectionParameters &copy, const QString &folder) const;
-    Failure runProcess(const ConnectionParameters &copy, const QString &folder);
+    Failure runProcess(const ConnectionParameters &copy, const RehearsalSite &site);
 
     const RehearsalWishes wishes;
     std::function<bool()> isInterrupted;

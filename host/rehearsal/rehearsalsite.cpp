@@ -47,9 +47,8 @@ QByteArray keyOf(const QByteArray &line)
 
 Failure RehearsalSite::make(const QString &settingsFile, const QString &exportFile)
 {
-    if (!folder.isValid())
-        return {ExitUsage,
-                Text::tr("cannot make a temporary folder: %1").arg(folder.errorString())};
+    if (!folder.failure().isEmpty())
+        return {ExitUsage, folder.failure()};
     QByteArray settings;
     if (const Failure failure = readFile(settingsFile, &settings))
         return failure;
@@ -59,7 +58,7 @@ Failure RehearsalSite::make(const QString &settingsFile, const QString &exportFi
     if (const Failure failure = writeFile(this->exportFile(), content))
         return failure;
     return writeFile(
-        folder.filePath(QStringLiteral("TalvenHR.ini")),
+        this->settingsFile(),
         settingsWith(settings,
                      {quotedSettingsLine(QStringLiteral("importFile"), this->exportFile()),
                       QStringLiteral("deleteFile=false"), QStringLiteral("syncCommandRun=0"),

@@ -4,9 +4,9 @@
 #pragma once
 
 #include "host/base/failure.h"
+#include "host/base/scratchfolder.h"
 
 #include <QString>
-#include <QTemporaryDir>
 
 /// A temporary folder for its owner only, with a copy of the export and the settings of the real
 /// plugin. Three things in them differ: the export is the copy and stays, no export command runs,
@@ -18,13 +18,14 @@ public:
     Failure make(const QString &settingsFile, const QString &exportFile);
 
     QString path() const { return folder.path(); }
+    QString settingsFile() const { return folder.filePath(QStringLiteral("TalvenHR.ini")); }
     QString exportFile() const { return folder.filePath(QStringLiteral("export.data")); }
     /// Where the process writes what the pass has changed.
     QString changesFolder() const { return changesFolder(path()); }
     static QString changesFolder(const QString &site) { return site + QStringLiteral("/changes"); }
 
 private:
-    QTemporaryDir folder;
+    ScratchFolder folder;
 };
 
 /// The settings with other values for these keys of the plugin, which stand in no group: lines

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// The folder that a rehearsed pass works in.
+// What a rehearsal reads, and the folder that its pass works in.
+#include "host/rehearsal/pretendedday.h"
+#include "host/rehearsal/rehearsalinputs.h"
 #include "host/rehearsal/rehearsalsite.h"
 
 #include <QtTest>
@@ -14,6 +16,10 @@ private Q_SLOTS:
     void settings_keepAllButTheseKeys();
     void site_isForItsOwnerOnly();
     void site_failsWithoutAnExport();
+    void inputs_areNamedBeforeAnythingIsCopied_data();
+    void inputs_areNamedBeforeAnythingIsCopied();
+    void export_isLookedAt();
+    void days_areThoseOfTheServersClock();
 };
 
 void tst_Rehearsal::settings_keepAllButTheseKeys_data()
@@ -74,6 +80,83 @@ void tst_Rehearsal::site_failsWithoutAnExport()
     const Failure folder = site.make(QStringLiteral("/dev/zero"), QStringLiteral("/tmp"));
     QCOMPARE(folder.text,
              QStringLiteral("'/dev/zero' is no regular file; the plugin reads no others"));
+}
+
+void tst_Rehearsal::inputs_areNamedBeforeAnythingIsCopied_data()
+{
+    QTest::addColumn<QByteArray>("settings");
+    QTest::addColumn<QString>("exportFile");
+    QTest::addColumn<QString>("fault");
+    const auto row = [](const char *settings, const char *exportFile, const char *fault) {
+        QTest::newRow(fault) << QByteArray(settings) << QString::fromLatin1(exportFile)
+                             << QString::fromLatin1(fault);
+    };
+    row("importFile=x\n", "", "the plugin is disabled; set enabled=true in 'INI' [E-SET-DISABLED]");
+    row("enabled=true\n", "",
+        "'INI' does not say where the export lies; set importFile there, or name an export with "
+        "--export");
+    row("enabled=true\nimportFile=/none/x\n", "",
+        "there is no export at '/none/x', the importFile of 'INI'; put one there, or name another "
+        "with --export");
+    row("enabled=true\nimportFile=/none/x\n", "/none/y",
+        "there is no export '/none/y'; correct --export");
+    row("enabled=true\nimportFile=/tmp\n", "",
+        "the export '/tmp' is no regular file; the plugin reads no others");
+}
+
+void tst_Rehearsal::inputs_areNamedBeforeAnythingIsCopied()
+{
+    QFETCH(QByteArray, settings);
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("TalvenHR.ini")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(settings);
+    file.close();
+    RehearsalWishes wishes;
+    wishes.pluginFile = QStringLiteral(TALVENHR_PLUGIN);
+    wishes.settingsFile = file.fileName();
+    QFETCH(QString, exportFile);
+    wishes.exportFile = exportFile;
+    const Failure failure = checkInputs(&wishes);
+    QCOMPARE(int(failure.exitCode), int(ExitUsage));
+    QTEST(QString(failure.text).replace(file.fileName(), QStringLiteral("INI")), "fault");
+
+    wishes.pluginFile = QStringLiteral("/none/plugin.so");
+    QVERIFY(checkInputs(&wishes).exitCode == ExitUsage);
+}
+
+void tst_Rehearsal::export_isLookedAt()
+{
+    QTemporaryDir folder;
+    RehearsalWishes wishes;
+    wishes.exportFile = folder.filePath(QStringLiteral("x.data"));
+    ExportLook look;
+    QVERIFY(lookAtExport(wishes, &look)
+                .text.startsWith(
+                    QStringLiteral("the export '%1' cannot be read: ").arg(wishes.exportFile)));
+    QFile file(wishes.exportFile);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.flush();
+    QVERIFY(!lookAtExport(wishes, &look));
+    QCOMPARE(look.findings.size(), 1);
+    QCOMPARE(look.findings.first().code, QStringLiteral("E-FILE-NOTHING"));
+    QVERIFY(look.lines.empty());
+    file.write("1001|1||Eva|Malá|||2020-01-01 00:00:00.000||100|Centrála|1|"
+               "2024-01-01 00:00:00.000|11|0|0|5|0\n1002|1||Ja");
+    file.close();
+    QVERIFY(!lookAtExport(wishes, &look));
+    QCOMPARE(look.findings.first().code, QStringLiteral("E-FILE-CUT"));
+    QCOMPARE(int(look.lines.size()), 1);
+    QCOMPARE(look.lines.front().pamId(), QStringLiteral("1001.1"));
+}
+
+void tst_Rehearsal::days_areThoseOfTheServersClock()
+{
+    QVERIFY(!canBePretended(QDate(1900, 1, 1)));
+    QVERIFY(!canBePretended(QDate(1970, 1, 2)));
+    QVERIFY(canBePretended(QDate(1970, 1, 3)));
+    QVERIFY(canBePretended(QDate(2038, 1, 17)));
+    QVERIFY(!canBePretended(QDate(2038, 1, 18)));
 }
 
 QTEST_GUILESS_MAIN(tst_Rehearsal)

@@ -79,6 +79,13 @@ Changes fullChanges()
     after.tables[0].rows[0][7] = 1.5;
     Changes changes = changesBetween(before, after, fullTold(), fullHeader(), digest());
     changes.people.first().uncertain = lines({"one", "other"});
+    changes.totals.missing = 3;
+    changes.rehearsal.limits = {{{QStringLiteral("ended"), 5, true}, 2, 3},
+                                {{QStringLiteral("leave-days-each"), 60, false}, 60, 2.5}};
+    changes.rehearsal.leftOut = lines({"There is no trigger \"x\"."});
+    changes.rehearsal.warnings = lines({"One table has no moment."});
+    changes.rehearsal.findings = {{QStringLiteral("E-FILE-CUT"), Finding::Error, QString(),
+                                   QStringLiteral("cut"), QString(), QStringLiteral("mend")}};
     return changes;
 }
 
@@ -149,6 +156,11 @@ void tst_ChangesFile::roundTrip_losesNothing()
              changes.people.first().messages.first().time);
     QCOMPARE(back.people.first().reopenedSince, changes.people.first().reopenedSince);
     QCOMPARE(back.names, changes.names);
+    QCOMPARE(back.rehearsal.limits.at(0).limit.number, 5);
+    QVERIFY(back.rehearsal.limits.at(0).isExceeded());
+    QCOMPARE(back.rehearsal.limits.at(1).limit.number, 60);
+    QVERIFY(!back.rehearsal.limits.at(1).limit.isPercent);
+    QCOMPARE(int(back.rehearsal.findings.first().severity), int(Finding::Error));
 }
 
 void tst_ChangesFile::emptyChanges_areAFileToo()

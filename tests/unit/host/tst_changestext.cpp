@@ -16,6 +16,7 @@ private Q_SLOTS:
     void words_areThoseOfTheTrade_data();
     void words_areThoseOfTheTrade();
     void whatWasTold_standsBehind();
+    void sameWords_standOnce();
     void page_hasWordsThenRows();
     void hostileTexts_breakNothing();
     void worst_comesFirst();
@@ -127,6 +128,22 @@ void tst_ChangesText::whatWasTold_standsBehind()
                     "not done: the database refused a statement: words",
                     "not done: the database refused 'UPDATE x': locked", "error: gone",
                     "warning: odd", "uncertain: leave may be at rest"}));
+}
+
+void tst_ChangesText::sameWords_standOnce()
+{
+    ChangedPerson person;
+    const auto refused = [](const char *statement) {
+        return NotDone {NotDone::Refused, QString(), QString::fromLatin1(statement),
+                        QStringLiteral("1064")};
+    };
+    person.notDone = {refused("a"), refused("b"), refused("a")};
+    person.messages = {{true, QDateTime(), QStringLiteral("lost")},
+                       {true, QDateTime::currentDateTime(), QStringLiteral("lost")}};
+    QCOMPARE(personWords(person, {}),
+             QStringList({QStringLiteral("not done: the database refused 'a': 1064 (2 times)"),
+                          QStringLiteral("not done: the database refused 'b': 1064"),
+                          QStringLiteral("error: lost (2 times)")}));
 }
 
 void tst_ChangesText::page_hasWordsThenRows()

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void outcome();
     void percent_ofNobodyIsNoLimit();
     void otherKinds_areCounted();
+    void columns_areThoseOfPeople();
     void ofOneKind_theLastCounts();
     void standardLimits_areThoseOfTheDocument();
     void exceeded_tellsWhatToType();
@@ -153,6 +154,22 @@ void tst_Limits::otherKinds_areCounted()
     QCOMPARE(outcomeOf(QStringLiteral("reopened-days=0"), changes).found, 31.0);
     QCOMPARE(outcomeOf(QStringLiteral("changed:surname=0"), changes).found, 2.0);
     QCOMPARE(outcomeOf(QStringLiteral("changed:name=0"), changes).found, 0.0);
+    QCOMPARE(outcomeOf(QStringLiteral("missing=0"), changes).found, 0.0);
+    changes.totals.missing = 7;
+    QCOMPARE(outcomeOf(QStringLiteral("missing=0"), changes).found, 7.0);
+}
+
+void tst_Limits::columns_areThoseOfPeople()
+{
+    const QStringList columns {QStringLiteral("uid"), QStringLiteral("surname")};
+    const auto faultOf = [&columns](const char *kind) {
+        return checkColumns({{QString::fromLatin1(kind), 5, true}}, columns).text;
+    };
+    QCOMPARE(faultOf("changed:surname"), QString());
+    QCOMPARE(faultOf("ended"), QString());
+    QCOMPARE(faultOf("changed:surnam"),
+             QStringLiteral("the limit 'changed:surnam': the table people has no column 'surnam' "
+                            "(did you mean 'surname'?)"));
 }
 
 void tst_Limits::ofOneKind_theLastCounts()

@@ -50,6 +50,7 @@ private Q_SLOTS:
     void plan_seesAllElse();
     void plan_tellsInWhomTwoPassesDiffer();
     void plan_hashesWhatWasRead();
+    void plan_tellsWhatWasReadOtherwise();
     void state_isThatOfAllRows();
 };
 
@@ -138,9 +139,30 @@ void tst_PlanHash::plan_hashesWhatWasRead()
     }
     const Changes changes = changesBetween(onePerson(), onePerson(), {}, header, read);
     QCOMPARE(changes.plan.read, read);
-    QCOMPARE(changes.plan.hash, planHash(read, changes.plan.change));
-    QVERIFY(planHash(changes.plan.change, read) != changes.plan.hash);
+    QCOMPARE(changes.plan.hash, planHash(changes.header, changes.plan.change));
     QVERIFY(changesOf(onePerson(), onePerson()).plan.hash.isEmpty());
+}
+
+void tst_PlanHash::plan_tellsWhatWasReadOtherwise()
+{
+    const QString change(64, QLatin1Char('c'));
+    ChangesHeader header;
+    const QString plan = planHash(header, change);
+    QVERIFY(isPlanHash(plan));
+    QVERIFY(!isPlanHash(plan + QLatin1Char('\n')));
+    QVERIFY(!isPlanHash(plan.left(48)));
+    QVERIFY(!isPlanHash(QString()));
+    QVERIFY(isSameChange(plan, change));
+    QCOMPARE(differentParts(plan, plan), QVector<PlanPart>());
+    header.settings = QStringLiteral("b");
+    header.state = QStringLiteral("c");
+    const QString other = planHash(header, change);
+    QVERIFY(isSameChange(other, change));
+    QCOMPARE(differentParts(plan, other), QVector<PlanPart>({PlanPart::Settings, PlanPart::State}));
+    header.exported.digest = QStringLiteral("d");
+    header.plugin = QStringLiteral("e");
+    QCOMPARE(differentParts(other, planHash(header, change)),
+             QVector<PlanPart>({PlanPart::Export, PlanPart::Plugin}));
 }
 
 void tst_PlanHash::state_isThatOfAllRows()

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The options by which a command is told how much a pass may change.
+#include "host/commands/limitoptions.h"
+
+#include "host/cli/options.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(LimitOptions)
+};
+
+const QString section = QStringLiteral("limits/");
+const QString limitName = QStringLiteral("limit");
+const QString allowName = QStringLiteral("allow");
+const QString noLimitsName = QStringLiteral("no-limits");
+
+QStringList limitsOfFile(const Options &options)
+{
+    QStringList texts;
+    const QStringList settings = options.fileOnlySettings();
+    for (const QString &setting : settings) {
+        if (setting.startsWith(section))
+            texts.append(setting.mid(section.size()) + QLatin1Char('=')
+                         + options.configuration().entry(setting).value);
+    }
+    return texts;
+}
+
+} // namespace
+
+OptionGroup limitOptions()
+{
+    return {Text::tr("Limits"),
+            {{limitName, QStringLiteral("KIND=N"),
+              Text::tr("at most so many of a kind, or N% of the active people; may be repeated")},
+             {noLimitsName, QString(),
+              Text::tr("without the default limits and those of talvenhr.conf")},
+             {allowName, QStringLiteral("KIND=N"),
+              Text::tr("let so many through this once; may be repeated")}}};
+}
+
+QStringList limitSettings()
+{
+    QStringList settings;
+    const QStringList kinds = limitKinds();
+    for (const QString &kind : kinds)
+        settings.append(section + kind);
+    return settings << section + QStringLiteral("changed:*");
+}
+
+Failure readLimits(const Options &options, QVector<Limit> *limits)
+{
+    QStringList texts;
+    if (!options.isSet(noLimitsName)) {
+        *limits = standardLimits();
+        texts = limitsOfFile(options);
+    }
+    texts += options.values(limitName) + options.values(allowName);
+    for (const QString &text : qAsConst(texts)) {
+        Limit limit;
+        if (const Failure failure = readLimit(text, &limit))
+            return options.usageFailure(failure.text);
+        setLimit(limit, limits);
+    }
+    return {};
+}
+
+bool areLimitsSet(const Options &options)
+{
+    return options.isSet(noLimitsName) || options.isSet(limitName) || options.isSet(allowName);
+}

@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The options by which a command is told how much a pass may change.
+#pragma once
+
+#include "host/cli/command.h"
+#include "host/rehearsal/limits.h"
+
+class Options;
+
+/// --limit, --allow and --no-limits.
+OptionGroup limitOptions();
+/// The keys of talvenhr.conf that hold limits, as SECTION/KEY.
+QStringList limitSettings();
+
+/// The limits of the defaults and talvenhr.conf, unless --no-limits drops them, then those of
+/// --limit and --allow.
+Failure readLimits(const Options &options, QVector<Limit> *limits);
+/// One of them stands on the command line.
+bool areLimitsSet(const Options &options);

@@ -1,0 +1,261 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// `talvenhr rehearse` and `talvenhr run --plan`.
+#include "support/commands/jsonschema.h"
+#include "support/commands/site.h"
+#include "support/commands/talvenhrprocess.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+#include <csignal>
+
+namespace {
+
+QJsonObject objectOf(const QString &text)
+{
+    return QJsonDocument::fromJson(text.toUtf8()).object();
+}
+
+/// The row of a page's table of kinds, with what the document says.
+QRegularExpression rowOf(const QString &kind, double count, const QString &limit)
+{
+    return QRegularExpression(
+        QStringLiteral("<th>%1</th>.*<td class=\"number\">%2</td><td class=\"number\">%3</td>")
+            .arg(kind)
+            .arg(count)
+            .arg(limit));
+}
+
+} // namespace
+
+class tst_Rehearse : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void whatCannotBe_isToldBeforeAnythingIsCopied_data();
+    void whatCannotBe_isToldBeforeAnythingIsCopied();
+    void page_hasTheNumbersOfTheDocument();
+    void plan_letsOnlyTheSamePassThrough();
+    void exportThatWasCutOff_isRefused();
+    void killed_leavesNothingForLong();
+    void interrupted_changesNothing();
+
+private:
+    QStringList where() const
+    {
+        return {QStringLiteral("--private-db"), site.path(QStringLiteral("db")),
+                QStringLiteral("--data-dir"), site.dataDir()};
+    }
+    QStringList command(std::initializer_list<const char *> words) const;
+    QStringList scratch() const
+    {
+        return QDir(scratchPlace.path()).entryList({QStringLiteral("talvenhr-scratch-*")});
+    }
+
+    Site site;
+    QTemporaryDir scratchPlace;
+    QString pagePlan; ///< of the page's rehearsal
+};
+
+QStringList tst_Rehearse::command(std::initializer_list<const char *> words) const
+{
+    QStringList all;
+    for (const char *word : words)
+        all.append(QString::fromUtf8(word));
+    return all + where();
+}
+
+/// Makes the database. Of the sample company, the export holds two people.
+void tst_Rehearse::initTestCase()
+{
+    TalvenhrProcess first(command({"run", "--once"}));
+    QCOMPARE(first.finish(), 0);
+}
+
+void tst_Rehearse::init()
+{
+    site.set({QStringLiteral("syncCommandRun=0")});
+    site.writeFile(QStringLiteral("ron.data"), Site::employee(7001, QStringLiteral("Daria")));
+}
+
+void tst_Rehearse::whatCannotBe_isToldBeforeAnythingIsCopied_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("fault");
+    const QString exportFile = site.exportFile();
+    const auto row = [](const QStringList &options, const char *fault) {
+        QTest::newRow(fault) << options << QString::fromLatin1(fault);
+    };
+    for (const char *option : {"--html", "--changes"}) {
+        row({QLatin1String(option), exportFile}, "is read, and would be lost");
+        row({QLatin1String(option), site.path(QStringLiteral("no/x"))}, "': there is no folder '");
+    }
+    row({QStringLiteral("--keep"), site.dataDir()}, "holds something already; name another one");
+    row({QStringLiteral("--export"), QStringLiteral("/none")}, "there is no export '/none'");
+    row({QStringLiteral("--today"), QStringLiteral("1900-01-01")}, "from 1970-01-03 to 2038-01-17");
+    row({QStringLiteral("--limit"), QStringLiteral("changed:surnam=1")},
+        "has no column 'surnam' (did you mean 'surname'?)");
+}
+
+void tst_Rehearse::whatCannotBe_isToldBeforeAnythingIsCopied()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, fault);
+    const QString before = site.readFile(QStringLiteral("ron.data"));
+    TalvenhrProcess program(command({"rehearse"}) + options);
+    program.setEnvironment(QStringLiteral("TMPDIR"), scratchPlace.path());
+    QCOMPARE(program.finish(), 2);
+    QVERIFY2(program.lastLine().contains(fault), qPrintable(program.lastLine()));
+    QCOMPARE(program.lines().size(), 1);
+    QCOMPARE(site.readFile(QStringLiteral("ron.data")), before);
+}
+
+void tst_Rehearse::page_hasTheNumbersOfTheDocument()
+{
+    const QString page = QStringLiteral("page.html");
+    const QString kept = site.path(QStringLiteral("kept"));
+    TalvenhrProcess program(
+        command({"rehearse", "--json", "--no-limits", "--limit", "updated=0", "--limit",
+                 "missing=90%", "--limit", "changed:name=3"})
+        + QStringList({QStringLiteral("--keep"), kept, QStringLiteral("--html"), site.path(page)}));
+    QCOMPARE(program.finish(), 5);
+    const QString output = program.output();
+    QCOMPARE(schemaFault(output.toUtf8(), QStringLiteral("changes")), QString());
+    const QJsonObject document = objectOf(output);
+    pagePlan = document.value(QStringLiteral("plan"))[QLatin1String("hash")].toString();
+    const QString html = site.readFile(page);
+    QHash<QString, QJsonObject> limits;
+    const QJsonArray outcomes = document.value(QStringLiteral("rehearsal"))[QLatin1String("limits")]
+                                    .toArray();
+    for (const QJsonValue &outcome : outcomes)
+        limits.insert(outcome[QLatin1String("kind")].toString(), outcome.toObject());
+    QCOMPARE(limits.size(), 3);
+    QVERIFY(limits.value(QStringLiteral("updated")).value(QStringLiteral("exceeded")).toBool());
+    for (const QJsonObject &limit : qAsConst(limits)) {
+        const QRegularExpression row = rowOf(
+            limit.value(QStringLiteral("kind")).toString(),
+            limit.value(QStringLiteral("found")).toDouble(),
+            QString::number(limit.value(QStringLiteral("allowed")).toDouble()));
+        QVERIFY2(html.contains(row), qPrintable(row.pattern()));
+    }
+    const QJsonObject summary = document.value(QStringLiteral("summary")).toObject();
+    for (auto kind = summary.begin(); kind != summary.end(); ++kind) {
+        const bool isShown = html.contains(QStringLiteral("<th>%1</th>").arg(kind.key()));
+        QVERIFY2(isShown == (kind.value().toInt() > 0 || limits.contains(kind.key())),
+                 qPrintable(kind.key()));
+        if (isShown && !limits.contains(kind.key()))
+            QVERIFY2(html.contains(rowOf(kind.key(), kind.value().toInt(), QString())),
+                     qPrintable(kind.key()));
+    }
+    TalvenhrProcess sql({QStringLiteral("sql"), QStringLiteral("--private-db"), kept,
+                         QStringLiteral("--execute"), QStringLiteral("SELECT 1")});
+    QCOMPARE(sql.finish(), 0);
+}
+
+void tst_Rehearse::plan_letsOnlyTheSamePassThrough()
+{
+    const QString changes = site.path(QStringLiteral("planned.json"));
+    TalvenhrProcess rehearse(command({"rehearse", "--quiet", "--no-limits"})
+                             + QStringList({QStringLiteral("--changes"), changes}));
+    QCOMPARE(rehearse.finish(), 0);
+    const QString plan = rehearse.output().section(QStringLiteral("plan: "), 1).trimmed();
+    QCOMPARE(plan.size(), 49);
+    // The rehearsal before was one of the same state.
+    QVERIFY(pagePlan.isEmpty() || plan == pagePlan);
+    const QStringList planned = command({"run", "--once", "--no-limits", "--plan"});
+    const auto withPlan = [&planned](const QString &named) {
+        QStringList words = planned;
+        words.insert(4, named);
+        return words;
+    };
+
+    TalvenhrProcess malformed(withPlan(plan.left(40)));
+    QCOMPARE(malformed.finish(), 2);
+    QVERIFY(malformed.lastLine().contains(QStringLiteral("--plan takes the hash in the last")));
+    site.set({QStringLiteral("syncCommandRun=2")});
+    TalvenhrProcess fetched(withPlan(plan));
+    QCOMPARE(fetched.finish(), 2);
+    QVERIFY(fetched.lastLine().contains(QStringLiteral("set syncCommandRun=0 in ")));
+    site.set({QStringLiteral("syncCommandRun=0")});
+
+    site.writeFile(QStringLiteral("ron.data"), Site::employee(7001, QStringLiteral("Other")));
+    TalvenhrProcess other(withPlan(changes));
+    QCOMPARE(other.finish(), 5);
+    QCOMPARE(other.linesWith(QStringLiteral("when it was planned: the export.")).size(), 1);
+    QCOMPARE(other.linesWith(QStringLiteral("7001.1 Other Novák: planned: updated")).size(), 1);
+    QVERIFY2(other.lastLine().endsWith(QStringLiteral("talvenhr rehearse --data-dir '%1' "
+                                                      "--private-db '%1/db' --no-limits")
+                                           .arg(site.dataDir())),
+             qPrintable(other.lastLine()));
+
+    init();
+    TalvenhrProcess beyond(command({"run", "--once", "--plan"}).mid(0, 3) + QStringList(plan)
+                           + where());
+    QCOMPARE(beyond.finish(), 5);
+    QVERIFY2(beyond.lastLine().contains(QStringLiteral("so nothing was changed: missing: ")),
+             qPrintable(beyond.lastLine()));
+    TalvenhrProcess unplanned(command({"run", "--once", "--allow", "missing=90"}));
+    QCOMPARE(unplanned.finish(), 2);
+    TalvenhrProcess same(withPlan(plan));
+    QCOMPARE(same.finish(), 0);
+    QVERIFY2(same.lastLine().contains(QStringLiteral("1 pass")), qPrintable(same.lastLine()));
+}
+
+/// At a line's end: nothing else tells.
+void tst_Rehearse::exportThatWasCutOff_isRefused()
+{
+    TalvenhrProcess half(command({"rehearse", "--quiet"}));
+    QCOMPARE(half.finish(), 5);
+    QVERIFY2(half.output().startsWith(QStringLiteral("Refused, limits exceeded: missing (")),
+             qPrintable(half.output()));
+    QCOMPARE(half.output().count(QLatin1Char('\n')), 1);
+    site.writeFile(QStringLiteral("ron.data"), Site::header());
+    TalvenhrProcess headerOnly(command({"rehearse", "--no-limits", "--person", "1001", "--quiet"}));
+    QCOMPARE(headerOnly.finish(), 1);
+    QVERIFY(headerOnly.output().startsWith(QStringLiteral("Nothing changes for 1001.1 ")));
+    QVERIFY(headerOnly.output().contains(QStringLiteral("\nThe export has no usable line; ")));
+}
+
+void tst_Rehearse::killed_leavesNothingForLong()
+{
+    TalvenhrProcess killed(command({"rehearse"}));
+    killed.setEnvironment(QStringLiteral("TMPDIR"), scratchPlace.path());
+    killed.start();
+    const auto hasCopy = [this] {
+        return QFileInfo::exists(
+            QDir(scratchPlace.path()).filePath(scratch().value(0) + QStringLiteral("/copy/data")));
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(hasCopy(), 30000);
+    killed.sendSignal(SIGKILL);
+    killed.finish();
+    const QStringList left = scratch();
+    QCOMPARE(left.size(), 1);
+    // It ends before it makes a folder of its own.
+    TalvenhrProcess next(command({"rehearse", "--keep"}).mid(0, 2)
+                         + QStringList(site.path(QStringLiteral("kept-next"))) + where()
+                         + QStringList({QStringLiteral("--limit"), QStringLiteral("changed:x=1")}));
+    next.setEnvironment(QStringLiteral("TMPDIR"), scratchPlace.path());
+    QCOMPARE(next.finish(), 2);
+    QCOMPARE(scratch(), QStringList());
+}
+
+void tst_Rehearse::interrupted_changesNothing()
+{
+    const QString kept = site.path(QStringLiteral("broken-off"));
+    TalvenhrProcess program(command({"rehearse"}) + QStringList({QStringLiteral("--keep"), kept}));
+    program.start();
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(kept), 30000);
+    program.sendSignal(SIGINT);
+    QCOMPARE(program.finish(), 130);
+    QCOMPARE(program.lastLine(), QStringLiteral("talvenhr: interrupted; nothing was changed"));
+    QVERIFY(!QFileInfo::exists(kept));
+}
+
+QTEST_GUILESS_MAIN(tst_Rehearse)
+#include "tst_rehearse.moc"
