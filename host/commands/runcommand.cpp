@@ -59,6 +59,16 @@ OptionGroup changeOptions()
                        "by person and row; names of people stand in it")}}};
 }
 
+OptionGroup tracedLogOptions()
+{
+    OptionGroup group = logOptions();
+    group.options.append(
+        {QStringLiteral("trace"), QStringLiteral("FILE"),
+         Text::tr("write each message of the plugin and each call of its database connection "
+                  "into this new file, a line of JSON each; names of people stand in it")});
+    return group;
+}
+
 Failure readLength(const Options &options, RunOptions *run)
 {
     if (options.isSet(QStringLiteral("once")) && options.isSet(QStringLiteral("passes")))
@@ -83,6 +93,9 @@ Failure read(const Options &options, RunOptions *run)
                     options.value(QStringLiteral("changes"))};
     if (options.isSet(QStringLiteral("changes")) && run->changes.folder.isEmpty())
         return options.usageFailure(Text::tr("--changes needs a folder"));
+    run->trace = options.value(QStringLiteral("trace"));
+    if (options.isSet(QStringLiteral("trace")) && run->trace.isEmpty())
+        return options.usageFailure(Text::tr("--trace needs a file"));
     run->strict = options.isSet(QStringLiteral("strict"));
     run->force = options.isSet(QStringLiteral("force"));
     if (const Failure failure = readDataDirectory(options, &run->dataDirectory))
@@ -119,7 +132,7 @@ Command runCommand()
         "the HR export. Without a database of your own, a private one with a sample company is "
         "made for you.");
     command.groups = {pluginOptions(),    databaseOptions(), lengthOptions(),
-                      planLimitOptions(), changeOptions(),   logOptions()};
+                      planLimitOptions(), changeOptions(),   tracedLogOptions()};
     command.exitCodes = {ExitClean,   ExitErrors,  ExitUsage,      ExitDatabase,
                          ExitTimeout, ExitRefused, ExitInterrupted};
     command.sections = {

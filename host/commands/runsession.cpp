@@ -56,10 +56,11 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     connect(&plugin, &PluginRun::exportSeen, this, &RunSession::tellOfExport, Qt::QueuedConnection);
     connect(&plugin, &PluginRun::exportMissing, this, &RunSession::tellMissingExport);
     connect(&plugin, &PluginRun::databaseNotOpen, this, &RunSession::endForLostTick);
+    if (options.changes.any() || !options.trace.isEmpty())
+        plugin.listen([this](QtMsgType type, const QString &text) { hear(type, text); });
     if (!options.changes.any())
         return;
     connect(&plugin, &PluginRun::passOver, this, &RunSession::lookAtChanges, Qt::DirectConnection);
-    plugin.listen([this](QtMsgType type, const QString &text) { notes.message(type, text); });
     // Not queued: the plugin waits meanwhile, and reads the same file.
     connect(&plugin, &PluginRun::exportSeen, this, &RunSession::identifyExport,
             Qt::DirectConnection);
@@ -124,6 +125,8 @@ Failure RunSession::openDatabase()
                             "on this database would go unnoticed"));
     if (!failure && options.changes.any())
         failure = watchChanges();
+    if (!failure && !options.trace.isEmpty())
+        failure = openTrace();
     return failure;
 }
 
@@ -154,6 +157,34 @@ Failure RunSession::watchChanges()
                                           : options.database.connection);
 }
 
+Failure RunSession::openTrace()
+{
+    if (const Failure failure = trace.open(options.trace))
+        return failure;
+    callWatch.listen([this](const DatabaseCall &call, const CallOutcome &outcome) {
+        trace.call(call, outcome);
+    });
+    return {};
+}
+
+/// On any thread.
+void RunSession::hear(QtMsgType type, const QString &text)
+{
+    if (options.changes.any())
+        notes.message(type, text);
+    if (trace.isOpen())
+        trace.message(type, text);
+}
+
+void RunSession::closeTrace()
+{
+    const Failure failure = trace.close();
+    if (!failure)
+        return;
+    warn(failure.text);
+    traceIsLost = true;
+}
+
 Failure RunSession::runPlugin()
 {
     const Failure failure = plugin.run(callWatch.watched(connection.handle()));
@@ -166,6 +197,7 @@ Failure RunSession::runPlugin()
     if (changes && !options.changes.folder.isEmpty()
         && changes->toldPass() < plugin.figures().passes)
         changesAreLost = true;
+    closeTrace();
     if (privateDatabase) {
         if (!graceRuns)
             privateDatabase->waitForJoiners();

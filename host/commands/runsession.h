@@ -6,6 +6,7 @@
 #include "host/base/signalwatch.h"
 #include "host/base/watchdog.h"
 #include "host/changes/passnotes.h"
+#include "host/changes/passtrace.h"
 #include "host/cli/databaseoptions.h"
 #include "host/commands/changewatch.h"
 #include "host/commands/runsummary.h"
@@ -34,6 +35,7 @@ struct RunOptions
     int passes = 0; ///< 0: until a signal comes
     bool force = false;
     ChangeWishes changes;
+    QString trace; ///< file for all messages and calls; empty: none
     bool strict = false; ///< warnings count as errors
     int timeout = 0; ///< seconds, 0: none
     int grace = 10; ///< seconds that a pass has to come to its end, once it is to end in any case
@@ -84,6 +86,9 @@ private:
     Failure openDatabase();
     Failure startPrivateDatabase();
     Failure watchChanges();
+    Failure openTrace();
+    void hear(QtMsgType type, const QString &text);
+    void closeTrace();
     Failure runPlugin();
     RunFigures figures() const;
     void warn(const QString &text);
@@ -109,6 +114,7 @@ private:
     CallWatch callWatch; ///< over the connection, for the plugin to clone
     QScopedPointer<ChangeWatch> changes; ///< null unless they are wanted
     PassNotes notes; ///< for the files of changes
+    PassTrace trace;
     PluginRun plugin;
     bool graceRuns = false; ///< the process will be cut at its end
     bool endedBySignal = false;
@@ -121,6 +127,7 @@ private:
     Failure firstFailure; ///< that was told
     bool outputIsLost = false; ///< standard output
     bool changesAreLost = false; ///< a file of changes is missing
+    bool traceIsLost = false; ///< a part of it
     std::atomic<bool> hasPlugin {false}; ///< it has started
     Watchdog watchdog; ///< last: it looks at the others
 };

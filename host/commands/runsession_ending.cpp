@@ -38,6 +38,8 @@ RunEnding RunSession::ending(const Failure &failure) const
         return {ExitErrors, QStringLiteral("standard output cannot be written")};
     if (changesAreLost)
         return {ExitErrors, QStringLiteral("the changes of a pass are not kept")};
+    if (traceIsLost)
+        return {ExitErrors, QStringLiteral("the trace is not whole")};
     if (figures.commandFailures > 0)
         return {ExitErrors, QStringLiteral("the export command failed")};
     if (sawUselessExport)

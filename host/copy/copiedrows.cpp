@@ -5,6 +5,7 @@
 
 #include "host/copy/sqlnames.h"
 #include "host/database/errortext.h"
+#include "host/database/touchedtables.h"
 
 #include <QCoreApplication>
 #include <QVariant>
@@ -81,27 +82,63 @@ bool hasColumns(const CopiedTable &table, std::initializer_list<const char *> co
 /// only be more of them.
 QString dayCondition()
 {
-    return QStringLiteral(" WHERE `lock` = 0 OR NOT (@talvenhrMonth <=> (@talvenhrMonth := "
+    return QStringLiteral("(`lock` = 0 OR NOT (@talvenhrMonth <=> (@talvenhrMonth := "
                           "`uid` * 1000000 + COALESCE(EXTRACT(YEAR_MONTH FROM "
-                          "FROM_UNIXTIME(`date`)), 0)))");
+                          "FROM_UNIXTIME(`date`)), 0))))");
+}
+
+/// What a pass looks at of tables that grow with the years; empty for all rows.
+QString periodCondition(const CopiedSchema &schema, const CopiedTable &table,
+                        const CopyWishes &wishes)
+{
+    if (wishes.whole)
+        return QString();
+    const CopiedTable *const funds = schema.find(QStringLiteral("funds"));
+    if (table.name == QLatin1String("atten") && hasColumns(table, {"uid", "date", "lock"}))
+        return dayCondition();
+    if (table.name == QLatin1String("funds_move") && hasColumns(table, {"fid"}) && funds
+        && hasColumns(*funds, {"fid", "iid", "unit"}))
+        return QStringLiteral("`fid` IN (SELECT fid FROM funds WHERE iid = 3 AND unit = 2)");
+    return QString();
+}
+
+/// The rows of the people who are wished for; empty for all rows.
+QString peopleCondition(const CopiedTable &table, const CopyWishes &wishes)
+{
+    const auto &touched = touchedTables();
+    const auto known = std::find_if(
+        touched.cbegin(), touched.cend(),
+        [&table](const TouchedTable &other) { return other.name == table.name; });
+    if (!wishes.onlyPeople || known == touched.cend() || known->person.isEmpty()
+        || !table.hasColumn(known->person))
+        return QString();
+    // No uid is 0.
+    QStringList uids {QStringLiteral("0")};
+    for (const qlonglong uid : wishes.uids)
+        uids.append(QString::number(uid));
+    QString condition = QStringLiteral("%1 IN (%2)")
+                            .arg(quotedName(known->person), uids.join(QStringLiteral(", ")));
+    if (!known->personMark.isEmpty() && table.hasColumn(known->personMark))
+        condition += QStringLiteral(" AND %1 = 'uid'").arg(quotedName(known->personMark));
+    return condition;
 }
 
 } // namespace
 
-QString rowStatement(const CopiedSchema &schema, const CopiedTable &table, bool whole)
+QString rowStatement(const CopiedSchema &schema, const CopiedTable &table, const CopyWishes &wishes)
 {
-    QString condition;
-    const CopiedTable *const funds = schema.find(QStringLiteral("funds"));
-    if (whole)
-        condition.clear();
-    else if (table.name == QLatin1String("atten") && hasColumns(table, {"uid", "date", "lock"}))
-        condition = dayCondition();
-    else if (table.name == QLatin1String("funds_move") && hasColumns(table, {"fid"}) && funds
-             && hasColumns(*funds, {"fid", "iid", "unit"}))
-        condition = QStringLiteral(
-            " WHERE `fid` IN (SELECT fid FROM funds WHERE iid = 3 AND unit = 2)");
+    // People first: the days of others must not be looked at one after the other.
+    QStringList conditions;
+    for (const QString &condition :
+         {peopleCondition(table, wishes), periodCondition(schema, table, wishes)}) {
+        if (!condition.isEmpty())
+            conditions.append(condition);
+    }
+    const QString where = conditions.isEmpty()
+        ? QString()
+        : QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
     return QStringLiteral("SELECT %1 FROM %2").arg(rowExpression(table), quotedName(table.name))
-        + condition + orderOf(table);
+        + where + orderOf(table);
 }
 
 RowStream::RowStream(const QSqlDatabase &readDatabase, const CopiedTable &readTable,

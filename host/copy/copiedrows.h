@@ -18,8 +18,10 @@
 ///
 /// Not whole, a table has the rows that a statement of a pass can look at: unlocked days, and of
 /// each month the first locked one, as a pass counts the months in which there are days of any
-/// kind; the moves of the leave fund.
-QString rowStatement(const CopiedSchema &schema, const CopiedTable &table, bool whole);
+/// kind; the moves of the leave fund. Where only some people are wished for, the tables that a pass
+/// may write have only their rows, and what a pass writes to nobody's.
+QString rowStatement(const CopiedSchema &schema, const CopiedTable &table,
+                     const CopyWishes &wishes);
 
 /// Reads rows one after the other, and hands them out as statements of many rows each.
 ///

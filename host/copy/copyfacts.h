@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QStringList>
+#include <QVector>
 
 /// What somebody wants of a copy, or can do without.
 struct CopyWishes
@@ -15,6 +16,9 @@ struct CopyWishes
     bool withoutTriggers = false;
     /// Go on where the bodies of routines cannot be read. Those that can be read come along.
     bool withoutRoutines = false;
+    /// Of the tables that are about people, only the rows of those whom `uids` names.
+    bool onlyPeople = false;
+    QVector<qlonglong> uids; ///< may be empty: then of nobody
 };
 
 /// What a copy holds, and what it does not. Sentences end with a full stop.

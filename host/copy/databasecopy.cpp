@@ -117,7 +117,7 @@ Failure DatabaseCopy::copy(const QSqlDatabase &source, const CopyWishes &wishes,
         return failure;
 
     digestDefinitions(settings);
-    failure = copyTables(source, wishes.whole, facts);
+    failure = copyTables(source, wishes, facts);
     if (!failure)
         failure = target.makePrograms(schema, user);
     if (!failure)
@@ -126,7 +126,8 @@ Failure DatabaseCopy::copy(const QSqlDatabase &source, const CopyWishes &wishes,
     return failure;
 }
 
-Failure DatabaseCopy::copyTables(const QSqlDatabase &source, bool whole, CopyFacts *facts)
+Failure DatabaseCopy::copyTables(const QSqlDatabase &source, const CopyWishes &wishes,
+                                 CopyFacts *facts)
 {
     lastTold.start();
     for (const CopiedTable &table : qAsConst(schema.tables)) {
@@ -137,7 +138,7 @@ Failure DatabaseCopy::copyTables(const QSqlDatabase &source, bool whole, CopyFac
         // them, need not wait for the end of the copy.
         Failure failure = run(source, QStringLiteral("SAVEPOINT untouched"));
         if (!failure)
-            failure = copyRows(source, table, whole, &facts->rows);
+            failure = copyRows(source, table, wishes, &facts->rows);
         if (!failure)
             failure = run(source, QStringLiteral("ROLLBACK TO SAVEPOINT untouched"));
         if (failure)
@@ -146,10 +147,10 @@ Failure DatabaseCopy::copyTables(const QSqlDatabase &source, bool whole, CopyFac
     return run(source, QStringLiteral("COMMIT"));
 }
 
-Failure DatabaseCopy::copyRows(const QSqlDatabase &source, const CopiedTable &table, bool whole,
-                               qint64 *rows)
+Failure DatabaseCopy::copyRows(const QSqlDatabase &source, const CopiedTable &table,
+                               const CopyWishes &wishes, qint64 *rows)
 {
-    RowStream stream(source, table, rowStatement(schema, table, whole), &digest);
+    RowStream stream(source, table, rowStatement(schema, table, wishes), &digest);
     QByteArray first = stream.next();
     const auto nextPiece = [&] {
         tellRows(table.name, *rows + stream.rows());

@@ -59,8 +59,8 @@ Q_SIGNALS:
 
 private:
     Failure copy(const QSqlDatabase &source, const CopyWishes &wishes, CopyFacts *facts);
-    Failure copyTables(const QSqlDatabase &source, bool whole, CopyFacts *facts);
-    Failure copyRows(const QSqlDatabase &source, const CopiedTable &table, bool whole,
+    Failure copyTables(const QSqlDatabase &source, const CopyWishes &wishes, CopyFacts *facts);
+    Failure copyRows(const QSqlDatabase &source, const CopiedTable &table, const CopyWishes &wishes,
                      qint64 *rows);
     void digestDefinitions(const ServerSettings &settings);
     void tellRows(const QString &table, qint64 rows);

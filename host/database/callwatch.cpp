@@ -54,11 +54,17 @@ public:
         return {};
     }
 
-    void after(const DatabaseCall &, const CallOutcome &) override
+    void after(const DatabaseCall &call, const CallOutcome &outcome) override
     {
-        const QMutexLocker locker(&mutex);
-        isPending = false;
+        {
+            const QMutexLocker locker(&mutex);
+            isPending = false;
+        }
+        if (listener)
+            listener(call, outcome);
     }
+
+    std::function<void(const DatabaseCall &, const CallOutcome &)> listener; ///< may be null
 
     PendingCall pending() const
     {
@@ -84,6 +90,12 @@ CallWatch::~CallWatch()
 {
     if (driver)
         QSqlDatabase::removeDatabase(connectionName());
+}
+
+void CallWatch::listen(
+    const std::function<void(const DatabaseCall &, const CallOutcome &)> &listener)
+{
+    observer->listener = listener;
 }
 
 QSqlDatabase CallWatch::watched(const QSqlDatabase &handle)

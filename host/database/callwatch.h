@@ -9,7 +9,11 @@
 #include <QSqlDatabase>
 #include <QString>
 
+#include <functional>
 #include <memory>
+
+struct CallOutcome;
+struct DatabaseCall;
 
 /// A call that the database has not answered yet.
 struct PendingCall
@@ -33,6 +37,9 @@ public:
     CallWatch(const CallWatch &) = delete;
     CallWatch &operator=(const CallWatch &) = delete;
 
+    /// Is called with every call that has its answer, on the thread that has made it. To be set
+    /// before there is a handle.
+    void listen(const std::function<void(const DatabaseCall &, const CallOutcome &)> &listener);
     /// A handle to the same database by the same driver. To be called once.
     QSqlDatabase watched(const QSqlDatabase &handle);
     /// The call that is pending now, from any thread.

@@ -52,6 +52,11 @@ Failure readOnlyChanges(const QString &folder, Changes *changes)
     return readChangesFile(QDir(folder).filePath(names.constFirst()), changes);
 }
 
+QString tracePath(const QString &folder)
+{
+    return folder + QStringLiteral("/trace");
+}
+
 } // namespace
 
 Rehearsal::Rehearsal(const RehearsalWishes &rehearsalWishes) :
@@ -72,6 +77,10 @@ Failure Rehearsal::run(const ConnectionParameters &copy, const ConnectionParamet
         return failure;
     if (const Failure failure = readOnlyChanges(site.changesFolder(), changes))
         return failure;
+    if (wishes.traced) {
+        if (const Failure failure = readTrace(tracePath(site.path()), &steps))
+            return failure;
+    }
     changes->header.how = ChangesHeader::Rehearsed;
     for (PassMessage &message : changes->messages)
         message.text = withRealNames(message.text, site, wishes);
@@ -83,15 +92,19 @@ Failure Rehearsal::run(const ConnectionParameters &copy, const ConnectionParamet
 
 QStringList Rehearsal::arguments(const ConnectionParameters &copy, const QString &folder) const
 {
-    QStringList words {QStringLiteral("run"),         QStringLiteral("--once"),
-                       QStringLiteral("--data-dir"),  folder,
-                       QStringLiteral("--plugin"),    wishes.pluginFile,
-                       QStringLiteral("--socket"),    copy.socket,
-                       QStringLiteral("--database"),  copy.database,
-                       QStringLiteral("--user"),      copy.user,
-                       QStringLiteral("--log-level"), QStringLiteral("0"),
-                       QStringLiteral("--changes"),   RehearsalSite::changesFolder(folder),
-                       QStringLiteral("--timeout"),   QString::number(wishes.timeout)};
+    QStringList words {QStringLiteral("run"),        QStringLiteral("--once"),
+                       QStringLiteral("--data-dir"), folder,
+                       QStringLiteral("--plugin"),   wishes.pluginFile,
+                       QStringLiteral("--socket"),   copy.socket,
+                       QStringLiteral("--database"), copy.database,
+                       QStringLiteral("--user"),     copy.user,
+                       QStringLiteral("--changes"),  RehearsalSite::changesFolder(folder),
+                       QStringLiteral("--timeout"),  QString::number(wishes.timeout)};
+    if (wishes.traced)
+        words << QStringLiteral("--trace") << tracePath(folder);
+    // At level 3 each record has its own message.
+    words << QStringLiteral("--log-level")
+          << (wishes.traced ? QStringLiteral("3") : QStringLiteral("0"));
     if (wishes.force)
         words.append(QStringLiteral("--force"));
     return words;

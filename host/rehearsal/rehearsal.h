@@ -5,6 +5,7 @@
 
 #include "host/base/failure.h"
 #include "host/changes/changes.h"
+#include "host/changes/passtrace.h"
 #include "host/database/connectionparameters.h"
 
 #include <QDate>
@@ -24,6 +25,7 @@ struct RehearsalWishes
     bool force = false;
     int timeout = 3600; ///< seconds
     QDate today; ///< the day on which the pass runs; invalid for that of the clock
+    bool traced = false; ///< all that the pass says and asks is wanted
 };
 
 /// Runs one pass of the plugin on a copy, in a process of its own: nothing of this process can show
@@ -41,6 +43,8 @@ public:
     /// they were rehearsed; their plan is the caller's to make.
     Failure run(const ConnectionParameters &copy, const ConnectionParameters &administrator,
                 Changes *changes);
+    /// What the pass has said and asked; empty unless it was wanted.
+    TraceSteps trace() const { return steps; }
 
 private:
     QStringList arguments(const ConnectionParameters &copy, const QString &folder) const;
@@ -48,4 +52,5 @@ private:
 
     const RehearsalWishes wishes;
     std::function<bool()> isInterrupted;
+    TraceSteps steps;
 };

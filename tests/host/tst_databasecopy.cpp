@@ -106,6 +106,7 @@ private Q_SLOTS:
     void days_areTheOpenOnesAndOneOfEachLockedMonth();
     void moves_areThoseOfTheLeaveFund();
     void whole_hasAllDaysAndMoves();
+    void people_areOnlyThoseWishedFor();
     void settings_areThoseOfTheLogin();
     void copyOfTheCopy_hasTheSameDigest();
     void writing_endsAlike();
@@ -121,7 +122,7 @@ private:
     ConnectionParameters source(const QString &user = QStringLiteral("reader")) const;
     QStringList rowsOf(const ConnectionParameters &parameters, const QString &statement);
     void compare(const QString &statement);
-    qint64 rowsRead(const char *table, bool whole);
+    qint64 rowsRead(const char *table, const CopyWishes &wishes);
     QString path(const char *name) const { return folder.filePath(QString::fromLatin1(name)); }
 
     QTemporaryDir folder {QStringLiteral("/tmp/talven-XXXXXX")};
@@ -202,7 +203,7 @@ void tst_DatabaseCopy::compare(const QString &statement)
     QCOMPARE(rowsOf(copy->administratorParameters(), statement), expected);
 }
 
-qint64 tst_DatabaseCopy::rowsRead(const char *table, bool whole)
+qint64 tst_DatabaseCopy::rowsRead(const char *table, const CopyWishes &wishes)
 {
     const QSqlDatabase handle = database->administratorHandle();
     const QString name = handle.connectionName();
@@ -213,7 +214,7 @@ qint64 tst_DatabaseCopy::rowsRead(const char *table, bool whole)
         if (!readCopiedSchema(reader, CopyWishes(), &schema)) {
             QCryptographicHash digest(QCryptographicHash::Sha256);
             const CopiedTable &wanted = *schema.find(str(table));
-            RowStream stream(reader, wanted, rowStatement(schema, wanted, whole), &digest);
+            RowStream stream(reader, wanted, rowStatement(schema, wanted, wishes), &digest);
             while (!stream.next().isEmpty()) {
             }
             rows = stream.failure() ? -1 : stream.rows();
@@ -392,9 +393,41 @@ void tst_DatabaseCopy::whole_hasAllDaysAndMoves()
     for (const char *table : {"atten", "funds_move"}) {
         const qint64 all = database->value(QStringLiteral("SELECT COUNT(*) FROM ") + str(table))
                                .toLongLong();
-        QCOMPARE(rowsRead(table, true), all);
-        QVERIFY(rowsRead(table, false) < all);
+        CopyWishes whole;
+        whole.whole = true;
+        QCOMPARE(rowsRead(table, whole), all);
+        QVERIFY(rowsRead(table, CopyWishes()) < all);
     }
+}
+
+void tst_DatabaseCopy::people_areOnlyThoseWishedFor()
+{
+    database->execute(str("INSERT INTO term_sync (tid, type, ref, ref_col, ref_id, created, flags) "
+                          "VALUES (1, 'U', 'people', 'uid', 2, 5, 2), "
+                          "(1, 'U', 'people', 'pid', 2, 5, 2)"));
+    const auto rows = [this](const QString &table, const QVector<qlonglong> &uids) {
+        CopyWishes wishes;
+        wishes.onlyPeople = true;
+        wishes.uids = uids;
+        return rowsRead(qPrintable(table), wishes);
+    };
+    for (const TouchedTable &table : touchedTables()) {
+        if (table.person.isEmpty())
+            continue;
+        const QString mark = table.personMark.isEmpty() ? QString() : str(" AND ref_col = 'uid'");
+        const QString open = table.name == str("atten") ? str(" AND NOT `lock`") : QString();
+        const QString of2 = str("SELECT COUNT(*) FROM ") + table.name + str(" WHERE ")
+            + table.person + str(" = 2") + mark;
+        QCOMPARE(rows(table.name, {}), 0);
+        QVERIFY2(rows(table.name, {2}) <= database->value(of2).toLongLong(),
+                 qPrintable(table.name));
+        QVERIFY2(rows(table.name, {2}) >= database->value(of2 + open).toLongLong(),
+                 qPrintable(table.name));
+    }
+    QCOMPARE(rows(str("people"), {1, 2}), 2);
+    QCOMPARE(rows(str("term_sync"), {2}), 1);
+    QCOMPARE(rows(str("branches"), {2}), rowsRead("branches", CopyWishes()));
+    database->execute(str("DELETE FROM term_sync"));
 }
 
 void tst_DatabaseCopy::settings_areThoseOfTheLogin()
@@ -483,7 +516,8 @@ void tst_DatabaseCopy::copyOfTheCopy_hasTheSameDigest()
     for (const char *change : {"DO 1", "DO 1", "UPDATE people SET bits = 1 WHERE uid = 2"}) {
         QCryptographicHash digest(QCryptographicHash::Sha256);
         QVERIFY(QSqlQuery(changed.handle()).exec(str(change)));
-        RowStream stream(changed.handle(), table, rowStatement(schema, table, false), &digest);
+        RowStream stream(changed.handle(), table, rowStatement(schema, table, CopyWishes()),
+                         &digest);
         while (!stream.next().isEmpty()) {
         }
         digests.append(digest.result());
