@@ -112,8 +112,9 @@ QString peopleCondition(const CopiedTable &table, const CopyWishes &wishes)
     if (!wishes.onlyPeople || known == touched.cend() || known->person.isEmpty()
         || !table.hasColumn(known->person))
         return QString();
-    // No uid is 0.
-    QStringList uids {QStringLiteral("0")};
+    if (wishes.uids.isEmpty())
+        return QStringLiteral("FALSE");
+    QStringList uids;
     for (const qlonglong uid : wishes.uids)
         uids.append(QString::number(uid));
     QString condition = QStringLiteral("%1 IN (%2)")
