@@ -82,20 +82,10 @@ Failure checkOutputs(const CheckOptions &options)
                             {options.file, options.against, settingsFile(options)});
 }
 
-/// The texts of [MES], which stand in the same statements as the texts of people, by state as the
-/// plugin reads it.
+/// None where there is no such file.
 QHash<ushort, QString> stateTexts(const QString &file)
 {
-    QHash<ushort, QString> texts;
-    if (!QFileInfo(file).isFile())
-        return texts;
-    const SettingsFile settings(file);
-    const QStringList keys = settings.keys();
-    for (const QString &key : keys) {
-        if (key.startsWith(QLatin1String("MES/")))
-            texts.insert(static_cast<ushort>(key.midRef(4).toUInt()), settings.toString(key));
-    }
-    return texts;
+    return QFileInfo(file).isFile() ? SettingsFile(file).stateTexts() : QHash<ushort, QString>();
 }
 
 /// Compares with the last good export.

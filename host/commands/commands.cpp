@@ -6,6 +6,7 @@
 #include "host/commands/checkcommand.h"
 #include "host/commands/configcommand.h"
 #include "host/commands/doctorcommand.h"
+#include "host/commands/explaincommand.h"
 #include "host/commands/infocommand.h"
 #include "host/commands/rehearsecommand.h"
 #include "host/commands/runcommand.h"
@@ -15,6 +16,6 @@
 
 QVector<Command> allCommands()
 {
-    return {runCommand(), checkCommand(), rehearseCommand(), undoCommand(),   doctorCommand(),
-            sqlCommand(), infoCommand(),  configCommand(),   sandboxCommand()};
+    return {runCommand(),    checkCommand(), rehearseCommand(), explainCommand(), undoCommand(),
+            doctorCommand(), sqlCommand(),   infoCommand(),     configCommand(),  sandboxCommand()};
 }

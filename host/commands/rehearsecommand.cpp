@@ -10,8 +10,7 @@
 #include "host/cli/reportoptions.h"
 #include "host/commands/limitoptions.h"
 #include "host/commands/rehearsalsession.h"
-#include "host/plugin/datadirectory.h"
-#include "host/rehearsal/pretendedday.h"
+#include "host/commands/rehearsalwishes.h"
 
 #include <QCoreApplication>
 
@@ -22,47 +21,13 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(RehearseCommand)
 };
 
-Failure readDay(const Options &options, QDate *day)
-{
-    const QString name = QStringLiteral("today");
-    if (!options.isSet(name))
-        return {};
-    *day = QDate::fromString(options.value(name), Qt::ISODate);
-    if (!day->isValid())
-        return options.usageFailure(
-            Text::tr("--today takes a day such as 2027-01-01, not '%1'").arg(options.value(name)));
-    if (canBePretended(*day))
-        return {};
-    return options.usageFailure(
-        Text::tr("--today takes a day from %1 to %2, for the clock of the database knows no others")
-            .arg(firstPretendedDay().toString(Qt::ISODate),
-                 lastPretendedDay().toString(Qt::ISODate)));
-}
-
-/// What is rehearsed: the plugin, its real settings, and the export that they name.
-Failure readWishes(const Options &options, RehearsalWishes *wishes)
-{
-    QString directory;
-    if (const Failure failure = readDataDirectory(options, &directory))
-        return failure;
-    wishes->pluginFile = pluginFile(options);
-    wishes->settingsFile = DataDirectory(directory).iniFile();
-    wishes->exportFile = options.value(QStringLiteral("export"));
-    wishes->force = options.isSet(QStringLiteral("force"));
-    if (const Failure failure = readDay(options, &wishes->today))
-        return failure;
-    return checkInputs(wishes);
-}
-
 Failure read(const Options &options, RehearsalOptions *rehearsal)
 {
     if (const Failure failure = readWishes(options, &rehearsal->wishes))
         return failure;
     if (const Failure failure = readLimits(options, &rehearsal->limits))
         return failure;
-    rehearsal->copy.whole = options.isSet(QStringLiteral("whole"));
-    rehearsal->copy.withoutTriggers = options.isSet(QStringLiteral("without-triggers"));
-    rehearsal->copy.withoutRoutines = options.isSet(QStringLiteral("without-routines"));
+    rehearsal->copy = readCopyWishes(options);
     rehearsal->keep = options.value(QStringLiteral("keep"));
     rehearsal->person = options.value(QStringLiteral("person"));
     rehearsal->changesFile = options.value(QStringLiteral("changes"));
@@ -89,20 +54,12 @@ Failure run(const Options &options)
 
 OptionGroup rehearsalOptions()
 {
-    return {Text::tr("Rehearsal"),
-            {{QStringLiteral("export"), QStringLiteral("FILE"),
-              Text::tr("the export (default: importFile of TalvenHR.ini)")},
-             {QStringLiteral("force"), QString(), Text::tr("rehearse a forced pass")},
-             {QStringLiteral("today"), QStringLiteral("DAY"),
-              Text::tr("rehearse the pass of another day, such as 2027-01-01")},
-             {QStringLiteral("keep"), QStringLiteral("DIR"),
-              Text::tr("keep the copy in this new or empty folder, for 'talvenhr sql'")},
-             {QStringLiteral("whole"), QString(),
-              Text::tr("copy closed days of attendance and all moves of funds, too")},
-             {QStringLiteral("without-triggers"), QString(),
-              Text::tr("go on where triggers cannot be seen")},
-             {QStringLiteral("without-routines"), QString(),
-              Text::tr("go on where the bodies of routines cannot be read")}}};
+    OptionGroup group {Text::tr("Rehearsal"), passOptions()};
+    group.options.append(
+        {QStringLiteral("keep"), QStringLiteral("DIR"),
+         Text::tr("keep the copy in this new or empty folder, for 'talvenhr sql'")});
+    group.options += copyOptions();
+    return group;
 }
 
 OptionGroup outputOptions()

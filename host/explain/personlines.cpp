@@ -68,8 +68,8 @@ QVector<LinePerson> peopleOf(const QVector<PersonLine> &lines)
 
 QVector<PersonLine> linesOf(const QVector<PersonLine> &lines, const ChosenPerson &person)
 {
-    const uint number = numberFromCell(QStringRef(&person.pamId)
-                                           .left(person.pamId.indexOf(QLatin1Char('.'))));
+    const uint number = numberFromCell(
+        QStringRef(&person.pamId).left(person.pamId.indexOf(QLatin1Char('.'))));
     QVector<PersonLine> result;
     std::copy_if(lines.cbegin(), lines.cend(), std::back_inserter(result),
                  [&](const PersonLine &line) {

@@ -97,6 +97,17 @@ PluginSettings SettingsFile::values() const
     return values;
 }
 
+QHash<ushort, QString> SettingsFile::stateTexts() const
+{
+    QHash<ushort, QString> texts;
+    const QStringList all = keys();
+    for (const QString &key : all) {
+        if (key.startsWith(QLatin1String("MES/")))
+            texts.insert(static_cast<ushort>(key.midRef(4).toUInt()), toString(key));
+    }
+    return texts;
+}
+
 bool SettingsFile::holds(const QString &key) const
 {
     return ini->contains(key);

@@ -5,6 +5,7 @@
 
 #include "host/base/failure.h"
 
+#include <QHash>
 #include <QScopedPointer>
 #include <QStringList>
 #include <QVariant>
@@ -45,6 +46,9 @@ public:
     QString toString(const QString &key) const { return value(key).toString(); }
 
     PluginSettings values() const;
+    /// The texts of [MES], which stand in the same statements as the texts of people, by state as
+    /// the plugin reads it.
+    QHash<ushort, QString> stateTexts() const;
 
     /// The file itself holds the key.
     bool holds(const QString &key) const;
