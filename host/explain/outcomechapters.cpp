@@ -70,9 +70,9 @@ StoryChapter waitingChapter(const ExplainFacts &facts, const PersonBefore &befor
     const ChangedPerson *const changed = changedPerson(facts);
     for (const NotDone &notDone : changed ? changed->notDone : QVector<NotDone>()) {
         const bool isOfNobody = notDone.what == NotDone::LeaveNotAtRest && !before.hasRow();
-        chapter.say(isOfNobody
-                        ? Text::tr("Leave waits for a later pass, for there was no row of them.")
-                        : notDoneText(notDone, facts.texts));
+        chapter.sayOnce(
+            isOfNobody ? Text::tr("Leave waits for a later pass, for there was no row of them.")
+                       : notDoneText(notDone, facts.texts));
     }
     if (chapter.isEmpty())
         chapter.say(Text::tr("Nothing."));

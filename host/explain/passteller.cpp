@@ -163,8 +163,10 @@ void PassTeller::attendanceChecked(const Values &values)
     if (!atRest && before.futureDays > 0)
         reasons.append(
             Text::tr("%1 days from today on are not calculated yet").arg(before.futureDays));
+    if (!atRest && hasReopened)
+        reasons.append(Text::tr("for the line before, days are to be calculated again"));
     // Nothing else is left then.
-    const bool hasDays = before.openDays > 0 || before.futureDays > 0;
+    const bool hasDays = before.openDays > 0 || before.futureDays > 0 || hasReopened;
     if (!atRest && !hasDays && before.cell(QStringLiteral("calc")).toLongLong() != 0)
         reasons.append(
             Text::tr("the last calculation was at %1, and the plugin keeps a quarter of "
@@ -187,6 +189,7 @@ void PassTeller::balanceRead(const Values &values)
     settleRow();
     if (values.last() == QLatin1String("YES"))
         record.balance = values.at(1).toInt();
+    record.balanceStatements = takeStatements();
 }
 
 void PassTeller::administratorFound(const Values &values)
@@ -241,9 +244,10 @@ void PassTeller::settleRow()
     }
     record.rowIsTold = true;
     if (record.balance) {
-        chapter.say(Text::tr("The leave fund holds %1, as the line says: nothing is corrected.")
+        chapter.say(Text::tr("The leave fund holds %1, of moves before this month and of "
+                             "corrections, as the line says: nothing is corrected.")
                         .arg(balanceText(*record.balance)),
-                    takeStatements());
+                    record.balanceStatements);
         record.balance.reset();
     }
 }

@@ -30,6 +30,7 @@ private:
         bool isTried = false; ///< it was tried to add or update the person
         bool moveIsFree = true; ///< there is no correction of today
         std::optional<int> balance; ///< of the fund, not told yet
+        QStringList balanceStatements;
         std::optional<QStringList> plan; ///< group, uid and month that were asked for
     };
     using Values = QStringList;
@@ -71,5 +72,6 @@ private:
     ChapterWriter chapter;
     Record record;
     int recordCount = 0;
+    bool hasReopened = false; ///< days, for this record or one before it
     QStringList pending; ///< statements that no sentence has told yet
 };

@@ -129,6 +129,9 @@ void PassTeller::personAdded()
 void PassTeller::fieldsWritten()
 {
     chapter.say(Text::tr("Their row is written."), takeStatements());
+    // Only the outcome of all lines together is known.
+    if (lines.size() > 1)
+        return;
     const ChangedPerson *const changed = changedPerson(facts);
     const TouchedTable &people = touchedTables().first();
     bool differs = false;
@@ -149,16 +152,22 @@ void PassTeller::correctionWritten(const ClassifiedStatement &statement)
     const int value = statement.values.value(2).toInt();
     const int balance = record.balance.value_or(0);
     record.balance.reset();
-    chapter.say(Text::tr("The leave fund holds %1, and the line says %2: a correction of %3 is "
-                         "written for today.")
+    chapter.say(Text::tr("The leave fund holds %1, of moves before this month and of corrections, "
+                         "and the line says %2: a correction of %3 is written for today.")
                     .arg(balanceText(balance), balanceText(static_cast<qint64>(balance) + value),
                          balanceText(value)),
-                takeStatements());
+                record.balanceStatements + takeStatements());
 }
 
 void PassTeller::daysReopened(const ClassifiedStatement &statement, int affected)
 {
     settleRow();
+    hasReopened = hasReopened || affected > 0;
+    // What was asked about the plan came before it.
+    const QStringList statements = takeStatements();
+    pending = statements.mid(0, statements.size() - 1);
+    planSettled();
+    pending = statements.mid(statements.size() - 1);
     chapter.say(Text::tr("Attendance since %1 is to be calculated again: %2 days.")
                     .arg(dateText(dayOf(statement.values.value(0))), QString::number(affected)),
                 takeStatements());

@@ -99,7 +99,7 @@ QString messageRemedy(const ExplainFacts &facts)
     return QString();
 }
 
-QString nextOf(const ExplainFacts &facts)
+QString nextOf(const ExplainFacts &facts, const PersonBefore &before)
 {
     const QString remedy = messageRemedy(facts);
     if (!remedy.isEmpty())
@@ -110,7 +110,7 @@ QString nextOf(const ExplainFacts &facts)
             : Text::tr("If they should be in the export, look into the HR system.");
     const ChangedPerson *const changed = changedPerson(facts);
     for (const NotDone &notDone : changed ? changed->notDone : QVector<NotDone>()) {
-        if (notDone.what == NotDone::LeaveNotAtRest)
+        if (notDone.what == NotDone::LeaveNotAtRest && before.hasRow())
             return Text::tr("If leave should be corrected: let attendance be calculated; a later "
                             "pass looks again.");
     }
@@ -128,7 +128,7 @@ Story tellStory(const ExplainFacts &facts)
                       passChapter(facts, before),    changesChapter(facts),
                       waitingChapter(facts, before), terminalsChapter(facts, before)};
     story.verdict = verdictOf(facts, before);
-    story.next = nextOf(facts);
+    story.next = nextOf(facts, before);
     story.exitCode = hasErrors(facts) ? ExitErrors : ExitClean;
     return story;
 }

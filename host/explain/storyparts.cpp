@@ -34,6 +34,16 @@ void ChapterWriter::say(const QString &text, const QStringList &statements)
     chapter.lines.append({oneLine(text), false, statements});
 }
 
+void ChapterWriter::sayOnce(const QString &text)
+{
+    const QString line = oneLine(text);
+    for (const StoryLine &said : qAsConst(chapter.lines)) {
+        if (said.text == line)
+            return;
+    }
+    say(text);
+}
+
 void ChapterWriter::detail(const QString &text, const QStringList &statements)
 {
     chapter.lines.append({oneLine(text), true, statements});

@@ -15,6 +15,8 @@ public:
 
     /// The statements stand behind the line.
     void say(const QString &text, const QStringList &statements = {});
+    /// Unless it was said before.
+    void sayOnce(const QString &text);
     /// What belongs to the line said last.
     void detail(const QString &text, const QStringList &statements = {});
     /// Statements of the line said last.
