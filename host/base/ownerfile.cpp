@@ -4,11 +4,14 @@
 #include "host/base/ownerfile.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 
 #include <cerrno>
 #include <cstring>
+#include <sys/stat.h>
 
 namespace {
 
@@ -66,6 +69,24 @@ Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs)
             return cannotWrite(output, Text::tr("two options name it"));
         written.append(path);
     }
+    return {};
+}
+
+Failure makeOwnerFolder(const QString &folder)
+{
+    const QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    QDir().mkpath(QFileInfo(path).path());
+    const int error = ::mkdir(QFile::encodeName(path).constData(), 0700) == 0 ? 0 : errno;
+    const QFileInfo info(path);
+    if (error == EEXIST && !info.isDir())
+        return {ExitUsage, Text::tr("'%1' is no folder; name another one").arg(folder)};
+    if (error != 0 && error != EEXIST)
+        return {ExitUsage,
+                Text::tr("the folder '%1' cannot be made: %2").arg(folder, qt_error_string(error))};
+    if (!info.isWritable() || !info.isExecutable())
+        return {ExitUsage,
+                Text::tr("the folder '%1' is closed to this user; it belongs to %2")
+                    .arg(folder, info.owner())};
     return {};
 }
 

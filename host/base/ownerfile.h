@@ -16,6 +16,10 @@ class QIODevice;
 /// if it is one of those that are read, or if two of them are the same. Empty names stand for none.
 Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs);
 
+/// Makes the folder, for its owner only, if it is not there; whom an existing one is open to stays
+/// as it is. Fails where no file can be made in it.
+Failure makeOwnerFolder(const QString &folder);
+
 /// Writes a file that nobody else may read. It is whole or not there: what stood there before stays
 /// until all is written, and anything but a regular file stays as it is. Fails with the system's
 /// words.

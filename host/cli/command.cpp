@@ -5,6 +5,12 @@
 
 #include <algorithm>
 
+QString usageOf(const Argument &argument)
+{
+    return argument.isOptional ? QLatin1Char('[') + argument.name + QLatin1Char(']')
+                               : argument.name;
+}
+
 QVector<Option> settingsOf(const Command &command)
 {
     QVector<Option> settings;

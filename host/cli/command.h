@@ -40,7 +40,11 @@ struct Argument
 {
     QString name; ///< as --help shows it: FILE
     QString text;
+    bool isOptional = false;
 };
+
+/// "FILE", or "[FILE]" for one that may be left out.
+QString usageOf(const Argument &argument);
 
 /// Lines under a title, at the end of --help; they stay as they are.
 struct HelpSection
@@ -55,7 +59,7 @@ struct Command
     QString name;
     QString summary; ///< for the list of commands
     QString purpose; ///< a few sentences
-    QVector<Argument> arguments; ///< each must be given
+    QVector<Argument> arguments; ///< those that may be left out last
     QVector<OptionGroup> groups;
     /// What only talvenhr.conf can set, as SECTION/KEY; a star at the end stands for any ending.
     QStringList fileSettings = {};

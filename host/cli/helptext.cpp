@@ -73,7 +73,7 @@ QString usageLine(const Command &command)
 {
     QString line = QStringLiteral("talvenhr ") + command.name + Text::tr(" [options]");
     for (const Argument &argument : command.arguments)
-        line += QLatin1Char(' ') + argument.name;
+        line += QLatin1Char(' ') + usageOf(argument);
     return Text::tr("Usage: %1").arg(line);
 }
 

@@ -53,7 +53,7 @@ QString commandPart(const Command &command)
 {
     QString usage = QStringLiteral("*talvenhr ") + command.name + Text::tr("* [options]");
     for (const Argument &argument : command.arguments)
-        usage += QLatin1Char(' ') + argument.name;
+        usage += QLatin1Char(' ') + usageOf(argument);
     QString text = QStringLiteral("\n## %1\n\n%2\n\n%3\n")
                        .arg(command.name, usage, plain(command.purpose));
     for (const Argument &argument : command.arguments)

@@ -81,10 +81,9 @@ Failure Options::parse(const QStringList &arguments)
 Failure Options::checkArguments() const
 {
     const QStringList given = parser.positionalArguments();
-    if (given.size() < command.arguments.size()) {
-        const Argument &missing = command.arguments.at(given.size());
+    const Argument missing = command.arguments.value(given.size(), {{}, {}, true});
+    if (!missing.isOptional)
         return usageFailure(Text::tr("%1 is missing: %2").arg(missing.name, missing.text));
-    }
     if (given.size() > command.arguments.size())
         return usageFailure(
             Text::tr("unexpected argument '%1'").arg(given.at(command.arguments.size())));

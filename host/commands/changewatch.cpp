@@ -3,6 +3,7 @@
 // What the passes of a run change: on standard output, and in files.
 #include "host/commands/changewatch.h"
 
+#include "host/base/ownerfile.h"
 #include "host/changes/changesbuilder.h"
 #include "host/changes/changesfolder.h"
 #include "host/changes/changesjson.h"
@@ -69,7 +70,7 @@ ChangeWatch::ChangeWatch(const ChangeWishes &changeWishes) :
 Failure ChangeWatch::begin(const ConnectionParameters &connectionParameters)
 {
     if (!wishes.folder.isEmpty()) {
-        if (const Failure failure = makeChangesFolder(wishes.folder))
+        if (const Failure failure = makeOwnerFolder(wishes.folder))
             return failure;
     }
     parameters = connectionParameters;

@@ -7,6 +7,7 @@
 #include "host/commands/configcommand.h"
 #include "host/commands/doctorcommand.h"
 #include "host/commands/explaincommand.h"
+#include "host/commands/gatecommand.h"
 #include "host/commands/infocommand.h"
 #include "host/commands/rehearsecommand.h"
 #include "host/commands/runcommand.h"
@@ -16,6 +17,7 @@
 
 QVector<Command> allCommands()
 {
-    return {runCommand(),    checkCommand(), rehearseCommand(), explainCommand(), undoCommand(),
-            doctorCommand(), sqlCommand(),   infoCommand(),     configCommand(),  sandboxCommand()};
+    return {runCommand(),     checkCommand(),  rehearseCommand(), gateCommand(),
+            explainCommand(), undoCommand(),   doctorCommand(),   sqlCommand(),
+            infoCommand(),    configCommand(), sandboxCommand()};
 }

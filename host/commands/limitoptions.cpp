@@ -19,16 +19,15 @@ const QString limitName = QStringLiteral("limit");
 const QString allowName = QStringLiteral("allow");
 const QString noLimitsName = QStringLiteral("no-limits");
 
-QStringList limitsOfFile(const Options &options)
+Failure setLimits(const Options &options, const QStringList &texts, QVector<Limit> *limits)
 {
-    QStringList texts;
-    const QStringList settings = options.fileOnlySettings();
-    for (const QString &setting : settings) {
-        if (setting.startsWith(section))
-            texts.append(setting.mid(section.size()) + QLatin1Char('=')
-                         + options.configuration().entry(setting).value);
+    for (const QString &text : texts) {
+        Limit limit;
+        if (const Failure failure = readLimit(text, &limit))
+            return options.usageFailure(failure.text);
+        setLimit(limit, limits);
     }
-    return texts;
+    return {};
 }
 
 } // namespace
@@ -53,21 +52,26 @@ QStringList limitSettings()
     return settings << section + QStringLiteral("changed:*");
 }
 
-Failure readLimits(const Options &options, QVector<Limit> *limits)
+Failure readLimitsOfFile(const Options &options, QVector<Limit> *limits)
 {
     QStringList texts;
+    const QStringList settings = options.fileOnlySettings();
+    for (const QString &setting : settings) {
+        if (setting.startsWith(section))
+            texts.append(setting.mid(section.size()) + QLatin1Char('=')
+                         + options.configuration().entry(setting).value);
+    }
+    return setLimits(options, texts, limits);
+}
+
+Failure readLimits(const Options &options, QVector<Limit> *limits)
+{
     if (!options.isSet(noLimitsName)) {
         *limits = standardLimits();
-        texts = limitsOfFile(options);
+        if (const Failure failure = readLimitsOfFile(options, limits))
+            return failure;
     }
-    texts += options.values(limitName) + options.values(allowName);
-    for (const QString &text : qAsConst(texts)) {
-        Limit limit;
-        if (const Failure failure = readLimit(text, &limit))
-            return options.usageFailure(failure.text);
-        setLimit(limit, limits);
-    }
-    return {};
+    return setLimits(options, options.values(limitName) + options.values(allowName), limits);
 }
 
 bool areLimitsSet(const Options &options)

@@ -13,6 +13,8 @@ OptionGroup limitOptions();
 /// The keys of talvenhr.conf that hold limits, as SECTION/KEY.
 QStringList limitSettings();
 
+/// Sets the limits of talvenhr.conf.
+Failure readLimitsOfFile(const Options &options, QVector<Limit> *limits);
 /// The limits of the defaults and talvenhr.conf, unless --no-limits drops them, then those of
 /// --limit and --allow.
 Failure readLimits(const Options &options, QVector<Limit> *limits);

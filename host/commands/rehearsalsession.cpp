@@ -160,7 +160,7 @@ Failure RehearsalSession::runPass(const ConnectionParameters &copy,
     return rehearsal.run(copy, administrator, &changes);
 }
 
-Failure RehearsalSession::tell() const
+Failure RehearsalSession::writeFiles() const
 {
     if (!options.changesFile.isEmpty()) {
         if (const Failure failure = writeChangesFile(changes, options.changesFile))
@@ -171,6 +171,13 @@ Failure RehearsalSession::tell() const
                                                   rehearsalHtmlValues(changes)))
             return failure;
     }
+    return {};
+}
+
+Failure RehearsalSession::tell() const
+{
+    if (const Failure failure = writeFiles())
+        return failure;
     if (options.form == ReportForm::Json) {
         writeChanges(changes, printBytes);
         flushOutput();

@@ -41,6 +41,8 @@ public:
     /// Rehearses, and tells nothing. What there is then is told by result().
     Failure rehearse();
     const Changes &result() const { return changes; }
+    /// Writes the files that the options name.
+    Failure writeFiles() const;
 
 private:
     Failure checkFirst();

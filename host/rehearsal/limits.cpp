@@ -26,6 +26,8 @@ const QString leaveDaysEach = QStringLiteral("leave-days-each");
 const QString reopenedDays = QStringLiteral("reopened-days");
 const QString missing = QStringLiteral("missing");
 const QString changedColumn = QStringLiteral("changed:");
+const QString lost = QStringLiteral("lost");
+const QString gained = QStringLiteral("gained");
 
 /// How many people have another value in the column.
 int changedPeople(const Changes &changes, const QString &column)
@@ -78,7 +80,13 @@ QStringList limitKinds()
     QStringList kinds;
     for (const ChangeKind kind : changeKinds())
         kinds.append(kindName(kind));
-    return kinds << withoutBranch << leaveDays << leaveDaysEach << reopenedDays << missing;
+    return kinds << withoutBranch << leaveDays << leaveDaysEach << reopenedDays << missing << lost
+                 << gained;
+}
+
+bool isOfExports(const QString &kind)
+{
+    return kind == lost || kind == gained;
 }
 
 Failure readLimit(const QString &text, Limit *limit)
@@ -147,17 +155,25 @@ QVector<Limit> standardLimits()
             {QStringLiteral("changed:surname"), 5, true}};
 }
 
+std::optional<LimitOutcome> limitOutcome(const Limit &limit, double found, int people)
+{
+    if (!limit.isPercent)
+        return LimitOutcome {limit, static_cast<double>(limit.number), found};
+    if (people == 0)
+        return {};
+    return LimitOutcome {limit, std::floor(qMax(people, fewestPeople) * limit.number / 100.0),
+                         found};
+}
+
 QVector<LimitOutcome> limitOutcomes(const QVector<Limit> &limits, const Changes &changes)
 {
     QVector<LimitOutcome> outcomes;
-    const int people = changes.totals.activePeople;
     for (const Limit &limit : limits) {
-        if (limit.isPercent && people == 0)
+        if (isOfExports(limit.kind))
             continue;
-        const double allowed = limit.isPercent
-            ? std::floor(qMax(people, fewestPeople) * limit.number / 100.0)
-            : limit.number;
-        outcomes.append({limit, allowed, foundOf(limit.kind, changes)});
+        if (const auto outcome = limitOutcome(limit, foundOf(limit.kind, changes),
+                                              changes.totals.activePeople))
+            outcomes.append(*outcome);
     }
     return outcomes;
 }
@@ -178,10 +194,11 @@ QString exceededWords(const LimitOutcome &outcome)
 
 QString exceededText(const LimitOutcome &outcome)
 {
-    const QString allowed = outcome.limit.isPercent ? Text::tr("%1 (%2 of the active people)")
-                                                          .arg(outcome.allowed)
-                                                          .arg(limitText(outcome.limit))
-                                                    : QString::number(outcome.allowed);
+    const QString of = isOfExports(outcome.limit.kind) ? Text::tr("people of the last good export")
+                                                       : Text::tr("active people");
+    const QString allowed = outcome.limit.isPercent
+        ? Text::tr("%1 (%2 of the %3)").arg(outcome.allowed).arg(limitText(outcome.limit), of)
+        : QString::number(outcome.allowed);
     return Text::tr("%1: %2, and the limit is %3; to let it through this once: --allow %1=%4")
         .arg(outcome.limit.kind)
         .arg(outcome.found)

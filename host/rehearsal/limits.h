@@ -11,9 +11,12 @@
 #include <QStringList>
 #include <QVector>
 
+#include <optional>
+
 /// Every kind that can be limited: those of changes, and without-branch, leave-days,
-/// leave-days-each, reopened-days, missing. `changed:COLUMN`, the people of whom a column of
-/// `people` differs, is one, too, for each column.
+/// leave-days-each, reopened-days, missing; lost and gained, people of an export against the one
+/// before. `changed:COLUMN`, the people of whom a column of `people` differs, is one, too, for each
+/// column.
 QStringList limitKinds();
 
 /// Fails for `changed:COLUMN` of a column that `people` does not have.
@@ -27,8 +30,14 @@ void setLimit(const Limit &limit, QVector<Limit> *limits);
 /// What holds where nobody has said otherwise; docs/rehearsal.md gives the reasons.
 QVector<Limit> standardLimits();
 
-/// All limits against the changes. Those in percent are left out for a database without people,
-/// where everybody is new.
+/// A kind that no change shows: it compares exports.
+bool isOfExports(const QString &kind);
+
+/// The limit against what was found; nothing for one in percent where there are no people.
+std::optional<LimitOutcome> limitOutcome(const Limit &limit, double found, int people);
+
+/// All limits against the changes, but for those of exports. Those in percent are left out for a
+/// database without people, where everybody is new.
 QVector<LimitOutcome> limitOutcomes(const QVector<Limit> &limits, const Changes &changes);
 
 /// "5 %" or "12".

@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// `talvenhr gate`: only a sound export goes through.
+#include "host/commands/gatecommand.h"
+
+#include "host/base/watchdog.h"
+#include "host/cli/databaseoptions.h"
+#include "host/cli/options.h"
+#include "host/cli/pluginoptions.h"
+#include "host/cli/reportoptions.h"
+#include "host/commands/gateoptions.h"
+#include "host/commands/rehearsalsession.h"
+#include "host/gate/gatetexts.h"
+#include "host/report/console.h"
+#include "host/report/jsonreport.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(GateCommand)
+};
+
+/// Rehearses with the limits of the gate, which are told with the page.
+RehearseExport rehearsalOf(const GateOptions &gate)
+{
+    if (!gate.rehearses())
+        return {};
+    return [gate](const RehearsalOrder &order, Changes *changes, int *after) -> Failure {
+        RehearsalOptions rehearsal;
+        rehearsal.wishes.pluginFile = gate.pluginFile;
+        rehearsal.wishes.settingsFile = gate.settingsFile;
+        rehearsal.wishes.exportFile = order.exportFile;
+        rehearsal.wishes.timeout = gate.timeLimit;
+        rehearsal.database = gate.database;
+        rehearsal.limits = gate.settings.judge.limits;
+        rehearsal.changesFile = order.changesFile;
+        rehearsal.html = order.page;
+        *after = 0;
+        RehearsalSession session(rehearsal);
+        if (const Failure failure = session.rehearse())
+            return failure;
+        *changes = session.result();
+        return session.writeFiles();
+    };
+}
+
+void tellText(const GateResult &result)
+{
+    for (const QString &line : result.news)
+        printText(line + QLatin1Char('\n'));
+    for (const GateRecord &record : result.decided)
+        printText(decisionLine(record) + QLatin1Char('\n'));
+    for (const QString &name : result.waiting)
+        printText(Text::tr("waiting: %1 is not whole yet\n").arg(name));
+    for (const QString &line : result.warnings)
+        printText(Text::tr("warning: %1\n").arg(line));
+}
+
+void tell(const GateResult &result, ReportForm form)
+{
+    if (form == ReportForm::Text) {
+        tellText(result);
+        return;
+    }
+    for (const GateRecord &record : result.decided)
+        printBytes(gateRecordJson(record));
+    flushOutput();
+}
+
+/// Whatever is left half by it is what a kill may leave: the next gate mends it.
+void armTimeLimit(int seconds, Watchdog *watchdog)
+{
+    watchdog->arm(seconds * 1000, [seconds] {
+        const QByteArray text = Text::tr("talvenhr: the gate was not done after %1 s; the delivery "
+                                         "stays for the next time\n")
+                                    .arg(seconds)
+                                    .toLocal8Bit();
+        std::fputs(text.constData(), stderr);
+        std::fflush(stderr);
+        std::_Exit(ExitTimeout);
+    });
+}
+
+Failure run(const Options &options)
+{
+    GateOptions gate;
+    if (const Failure failure = readGateOptions(options, &gate))
+        return failure;
+    Watchdog watchdog;
+    armTimeLimit(gate.timeLimit, &watchdog);
+    GateSettings settings = gate.settings;
+    settings.judge.rehearse = rehearsalOf(gate);
+    Gate road(settings);
+    GateResult result;
+    const Failure failure = gate.release ? road.release(*gate.release, &result) : road.run(&result);
+    tell(result, reportForm(options));
+    if (failure)
+        return failure;
+    return {result.hasRefused() ? ExitRefused : ExitClean, QString()};
+}
+
+} // namespace
+
+Command gateCommand()
+{
+    Command command;
+    command.name = QStringLiteral("gate");
+    command.summary = Text::tr("let only a sound export through to the plugin");
+    command.purpose = Text::tr(
+        "Takes what was delivered, checks it, compares it with the last good export, rehearses it "
+        "where a database is named, and puts it where the plugin finds its export, or refuses it "
+        "with the reasons. Made to be the plugin's syncCommand, with syncCommandRun=2.");
+    command.arguments = {{QStringLiteral("FILE"),
+                          Text::tr("with --allow: a refused export, by its name or path"), true}};
+    command.groups = gateOptionGroups();
+    command.groups += {pluginOptions(), databaseOptions(), reportOptions()};
+    command.fileSettings = gateFileSettings();
+    command.exitCodes = {ExitClean,   ExitErrors,  ExitUsage,      ExitDatabase,
+                         ExitTimeout, ExitRefused, ExitInterrupted};
+    command.sections = {
+        {Text::tr("Examples"),
+         {QStringLiteral("talvenhr gate"), QStringLiteral("talvenhr gate --config /etc/gate.conf"),
+          QStringLiteral("talvenhr gate --allow ended=60 20261122T010003Z-0123456789ab "
+                         "--reason \"the branch in the north is closed\"")}}};
+    command.run = run;
+    return command;
+}

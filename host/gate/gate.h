@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The road of an export from its delivery to the place where the plugin finds it.
+#pragma once
+
+#include "host/base/failure.h"
+#include "host/gate/exportjudge.h"
+#include "host/gate/gatearchive.h"
+#include "host/gate/incoming.h"
+#include "host/gate/mend.h"
+#include "host/gate/placement.h"
+
+#include <QLockFile>
+#include <QScopedPointer>
+
+#include <functional>
+
+/// The settings of the gate.
+struct GateSettings
+{
+    IncomingWishes incoming;
+    QString place; ///< the plugin's importFile
+    bool isRemovedWhenRead = true; ///< the plugin's deleteFile
+    QString archive; ///< folder
+    QString refused; ///< folder
+    QString state; ///< folder
+    int keepDays = 90;
+    bool holdsFirst = false; ///< the first export waits for a person
+    JudgeSettings judge;
+    MendWishes mend;
+    QString passedHook; ///< command lines; empty: none
+    QString refusedHook;
+    QString lateHook;
+    int lateAfter = 0; ///< hours without a delivery; 0: never late
+};
+
+/// One export that a person lets through.
+struct ReleaseWish
+{
+    QString what; ///< the name of a refused one, or a path
+    Release release;
+};
+
+/// What a gate has come to.
+struct GateResult
+{
+    QVector<GateRecord> decided; ///< in their order
+    QStringList waiting; ///< deliveries that are not whole yet
+    QStringList news; ///< what was finished that another gate had begun
+    QStringList warnings;
+    bool isLate = false;
+
+    bool hasRefused() const;
+};
+
+/// The gate. Whatever happens to it at any moment, the plugin finds a sound export or none, and no
+/// delivery is lost: it is removed from where it was delivered only when all else is done.
+///
+/// Owned by a command and used on its thread.
+class Gate
+{
+public:
+    explicit Gate(const GateSettings &gateSettings);
+    ~Gate();
+
+    /// Told before each step, by a name of its own; for tests.
+    void setStepWatch(const std::function<void(const char *step)> &watch) { atStep = watch; }
+
+    /// Decides about all that was delivered: the newest that is sound goes through. Fails where
+    /// nothing could be decided; the delivery stays then, for the next time.
+    Failure run(GateResult *result);
+    /// Lets one export through in spite of what is found.
+    Failure release(const ReleaseWish &wish, GateResult *result);
+
+private:
+    Failure open(GateResult *result);
+    Failure lock();
+    Failure recover(GateResult *result);
+    Failure refuseForeign(GateResult *result);
+    Failure takeDeliveries(GateResult *result);
+    Failure finish(const Delivery &delivery, const GateRecord &record, GateResult *result);
+    Failure decide(const Delivery &delivery, const std::optional<Release> &release,
+                   GateResult *result);
+    Failure judge(const std::optional<Release> &release, GateRecord *record);
+    Failure takeIn(const Delivery &delivery, GateRecord *record);
+    Failure letThrough(const Delivery &delivery, GateRecord *record);
+    Failure supersede(const Delivery &delivery, GateRecord *record);
+    Failure refuse(GateRecord *record);
+    Failure fileReports(const GateRecord &record);
+    void callHook(const GateRecord &record, GateResult *result) const;
+    void lookForLateness(GateResult *result);
+    QString workPath(const QString &name) const;
+    void step(const char *name) const;
+
+    const GateSettings settings;
+    GateArchive archive;
+    Placement placement;
+    QScopedPointer<QLockFile> lockFile;
+    std::function<void(const char *step)> atStep;
+};

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What the gate tells people.
+#include "host/gate/gatetexts.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <algorithm>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(GateTexts)
+};
+
+QString passedLine(const GateRecord &record)
+{
+    QStringList parts {Text::tr("lines taken: %1").arg(record.fates.taken)};
+    if (record.rehearsal)
+        parts.append(Text::tr("people who change: %1").arg(record.rehearsal->people));
+    const int warnings = static_cast<int>(
+        std::count_if(record.findings.cbegin(), record.findings.cend(),
+                      [](const FindingCount &kind) { return kind.severity == Finding::Warning; }));
+    if (warnings > 0)
+        parts.append(Text::tr("kinds of warnings: %1").arg(warnings));
+    if (record.mendedCells > 0)
+        parts.append(Text::tr("cells mended: %1").arg(record.mendedCells));
+    if (record.comparedWith.isEmpty())
+        parts.append(Text::tr("the first export, compared with none"));
+    if (!record.replaced.isEmpty())
+        parts.append(Text::tr("an unread one was replaced"));
+    if (record.release)
+        parts.append(
+            Text::tr("let through by %1: %2").arg(record.release->by, record.release->reason));
+    return Text::tr("passed: %1 (%2); %3")
+        .arg(record.exported.name, record.name, parts.join(QStringLiteral(", ")));
+}
+
+QString refusedLine(const GateRecord &record)
+{
+    const RefusalReason first = record.reasons.value(0);
+    const int others = record.reasons.size() - 1;
+    const QString more = others > 0 ? Text::tr(" (and %1 more reasons)").arg(others) : QString();
+    return Text::tr("refused: %1 (%2): %3%4")
+        .arg(record.exported.name, record.name, first.text, more);
+}
+
+QString reasonText(const RefusalReason &reason)
+{
+    const QString text = Text::tr("- %1 [%2]\n").arg(reason.text, reason.code);
+    return reason.remedy.isEmpty() ? text
+                                   : text + Text::tr("  What to do: %1.\n").arg(reason.remedy);
+}
+
+/// What lies beside the record, and for whom.
+QString filesText(const GateRecord &record, const QString &folder)
+{
+    struct File
+    {
+        QString ending;
+        QString text;
+    };
+    const QVector<File> files {
+        {QStringLiteral(".export"), Text::tr("the export as it came")},
+        {QStringLiteral(".check.html"), Text::tr("what is wrong with it, for a browser")},
+        {QStringLiteral(".rejects.txt"), Text::tr("its damaged lines, to send back")},
+        {QStringLiteral(".mended.txt"), Text::tr("the cells that were mended")},
+        {QStringLiteral(".rehearsal.html"), Text::tr("what it would change, for a browser")}};
+    QString text = Text::tr("Files:\n");
+    const QDir directory(folder);
+    for (const File &file : files) {
+        const QString path = directory.filePath(record.name + file.ending);
+        if (file.ending == QLatin1String(".export") || QFileInfo::exists(path))
+            text += QStringLiteral("  %1\n    %2\n").arg(path, file.text);
+    }
+    return text;
+}
+
+} // namespace
+
+QString decisionLine(const GateRecord &record)
+{
+    switch (record.outcome) {
+    case GateRecord::Refused:
+        return refusedLine(record);
+    case GateRecord::Superseded:
+        return Text::tr("superseded: %1 (%2); a newer export went through")
+            .arg(record.exported.name, record.name);
+    case GateRecord::Passing:
+    case GateRecord::Passed:
+        break;
+    }
+    return passedLine(record);
+}
+
+QString refusalText(const GateRecord &record, const QString &folder)
+{
+    QString text = Text::tr(
+                       "The export '%1' of %2 was refused on %3. The plugin does not see it.\n\n")
+                       .arg(record.exported.name, record.fileTime.toString(Qt::ISODate),
+                            record.when.toString(Qt::ISODate));
+    text += Text::tr("Reasons:\n");
+    for (const RefusalReason &reason : record.reasons)
+        text += reasonText(reason);
+    text += QLatin1Char('\n') + filesText(record, folder) + QLatin1Char('\n');
+    text += Text::tr("To let it through in spite of all of this, as it is:\n"
+                     "  talvenhr gate --release %1 --reason \"why\"\n")
+                .arg(record.name);
+    return text;
+}

@@ -1,0 +1,115 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Exports that were delivered.
+#include "host/gate/incoming.h"
+
+#include "host/gate/exportdate.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(Incoming)
+};
+
+const QString doneEnding = QStringLiteral(".done");
+
+/// As programs call what they are still writing, and the sign that they are not.
+bool isSideFile(const QString &name)
+{
+    static const QStringList endings {doneEnding, QStringLiteral(".tmp"), QStringLiteral(".part"),
+                                      QStringLiteral(".filepart"), QStringLiteral("~")};
+    return std::any_of(endings.cbegin(), endings.cend(),
+                       [&name](const QString &ending) { return name.endsWith(ending); });
+}
+
+/// A copying program may set back the time of the last writing, but not that of the last change.
+bool standsStill(const QFileInfo &file, int seconds, const QDateTime &now)
+{
+    const QDateTime last = qMax(file.lastModified(), file.metadataChangeTime());
+    return last.secsTo(now) >= seconds;
+}
+
+bool isComplete(const QFileInfo &file, const IncomingWishes &wishes, const QDateTime &now)
+{
+    switch (wishes.complete) {
+    case Completeness::Rename:
+        return true;
+    case Completeness::Done:
+        return QFileInfo::exists(file.filePath() + doneEnding);
+    case Completeness::Still:
+        break;
+    }
+    return standsStill(file, wishes.stillFor, now);
+}
+
+} // namespace
+
+bool completenessOfName(const QString &name, Completeness *complete)
+{
+    static const QStringList names {QStringLiteral("rename"), QStringLiteral("done"),
+                                    QStringLiteral("still")};
+    const int place = names.indexOf(name);
+    if (place >= 0)
+        *complete = static_cast<Completeness>(place);
+    return place >= 0;
+}
+
+Failure findDeliveries(const IncomingWishes &wishes, const QDateTime &now,
+                       QVector<Delivery> *deliveries, QStringList *waiting)
+{
+    const QDir folder(wishes.folder);
+    if (!folder.isReadable())
+        return {ExitUsage,
+                Text::tr("cannot read the folder of deliveries '%1'; make it, or correct "
+                         "'incoming' in [gate]")
+                    .arg(wishes.folder)};
+    const QFileInfoList files = folder.entryInfoList({wishes.pattern}, QDir::Files);
+    for (const QFileInfo &file : files) {
+        if (isSideFile(file.fileName()))
+            continue;
+        if (isComplete(file, wishes, now))
+            deliveries->append(deliveryOf(file.filePath()));
+        else
+            waiting->append(file.fileName());
+    }
+    std::sort(deliveries->begin(), deliveries->end(),
+              [](const Delivery &one, const Delivery &other) {
+                  return isOlder({other.name, other.time}, {one.name, one.time});
+              });
+    return {};
+}
+
+Delivery deliveryOf(const QString &path)
+{
+    const QFileInfo file(path);
+    return {path, file.fileName(), file.lastModified(), file.metadataChangeTime(), file.size(),
+            false};
+}
+
+bool isUnchanged(const Delivery &delivery)
+{
+    const Delivery now = deliveryOf(delivery.path);
+    return now.time == delivery.time && now.changed == delivery.changed
+        && now.size == delivery.size;
+}
+
+Failure removeDelivery(const Delivery &delivery)
+{
+    const QString done = delivery.path + doneEnding;
+    if (QFile::exists(done))
+        QFile::remove(done);
+    QFile file(delivery.path);
+    if (!file.exists() || file.remove())
+        return {};
+    return {ExitUsage,
+            Text::tr("cannot remove '%1': %2; remove it by hand, or it will be looked at again")
+                .arg(delivery.path, file.errorString())};
+}

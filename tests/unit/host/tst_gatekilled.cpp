@@ -1,0 +1,197 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A gate that is killed, or whose disk is full, at any moment: nothing is lost, nothing is half,
+// and the next gate ends what was begun.
+#include "host/company/exportwriter.h"
+#include "support/gate/gatesite.h"
+
+#include <QtTest>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+/// Exports of two days, of which the second is about to be delivered.
+struct Days
+{
+    QByteArray before;
+    QByteArray now;
+};
+
+/// Runs a gate in a process of its own, which may meet whatever the watch does to it. The exit
+/// status as waitpid() gives it.
+int runInChild(const GateSettings &settings, const std::function<void(const char *)> &watch,
+               const std::function<void()> &prepare = {})
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (prepare)
+            prepare();
+        Gate gate(settings);
+        gate.setStepWatch(watch);
+        GateResult result;
+        const Failure failure = gate.run(&result);
+        ::_exit(failure ? failure.exitCode : result.hasRefused() ? ExitRefused : ExitClean);
+    }
+    int status = 0;
+    return ::waitpid(child, &status, 0) == child ? status : -1;
+}
+
+void refuseToWriteBeyond(rlim_t bytes)
+{
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit {bytes, bytes};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+/// All steps of a road, in their order.
+QStringList stepsOf(const GateSettings &settings)
+{
+    QStringList steps;
+    Gate gate(settings);
+    gate.setStepWatch([&steps](const char *step) { steps.append(QLatin1String(step)); });
+    GateResult result;
+    return gate.run(&result) ? QStringList() : steps;
+}
+
+} // namespace
+
+class tst_GateKilled : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void killedAtAStep_isMended_data();
+    void killedAtAStep_isMended();
+    void fullDisk_isMended_data();
+    void fullDisk_isMended();
+
+private:
+    static void addSteps(bool isSound);
+    static Days begin(GateSite *site, bool isSound);
+    static void checkNothingIsHalf(const GateSite &site, const Days &days, bool isSound);
+    static void checkAllIsMended(GateSite *site, const Days &days, bool isSound);
+};
+
+/// One export has gone through and lies there unread, the next one is delivered.
+Days tst_GateKilled::begin(GateSite *site, bool isSound)
+{
+    Days days;
+    days.before = site->nextExport();
+    site->deliver(days.before);
+    site->run();
+    days.now = site->nextExport();
+    if (!isSound)
+        days.now.truncate(days.now.size() / 3);
+    site->deliver(days.now);
+    return days;
+}
+
+void tst_GateKilled::addSteps(bool isSound)
+{
+    GateSite site;
+    begin(&site, isSound);
+    const QStringList steps = stepsOf(site.settings);
+    QVERIFY(steps.size() >= 6);
+    for (const QString &step : steps)
+        QTest::addRow("%s: %s", isSound ? "passes" : "is refused", qPrintable(step))
+            << step << isSound;
+}
+
+/// The plugin finds one of the two sound exports whole, and the delivery is somewhere.
+void tst_GateKilled::checkNothingIsHalf(const GateSite &site, const Days &days, bool isSound)
+{
+    const QByteArray placed = site.inPlace();
+    QVERIFY(placed == days.before || (isSound && placed == days.now));
+    bool isKept = site.isDelivered();
+    const QVector<GateRecord> records = site.records();
+    for (const GateRecord &record : records) {
+        if (record.outcome == GateRecord::Passed && site.archived(record) == days.now)
+            isKept = true;
+        QFile refused(site.settings.refused + QLatin1Char('/') + record.name
+                      + QStringLiteral(".export"));
+        if (record.outcome == GateRecord::Refused && refused.open(QIODevice::ReadOnly)
+            && refused.readAll() == days.now)
+            isKept = true;
+    }
+    QVERIFY(isKept);
+}
+
+void tst_GateKilled::checkAllIsMended(GateSite *site, const Days &days, bool isSound)
+{
+    site->run();
+    QCOMPARE(site->inPlace(), isSound ? days.now : days.before);
+    QVERIFY(!site->isDelivered());
+    const QVector<GateRecord> records = site->records();
+    QCOMPARE(records.size(), 2);
+    QCOMPARE(records.at(1).outcome, isSound ? GateRecord::Passed : GateRecord::Refused);
+    const QFileInfo place(site->settings.place);
+    QCOMPARE(place.dir().entryList(QDir::Files | QDir::Hidden), QStringList {place.fileName()});
+    // And once more: nothing is left to do.
+    QVERIFY(site->run().decided.isEmpty());
+}
+
+void tst_GateKilled::killedAtAStep_isMended_data()
+{
+    QTest::addColumn<QString>("step");
+    QTest::addColumn<bool>("isSound");
+    addSteps(true);
+    addSteps(false);
+}
+
+void tst_GateKilled::killedAtAStep_isMended()
+{
+    QFETCH(QString, step);
+    QFETCH(bool, isSound);
+    GateSite site;
+    const Days days = begin(&site, isSound);
+    const int status = runInChild(site.settings, [&step](const char *reached) {
+        if (step == QLatin1String(reached))
+            ::kill(::getpid(), SIGKILL);
+    });
+    QVERIFY(WIFSIGNALED(status));
+    checkNothingIsHalf(site, days, isSound);
+    checkAllIsMended(&site, days, isSound);
+}
+
+void tst_GateKilled::fullDisk_isMended_data()
+{
+    QTest::addColumn<QString>("step");
+    QTest::addColumn<bool>("isSound");
+    QTest::addColumn<int>("bytes");
+
+    for (const bool isSound : {true, false}) {
+        GateSite site;
+        begin(&site, isSound);
+        const QStringList steps = stepsOf(site.settings);
+        for (const QString &step : steps) {
+            for (const int bytes : {0, 500, 3000}) {
+                QTest::addRow("%s: %s, %d bytes", isSound ? "passes" : "is refused",
+                              qPrintable(step), bytes)
+                    << step << isSound << bytes;
+            }
+        }
+    }
+}
+
+void tst_GateKilled::fullDisk_isMended()
+{
+    QFETCH(QString, step);
+    QFETCH(bool, isSound);
+    QFETCH(int, bytes);
+    GateSite site;
+    const Days days = begin(&site, isSound);
+    const int status = runInChild(site.settings, [&step, bytes](const char *reached) {
+        if (step == QLatin1String(reached))
+            refuseToWriteBeyond(static_cast<rlim_t>(bytes));
+    });
+    QVERIFY(WIFEXITED(status));
+    checkNothingIsHalf(site, days, isSound);
+    checkAllIsMended(&site, days, isSound);
+}
+
+QTEST_GUILESS_MAIN(tst_GateKilled)
+#include "tst_gatekilled.moc"
