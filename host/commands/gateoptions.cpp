@@ -109,7 +109,7 @@ Failure readWord(const Options &options, const char *name, const QStringList &wo
     *place = words.indexOf(options.value(option));
     if (*place >= 0)
         return {};
-    return options.usageFailure(Text::tr("%1: '%2' is none of %3%4")
+    return options.usageFailure(Text::tr("%1 '%2' is none of %3%4")
                                     .arg(options.placeOf(option), options.value(option),
                                          words.join(QStringLiteral(", ")),
                                          didYouMean(options.value(option), words)));
