@@ -80,9 +80,12 @@ Failure findDeliveries(const IncomingWishes &wishes, const QDateTime &now,
         else
             waiting->append(file.fileName());
     }
+    QVector<DatedFile> ages;
+    for (const Delivery &delivery : qAsConst(*deliveries))
+        ages.append({delivery.name, delivery.time});
     std::sort(deliveries->begin(), deliveries->end(),
-              [](const Delivery &one, const Delivery &other) {
-                  return isOlder({other.name, other.time}, {one.name, one.time});
+              [order = AgeOrder(ages)](const Delivery &one, const Delivery &other) {
+                  return order.isOlder({other.name, other.time}, {one.name, one.time});
               });
     return {};
 }
