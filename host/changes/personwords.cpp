@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QHash>
+#include <QSet>
 
 #include <cstdlib>
 
@@ -177,11 +178,17 @@ private:
     void tellTold()
     {
         QStringList told;
-        for (const NotDone &notDone : person.notDone)
+        QSet<QString> shown; ///< of the messages
+        for (const NotDone &notDone : person.notDone) {
             told.append(notDoneText(notDone));
-        for (const PassMessage &message : person.messages)
-            told.append((message.isError ? Text::tr("error: %1") : Text::tr("warning: %1"))
-                            .arg(message.text));
+            if (notDone.what == NotDone::Refused && notDone.statement.isEmpty())
+                shown.insert(notDone.text);
+        }
+        for (const PassMessage &message : person.messages) {
+            if (!shown.contains(message.text))
+                told.append((message.isError ? Text::tr("error: %1") : Text::tr("warning: %1"))
+                                .arg(message.text));
+        }
         addCounted(told);
         for (const QString &reason : person.uncertain)
             add(Text::tr("uncertain: %1").arg(reason));

@@ -15,6 +15,8 @@
 #include <QRegularExpression>
 #include <QSqlQuery>
 
+#include <algorithm>
+
 namespace {
 
 const int outputWidth = 100;
@@ -53,6 +55,14 @@ QString pageOf(const QVector<PersonChanges> &persons)
             page += QStringLiteral("  %1\n").arg(broken(line));
     }
     return page;
+}
+
+/// There was no export, and the plugin has said no more than that.
+bool hadNothingToDo(const PassTold &told)
+{
+    return told.exported.digest.isEmpty()
+        && std::none_of(told.messages.cbegin(), told.messages.cend(),
+                        [](const ToldMessage &message) { return message.message.isError; });
 }
 
 Failure cannotBeShown(Failure failure)
@@ -165,6 +175,8 @@ Failure ChangeWatch::show(int pass, const QVector<Change> &changes, const IdName
 Failure ChangeWatch::write(const QVector<Change> &changes, const Look &now,
                            const ChangesHeader &header)
 {
+    if (changes.isEmpty() && hadNothingToDo(now.told))
+        return {};
     Failure failure = writeChangesFile(changesFrom(changes, last, now.snapshot, now.told, header),
                                        newChangesPath(wishes.folder, header));
     if (failure) {

@@ -44,6 +44,7 @@ class tst_RunChanges : public QObject
 private Q_SLOTS:
     void files_holdWhatEachPassChanged();
     void filesAndPage_areServedTogether();
+    void passWithoutAnExport_leavesNoFile();
     void folderThatCannotBe_endsTheRunBeforeAnyPass();
     void fileThatCannotBeWritten_isTold();
 
@@ -132,6 +133,19 @@ void tst_RunChanges::filesAndPage_areServedTogether()
     QCOMPARE(program.finish(), 0);
     QVERIFY(program.output().contains(QStringLiteral("\n7201.1 ")));
     QCOMPARE(changeFiles().size(), files + 1);
+}
+
+void tst_RunChanges::passWithoutAnExport_leavesNoFile()
+{
+    const QStringList files = changeFiles();
+    const QString kept = site.path(QStringLiteral("kept.data"));
+    QVERIFY(QFile::rename(site.exportFile(), kept));
+    TalvenhrProcess program(
+        options({QStringLiteral("--once"), QStringLiteral("--changes"), changesPath()}));
+    QCOMPARE(program.finish(), 0);
+    QCOMPARE(program.linesWith(QStringLiteral("no export file at '")).size(), 1);
+    QCOMPARE(changeFiles(), files);
+    QVERIFY(QFile::rename(kept, site.exportFile()));
 }
 
 void tst_RunChanges::folderThatCannotBe_endsTheRunBeforeAnyPass()

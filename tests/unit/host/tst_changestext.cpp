@@ -137,13 +137,22 @@ void tst_ChangesText::sameWords_standOnce()
         return NotDone {NotDone::Refused, QString(), QString::fromLatin1(statement),
                         QStringLiteral("1064")};
     };
-    person.notDone = {refused("a"), refused("b"), refused("a")};
+    person.notDone = {refused("a"),
+                      refused("b"),
+                      refused("a"),
+                      {NotDone::Refused, QStringLiteral("SQL ERROR"), QString(), QString()},
+                      {NotDone::Branch, QStringLiteral("no branch"), QString(), QString()}};
     person.messages = {{true, QDateTime(), QStringLiteral("lost")},
-                       {true, QDateTime::currentDateTime(), QStringLiteral("lost")}};
+                       {true, QDateTime::currentDateTime(), QStringLiteral("lost")},
+                       {true, QDateTime(), QStringLiteral("SQL ERROR")},
+                       {false, QDateTime(), QStringLiteral("no branch")}};
     QCOMPARE(personWords(person, {}),
              QStringList({QStringLiteral("not done: the database refused 'a': 1064 (2 times)"),
                           QStringLiteral("not done: the database refused 'b': 1064"),
-                          QStringLiteral("error: lost (2 times)")}));
+                          QStringLiteral("not done: the database refused a statement: SQL ERROR"),
+                          QStringLiteral("not done: the record waits for its branch"),
+                          QStringLiteral("error: lost (2 times)"),
+                          QStringLiteral("warning: no branch")}));
 }
 
 void tst_ChangesText::page_hasWordsThenRows()
