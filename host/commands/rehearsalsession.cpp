@@ -9,6 +9,7 @@
 #include "host/changes/changesjson.h"
 #include "host/changes/planhash.h"
 #include "host/commands/databaselook.h"
+#include "host/commands/missingpeople.h"
 #include "host/commands/rehearsalpage.h"
 #include "host/commands/rehearsaltext.h"
 #include "host/copy/databasecopy.h"
@@ -59,6 +60,14 @@ QStringList columnsOfPeople(const QSqlDatabase &database)
     return columns;
 }
 
+Failure readPeople(const ConnectionParameters &parameters, QVector<KnownPerson> *people)
+{
+    Connection connection(QStringLiteral("talvenhr.people"));
+    if (const Failure failure = connection.open(parameters))
+        return failure;
+    return readKnownPeople(connection.handle(), people);
+}
+
 } // namespace
 
 RehearsalSession::RehearsalSession(const RehearsalOptions &rehearsalOptions) :
@@ -86,7 +95,9 @@ Failure RehearsalSession::rehearse()
     changes.header.state = QString::fromLatin1(copied.digest);
     changes.plan.read = readHash(changes.header);
     changes.plan.hash = planHash(changes.header, changes.plan.change);
-    changes.totals.missing = missingPeople(known, exported.lines);
+    const QDate &day = options.wishes.today;
+    changes.totals.missing = missingPeople(known, exported.lines,
+                                           day.isValid() ? day : QDate::currentDate());
     changes.rehearsal = {limitOutcomes(options.limits, changes), copied.leftOut, copied.warnings,
                          exported.findings};
     return {};
@@ -151,9 +162,7 @@ Failure RehearsalSession::runPass(const ConnectionParameters &copy,
                                   const ConnectionParameters &administrator,
                                   const std::function<bool()> &interrupted)
 {
-    const QDate today = options.wishes.today.isValid() ? options.wishes.today
-                                                       : QDate::currentDate();
-    if (const Failure failure = readKnownPeople(administrator, today, &known))
+    if (const Failure failure = readPeople(administrator, &known))
         return failure;
     Rehearsal rehearsal(options.wishes);
     rehearsal.setInterruption(interrupted);

@@ -22,6 +22,15 @@ struct Text
 
 const int shownPeople = 20;
 
+/// `text` is the person's number ("4711.1"), the number without its ordinal, or the pid.
+bool isMeant(const QString &text, const QString &pamId, qlonglong pid)
+{
+    if (text.isEmpty())
+        return false;
+    return text == pamId || text == pamId.section(QLatin1Char('.'), 0, 0)
+        || (pid != 0 && text == QString::number(pid));
+}
+
 } // namespace
 
 RehearsalText::RehearsalText(const Changes &rehearsedChanges, int lineWidth) :

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "host/changes/changes.h"
+#include "host/explain/personchoice.h"
 #include "host/exportcheck/exportdigest.h"
-#include "host/rehearsal/knownpeople.h"
 
 /// Grows part by part. Made and used on the stack of a command; the changes outlive it.
 class RehearsalText

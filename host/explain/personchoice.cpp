@@ -103,8 +103,8 @@ Failure readKnownPeople(const QSqlDatabase &database, QVector<KnownPerson> *peop
 {
     QSqlQuery query(database);
     query.setForwardOnly(true);
-    if (!query.exec(QStringLiteral("SELECT uid, pid, pamId, CONCAT_WS(' ', name, surname), status "
-                                   "FROM people ORDER BY uid")))
+    if (!query.exec(QStringLiteral("SELECT uid, pid, pamId, CONCAT_WS(' ', name, surname), status, "
+                                   "end FROM people ORDER BY uid")))
         return {ExitDatabase,
                 Text::tr("the people cannot be read: %1").arg(errorText(query.lastError()))};
     while (query.next()) {
@@ -115,6 +115,7 @@ Failure readKnownPeople(const QSqlDatabase &database, QVector<KnownPerson> *peop
         person.key = keyOfPamId(person.pamId);
         person.name = query.value(3).toString();
         person.isActive = query.value(4).toBool();
+        person.end = query.value(5).toLongLong();
         people->append(person);
     }
     return {};

@@ -20,6 +20,7 @@ struct KnownPerson
     QString pamId;
     QString name; ///< first name and surname
     bool isActive = false;
+    qlonglong end = 0; ///< of the employment, in seconds since the epoch; 0: it has none
 };
 
 /// A line of the export, as far as it tells who it is about.

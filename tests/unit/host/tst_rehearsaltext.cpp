@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // What a rehearsal comes to, and what people are told of it.
 #include "host/changes/planhash.h"
+#include "host/commands/missingpeople.h"
 #include "host/commands/rehearsalpage.h"
 #include "host/commands/rehearsaltext.h"
 #include "host/rehearsal/plandifference.h"
@@ -62,14 +63,23 @@ DigestLine lineOf(int line, uint number, uint pid)
     return digest;
 }
 
+KnownPerson known(uint pid, const char *pamId = "", const char *name = "")
+{
+    KnownPerson person;
+    person.pid = pid;
+    person.pamId = QString::fromLatin1(pamId);
+    person.name = QString::fromUtf8(name);
+    person.isActive = true;
+    return person;
+}
+
 QString personOf(const char *meant, bool isBrief = false)
 {
     const Changes changes = someChanges();
     RehearsalText text(changes, 100);
     text.addPerson(QString::fromLatin1(meant),
-                   {{10011, QStringLiteral("1001.1"), QStringLiteral("Eva Malá"), true},
-                    {10031, QStringLiteral("1003.1"), QStringLiteral("Iva Nová"), true},
-                    {10041, QStringLiteral("1004.1"), QStringLiteral("Oto Rak"), true}},
+                   {known(10011, "1001.1", "Eva Malá"), known(10031, "1003.1", "Iva Nová"),
+                    known(10041, "1004.1", "Oto Rak")},
                    {lineOf(2, 1001, 10011), lineOf(3, 1003, 10031), lineOf(4, 1005, 10051)},
                    isBrief);
     return text.result().simplified();
@@ -187,12 +197,23 @@ void tst_RehearsalText::person_isFound()
 
 void tst_RehearsalText::missing_areActiveAndInNoLine()
 {
-    const QVector<KnownPerson> people {{10011, QString(), QString(), true},
-                                       {10021, QString(), QString(), true},
-                                       {10031, QString(), QString(), false},
-                                       {0, QString(), QString(), true}};
-    QCOMPARE(missingPeople(people, {lineOf(2, 1001, 10011)}), 1);
-    QCOMPARE(missingPeople(people, {}), 2);
+    const QDate today(2026, 11, 22);
+    const auto ended = [](uint pid, const QDate &end) {
+        KnownPerson person = known(pid);
+        person.end = QDateTime(end, QTime(23, 59, 59)).toSecsSinceEpoch();
+        return person;
+    };
+    QVector<KnownPerson> people {known(10011), known(10021), known(0)};
+    QCOMPARE(missingPeople(people, {lineOf(2, 1001, 10011)}, today), 1);
+    QCOMPARE(missingPeople(people, {}, today), 2);
+    people = {known(10031), ended(10041, today), ended(10051, today.addDays(-1))};
+    QCOMPARE(missingPeople(people, {}, today), 2);
+    people.first().isActive = false;
+    QCOMPARE(missingPeople(people, {}, today), 1);
+    // The plugin goes by the pamId.
+    people = {known(77)};
+    people.first().key = 10011;
+    QCOMPARE(missingPeople(people, {lineOf(2, 1001, 10011)}, today), 0);
 }
 
 void tst_RehearsalText::html_hasTheLimitsOfTheDocument()
