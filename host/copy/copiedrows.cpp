@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// The rows of a table, as a statement for another server.
+// The rows of a table, as lines for another server.
 #include "host/copy/copiedrows.h"
 
+#include "host/copy/copiedlines.h"
 #include "host/copy/sqlnames.h"
 #include "host/database/errortext.h"
 #include "host/database/touchedtables.h"
@@ -20,44 +21,30 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(DatabaseCopy)
 };
 
-const int statementSize = 256 * 1024; // bytes
+const int pieceSize = 256 * 1024; // bytes
+const int smallRange = 500; // rows
+const int largeRange = 20000; // rows
 
-bool isOneOf(const QString &kind, const char *kinds)
+/// The first column of the key, if the table can be read in ranges of it.
+QString rangeColumnOf(const CopiedTable &table)
 {
-    return QString::fromLatin1(kinds).split(QLatin1Char(' ')).contains(kind);
+    const auto first = std::find_if(
+        table.columns.begin(), table.columns.end(),
+        [&](const CopiedColumn &column) { return column.name == table.key.value(0); });
+    return first != table.columns.end() && isWholeNumber(*first) ? quotedName(first->name)
+                                                                 : QString();
 }
 
-/// An SQL expression that gives the value as a literal, or NULL. Bytes go as they are stored:
-/// whatever they mean, they mean the same to a column of the same character set.
-QString literalOf(const CopiedColumn &column)
+/// Long texts make long rows.
+int rangeRowsOf(const CopiedTable &table)
 {
-    const QString name = quotedName(column.name);
-    if (isOneOf(column.kind, "tinyint smallint mediumint int bigint decimal year double"))
-        return name;
-    if (column.kind == QLatin1String("float")) // would be rounded to six digits
-        return QStringLiteral("%1 * 1e0").arg(name);
-    // By number: what is none of an enumeration's texts is 0.
-    if (isOneOf(column.kind, "bit enum set"))
-        return QStringLiteral("CAST(%1 AS UNSIGNED)").arg(name);
-    if (column.kind == QLatin1String("timestamp")) // a moment; its local time may come twice
-        return QStringLiteral("IF(%1 = 0, '0', CONCAT('FROM_UNIXTIME(', UNIX_TIMESTAMP(%1), ')'))")
-            .arg(name);
-    if (isOneOf(column.kind, "date datetime time"))
-        return QStringLiteral("CONCAT('''', %1, '''')").arg(name);
-    if (isOneOf(column.kind,
-                "char varchar tinytext text mediumtext longtext json binary varbinary "
-                "tinyblob blob mediumblob longblob geometry point linestring polygon multipoint "
-                "multilinestring multipolygon geometrycollection"))
-        return QStringLiteral("CONCAT('X''', HEX(%1), '''')").arg(name);
-    return QStringLiteral("QUOTE(%1)").arg(name);
-}
-
-QString rowExpression(const CopiedTable &table)
-{
-    QStringList literals;
-    for (const CopiedColumn &column : table.columns)
-        literals.append(QStringLiteral("IFNULL(%1, 'NULL')").arg(literalOf(column)));
-    return QStringLiteral("CONCAT('(', %1, ')')").arg(literals.join(QStringLiteral(", ',', ")));
+    const bool hasLongTexts = std::any_of(table.columns.begin(), table.columns.end(),
+                                          [](const CopiedColumn &column) {
+                                              return column.kind.endsWith(QLatin1String("text"))
+                                                  || column.kind.endsWith(QLatin1String("blob"))
+                                                  || column.kind == QLatin1String("json");
+                                          });
+    return hasLongTexts ? smallRange : largeRange;
 }
 
 /// Always the same for the same rows, so that the digest is, too.
@@ -68,6 +55,15 @@ QString orderOf(const CopiedTable &table)
         names.append(quotedName(column));
     return names.isEmpty() ? QStringLiteral(" ORDER BY 1")
                            : QStringLiteral(" ORDER BY ") + names.join(QStringLiteral(", "));
+}
+
+/// Empty conditions are none.
+QString where(QStringList conditions)
+{
+    conditions.removeAll(QString());
+    return conditions.isEmpty()
+        ? QString()
+        : QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
 }
 
 bool hasColumns(const CopiedTable &table, std::initializer_list<const char *> columns)
@@ -126,62 +122,40 @@ QString peopleCondition(const CopiedTable &table, const CopyWishes &wishes)
 
 } // namespace
 
-QString rowStatement(const CopiedSchema &schema, const CopiedTable &table, const CopyWishes &wishes)
+RowConditions rowConditions(const CopiedSchema &schema, const CopiedTable &table,
+                            const CopyWishes &wishes)
 {
-    // People first: the days of others must not be looked at one after the other.
-    QStringList conditions;
-    for (const QString &condition :
-         {peopleCondition(table, wishes), periodCondition(schema, table, wishes)}) {
-        if (!condition.isEmpty())
-            conditions.append(condition);
-    }
-    const QString where = conditions.isEmpty()
-        ? QString()
-        : QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
-    return QStringLiteral("SELECT %1 FROM %2").arg(rowExpression(table), quotedName(table.name))
-        + where + orderOf(table);
+    return {peopleCondition(table, wishes), periodCondition(schema, table, wishes)};
 }
 
 RowStream::RowStream(const QSqlDatabase &readDatabase, const CopiedTable &readTable,
-                     const QString &readStatement, QCryptographicHash *digestOfAll) :
+                     const RowConditions &rowsWanted, QCryptographicHash *digestOfAll) :
     database(readDatabase),
     table(readTable),
-    statement(readStatement),
-    digest(digestOfAll)
+    wanted(rowsWanted),
+    digest(digestOfAll),
+    rangeColumn(rangeColumnOf(readTable)),
+    rangeRows(rangeRowsOf(readTable))
 { }
 
 QByteArray RowStream::next()
 {
-    QByteArray row;
-    if (!nextRow(&row))
-        return QByteArray();
-    QStringList names;
-    for (const CopiedColumn &column : table.columns)
-        names.append(quotedName(column.name));
-    QByteArray insert = QStringLiteral("INSERT INTO %1 (%2) VALUES\n")
-                            .arg(quotedName(table.name), names.join(QStringLiteral(", ")))
-                            .toUtf8();
-    insert.reserve(statementSize + 1024);
-    insert += row;
-    while (insert.size() < statementSize && nextRow(&row)) {
-        insert += ",\n";
-        insert += row;
+    QByteArray lines;
+    lines.reserve(pieceSize + 1024);
+    while (lines.size() < pieceSize && appendRow(&lines)) {
     }
     if (trouble)
         return QByteArray();
-    return insert += ";\n";
+    digest->addData(lines);
+    return lines;
 }
 
-bool RowStream::nextRow(QByteArray *row)
+bool RowStream::appendRow(QByteArray *lines)
 {
-    if (!query && !begin())
+    if (!nextRow())
         return false;
-    if (!query->next()) {
-        checkEnd();
-        return false;
-    }
-    *row = query->value(0).toByteArray();
-    if (row->isEmpty()) {
+    const QByteArray line = query->value(0).toByteArray();
+    if (line.isEmpty()) {
         // What the server makes of a text beyond its limit.
         trouble = {ExitDatabase,
                    Text::tr("a row of table '%1' of database '%2' does not fit into what the "
@@ -189,19 +163,70 @@ bool RowStream::nextRow(QByteArray *row)
                        .arg(table.name, database.databaseName())};
         return false;
     }
-    digest->addData(*row);
+    *lines += line;
     ++count;
     return true;
 }
 
-bool RowStream::begin()
+/// Goes on with the next range where one ends.
+bool RowStream::nextRow()
 {
+    if (!query && !beginRange())
+        return false;
+    while (!query->next()) {
+        checkEnd();
+        if (trouble || atEnd || !beginRange())
+            return false;
+    }
+    return true;
+}
+
+bool RowStream::beginRange()
+{
+    if (!findRange())
+        return false;
+    // People first: the days of others must not be looked at one after the other.
+    const QString statement = QStringLiteral("SELECT %1 FROM %2%3")
+                                  .arg(lineExpression(table), quotedName(table.name),
+                                       where({rangeCondition(), wanted.people, wanted.period}));
     query = std::make_unique<QSqlQuery>(database);
     query->setForwardOnly(true);
-    if (query->exec(QStringLiteral("SET @talvenhrMonth = NULL")) && query->exec(statement))
+    if (query->exec(QStringLiteral("SET @talvenhrMonth = NULL"))
+        && query->exec(statement + orderOf(table)))
         return true;
     fail(query->lastError());
     return false;
+}
+
+/// The range that follows the one that was read. All rows of one number are in the same.
+bool RowStream::findRange()
+{
+    after = upTo;
+    upTo.clear();
+    if (!rangeColumn.isEmpty()) {
+        QSqlQuery bound(database);
+        if (!bound.exec(QStringLiteral("SELECT %1 FROM %2%3 ORDER BY %1 LIMIT 1 OFFSET %4")
+                            .arg(rangeColumn, quotedName(table.name),
+                                 where({rangeCondition(), wanted.people}),
+                                 QString::number(rangeRows - 1)))) {
+            fail(bound.lastError());
+            return false;
+        }
+        if (bound.next())
+            upTo = bound.value(0).toString();
+    }
+    atEnd = upTo.isEmpty();
+    return true;
+}
+
+QString RowStream::rangeCondition() const
+{
+    QStringList conditions;
+    if (!after.isEmpty())
+        conditions.append(QStringLiteral("%1 > %2").arg(rangeColumn, after));
+    if (!upTo.isEmpty())
+        conditions.append(QStringLiteral("%1 <= %2").arg(rangeColumn, upTo));
+    return conditions.join(QStringLiteral(" AND "));
 }
 
 /// To the query, the loss of the connection and a statement that was killed look like the last row.

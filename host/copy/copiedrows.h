@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// The rows of a table, as a statement for another server.
+// The rows of a table, as lines for another server.
 #pragma once
 
 #include "host/base/failure.h"
@@ -12,45 +12,63 @@
 
 #include <memory>
 
-/// The statement that reads the rows of a table that are to be copied, in the order of its key,
-/// each row as one text: its values in parentheses, as literals that depend on no character set and
-/// on no time zone, provided that the session that takes them has the time zone +00:00.
-///
+/// What the rows of a table have to satisfy to be copied, as SQL expressions; empty ones hold for
+/// all rows.
+struct RowConditions
+{
+    QString people; ///< finds the rows of some
+    QString period; ///< is asked of one row after the other
+};
+
 /// Not whole, a table has the rows that a statement of a pass can look at: unlocked days, and of
 /// each month the first locked one, as a pass counts the months in which there are days of any
 /// kind; the moves of the leave fund. Where only some people are wished for, the tables that a pass
 /// may write have only their rows, and what a pass writes to nobody's.
-QString rowStatement(const CopiedSchema &schema, const CopiedTable &table,
-                     const CopyWishes &wishes);
+RowConditions rowConditions(const CopiedSchema &schema, const CopiedTable &table,
+                            const CopyWishes &wishes);
 
-/// Reads rows one after the other, and hands them out as statements of many rows each.
+/// Reads rows in the order of their key, and hands them out as lines (lineExpression()).
+///
+/// A large table is read in ranges of its key where that begins with a whole number, as the driver
+/// may hold the whole result of a statement; a table without such a key is read at once. Within a
+/// transaction of one snapshot the ranges are of one moment.
 ///
 /// Owned by whoever copies, and used on the thread of the handle, which can do nothing else until
-/// the last row was read. The driver may hold the whole result until then.
+/// the last row was read.
 class RowStream
 {
 public:
     /// All that is read goes into the digest, too.
-    RowStream(const QSqlDatabase &database, const CopiedTable &table, const QString &statement,
+    RowStream(const QSqlDatabase &database, const CopiedTable &table, const RowConditions &wanted,
               QCryptographicHash *digest);
 
-    /// An INSERT of the next rows; empty at the end, and on a failure.
+    /// Reads so many rows at once, in place of what suits the table.
+    void setRangeRows(int number) { rangeRows = number; }
+    /// The lines of the next rows; empty at the end, and on a failure.
     QByteArray next();
     Failure failure() const { return trouble; }
     /// Handed out so far.
     qint64 rows() const { return count; }
 
 private:
-    bool nextRow(QByteArray *row);
-    bool begin();
+    bool appendRow(QByteArray *lines);
+    bool nextRow();
+    bool beginRange();
+    bool findRange();
+    QString rangeCondition() const;
     void checkEnd();
     void fail(const QSqlError &error);
 
     const QSqlDatabase database;
     const CopiedTable table;
-    const QString statement;
+    const RowConditions wanted;
     QCryptographicHash *const digest;
-    std::unique_ptr<QSqlQuery> query;
+    const QString rangeColumn; ///< empty: there is but one range
+    int rangeRows;
+    QString after; ///< of the range that is read, a number; empty for the first
+    QString upTo; ///< likewise; empty for the last
+    std::unique_ptr<QSqlQuery> query; ///< of the range that is read
+    bool atEnd = false;
     Failure trouble;
     qint64 count = 0;
 };

@@ -26,8 +26,12 @@ public:
     Failure start(const ServerSettings &settings);
     /// The database and its tables, without rows.
     Failure makeTables(const CopiedSchema &schema);
-    /// Rows of one table, as statements; an empty one is the end.
-    Failure fill(const CopiedSchema &schema, const std::function<QByteArray()> &nextPiece);
+    /// Rows of one table, as lines for LOAD DATA; an empty piece is the end. `loading` is what that
+    /// is told of the lines, from INTO on; `rows` is how many have come.
+    Failure fill(const CopiedSchema &schema, const QString &loading,
+                 const std::function<QByteArray()> &nextPiece, qint64 *rows);
+    /// Has the server look at the rows that are there, as nothing makes it do so by itself.
+    Failure gatherStatistics(const CopiedSchema &schema);
     /// Routines, views and triggers, with the accounts that they run as, and the login's.
     ///
     /// A definer need not exist here, and nobody else's rights can be seen at the source: each gets

@@ -3,6 +3,7 @@
 // A copy of an attendance database, for a pass that may change whatever it likes.
 #include "host/copy/databasecopy.h"
 
+#include "host/copy/copiedlines.h"
 #include "host/copy/copiedrows.h"
 #include "host/copy/sqlnames.h"
 #include "host/database/connection.h"
@@ -15,6 +16,8 @@
 namespace {
 
 const int tellingPause = 200; // milliseconds
+// A statement reads a range of a table, or a small table, and may wait for one that is altered.
+const int answerPatience = 300; // seconds
 
 Failure run(const QSqlDatabase &source, const QString &statement)
 {
@@ -34,7 +37,7 @@ Failure prepareSession(const QSqlDatabase &source)
         QStringLiteral("SET NAMES utf8mb4"),
         QStringLiteral("SET SESSION sql_mode = '', sql_quote_show_create = 1, "
                        "sql_select_limit = DEFAULT, sql_big_selects = 1, max_statement_time = 0, "
-                       "net_write_timeout = 3600"),
+                       "net_write_timeout = 3600, lock_wait_timeout = 240"),
         // At any other level the server would not keep to one moment, whatever it is asked for.
         QStringLiteral("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ"),
         QStringLiteral("START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY"),
@@ -90,7 +93,7 @@ Failure DatabaseCopy::make(const ConnectionParameters &sourceParameters, const C
     *facts = CopyFacts();
     user = loginName(sourceParameters.user);
     Connection source(connectionName());
-    if (const Failure failure = source.open(sourceParameters))
+    if (const Failure failure = source.open(withTimeLimits(sourceParameters, answerPatience)))
         return failure;
     const Failure failure = copy(source.handle(), wishes, facts);
     source.close();
@@ -118,6 +121,8 @@ Failure DatabaseCopy::copy(const QSqlDatabase &source, const CopyWishes &wishes,
 
     digestDefinitions(settings);
     failure = copyTables(source, wishes, facts);
+    if (!failure)
+        failure = target.gatherStatistics(schema);
     if (!failure)
         failure = target.makePrograms(schema, user);
     if (!failure)
@@ -150,7 +155,7 @@ Failure DatabaseCopy::copyTables(const QSqlDatabase &source, const CopyWishes &w
 Failure DatabaseCopy::copyRows(const QSqlDatabase &source, const CopiedTable &table,
                                const CopyWishes &wishes, qint64 *rows)
 {
-    RowStream stream(source, table, rowStatement(schema, table, wishes), &digest);
+    RowStream stream(source, table, rowConditions(schema, table, wishes), &digest);
     QByteArray first = stream.next();
     const auto nextPiece = [&] {
         tellRows(table.name, *rows + stream.rows());
@@ -158,10 +163,22 @@ Failure DatabaseCopy::copyRows(const QSqlDatabase &source, const CopiedTable &ta
         piece.swap(first);
         return piece.isEmpty() ? stream.next() : piece;
     };
+    qint64 arrived = 0;
     // Some tables are empty: no client is started for nothing.
-    const Failure failure = first.isEmpty() ? Failure() : target.fill(schema, nextPiece);
+    Failure failure;
+    if (!first.isEmpty())
+        failure = target.fill(schema, loadingOf(table), nextPiece, &arrived);
     *rows += stream.rows();
-    return stream.failure() ? stream.failure() : failure;
+    if (stream.failure())
+        return stream.failure();
+    // What is loaded through a client leaves out in silence what breaks a key.
+    if (!failure && arrived != stream.rows())
+        return {ExitDatabase,
+                tr("the copy cannot be made: of %1 rows of table '%2' it has taken %3")
+                    .arg(stream.rows())
+                    .arg(table.name)
+                    .arg(arrived)};
+    return failure;
 }
 
 void DatabaseCopy::tellRows(const QString &table, qint64 rows)

@@ -230,6 +230,7 @@ void PrivateServer::startInstallation(const QString &install, ChildProcess *proc
     arguments += sizeOptions();
     // Everything is on the disk when it ends.
     arguments.append(QStringLiteral("--innodb-flush-log-at-trx-commit=0"));
+    arguments += dataOptions;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TMPDIR"), folder.temporaryPath());
     process->setProcessEnvironment(environment);

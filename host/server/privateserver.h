@@ -33,6 +33,9 @@ public:
     /// Further options for mariadbd; to be called before start().
     void setServerOptions(const QStringList &options);
 
+    /// Further options for the mariadbd that makes the data; likewise.
+    void setDataOptions(const QStringList &options) { dataOptions = options; }
+
     /// Asked many times a second while start(), startOrJoin(), loadFiles(), execute() and feed()
     /// wait: true breaks them off, with the data or the content unfinished.
     void setInterruption(const std::function<bool()> &wanted);
@@ -72,10 +75,12 @@ public:
     bool loadFiles(const QString &database, const QStringList &files, QString *error);
     /// Runs statements as the administrator; an empty database name selects none.
     bool execute(const QString &database, const QString &statements, QString *error);
-    /// As execute(), with statements that come piece by piece, each asked for when there is room
-    /// for it; an empty piece is the end. What was sent before a fault may have been run.
-    bool feed(const QString &database, const std::function<QByteArray()> &nextPiece,
-              QString *error);
+    /// As execute(), for statements that load the client's standard input (a LOAD DATA LOCAL of
+    /// /dev/stdin). It comes piece by piece, each asked for when there is room for it; an empty
+    /// piece is the end. `output` is what the statements have answered. What was sent before a
+    /// fault may have been loaded.
+    bool feed(const QString &database, const QString &statements,
+              const std::function<QByteArray()> &nextPiece, QByteArray *output, QString *error);
     /// Hands the terminal over to the client, for statements or with none for a conversation.
     /// `exitCode` is the client's. False when there is no client.
     bool converse(const QString &database, const QString &statements, int *exitCode,
@@ -113,6 +118,7 @@ private:
     std::function<bool()> isInterrupted;
     int patience = 60000; ///< milliseconds
     QStringList furtherOptions;
+    QStringList dataOptions;
     QString joinedSocket; ///< empty unless the server is another process's
     ChildProcess server;
     bool firstUse = false;

@@ -56,7 +56,8 @@ bool PrivateServer::runClient(const QString &database, const QByteArray &input, 
     return endClient(&process, error);
 }
 
-bool PrivateServer::feed(const QString &database, const std::function<QByteArray()> &nextPiece,
+bool PrivateServer::feed(const QString &database, const QString &statements,
+                         const std::function<QByteArray()> &nextPiece, QByteArray *output,
                          QString *error)
 {
     const QString client = findProgram(QStringLiteral("mariadb"), error);
@@ -64,10 +65,12 @@ bool PrivateServer::feed(const QString &database, const std::function<QByteArray
         return false;
 
     ChildProcess process;
-    process.setStandardOutputFile(QProcess::nullDevice());
     process.start(client,
                   clientOptions(database)
-                      << QStringLiteral("--batch") << QStringLiteral("--max-allowed-packet=1G"));
+                      << QStringLiteral("--batch") << QStringLiteral("--skip-column-names")
+                      << QStringLiteral("--local-infile=1")
+                      << QStringLiteral("--max-allowed-packet=1G") << QStringLiteral("--execute")
+                      << statements);
     // Before that it leads no group that could be killed.
     process.waitForStarted(-1);
     if (!sendPieces(&process, nextPiece, error)) {
@@ -76,7 +79,10 @@ bool PrivateServer::feed(const QString &database, const std::function<QByteArray
         return false;
     }
     process.closeWriteChannel();
-    return endClient(&process, error);
+    if (!endClient(&process, error))
+        return false;
+    *output = process.readAllStandardOutput();
+    return true;
 }
 
 /// No more than a few pieces wait for the client. False, with the reason, if waiting was hopeless.
