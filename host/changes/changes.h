@@ -39,6 +39,9 @@ struct ChangesHeader
     int lastPass = 1;
     bool forced = false; ///< one of the passes was
     ExportIdentity exported; ///< that of the last pass
+    /// Those that the server had taken before, the oldest first; of a rehearsal only. None: that of
+    /// a freshly started server.
+    QVector<ExportIdentity> after;
     QString plugin; ///< version
     QString server; ///< version of the database's server
     QString settings; ///< digest of the plugin's settings
@@ -99,6 +102,7 @@ struct ChangedPerson
     QVector<PassMessage> messages; ///< in their order
     QVector<NotDone> notDone;
     QStringList uncertain; ///< why the real pass may do otherwise with this person
+    QVector<Change> otherwise; ///< rows that change beside the others if it does, as far as known
 };
 
 /// Numbers beside those of the kinds.

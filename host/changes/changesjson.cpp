@@ -67,6 +67,22 @@ TableForm formOf(const Change &change)
     return form;
 }
 
+QByteArray identity(const ExportIdentity &file)
+{
+    return jsonObject({{QStringLiteral("name"), jsonValue(file.name)},
+                       {QStringLiteral("digest"), jsonValue(file.digest)},
+                       {QStringLiteral("size"), jsonValue(file.size)},
+                       {QStringLiteral("lines"), jsonValue(file.lines)}});
+}
+
+QByteArray identities(const QVector<ExportIdentity> &files)
+{
+    QByteArrayList all;
+    for (const ExportIdentity &file : files)
+        all.append(identity(file));
+    return '[' + all.join(',') + ']';
+}
+
 /// Writes parts of a document, and hands them on when there is enough.
 class ChangesWriter
 {
@@ -117,12 +133,8 @@ private:
     {
         const ChangesHeader &header = changes.header;
         const ExportIdentity &file = header.exported;
-        const QByteArray exported = file.digest.isEmpty()
-            ? QByteArrayLiteral("null")
-            : jsonObject({{QStringLiteral("name"), jsonValue(file.name)},
-                          {QStringLiteral("digest"), jsonValue(file.digest)},
-                          {QStringLiteral("size"), jsonValue(file.size)},
-                          {QStringLiteral("lines"), jsonValue(file.lines)}});
+        const QByteArray exported = file.digest.isEmpty() ? QByteArrayLiteral("null")
+                                                          : identity(file);
         const bool isRun = header.how == ChangesHeader::Run;
         return jsonObject({{QStringLiteral("how"),
                             jsonValue(isRun ? QStringLiteral("run") : QStringLiteral("rehearsed"))},
@@ -133,6 +145,7 @@ private:
                            {QStringLiteral("forced"), jsonValue(header.forced)},
                            {QStringLiteral("withOthers"), jsonValue(isRun)},
                            {QStringLiteral("export"), exported},
+                           {QStringLiteral("after"), identities(header.after)},
                            {QStringLiteral("plugin"), textOrNull(header.plugin)},
                            {QStringLiteral("server"), textOrNull(header.server)},
                            {QStringLiteral("settings"), textOrNull(header.settings)},
@@ -164,8 +177,10 @@ private:
     {
         QHash<const TouchedTable *, QStringList> seen;
         for (const ChangedPerson &person : changes.people) {
-            for (const Change &change : person.rows)
-                seen.insert(change.table, change.columns);
+            for (const QVector<Change> *rows : {&person.rows, &person.otherwise}) {
+                for (const Change &change : *rows)
+                    seen.insert(change.table, change.columns);
+            }
         }
         for (const Change &change : changes.others)
             seen.insert(change.table, change.columns);
@@ -215,6 +230,8 @@ private:
         list(person.messages, [this](const PassMessage &message) { write(message); });
         buffer += R"(,"rows":)";
         list(person.rows, [this](const Change &change) { writeRow(change); });
+        buffer += R"(,"otherwise":)";
+        list(person.otherwise, [this](const Change &change) { writeRow(change); });
         buffer += '}';
     }
 

@@ -96,6 +96,15 @@ RehearsalFacts rehearsalOf(const QJsonObject &object)
     return facts;
 }
 
+ExportIdentity identityIn(const QJsonValue &value)
+{
+    const QJsonObject file = value.toObject();
+    return {file.value(QStringLiteral("name")).toString(),
+            file.value(QStringLiteral("digest")).toString(),
+            numberOf(file.value(QStringLiteral("size"))),
+            file.value(QStringLiteral("lines")).toInt()};
+}
+
 ChangesHeader headerOf(const QJsonObject &object)
 {
     const auto text = [&object](const char *name) {
@@ -113,11 +122,10 @@ ChangesHeader headerOf(const QJsonObject &object)
     header.server = text("server");
     header.settings = text("settings");
     header.state = text("state");
-    const QJsonObject file = object.value(QStringLiteral("export")).toObject();
-    header.exported.name = file.value(QStringLiteral("name")).toString();
-    header.exported.digest = file.value(QStringLiteral("digest")).toString();
-    header.exported.size = numberOf(file.value(QStringLiteral("size")));
-    header.exported.lines = file.value(QStringLiteral("lines")).toInt();
+    header.exported = identityIn(object.value(QStringLiteral("export")));
+    const QJsonArray after = object.value(QStringLiteral("after")).toArray();
+    for (const QJsonValue &file : after)
+        header.after.append(identityIn(file));
     return header;
 }
 
@@ -217,6 +225,9 @@ private:
         const QJsonArray rows = object.value(QStringLiteral("rows")).toArray();
         for (const QJsonValue &row : rows)
             person.rows.append(changeOf(row.toObject(), person.person));
+        const QJsonArray otherwise = object.value(QStringLiteral("otherwise")).toArray();
+        for (const QJsonValue &row : otherwise)
+            person.otherwise.append(changeOf(row.toObject(), person.person));
         return person;
     }
 

@@ -42,10 +42,14 @@ QString passText(const ChangesHeader &header)
         ? Text::tr("pass %1").arg(header.lastPass)
         : Text::tr("passes %1 to %2").arg(header.firstPass).arg(header.lastPass);
     const QString when = header.when.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    return header.how == ChangesHeader::Rehearsed
-        ? Text::tr("Rehearsed at %1: what a pass would change.").arg(when)
-        : Text::tr("Changes of %1, at %2. What others wrote meanwhile stands here, too.")
-              .arg(passes, when);
+    if (header.how == ChangesHeader::Run)
+        return Text::tr("Changes of %1, at %2. What others wrote meanwhile stands here, too.")
+            .arg(passes, when);
+    if (header.after.isEmpty())
+        return Text::tr("Rehearsed at %1: the first pass of a freshly started server.").arg(when);
+    return Text::tr("Rehearsed at %1: the next pass of a server that has taken %2 exports.")
+        .arg(when)
+        .arg(header.after.size());
 }
 
 QString exportText(const ExportIdentity &file)
@@ -138,6 +142,11 @@ QString summaryText(const Changes &changes, int width)
     }
     if (!any)
         lines.append(Text::tr("  Nothing changes."));
+    const auto uncertain = std::count_if(
+        changes.people.cbegin(), changes.people.cend(),
+        [](const ChangedPerson &person) { return !person.uncertain.isEmpty(); });
+    if (uncertain > 0)
+        lines.append(Text::tr("  people with whom the server may do otherwise: %1").arg(uncertain));
     // Each of them is short but for the name of a file.
     QString text;
     for (const QString &line : qAsConst(lines))
@@ -178,10 +187,16 @@ QString personText(const ChangedPerson &person, const IdNames &names, int width)
     const QStringList words = personWords(person, names);
     for (const QString &line : words)
         add(line, 2);
-    const QVector<PersonChanges> rows = changeTexts(person.rows, names);
-    for (const PersonChanges &changes : rows) {
-        for (const QString &line : changes.lines)
-            add(line, indent);
-    }
+    const auto addRows = [&](const QVector<Change> &changed) {
+        const QVector<PersonChanges> rows = changeTexts(changed, names);
+        for (const PersonChanges &changes : rows) {
+            for (const QString &line : changes.lines)
+                add(line, indent);
+        }
+    };
+    addRows(person.rows);
+    if (!person.otherwise.isEmpty())
+        add(Text::tr("if the server does otherwise, then also:"), 2);
+    addRows(person.otherwise);
     return text;
 }

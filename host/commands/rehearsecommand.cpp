@@ -88,7 +88,8 @@ Command rehearseCommand()
     command.purpose = Text::tr(
         "Copies what a pass reads and writes into a private server, runs the plugin there with the "
         "real settings and export, and tells what it has changed: the pass of a freshly started "
-        "server. The database is only read. A pass beyond a limit is refused.");
+        "server, or of one that has taken other exports before. The database is only read. A pass "
+        "beyond a limit is refused.");
     command.groups = {pluginOptions(), databaseOptions(), rehearsalOptions(), limitOptions(),
                       outputOptions()};
     command.fileSettings = limitSettings();

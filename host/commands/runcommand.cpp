@@ -36,6 +36,9 @@ OptionGroup lengthOptions()
          {QStringLiteral("force"), QString(),
           Text::tr("make the first pass a forced one, which looks again at unchanged employees "
                    "too")},
+         {QStringLiteral("hold"), QString(),
+          Text::tr("after each pass write a line to standard output, and wait with the next one "
+                   "until a line comes on standard input; its end ends the run")},
          planOption(),
          {QStringLiteral("strict"), QString(),
           Text::tr("end with exit code 1 also when there are warnings")}}};
@@ -96,6 +99,9 @@ Failure read(const Options &options, RunOptions *run)
     run->trace = options.value(QStringLiteral("trace"));
     if (options.isSet(QStringLiteral("trace")) && run->trace.isEmpty())
         return options.usageFailure(Text::tr("--trace needs a file"));
+    run->held = options.isSet(QStringLiteral("hold"));
+    if (run->held && run->changes.shown)
+        return options.usageFailure(Text::tr("--hold and --show-changes exclude each other"));
     run->strict = options.isSet(QStringLiteral("strict"));
     run->force = options.isSet(QStringLiteral("force"));
     if (const Failure failure = readDataDirectory(options, &run->dataDirectory))

@@ -58,15 +58,28 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
     connect(&plugin, &PluginRun::databaseNotOpen, this, &RunSession::endForLostTick);
     if (options.changes.any() || !options.trace.isEmpty())
         plugin.listen([this](QtMsgType type, const QString &text) { hear(type, text); });
-    if (!options.changes.any())
-        return;
+    if (options.changes.any())
+        listenForChanges();
+    if (options.held)
+        listenForPasses();
+}
+
+RunSession::~RunSession() = default;
+
+void RunSession::listenForChanges()
+{
     connect(&plugin, &PluginRun::passOver, this, &RunSession::lookAtChanges, Qt::DirectConnection);
     // Not queued: the plugin waits meanwhile, and reads the same file.
     connect(&plugin, &PluginRun::exportSeen, this, &RunSession::identifyExport,
             Qt::DirectConnection);
 }
 
-RunSession::~RunSession() = default;
+void RunSession::listenForPasses()
+{
+    connect(&plugin, &PluginRun::pauseBegins, this, &RunSession::holdPlugin, Qt::DirectConnection);
+    connect(&plugin, &PluginRun::passEnded, this, &RunSession::tellHold);
+    connect(&plugin, &PluginRun::unloading, this, [this] { hold.release(); });
+}
 
 Failure RunSession::run()
 {
@@ -278,6 +291,18 @@ void RunSession::tellChanges()
 void RunSession::lookAtChanges()
 {
     changes->look(plugin.figures().passes, &notes);
+}
+
+void RunSession::tellHold()
+{
+    hold.tell(plugin.figures().passes);
+}
+
+/// The end of the input is the end of the run.
+void RunSession::holdPlugin()
+{
+    if (plugin.figures().passes != options.passes && !hold.waitForLine())
+        QMetaObject::invokeMethod(&plugin, "finish", Qt::QueuedConnection);
 }
 
 /// What the plugin does not say, or not at every level.

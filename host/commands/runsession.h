@@ -9,6 +9,7 @@
 #include "host/changes/passtrace.h"
 #include "host/cli/databaseoptions.h"
 #include "host/commands/changewatch.h"
+#include "host/commands/passhold.h"
 #include "host/commands/runsummary.h"
 #include "host/database/callwatch.h"
 #include "host/database/connection.h"
@@ -34,6 +35,7 @@ struct RunOptions
     LogFormat logFormat = LogFormat::Text;
     int passes = 0; ///< 0: until a signal comes
     bool force = false;
+    bool held = false; ///< between two passes, until a line comes
     ChangeWishes changes;
     QString trace; ///< file for all messages and calls; empty: none
     bool strict = false; ///< warnings count as errors
@@ -68,9 +70,11 @@ private Q_SLOTS:
     void tellNextPass();
     void tellOfExport();
     void tellMissingExport();
+    void tellHold();
     // On the plugin's thread, which waits.
     void identifyExport(int dropped);
     void lookAtChanges();
+    void holdPlugin();
 
     // The end (runsession_ending.cpp)
     void endForSignal();
@@ -81,6 +85,8 @@ private Q_SLOTS:
 
 private:
     // runsession.cpp
+    void listenForChanges();
+    void listenForPasses();
     Failure prepare();
     Failure prepareDatabase();
     Failure openDatabase();
@@ -115,6 +121,7 @@ private:
     QScopedPointer<ChangeWatch> changes; ///< null unless they are wanted
     PassNotes notes; ///< for the files of changes
     PassTrace trace;
+    PassHold hold;
     PluginRun plugin;
     bool graceRuns = false; ///< the process will be cut at its end
     bool endedBySignal = false;

@@ -28,6 +28,7 @@ PluginRun::PluginRun(const PluginRunOptions &runOptions, LogWriter *writer, QObj
     connect(&log, &MessageLog::passEnded, this, &PluginRun::passOver, Qt::DirectConnection);
     // Queued: the messages come on the plugin's thread.
     connect(&log, &MessageLog::passEnded, this, &PluginRun::countPass, Qt::QueuedConnection);
+    connect(&log, &MessageLog::passEnded, this, &PluginRun::pauseBegins, Qt::DirectConnection);
     // Not queued: the plugin waits meanwhile, and reads the same file.
     connect(&log, &MessageLog::exportReading, this, &PluginRun::lookAtExport, Qt::DirectConnection);
     connect(&log, &MessageLog::exportMissing, this, &PluginRun::exportMissing,

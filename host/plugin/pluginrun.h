@@ -92,6 +92,9 @@ Q_SIGNALS:
     /// All that a pass writes is written, and the plugin waits. Emitted on the plugin's thread,
     /// before passEnded().
     void passOver();
+    /// passEnded() is on its way. Emitted on the plugin's thread: whoever waits here holds the
+    /// plugin, and nobody else.
+    void pauseBegins();
     /// The pass reads an export, and takeGlance() has what is odd about it. Emitted on the plugin's
     /// thread, with the number of lines that are dropped.
     void exportSeen(int dropped);

@@ -5,9 +5,11 @@
 
 #include "host/base/childprocess.h"
 #include "host/changes/changesjson.h"
+#include "host/changes/passnotes.h"
 #include "host/plugin/settingsfile.h"
 #include "host/rehearsal/pretendedday.h"
 #include "host/rehearsal/rehearsalsite.h"
+#include "host/rehearsal/serverlife.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -73,9 +75,9 @@ Failure Rehearsal::run(const ConnectionParameters &copy, const ConnectionParamet
         if (const Failure failure = pretendDay(administrator, wishes.today))
             return failure;
     }
-    if (const Failure failure = runProcess(copy, site))
-        return failure;
-    if (const Failure failure = readOnlyChanges(site.changesFolder(), changes))
+    if (const Failure failure = wishes.after.isEmpty()
+            ? runFresh(copy, site, changes)
+            : runAfterOthers(copy, administrator, &site, changes))
         return failure;
     if (wishes.traced) {
         if (const Failure failure = readTrace(tracePath(site.path()), &steps))
@@ -87,7 +89,30 @@ Failure Rehearsal::run(const ConnectionParameters &copy, const ConnectionParamet
     // That of the copy is another one each time, for the name of the export.
     changes->header.settings = SettingsFile(wishes.settingsFile).values().digest;
     changes->header.exported.name = QFileInfo(wishes.exportFile).fileName();
+    for (const QString &file : wishes.after)
+        changes->header.after.append(identityOf(file));
     return {};
+}
+
+Failure Rehearsal::runFresh(const ConnectionParameters &copy, const RehearsalSite &site,
+                            Changes *changes)
+{
+    if (const Failure failure = runProcess(copy, site))
+        return failure;
+    return readOnlyChanges(site.changesFolder(), changes);
+}
+
+Failure Rehearsal::runAfterOthers(const ConnectionParameters &copy,
+                                  const ConnectionParameters &administrator, RehearsalSite *site,
+                                  Changes *changes)
+{
+    QStringList words = arguments(copy, site->path());
+    words.removeAll(QStringLiteral("--once"));
+    words.removeAll(QStringLiteral("--force"));
+    words.append(QStringLiteral("--hold"));
+    ServerLife life(wishes, site, administrator);
+    life.setInterruption(isInterrupted);
+    return life.run(words, changes);
 }
 
 QStringList Rehearsal::arguments(const ConnectionParameters &copy, const QString &folder) const

@@ -22,6 +22,9 @@ struct RehearsalWishes
     QString pluginFile;
     QString settingsFile; ///< the real TalvenHR.ini
     QString exportFile;
+    /// Exports that the server has taken since its start, the oldest first; none for a freshly
+    /// started one.
+    QStringList after;
     bool force = false;
     int timeout = 3600; ///< seconds
     QDate today; ///< the day on which the pass runs; invalid for that of the clock
@@ -47,6 +50,10 @@ public:
     TraceSteps trace() const { return steps; }
 
 private:
+    Failure runFresh(const ConnectionParameters &copy, const RehearsalSite &site, Changes *changes);
+    Failure runAfterOthers(const ConnectionParameters &copy,
+                           const ConnectionParameters &administrator, RehearsalSite *site,
+                           Changes *changes);
     QStringList arguments(const ConnectionParameters &copy, const QString &folder) const;
     Failure runProcess(const ConnectionParameters &copy, const RehearsalSite &site);
 

@@ -52,17 +52,27 @@ Failure RehearsalSite::make(const QString &settingsFile, const QString &exportFi
     QByteArray settings;
     if (const Failure failure = readFile(settingsFile, &settings))
         return failure;
-    QByteArray content;
-    if (const Failure failure = readFile(exportFile, &content))
-        return failure;
-    if (const Failure failure = writeFile(this->exportFile(), content))
+    if (const Failure failure = replaceExport(exportFile))
         return failure;
     return writeFile(
         this->settingsFile(),
         settingsWith(settings,
                      {quotedSettingsLine(QStringLiteral("importFile"), this->exportFile()),
                       QStringLiteral("deleteFile=false"), QStringLiteral("syncCommandRun=0"),
-                      QStringLiteral("timerInterval=1")}));
+                      QStringLiteral("timerInterval=1"), QStringLiteral("syncInterval=1")}));
+}
+
+Failure RehearsalSite::replaceExport(const QString &file) const
+{
+    QByteArray content;
+    if (const Failure failure = readFile(file, &content))
+        return failure;
+    return replaceExport(content);
+}
+
+Failure RehearsalSite::replaceExport(const QByteArray &content) const
+{
+    return writeFile(exportFile(), content);
 }
 
 QByteArray settingsWith(const QByteArray &settings, const QStringList &lines)

@@ -9,13 +9,17 @@
 #include <QString>
 
 /// A temporary folder for its owner only, with a copy of the export and the settings of the real
-/// plugin. Three things in them differ: the export is the copy and stays, no export command runs,
-/// and the first tick comes after a second.
+/// plugin. Four things in them differ: the export is the copy and stays, no export command runs, a
+/// tick comes each second, and each is a pass.
 class RehearsalSite
 {
 public:
     /// Fails with what cannot be read or written.
     Failure make(const QString &settingsFile, const QString &exportFile);
+
+    /// Another export in place of that of the last pass: a file of somebody's, or these bytes.
+    Failure replaceExport(const QString &file) const;
+    Failure replaceExport(const QByteArray &content) const;
 
     QString path() const { return folder.path(); }
     QString settingsFile() const { return folder.filePath(QStringLiteral("TalvenHR.ini")); }
