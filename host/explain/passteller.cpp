@@ -233,14 +233,16 @@ void PassTeller::settleRow()
     if (!record.rowIsTold && !record.isTried) {
         const EmployeeRecord line = lines.value(recordCount - 1).record;
         const QString reason = endText(line, facts.today);
-        if (before.isActive())
+        if (before.isActive()) {
             chapter.say(Text::tr("Their row is not written: nothing that the plugin compares "
                                  "differs from it."));
-        else
+            tellComparison();
+        } else {
             chapter.say(reason.isEmpty() ? Text::tr("Nobody is added.")
                                          : Text::tr("Nobody is added, for only somebody who is "
                                                     "employed today would be: %1.")
                                                .arg(reason));
+        }
     }
     record.rowIsTold = true;
     if (record.balance) {
@@ -250,6 +252,15 @@ void PassTeller::settleRow()
                     record.balanceStatements);
         record.balance.reset();
     }
+}
+
+/// Between line and row, and between this line and the one that the server remembers.
+void PassTeller::tellComparison()
+{
+    chapter.detail(
+        Text::tr("compared are, with the row: number, titles, name, phone, first and last "
+                 "day, calendar, branch, begin, end and text of the evidence state; with "
+                 "the line before: evidence state and type"));
 }
 
 QStringList PassTeller::takeStatements()

@@ -49,6 +49,7 @@ private:
     void passEnds(const Values &values);
     void endRecord();
     void settleRow();
+    void tellComparison();
     QStringList takeStatements();
 
     // Statements (passteller_calls.cpp)

@@ -129,6 +129,7 @@ void PassTeller::personAdded()
 void PassTeller::fieldsWritten()
 {
     chapter.say(Text::tr("Their row is written."), takeStatements());
+    tellComparison();
     // Only the outcome of all lines together is known.
     if (lines.size() > 1)
         return;

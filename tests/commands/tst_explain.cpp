@@ -114,7 +114,7 @@ void tst_Explain::person_isLookedForInExportAndDatabase()
     // The pid of the second one is the uid of somebody else.
     site.writeFile(str("ron.data"),
                    QStringList({Site::header(), Site::employee(1001, str("Dáša")),
-                                str("|2") + Site::employee(0, str("Nula")).mid(3)})
+                                Site::employee(1, str("Nula"))})
                        .join(QLatin1Char('\n')));
 
     TalvenhrProcess story(QStringList {str("explain"), str("10011")} + where);
@@ -135,6 +135,11 @@ void tst_Explain::person_isLookedForInExportAndDatabase()
     const QJsonObject changes = objectOf(machine.output()).value(str("changes")).toObject();
     QCOMPARE(schemaFault(QJsonDocument(changes).toJson(), str("changes")), QString());
     QVERIFY2(!machine.output().contains(str("Dáša")), qPrintable(machine.output()));
+
+    TalvenhrProcess several(QStringList {str("explain"), str("11")} + where);
+    QCOMPARE(several.finish(), 2);
+    QVERIFY2(several.lastLine().contains(str("11 may mean several people: 1.1, whose pid it is; ")),
+             qPrintable(several.lastLine()));
 
     TalvenhrProcess nobody(QStringList {str("explain"), str("9999.1")} + where);
     QCOMPARE(nobody.finish(), 1);
