@@ -140,9 +140,15 @@ void PassTeller::fieldsWritten()
         if (isOfThePass(people, field.name))
             continue;
         differs = true;
-        chapter.detail(Text::tr("%1: %2 becomes %3")
-                           .arg(field.name, cellText(people, field.name, field.before),
-                                cellText(people, field.name, field.after)));
+        const char *const branch = "bid";
+        if (field.name == QLatin1String(branch))
+            chapter.detail(Text::tr("branch: %1 becomes %2")
+                               .arg(namedId(facts.before.names, branch, field.before),
+                                    namedId(facts.before.names, branch, field.after)));
+        else
+            chapter.detail(Text::tr("%1: %2 becomes %3")
+                               .arg(field.name, cellText(people, field.name, field.before),
+                                    cellText(people, field.name, field.after)));
     }
     if (!differs)
         chapter.detail(Text::tr("no column differs: after a start everybody is written once"));

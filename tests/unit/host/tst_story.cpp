@@ -145,7 +145,7 @@ void tst_Story::page_tellsAllInItsOrder()
                                        .named("bid", 1, "100 Riaditeľstvo")
                                        .named("tid", 3, "Vrátnica");
     const SnapshotBuilder after = SnapshotBuilder()
-                                      .with(people, {"1|10011|1001.1|Eva|Malá|1|7|1|0"})
+                                      .with(people, {"1|10011|1001.1|Eva|Malá|1|7|NULL|0"})
                                       .with("people_term: tid|uid", {"3|1"})
                                       .with("term_sync: id|tid|type|ref_col|ref_id",
                                             {"1|3|U|uid|1"})
@@ -190,7 +190,12 @@ void tst_Story::page_tellsAllInItsOrder()
              "  Leave may be looked at: there is no correction of today, and attendance is "
              "at rest.",
              "  Their row is written.",
+             "    compared are, with the row: number, titles, name, phone, first and last day, "
+             "calendar, branch,",
+             "      begin, end and text of the evidence state; with the line before: evidence state "
+             "and type",
              "    phone: 5 becomes 7",
+             "    branch: 100 Riaditeľstvo becomes none",
              "  The terminals that they are on are told of it: 1.",
              "  The leave fund holds 12.50 days, of moves before this month and of "
              "corrections, as the line",
@@ -198,6 +203,7 @@ void tst_Story::page_tellsAllInItsOrder()
              "",
              "What is written",
              "  people: phone 5 -> 7",
+             "  people: bid 1 (100 Riaditeľstvo) -> NULL",
              "  + term_sync id 1, tid 3 (Vrátnica), type 'U'",
              "",
              "What waits, or does not happen",
@@ -206,7 +212,7 @@ void tst_Story::page_tellsAllInItsOrder()
              "What terminals are told",
              "  Terminal Vrátnica: their row has changed.",
              "",
-             "What changes: updated, notices.",
+             "What changes: updated, moved, notices.",
              "There is nothing to do.",
              ""}));
     QVERIFY(storyText(story, true, 500).contains(str("\n    > ") + update()));
