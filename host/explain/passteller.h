@@ -57,6 +57,7 @@ private:
     void personWritten(const ClassifiedStatement &statement, const TraceStep &step);
     void personAdded();
     void fieldsWritten();
+    void newsQueued(int terminals);
     void correctionWritten(const ClassifiedStatement &statement);
     void daysReopened(const ClassifiedStatement &statement, int affected);
     void supervisorMarked(const ClassifiedStatement &statement, int affected);

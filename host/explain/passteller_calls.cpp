@@ -41,12 +41,7 @@ void PassTeller::call(const TraceStep &step)
         personWritten(asked, step);
         break;
     case PassStatement::QueueNews:
-        chapter.say(
-            step.affected > 0
-                ? Text::tr("The terminals that they are on are told of it: %1.").arg(step.affected)
-                : Text::tr("No terminal is told of it: they are on none that is in service "
-                           "and takes people."),
-            takeStatements());
+        newsQueued(step.affected);
         break;
     case PassStatement::CallUpdateTermsSync:
         chapter.support(takeStatements());
@@ -152,6 +147,15 @@ void PassTeller::fieldsWritten()
     }
     if (!differs)
         chapter.detail(Text::tr("no column differs: after a start everybody is written once"));
+}
+
+void PassTeller::newsQueued(int terminals)
+{
+    chapter.say(terminals > 0
+                    ? Text::tr("The terminals that they are on are told of it: %1.").arg(terminals)
+                    : Text::tr("No terminal is told of it: they are on none that is in service "
+                               "and takes people."),
+                takeStatements());
 }
 
 void PassTeller::correctionWritten(const ClassifiedStatement &statement)
