@@ -74,24 +74,22 @@ bool isTemporal(QVariant::Type type)
     return type == QVariant::Date || type == QVariant::Time || type == QVariant::DateTime;
 }
 
-/// All columns. Those of the database's own dates and times become texts on the server: the driver
-/// would lose what is below a millisecond, and a text of Qt's own means nothing to a server.
-QString wantedColumns(const QSqlDatabase &database, const TouchedTable &table)
+/// All columns of the record by name, those of the database's own dates and times as texts of the
+/// server's: the driver would lose what is below a millisecond, and no server knows its texts.
+/// Empty where there are none of these.
+QString columnsWithTexts(const QSqlRecord &record)
 {
-    QSqlQuery query(database);
-    const bool isKnown = query.exec(QStringLiteral("SELECT * FROM `%1` LIMIT 0").arg(table.name));
-    const QSqlRecord record = query.record();
     QStringList columns;
     bool isAny = false;
-    for (int column = 0; isKnown && column < record.count(); ++column) {
+    for (int column = 0; column < record.count(); ++column) {
         QString name = record.fieldName(column);
-        const bool isText = isTemporal(record.field(column).type());
-        isAny |= isText;
         name = QLatin1Char('`') + name.replace(QLatin1Char('`'), QLatin1String("``"))
             + QLatin1Char('`');
+        const bool isText = isTemporal(record.field(column).type());
+        isAny |= isText;
         columns.append(isText ? QStringLiteral("CAST(%1 AS CHAR) AS %1").arg(name) : name);
     }
-    return isAny ? columns.join(QStringLiteral(", ")) : QStringLiteral("*");
+    return isAny ? columns.join(QStringLiteral(", ")) : QString();
 }
 
 /// In the order of the key as the server sees it, which spares most tables the sorting.
@@ -107,8 +105,11 @@ Failure readTable(const QSqlDatabase &database, SnapshotRows wanted, TableConten
 {
     QSqlQuery query(database);
     query.setForwardOnly(true);
-    const QString columns = wantedColumns(database, *content->table);
-    if (!query.exec(contentStatement(columns, *content->table, wanted)))
+    bool isRead = query.exec(contentStatement(QStringLiteral("*"), *content->table, wanted));
+    const QString columns = columnsWithTexts(query.record());
+    if (isRead && !columns.isEmpty())
+        isRead = query.exec(contentStatement(columns, *content->table, wanted));
+    if (!isRead)
         return tableFailure(database, content->table->name, query.lastError());
 
     const QSqlRecord record = query.record();

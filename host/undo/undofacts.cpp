@@ -101,6 +101,13 @@ bool isCopied(const PersonReference &reference, const QStringList &copiedTables)
     return copiedTables.contains(reference.table);
 }
 
+bool isTouched(const PersonReference &reference)
+{
+    const QVector<TouchedTable> &tables = touchedTables();
+    return std::any_of(tables.cbegin(), tables.cend(),
+                       [&](const TouchedTable &table) { return table.name == reference.table; });
+}
+
 } // namespace
 
 Failure readUndoFacts(const QSqlDatabase &database, const Changes &changes,
@@ -120,7 +127,8 @@ Failure readUndoFacts(const QSqlDatabase &database, const Changes &changes,
     QHash<qlonglong, int> added;
     Failure failure = readAdded(database, changes, &added);
     for (const PersonReference &reference : qAsConst(facts->references)) {
-        const bool isAsked = !isCopied(reference, copiedTables)
+        // Rows of the pass itself are in tables that a copy has.
+        const bool isAsked = (!isCopied(reference, copiedTables) && !isTouched(reference))
             || reference.table == QLatin1String("funds_move");
         if (!failure && isAsked && !added.isEmpty())
             failure = readReferred(database, reference, added, &facts->referred);

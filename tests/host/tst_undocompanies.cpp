@@ -284,7 +284,7 @@ void tst_UndoCompanies::undo_leavesWhatWasThere()
     UndoOutcomes outcomes;
     Failure failure = readUndoFacts(handle, given, {}, &facts);
     QVERIFY2(!failure && facts.areWhole, qPrintable(failure.text));
-    facts.referred.clear(); // the statements find out by themselves
+    facts.referred.clear(); // the statements find out by themselves who has other moves
     failure = makeUndoPlan(given, {}, facts, &plan);
     if (!failure)
         failure = runUndo(handle, plan, {}, &outcomes);
