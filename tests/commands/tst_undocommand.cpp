@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// `talvenhr undo`: printed, looked at, applied.
+#include "support/commands/site.h"
+#include "support/commands/talvenhrprocess.h"
+
+#include <QDir>
+#include <QtTest>
+
+class tst_UndoCommand : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void usage_isChecked_data();
+    void usage_isChecked();
+    void withoutDatabase_statementsArePrinted();
+    void look_changesNothing();
+    void apply_takesBackWhatNobodyChanged();
+    void rehearsedChanges_takeTheRealPassBack();
+    void anotherRun_keepsItAway();
+
+private:
+    QStringList database() const
+    {
+        return {QStringLiteral("--private-db"), site.path(QStringLiteral("db"))};
+    }
+    QStringList where() const
+    {
+        return database() + QStringList {QStringLiteral("--data-dir"), site.dataDir()};
+    }
+    QString run(const QString &folder) const;
+    QString sql(const QString &statement) const;
+    QString rows() const;
+    QStringList undo(const QString &file, const QStringList &others) const
+    {
+        return QStringList {QStringLiteral("undo"), file} + others;
+    }
+
+    Site site;
+    QString before; ///< the pass
+    QString changes; ///< of the pass: one added, one updated
+};
+
+/// Runs a pass. The path of its changes.
+QString tst_UndoCommand::run(const QString &folder) const
+{
+    const QString path = site.path(folder);
+    TalvenhrProcess program(QStringList {QStringLiteral("run"), QStringLiteral("--once"),
+                                         QStringLiteral("--changes"), path}
+                            + where());
+    if (program.finish() != 0)
+        QTest::qFail(qPrintable(program.lastLine()), __FILE__, __LINE__);
+    const QDir files(path);
+    return files.filePath(files.entryList(QDir::Files, QDir::Name).value(0));
+}
+
+QString tst_UndoCommand::sql(const QString &statement) const
+{
+    TalvenhrProcess program(
+        QStringList {QStringLiteral("sql"), QStringLiteral("--execute"), statement} + database());
+    if (program.finish() != 0)
+        QTest::qFail(qPrintable(program.lastLine()), __FILE__, __LINE__);
+    return program.output();
+}
+
+/// What a pass would add and change.
+QString tst_UndoCommand::rows() const
+{
+    return sql(QStringLiteral(
+        "SELECT uid, pid, name, surname, status FROM people WHERE pid IN (10011, 71011); "
+        "SELECT * FROM brape WHERE uid > 10; SELECT * FROM people_term WHERE uid > 10; "
+        "SELECT * FROM people_pam WHERE uid > 10; SELECT * FROM admins_people ORDER BY 1, 2; "
+        "SELECT value FROM vars WHERE name = 'exportPam.1.selPeople'"));
+}
+
+void tst_UndoCommand::initTestCase()
+{
+    site.writeFile(QStringLiteral("ron.data"), Site::employee(1001, QStringLiteral("Ľubomír")));
+    run(QStringLiteral("first"));
+    before = rows();
+    site.writeFile(QStringLiteral("ron.data"),
+                   Site::employee(1001, QStringLiteral("Iný")) + QLatin1Char('\n')
+                       + Site::employee(7101, QStringLiteral("Nová")));
+    changes = run(QStringLiteral("second"));
+    QVERIFY(rows() != before);
+}
+
+void tst_UndoCommand::usage_isChecked_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("message");
+    const auto row = [](const char *name, const QStringList &options, const char *message) {
+        QTest::newRow(name) << options << QString::fromLatin1(message);
+    };
+    row("nobody", {QStringLiteral("--person"), QStringLiteral("5.5")},
+        "nothing has changed for '5.5' in these changes");
+    row("no kind", {QStringLiteral("--kind"), QStringLiteral("adde")}, "did you mean 'added'");
+    row("what stays", {QStringLiteral("--kind"), QStringLiteral("reopened")},
+        "nothing of the kind 'reopened' is taken back");
+    row("no database", {QStringLiteral("--apply")}, "--apply takes a database");
+}
+
+void tst_UndoCommand::usage_isChecked()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, message);
+    TalvenhrProcess program(undo(changes, options));
+    QCOMPARE(program.finish(), 2);
+    QVERIFY2(program.lastLine().contains(message), qPrintable(program.lastLine()));
+    QCOMPARE(program.output(), QString());
+}
+
+void tst_UndoCommand::withoutDatabase_statementsArePrinted()
+{
+    TalvenhrProcess whole(undo(changes, {}));
+    QCOMPARE(whole.finish(), 0);
+    const QString script = whole.output();
+    QVERIFY(script.startsWith(QStringLiteral("-- Takes back the pass that ended at ")));
+    QVERIFY(script.contains(QStringLiteral("-- How to go on: ")));
+    QVERIFY(script.contains(QStringLiteral("\n-- 1001.1 Iný Novák: own row: name\nSET @uid = ")));
+    // Nobody knows what refers to somebody.
+    QVERIFY(script.contains(QStringLiteral("\n-- 7101.1 Nová Novák: added person\nUPDATE ")));
+    QVERIFY(!script.contains(QStringLiteral("DELETE FROM `people` ")));
+    TalvenhrProcess part(undo(changes, {QStringLiteral("--person"), QStringLiteral("1001.1")}));
+    QCOMPARE(part.finish(), 0);
+    QVERIFY(part.output().contains(QStringLiteral("1001.1")));
+    QVERIFY(!part.output().contains(QStringLiteral("7101.1")));
+}
+
+void tst_UndoCommand::look_changesNothing()
+{
+    const QString now = rows();
+    TalvenhrProcess program(undo(changes, database()));
+    QCOMPARE(program.finish(), 0);
+    QVERIFY(program.output().contains(QStringLiteral("\nDELETE FROM `people` ")));
+    QVERIFY(program.output().contains(QStringLiteral(", left alone: 0.\n")));
+    QVERIFY(program.output().contains(QStringLiteral("-- Restart the attendance server before ")));
+    QCOMPARE(rows(), now);
+}
+
+void tst_UndoCommand::apply_takesBackWhatNobodyChanged()
+{
+    sql(QStringLiteral("UPDATE people SET phone = '77' WHERE pid = 10011"));
+    TalvenhrProcess disturbed(undo(changes, database()));
+    QCOMPARE(disturbed.finish(), 1);
+    QVERIFY(disturbed.output().contains(
+        QStringLiteral("-- 1001.1 Iný Novák: own row: name (left alone: changed since)\n")));
+    sql(QStringLiteral("UPDATE people SET phone = '' WHERE pid = 10011"));
+
+    const QStringList apply = database() + QStringList {QStringLiteral("--apply")};
+    TalvenhrProcess program(undo(changes, apply));
+    QCOMPARE(program.finish(), 0);
+    QVERIFY2(program.output().contains(
+                 QStringLiteral("\n  people who were added, removed: 1\n  people's own rows: 1\n")),
+             qPrintable(program.output()));
+    QVERIFY(program.output().contains(QStringLiteral("\nDone. Taken back: ")));
+    QCOMPARE(rows(), before);
+
+    TalvenhrProcess again(undo(changes, apply));
+    QCOMPARE(again.finish(), 1);
+    QVERIFY(again.output().contains(QStringLiteral("All of it is left alone: ")));
+    QVERIFY(again.output().contains(QStringLiteral("\nDone. Taken back: 0, left alone: ")));
+    QCOMPARE(rows(), before);
+}
+
+/// Whoever is new has another id by then.
+void tst_UndoCommand::rehearsedChanges_takeTheRealPassBack()
+{
+    const QString rehearsed = site.path(QStringLiteral("rehearsed.json"));
+    TalvenhrProcess rehearse(QStringList {QStringLiteral("rehearse"), QStringLiteral("--no-limits"),
+                                          QStringLiteral("--changes"), rehearsed}
+                             + where());
+    QCOMPARE(rehearse.finish(), 0);
+    sql(QStringLiteral("ALTER TABLE people AUTO_INCREMENT = 4000"));
+    run(QStringLiteral("third"));
+    QVERIFY(rows().contains(QStringLiteral("4000\t71011\tNová")));
+    const QStringList apply = database() + QStringList {QStringLiteral("--apply")};
+    TalvenhrProcess program(undo(rehearsed, apply));
+    QCOMPARE(program.finish(), 0);
+    QVERIFY2(program.output().startsWith(QStringLiteral("Taking back the pass that was rehearsed")),
+             qPrintable(program.output()));
+    QCOMPARE(rows(), before);
+}
+
+void tst_UndoCommand::anotherRun_keepsItAway()
+{
+    site.holdPasses();
+    TalvenhrProcess other(QStringList {QStringLiteral("run"), QStringLiteral("--once")} + where());
+    other.start();
+    QVERIFY(other.waitForLine(QStringLiteral("BEGIN synchronization")));
+    TalvenhrProcess program(undo(changes, database() + QStringList {QStringLiteral("--apply")}));
+    QCOMPARE(program.finish(), 5);
+    QVERIFY2(program.lastLine().contains(QStringLiteral("another 'talvenhr run' is at work")),
+             qPrintable(program.lastLine()));
+    site.endPass();
+    QCOMPARE(other.finish(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_UndoCommand)
+#include "tst_undocommand.moc"
