@@ -135,10 +135,10 @@ QString undoScript(const Changes &changes, const UndoPlan &plan, const UndoOutco
     script += comment(Text::tr("Each statement finds its row only as the pass has left it: what "
                                "somebody has changed since is left alone."));
     if (outcomes.isEmpty() && !plan.steps.isEmpty())
-        script += comment(
-            Text::tr("No database was looked at: what is left alone is not known, and "
-                     "people who were added are made inactive, for nobody knows what "
-                     "refers to them."));
+        script += comment(Text::tr("No database was looked at: what is left alone is not known."));
+    if (outcomes.isEmpty() && canHappen(plan, outcomes, UndoStatement::MakesInactive))
+        script += comment(Text::tr("People who were added are made inactive, for nobody knows what "
+                                   "refers to them."));
     if (plan.steps.isEmpty())
         script += comment(Text::tr("There is nothing to take back."));
     for (const QString &sentence : plan.stays + goingOn(plan, outcomes))
@@ -171,12 +171,13 @@ QString outcomeText(const UndoPlan &plan, const UndoOutcomes &outcomes, int widt
     }
     if (leftAlone(outcomes) == 0)
         return text;
-    text += wrapped(isForeign(plan, outcomes)
-                        ? Text::tr("All of it is left alone: the database does not hold what this "
-                                   "pass has left. Is it the right database, has the pass run there, "
-                                   "and was it not taken back before?")
-                        : Text::tr("Left alone, for somebody has changed it since:"),
-                    width, 0)
+    text += wrapped(
+                isForeign(plan, outcomes)
+                    ? Text::tr("All of it is left alone: the database does not hold what this "
+                               "pass has left. Is it the right database, has the pass run there, "
+                               "and was it not taken back before?")
+                    : Text::tr("Left alone, for somebody has changed it since:"),
+                width, 0)
         + QLatin1Char('\n');
     for (int place = 0; place < plan.steps.size(); ++place) {
         if (outcomes.at(place) == UndoStatement::Beside)

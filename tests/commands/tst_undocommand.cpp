@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // `talvenhr undo`: printed, looked at, applied.
+#include "host/server/privatedatabase.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
 
 #include <QDir>
 #include <QtTest>
+
+#include <memory>
 
 class tst_UndoCommand : public QObject
 {
@@ -16,7 +19,9 @@ private Q_SLOTS:
     void usage_isChecked_data();
     void usage_isChecked();
     void withoutDatabase_statementsArePrinted();
+    void look_changesNothing_data();
     void look_changesNothing();
+    void loginThatOnlyReads_takesNothingBack();
     void apply_takesBackWhatNobodyChanged();
     void rehearsedChanges_takeTheRealPassBack();
     void anotherRun_keepsItAway();
@@ -26,9 +31,16 @@ private:
     {
         return {QStringLiteral("--private-db"), site.path(QStringLiteral("db"))};
     }
+    /// The same as one on a server.
+    QStringList login(const char *user) const
+    {
+        const ConnectionParameters parameters = server->parameters();
+        return {QStringLiteral("--socket"), parameters.socket,        QStringLiteral("--database"),
+                parameters.database,        QStringLiteral("--user"), QLatin1String(user)};
+    }
     QStringList where() const
     {
-        return database() + QStringList {QStringLiteral("--data-dir"), site.dataDir()};
+        return login("root") + QStringList {QStringLiteral("--data-dir"), site.dataDir()};
     }
     QString run(const QString &folder) const;
     QString sql(const QString &statement) const;
@@ -39,6 +51,7 @@ private:
     }
 
     Site site;
+    std::unique_ptr<PrivateDatabase> server;
     QString before; ///< the pass
     QString changes; ///< of the pass: one added, one updated
 };
@@ -77,8 +90,16 @@ QString tst_UndoCommand::rows() const
 
 void tst_UndoCommand::initTestCase()
 {
+    TalvenhrProcess first(QStringList {QStringLiteral("run"), QStringLiteral("--once"),
+                                       QStringLiteral("--data-dir"), site.dataDir()}
+                          + database());
     site.writeFile(QStringLiteral("ron.data"), Site::employee(1001, QStringLiteral("Ľubomír")));
-    run(QStringLiteral("first"));
+    QCOMPARE(first.finish(), 0);
+    server = std::make_unique<PrivateDatabase>(site.path(QStringLiteral("db")));
+    const Failure failure = server->start();
+    QVERIFY2(!failure, qPrintable(failure.text));
+    sql(QStringLiteral("CREATE USER reader@localhost; GRANT SELECT, TRIGGER, SHOW VIEW ON *.* TO "
+                       "reader@localhost"));
     before = rows();
     site.writeFile(QStringLiteral("ron.data"),
                    Site::employee(1001, QStringLiteral("Iný")) + QLatin1Char('\n')
@@ -129,14 +150,33 @@ void tst_UndoCommand::withoutDatabase_statementsArePrinted()
     QVERIFY(!part.output().contains(QStringLiteral("7101.1")));
 }
 
+void tst_UndoCommand::look_changesNothing_data()
+{
+    QTest::addColumn<QStringList>("which");
+    QTest::newRow("private database") << database();
+    QTest::newRow("a login that only reads") << login("reader");
+}
+
 void tst_UndoCommand::look_changesNothing()
 {
+    QFETCH(QStringList, which);
     const QString now = rows();
-    TalvenhrProcess program(undo(changes, database()));
+    TalvenhrProcess program(undo(changes, which));
     QCOMPARE(program.finish(), 0);
     QVERIFY(program.output().contains(QStringLiteral("\nDELETE FROM `people` ")));
     QVERIFY(program.output().contains(QStringLiteral(", left alone: 0.\n")));
     QVERIFY(program.output().contains(QStringLiteral("-- Restart the attendance server before ")));
+    QCOMPARE(rows(), now);
+}
+
+void tst_UndoCommand::loginThatOnlyReads_takesNothingBack()
+{
+    const QString now = rows();
+    TalvenhrProcess program(
+        undo(changes, login("reader") + QStringList(QStringLiteral("--apply"))));
+    QCOMPARE(program.finish(), 3);
+    QVERIFY2(program.lastLine().contains(QStringLiteral("nothing was taken back: ")),
+             qPrintable(program.lastLine()));
     QCOMPARE(rows(), now);
 }
 
@@ -170,13 +210,14 @@ void tst_UndoCommand::rehearsedChanges_takeTheRealPassBack()
 {
     const QString rehearsed = site.path(QStringLiteral("rehearsed.json"));
     TalvenhrProcess rehearse(QStringList {QStringLiteral("rehearse"), QStringLiteral("--no-limits"),
-                                          QStringLiteral("--changes"), rehearsed}
-                             + where());
+                                          QStringLiteral("--changes"), rehearsed,
+                                          QStringLiteral("--data-dir"), site.dataDir()}
+                             + database());
     QCOMPARE(rehearse.finish(), 0);
     sql(QStringLiteral("ALTER TABLE people AUTO_INCREMENT = 4000"));
     run(QStringLiteral("third"));
     QVERIFY(rows().contains(QStringLiteral("4000\t71011\tNová")));
-    const QStringList apply = database() + QStringList {QStringLiteral("--apply")};
+    const QStringList apply = login("talvenhr_undo") + QStringList {QStringLiteral("--apply")};
     TalvenhrProcess program(undo(rehearsed, apply));
     QCOMPARE(program.finish(), 0);
     QVERIFY2(program.output().startsWith(QStringLiteral("Taking back the pass that was rehearsed")),
