@@ -78,8 +78,8 @@ Failure UndoSession::tellAndApply(const ConnectionParameters &parameters)
     if (const Failure failure = apply(parameters))
         return failure;
     if (outcomes != tried)
-        printText(Text::tr("In between somebody was at work, and this has become of it:")
-                  + QLatin1Char('\n') + outcomeText(plan, outcomes, width));
+        printText(Text::tr("Otherwise than on the copy, this has become of it:") + QLatin1Char('\n')
+                  + outcomeText(plan, outcomes, width));
     printText(wrapped(Text::tr("Done. Taken back: %1, left alone: %2.")
                           .arg(outcomes.size() - leftAlone(outcomes))
                           .arg(leftAlone(outcomes)),

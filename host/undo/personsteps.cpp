@@ -58,7 +58,8 @@ public:
             takeBack(change, Text::tr("membership of branch %1").arg(named("bid", change)));
         });
         for (const char *table : {"groups_plan", "groups_month"})
-            forEachRow(table, [this](const Change &change) { takeBack(change, planText(change)); });
+            forEachRow(table,
+                       [this](const Change &change) { takeBack(change, groupText(change)); });
         forEachRow("people_pam", [this](const Change &change) {
             takeBack(change, Text::tr("enrolment in PaM"));
         });
@@ -104,7 +105,7 @@ private:
             : Text::tr("place under administrator %1").arg(named("aid", change));
     }
 
-    QString planText(const Change &change) const
+    QString groupText(const Change &change) const
     {
         return isOf(change, "groups_plan")
             ? Text::tr("group %1, planned from month %2 on")

@@ -99,7 +99,9 @@ void tst_UndoCommand::initTestCase()
     const Failure failure = server->start();
     QVERIFY2(!failure, qPrintable(failure.text));
     sql(QStringLiteral("CREATE USER reader@localhost; GRANT SELECT, TRIGGER, SHOW VIEW ON *.* TO "
-                       "reader@localhost"));
+                       "reader@localhost; "
+                       "CREATE TRIGGER attendance.watcher AFTER DELETE ON attendance.people "
+                       "FOR EACH ROW SET @seen = OLD.uid"));
     before = rows();
     site.writeFile(QStringLiteral("ron.data"),
                    Site::employee(1001, QStringLiteral("Iný")) + QLatin1Char('\n')
@@ -196,6 +198,8 @@ void tst_UndoCommand::apply_takesBackWhatNobodyChanged()
                  QStringLiteral("\n  people who were added, removed: 1\n  people's own rows: 1\n")),
              qPrintable(program.output()));
     QVERIFY(program.output().contains(QStringLiteral("\nDone. Taken back: ")));
+    QVERIFY2(program.output().simplified().contains(QStringLiteral(" stays: watcher. ")),
+             qPrintable(program.output()));
     QCOMPARE(rows(), before);
 
     TalvenhrProcess again(undo(changes, apply));
