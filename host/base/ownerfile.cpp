@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A file about people: for its owner only.
+// A file about people: for its owner only, unless others are let in.
 #include "host/base/ownerfile.h"
 
 #include <QCoreApplication>
@@ -52,6 +52,16 @@ Failure checkOutputFile(const QString &path, const QStringList &inputs)
     return {};
 }
 
+QFileDevice::Permissions permissionsFor(FileReaders readers)
+{
+    QFileDevice::Permissions permissions = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    if (readers != FileReaders::Nobody)
+        permissions |= QFileDevice::ReadGroup;
+    if (readers == FileReaders::Everybody)
+        permissions |= QFileDevice::ReadOther;
+    return permissions;
+}
+
 } // namespace
 
 Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs)
@@ -90,22 +100,26 @@ Failure makeOwnerFolder(const QString &folder)
     return {};
 }
 
-Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *file)> &write)
+Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *file)> &write,
+                       FileReaders readers)
 {
-    return fillOwnerFile(path, [&write](QIODevice *file) {
-        write(file);
-        return Failure();
-    });
+    return fillOwnerFile(
+        path,
+        [&write](QIODevice *file) {
+            write(file);
+            return Failure();
+        },
+        readers);
 }
 
-Failure fillOwnerFile(const QString &path, const std::function<Failure(QIODevice *file)> &fill)
+Failure fillOwnerFile(const QString &path, const std::function<Failure(QIODevice *file)> &fill,
+                      FileReaders readers)
 {
     if (const Failure failure = checkOutputFile(path, {}))
         return failure;
     QSaveFile file(path);
     errno = 0;
-    if (!file.open(QIODevice::WriteOnly)
-        || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(permissionsFor(readers)))
         return cannotWrite(path, file.errorString());
     errno = 0;
     if (const Failure failure = fill(&file)) {

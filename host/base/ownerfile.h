@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// A file about people: for its owner only.
+// A file about people: for its owner only, unless others are let in.
 #pragma once
 
 #include "host/base/failure.h"
@@ -20,10 +20,19 @@ Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs);
 /// as it is. Fails where no file can be made in it.
 Failure makeOwnerFolder(const QString &folder);
 
-/// Writes a file that nobody else may read. It is whole or not there: what stood there before stays
-/// until all is written, and anything but a regular file stays as it is. Fails with the system's
-/// words.
-Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *file)> &write);
+/// Who may read a file besides its owner.
+enum class FileReaders {
+    Nobody,
+    Group,
+    Everybody,
+};
+
+/// Writes a file that nobody else may read, unless `readers` lets them. It is whole or not there:
+/// what stood there before stays until all is written, and anything but a regular file stays as it
+/// is. Fails with the system's words.
+Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *file)> &write,
+                       FileReaders readers = FileReaders::Nobody);
 
 /// The same for what can fail by itself: then nothing is written, and that failure is the result.
-Failure fillOwnerFile(const QString &path, const std::function<Failure(QIODevice *file)> &fill);
+Failure fillOwnerFile(const QString &path, const std::function<Failure(QIODevice *file)> &fill,
+                      FileReaders readers = FileReaders::Nobody);

@@ -155,6 +155,12 @@ QString summaryText(const Changes &changes, int width)
     return text;
 }
 
+bool isWorthTelling(const ChangedPerson &person)
+{
+    return !person.kinds.isEmpty() || !person.messages.isEmpty() || !person.notDone.isEmpty()
+        || !person.uncertain.isEmpty();
+}
+
 QVector<int> worstFirst(const Changes &changes)
 {
     std::vector<std::pair<int, int>> order;

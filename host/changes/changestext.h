@@ -12,6 +12,9 @@ QString kindText(ChangeKind kind, qint64 count);
 /// each kind that occurs, the worst first.
 QString summaryText(const Changes &changes, int width);
 
+/// People of whom there is something to tell: a kind, a message, something left undone or
+/// uncertain. The others have rows that are only written again.
+bool isWorthTelling(const ChangedPerson &person);
 /// Places in Changes::people, the worst first: errors, what was not done, who ends, moves, comes
 /// back, comes; people without any of these in their order.
 QVector<int> worstFirst(const Changes &changes);

@@ -13,11 +13,12 @@
 #include "host/commands/runcommand.h"
 #include "host/commands/sandboxcommand.h"
 #include "host/commands/sqlcommand.h"
+#include "host/commands/statuscommand.h"
 #include "host/commands/undocommand.h"
 
 QVector<Command> allCommands()
 {
-    return {runCommand(),     checkCommand(),  rehearseCommand(), gateCommand(),
-            explainCommand(), undoCommand(),   doctorCommand(),   sqlCommand(),
-            infoCommand(),    configCommand(), sandboxCommand()};
+    return {runCommand(),    checkCommand(),   rehearseCommand(), gateCommand(),
+            statusCommand(), explainCommand(), undoCommand(),     doctorCommand(),
+            sqlCommand(),    infoCommand(),    configCommand(),   sandboxCommand()};
 }

@@ -3,8 +3,7 @@
 // A rehearsal as a page for a browser.
 #include "host/commands/rehearsalpage.h"
 
-#include "host/changes/changestext.h"
-#include "host/database/changetext.h"
+#include "host/changes/changeshtml.h"
 #include "host/rehearsal/limits.h"
 #include "host/rehearsal/verdict.h"
 
@@ -62,20 +61,6 @@ QVariantList kindValues(const Changes &changes)
     return values;
 }
 
-QVariantHash personValues(const ChangedPerson &person, const IdNames &names)
-{
-    QStringList rows;
-    const QVector<PersonChanges> texts = changeTexts(person.rows, names);
-    for (const PersonChanges &text : texts)
-        rows += text.lines;
-    return {{key("number"), person.person.pamId},
-            {key("name"), person.person.name},
-            {key("kinds"), kindNames(person.kinds).join(QStringLiteral(", "))},
-            {key("words"), QVariant(personWords(person, names)).toList()},
-            {key("rows"), rows.join(QLatin1Char('\n'))},
-            {key("marked"), !person.notDone.isEmpty() || !person.messages.isEmpty()}};
-}
-
 } // namespace
 
 QVariantHash rehearsalHtmlValues(const Changes &changes)
@@ -87,12 +72,7 @@ QVariantHash rehearsalHtmlValues(const Changes &changes)
     QStringList notes = changes.rehearsal.warnings + changes.rehearsal.leftOut;
     for (const Finding &finding : changes.rehearsal.findings)
         notes.append(codedLine(finding));
-    QVariantList people;
-    const QVector<int> places = worstFirst(changes);
-    for (const int place : places) {
-        if (isWorthTelling(changes.people.at(place)))
-            people.append(personValues(changes.people.at(place), changes.names));
-    }
+    const QVariantList people = peopleHtmlValues(changes);
     const bool isGood = verdictCode(changes, false) == ExitClean;
     return {{key("title"), Text::tr("What the next pass would change")},
             {key("severity"), key(isGood ? "good" : "error")},

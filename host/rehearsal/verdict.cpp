@@ -3,6 +3,7 @@
 // What a rehearsal comes to.
 #include "host/rehearsal/verdict.h"
 
+#include "host/changes/changestext.h"
 #include "host/rehearsal/limits.h"
 
 #include <QCoreApplication>
@@ -50,12 +51,6 @@ bool isExportUseless(const Changes &changes)
     return std::any_of(findings.cbegin(), findings.cend(), [](const Finding &finding) {
         return finding.code == QLatin1String("E-FILE-NOTHING");
     });
-}
-
-bool isWorthTelling(const ChangedPerson &person)
-{
-    return !person.kinds.isEmpty() || !person.messages.isEmpty() || !person.notDone.isEmpty()
-        || !person.uncertain.isEmpty();
 }
 
 int tellingPeople(const Changes &changes)

@@ -11,9 +11,6 @@ QVector<LimitOutcome> exceededLimits(const Changes &changes);
 /// The export has no line that the plugin takes.
 bool isExportUseless(const Changes &changes);
 
-/// People of whom there is something to tell: a kind, a message, something left undone or
-/// uncertain. The others have rows that are only written again.
-bool isWorthTelling(const ChangedPerson &person);
 int tellingPeople(const Changes &changes);
 
 /// One sentence: whether the pass may go through.

@@ -3,8 +3,6 @@
 // Pages for a browser.
 #include "host/report/htmlpage.h"
 
-#include "host/base/ownerfile.h"
-
 #include <grantlee/context.h>
 #include <grantlee/engine.h>
 #include <grantlee/template.h>
@@ -75,11 +73,13 @@ QString htmlPage(const QString &name, const QVariantHash &values, QString *error
     return QString();
 }
 
-Failure writeHtmlPage(const QString &path, const QString &name, const QVariantHash &values)
+Failure writeHtmlPage(const QString &path, const QString &name, const QVariantHash &values,
+                      FileReaders readers)
 {
     QString error;
     const QString page = htmlPage(name, values, &error);
     if (page.isEmpty())
         return {ExitUsage, Text::tr("the page '%1' cannot be made: %2").arg(path, error)};
-    return writeOwnerFile(path, [&page](QIODevice *file) { file->write(page.toUtf8()); });
+    return writeOwnerFile(
+        path, [&page](QIODevice *file) { file->write(page.toUtf8()); }, readers);
 }

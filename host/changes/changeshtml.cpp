@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Changes as values for a page of a browser.
+#include "host/changes/changeshtml.h"
+
+#include "host/changes/changestext.h"
+#include "host/database/changetext.h"
+
+namespace {
+
+QString key(const char *name)
+{
+    return QLatin1String(name);
+}
+
+QVariantHash numberValues(const ChangedPerson &person)
+{
+    QStringList kinds;
+    for (const ChangeKind kind : changeKinds()) {
+        if (person.kinds.has(kind))
+            kinds.append(kindName(kind));
+    }
+    return {{key("number"), person.person.pamId},
+            {key("kinds"), kinds.join(QStringLiteral(", "))},
+            {key("marked"), !person.notDone.isEmpty() || !person.messages.isEmpty()}};
+}
+
+QVariantHash personValues(const ChangedPerson &person, const IdNames &names)
+{
+    QStringList rows;
+    const QVector<PersonChanges> texts = changeTexts(person.rows, names);
+    for (const PersonChanges &text : texts)
+        rows += text.lines;
+    QVariantHash values = numberValues(person);
+    values.insert(key("name"), person.person.name);
+    values.insert(key("words"), QVariant(personWords(person, names)).toList());
+    values.insert(key("rows"), rows.join(QLatin1Char('\n')));
+    return values;
+}
+
+} // namespace
+
+QVariantList peopleHtmlValues(const Changes &changes)
+{
+    QVariantList people;
+    const QVector<int> places = worstFirst(changes);
+    for (const int place : places) {
+        if (isWorthTelling(changes.people.at(place)))
+            people.append(personValues(changes.people.at(place), changes.names));
+    }
+    return people;
+}
+
+QVariantList peopleNumbersHtmlValues(const Changes &changes)
+{
+    QVariantList people;
+    const QVector<int> places = worstFirst(changes);
+    for (const int place : places) {
+        if (isWorthTelling(changes.people.at(place)))
+            people.append(numberValues(changes.people.at(place)));
+    }
+    return people;
+}

@@ -1,0 +1,155 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What a status is taken from, and where it is published.
+#include "host/commands/statussettings.h"
+
+#include "host/cli/gatefolders.h"
+#include "host/cli/options.h"
+#include "host/cli/pluginoptions.h"
+#include "host/commands/databaselook.h"
+#include "host/plugin/datadirectory.h"
+#include "host/plugin/settingsfile.h"
+#include "host/status/databasestatus.h"
+#include "host/status/folderstatus.h"
+#include "host/status/metrics.h"
+#include "host/status/statussite.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(StatusSettings)
+};
+
+/// A value that only the file can hold; empty where it does not.
+QString fileValue(const Options &options, const QString &setting)
+{
+    return options.configuration().entry(setting).value;
+}
+
+/// A relative one counts from the folder of the file.
+QString filePath(const Options &options, const QString &setting)
+{
+    const QString path = fileValue(options, setting);
+    return path.isEmpty()
+        ? path
+        : QDir(QFileInfo(options.configuration().path()).path()).absoluteFilePath(path);
+}
+
+Failure readReaders(const Options &options, FileReaders *readers)
+{
+    const QString setting = QStringLiteral("status/readers");
+    const QString who = fileValue(options, setting);
+    const QStringList names {QStringLiteral("nobody"), QStringLiteral("group"),
+                             QStringLiteral("all")};
+    const int index = who.isEmpty() ? 0 : names.indexOf(who);
+    if (index < 0)
+        return {ExitUsage,
+                Text::tr("'readers' in %1, line %2, takes nobody, group or all, not '%3'")
+                    .arg(options.configuration().path())
+                    .arg(options.configuration().entry(setting).line)
+                    .arg(who)};
+    *readers = static_cast<FileReaders>(index);
+    return {};
+}
+
+Failure readPublishing(const Options &options, StatusSettings *settings)
+{
+    settings->site.folder = filePath(options, QStringLiteral("status/html"));
+    settings->metricsFile = filePath(options, QStringLiteral("metrics/file"));
+    const QString noNames = fileValue(options, QStringLiteral("status/no-names"));
+    if (noNames == QLatin1String("yes") || noNames == QLatin1String("true"))
+        settings->site.texts = PersonalTexts::Hidden;
+    else if (!noNames.isEmpty() && noNames != QLatin1String("no")
+             && noNames != QLatin1String("false"))
+        return {ExitUsage,
+                Text::tr("'no-names' of [status] in %1 takes yes or no, not '%2'")
+                    .arg(options.configuration().path(), noNames)};
+    return readReaders(options, &settings->site.readers);
+}
+
+/// What the plugin's settings tell of place and times, if their folder is named.
+Failure readPluginSettings(const Options &options, StatusSources *sources)
+{
+    QString directory;
+    if (const Failure failure = readDataDirectory(options, &directory))
+        return failure;
+    if (directory.isEmpty())
+        return {};
+    const SettingsFile file(QDir(directory).filePath(QStringLiteral("TalvenHR.ini")));
+    if (const Failure failure = file.check())
+        return failure;
+    const PluginSettings values = file.values();
+    if (sources->place.isEmpty())
+        sources->place = values.importFile;
+    sources->staysInPlace = !file.toBool(QStringLiteral("deleteFile"));
+    sources->tickSeconds = values.tickMilliseconds / 1000;
+    sources->passSeconds = sources->tickSeconds * values.syncInterval;
+    return {};
+}
+
+} // namespace
+
+QStringList publishingSettings()
+{
+    return {QStringLiteral("status/html"), QStringLiteral("status/no-names"),
+            QStringLiteral("status/readers"), QStringLiteral("metrics/file")};
+}
+
+Failure readStatusSettings(const Options &options, StatusSettings *settings)
+{
+    GateFolders folders;
+    if (const Failure failure = readGateFolders(options, &folders))
+        return failure;
+    StatusSources &sources = settings->sources;
+    sources.incoming = folders.incoming;
+    sources.archive = folders.archive;
+    sources.refused = folders.refused;
+    sources.state = folders.state;
+    sources.place = folders.place;
+    sources.lateAfter = folders.lateAfter;
+    if (const Failure failure = readPluginSettings(options, &sources))
+        return failure;
+    if (const Failure failure = readDatabaseOptions(options, &settings->database))
+        return failure;
+    sources.namesDatabase = !settings->database.isDefault;
+    return readPublishing(options, settings);
+}
+
+Status takeStatus(const StatusSettings &settings)
+{
+    Status status = readStatus(settings.sources, QDateTime::currentDateTime());
+    if (settings.database.isDefault) {
+        status.unknown.append({Text::tr("the database"), Text::tr("none is named"), false});
+        return status;
+    }
+    DatabaseLook database;
+    Failure failure = database.open(settings.database);
+    if (!failure)
+        failure = addDatabase(database.handle(), &status);
+    status.databaseTrouble = failure.text;
+    return status;
+}
+
+Failure publishStatus(const StatusSettings &settings)
+{
+    if (settings.site.folder.isEmpty() && settings.metricsFile.isEmpty())
+        return {};
+    return publishStatus(takeStatus(settings), settings);
+}
+
+Failure publishStatus(const Status &status, const StatusSettings &settings)
+{
+    Failure metrics;
+    if (!settings.metricsFile.isEmpty())
+        metrics = writeMetrics(status, settings.metricsFile);
+    if (!settings.site.folder.isEmpty()) {
+        if (const Failure failure = writeSite(status, settings.site))
+            return failure;
+    }
+    return metrics;
+}

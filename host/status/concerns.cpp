@@ -1,0 +1,208 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// What somebody has to look at.
+#include "host/status/concerns.h"
+
+#include "host/base/shellword.h"
+#include "host/status/statustexts.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(Concerns)
+};
+
+const qint64 graceSeconds = 600;
+const qint64 unknownInterval = 86400; // seconds that an export may lie in place
+
+/// Collects what is to be said, by topic.
+class Concerns
+{
+public:
+    explicit Concerns(const Status &wholeStatus) :
+        status(wholeStatus)
+    { }
+
+    QVector<Concern> all()
+    {
+        tellExports();
+        tellPlace();
+        tellPass();
+        tellLosses();
+        tellUnknown();
+        std::stable_sort(concerns.begin(), concerns.end(),
+                         [](const Concern &one, const Concern &other) {
+                             return rank(one.level) < rank(other.level);
+                         });
+        return concerns;
+    }
+
+private:
+    static int rank(Level level)
+    {
+        switch (level) {
+        case Level::Critical:
+            return 0;
+        case Level::Warning:
+            return 1;
+        case Level::Unknown:
+            return 2;
+        case Level::Ok:
+            break;
+        }
+        return 3;
+    }
+
+    void add(Level level, const QString &text, const QString &remedy = QString())
+    {
+        concerns.append({level, text, remedy});
+    }
+
+    void tellExports()
+    {
+        const GateRecord *const last = lastRecord(status);
+        if (status.isLate)
+            add(Level::Critical,
+                last ? Text::tr("no export has come for %1").arg(ageText(last->when, status.now))
+                     : Text::tr("no export has come yet, and one is late"),
+                Text::tr("ask whoever runs the HR system"));
+        if (!last)
+            return;
+        if (last->outcome == GateRecord::Refused)
+            add(Level::Critical, Text::tr("the last export was refused: %1").arg(reasonText(*last)),
+                Text::tr("see %1.txt in the folder of refused exports; 'talvenhr gate --release "
+                         "%1 --reason TEXT' lets it through")
+                    .arg(last->name));
+        if (last->outcome == GateRecord::Passing && last->when.secsTo(status.now) > graceSeconds)
+            add(Level::Warning,
+                Text::tr("the gate was stopped while it put an export in place, %1 ago")
+                    .arg(ageText(last->when, status.now)),
+                Text::tr("run 'talvenhr gate', which ends its road"));
+        const GateRecord *const passed = lastPassed(status.records);
+        if (passed && passed->fates.dropped > 0)
+            add(Level::Warning,
+                Text::tr("lines of the last export that come to nothing: %1")
+                    .arg(passed->fates.dropped),
+                Text::tr("see %1.check.html in the archive").arg(passed->name));
+    }
+
+    void tellPlace()
+    {
+        if (!isUnread(status))
+            return;
+        if (status.place.record.isEmpty() && !status.records.isEmpty())
+            add(Level::Warning, Text::tr("what lies in place has not come through the gate"),
+                Text::tr("see who writes '%1'").arg(status.sources.place));
+        const qint64 interval = status.sources.passSeconds > 0
+            ? 2 * status.sources.passSeconds + graceSeconds
+            : unknownInterval;
+        if (status.place.since.secsTo(status.now) > interval)
+            add(Level::Critical,
+                Text::tr("the export in place has not been read for %1")
+                    .arg(ageText(status.place.since, status.now)),
+                Text::tr("see whether the attendance server runs with the plugin enabled, and "
+                         "reaches its database"));
+    }
+
+    void tellPass()
+    {
+        const PassStatus &pass = status.pass;
+        const qint64 errors = pass.summary ? (*pass.summary)[ChangeKind::Errors] : 0;
+        const bool isRehearsed = pass.source == PassStatus::FromPlace;
+        if (errors > 0)
+            add(Level::Critical,
+                isRehearsed ? Text::tr("errors in the rehearsal of the last pass: %1").arg(errors)
+                            : Text::tr("errors of the last pass: %1").arg(errors),
+                Text::tr("docs/recovery.md tells what each of them costs"));
+        const int waiting = waitingCount();
+        if (waiting > 0)
+            add(Level::Warning, Text::tr("left undone by the last pass: %1").arg(waiting));
+        const bool isOwn = pass.source == PassStatus::FromChanges;
+        const qint64 interval = status.sources.passSeconds;
+        if (isOwn && interval > 0 && pass.when.secsTo(status.now) > 2 * interval + graceSeconds)
+            add(Level::Critical, Text::tr("no pass for %1").arg(ageText(pass.when, status.now)),
+                Text::tr("see whether 'talvenhr run' or the attendance server is at work"));
+    }
+
+    /// What waits for somebody. Leave that is not at rest comes by itself.
+    int waitingCount() const
+    {
+        return static_cast<int>(std::count_if(
+            status.waiting.cbegin(), status.waiting.cend(), [](const WaitingPerson &waiting) {
+                return waiting.what == NotDone::Branch || waiting.what == NotDone::Group
+                    || waiting.what == NotDone::Refused;
+            }));
+    }
+
+    void tellLosses()
+    {
+        const auto certain = std::count_if(
+            status.lost.cbegin(), status.lost.cend(),
+            [](const LostPerson &lost) { return lost.uncertain.isEmpty(); });
+        const QString remedy = Text::tr("'talvenhr status' tells who they are and what brings it "
+                                        "back");
+        if (certain > 0)
+            add(Level::Critical, Text::tr("people whom a pass has lost: %1").arg(certain), remedy);
+        else if (!status.lost.isEmpty())
+            add(Level::Warning,
+                Text::tr("people whom a pass may have lost: %1").arg(status.lost.size()), remedy);
+    }
+
+    void tellUnknown()
+    {
+        if (!status.databaseTrouble.isEmpty())
+            add(Level::Unknown, status.databaseTrouble);
+        for (const UnknownMatter &matter : status.unknown) {
+            if (matter.isTrouble)
+                add(Level::Unknown, Text::tr("%1: %2").arg(matter.about, matter.reason));
+        }
+        if (status.records.isEmpty() && status.pass.source == PassStatus::Unknown)
+            add(Level::Unknown, Text::tr("nothing is known of any export or pass"),
+                Text::tr("name the folders of the gate, or with --changes those of passes"));
+    }
+
+    const Status &status;
+    QVector<Concern> concerns;
+};
+
+} // namespace
+
+QString levelName(Level level)
+{
+    switch (level) {
+    case Level::Ok:
+        return QStringLiteral("OK");
+    case Level::Warning:
+        return QStringLiteral("WARNING");
+    case Level::Critical:
+        return QStringLiteral("CRITICAL");
+    case Level::Unknown:
+        break;
+    }
+    return QStringLiteral("UNKNOWN");
+}
+
+QVector<Concern> concernsOf(const Status &status)
+{
+    return Concerns(status).all();
+}
+
+Level levelOf(const QVector<Concern> &concerns)
+{
+    return concerns.isEmpty() ? Level::Ok : concerns.constFirst().level;
+}
+
+QString verdictOf(const QVector<Concern> &concerns)
+{
+    QStringList texts;
+    for (const Concern &concern : concerns)
+        texts.append(concern.text);
+    const QString text = texts.isEmpty() ? Text::tr("exports and passes are as they should be")
+                                         : texts.join(QStringLiteral("; "));
+    return QStringLiteral("%1 - %2").arg(levelName(levelOf(concerns)), text);
+}

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// When what ran, how it ended, and what waits.
+#pragma once
+
+#include "host/gate/gaterecord.h"
+#include "host/status/losses.h"
+#include "host/status/statussources.h"
+
+#include <QMap>
+
+#include <optional>
+
+/// The file that the plugin reads.
+struct PlaceStatus
+{
+    bool isThere = false;
+    QDateTime since; ///< the file's last writing
+    qint64 size = 0;
+    QString record; ///< of the gate, that has let it through; empty: the gate knows nothing of it
+    QDateTime folderChanged; ///< when something last came to the folder, or went
+};
+
+/// The last pass that is known of.
+struct PassStatus
+{
+    enum Source {
+        Unknown,
+        FromChanges, ///< a file of changes tells of the pass
+        FromPlace, ///< an export of the gate is no longer in its place; figures are the rehearsal's
+    };
+
+    Source source = Unknown;
+    QDateTime notBefore;
+    QDateTime when; ///< not later than that; not valid: nobody knows
+    bool forced = false;
+    QString file; ///< of the changes, or name of the gate's record
+    ExportIdentity exported;
+    std::optional<KindCounts> summary;
+    QMap<QString, int> errors; ///< by the database's code, "other" for those without one
+    QMap<QString, int> rows; ///< that differ, by table
+};
+
+/// Something that the last pass has left undone.
+struct WaitingPerson
+{
+    Person person;
+    NotDone::What what = NotDone::Branch;
+    QString text; ///< the plugin's or the server's words
+};
+
+struct FolderStatus
+{
+    QString name; ///< of the setting: "archive"
+    QString path;
+    int files = 0;
+    qint64 bytes = 0;
+};
+
+/// What only the database tells.
+struct DatabaseStatus
+{
+    bool forced = false; ///< the force variable is set
+    qint64 queue = 0; ///< rows that terminals have not fetched
+    QString run; ///< who runs the plugin by `talvenhr run`; empty: nobody
+};
+
+/// Something that cannot be known, and why.
+struct UnknownMatter
+{
+    QString about;
+    QString reason;
+    bool isTrouble = true; ///< else nobody has named the thing
+};
+
+/// A plain value.
+struct Status
+{
+    QDateTime now;
+    StatusSources sources;
+    QVector<GateRecord> records; ///< oldest first
+    PlaceStatus place;
+    PassStatus pass;
+    QVector<WaitingPerson> waiting;
+    QVector<LostPerson> lost;
+    bool lossesAreKnown = false;
+    std::optional<DatabaseStatus> database;
+    QString databaseTrouble; ///< why there is none, in the server's words
+    QVector<FolderStatus> folders;
+    int incomingFiles = 0;
+    bool isLate = false;
+    QVector<UnknownMatter> unknown;
+};
+
+/// Null where there is none. The last export that came, whatever became of it.
+const GateRecord *lastRecord(const Status &status);
+/// The last export that went through.
+const GateRecord *lastPassed(const QVector<GateRecord> &records);
+/// An export lies in place that the plugin is still to read.
+bool isUnread(const Status &status);
+/// When the next pass is due at the latest; not valid where nobody can know.
+QDateTime nextPassDue(const Status &status);

@@ -1,0 +1,226 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// A status as a report: a page of text.
+#include "host/status/statusreport.h"
+
+#include "host/base/oneline.h"
+#include "host/status/statustexts.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(StatusReport)
+};
+
+const int shownPeople = 10;
+
+QString ago(const QDateTime &moment, const Status &status)
+{
+    return Text::tr("%1 (%2 ago)").arg(momentText(moment), ageText(moment, status.now));
+}
+
+QString exportText(const GateRecord &record, const Status &status)
+{
+    QString text = Text::tr("%1, %2: %3, %4, lines: %5")
+                       .arg(ago(record.when, status), outcomeText(record),
+                            oneLine(record.exported.name), sizeText(record.exported.size),
+                            QString::number(record.exported.lines));
+    const QString reason = reasonText(record);
+    return reason.isEmpty() ? text : Text::tr("%1; %2").arg(text, reason);
+}
+
+QString placeText(const Status &status)
+{
+    const PlaceStatus &place = status.place;
+    if (status.sources.place.isEmpty())
+        return Text::tr("unknown");
+    if (!place.isThere)
+        return Text::tr("nothing lies in '%1'").arg(status.sources.place);
+    const QString what = place.record.isEmpty() ? Text::tr("a file the gate does not know")
+                                                : Text::tr("export %1").arg(place.record);
+    return isUnread(status) ? Text::tr("%1, unread since %2").arg(what, ago(place.since, status))
+                            : Text::tr("%1, since %2").arg(what, ago(place.since, status));
+}
+
+QString passText(const Status &status)
+{
+    const PassStatus &pass = status.pass;
+    const QString figures = pass.summary ? figuresText(*pass.summary) : QString();
+    switch (pass.source) {
+    case PassStatus::FromChanges:
+        return pass.forced ? Text::tr("%1, forced: %2").arg(ago(pass.when, status), figures)
+                           : Text::tr("%1: %2").arg(ago(pass.when, status), figures);
+    case PassStatus::FromPlace: {
+        const QString when = pass.when.isValid()
+            ? Text::tr("%1, when the export was gone").arg(ago(pass.when, status))
+            : Text::tr("after %1, when the export went into place").arg(momentText(pass.notBefore));
+        return figures.isEmpty() ? when : Text::tr("%1; as rehearsed: %2").arg(when, figures);
+    }
+    case PassStatus::Unknown:
+        break;
+    }
+    return Text::tr("unknown");
+}
+
+QString nextText(const Status &status)
+{
+    const QDateTime due = nextPassDue(status);
+    if (status.database && status.database->forced)
+        return due.isValid()
+            ? Text::tr("with the next tick, for it is forced; by %1").arg(momentText(due))
+            : Text::tr("with the next tick, for it is forced");
+    const QString every = status.sources.passSeconds > 0
+        ? Text::tr("every %1").arg(durationText(status.sources.passSeconds))
+        : QString();
+    if (due >= status.now)
+        return Text::tr("by %1, %2").arg(momentText(due), every);
+    return every.isEmpty() ? Text::tr("unknown") : every;
+}
+
+QString foldersText(const Status &status)
+{
+    QStringList texts;
+    for (const FolderStatus &folder : status.folders)
+        texts.append(Text::tr("%1 %2 in files: %3")
+                         .arg(folder.name, sizeText(folder.bytes), QString::number(folder.files)));
+    return texts.join(QStringLiteral(", "));
+}
+
+/// One line for each thing that is waited for.
+QString waitingText(const Status &status)
+{
+    QStringList texts;
+    for (const NotDone::What what :
+         {NotDone::Branch, NotDone::Group, NotDone::Refused, NotDone::LeaveNotAtRest,
+          NotDone::LeaveCorrectedToday, NotDone::TestMode}) {
+        const auto count = std::count_if(
+            status.waiting.cbegin(), status.waiting.cend(),
+            [what](const WaitingPerson &waiting) { return waiting.what == what; });
+        if (count > 0)
+            texts.append(Text::tr("for %2: %1").arg(count).arg(whatText(what)));
+    }
+    return texts.isEmpty() ? Text::tr("nobody") : texts.join(QStringLiteral("; "));
+}
+
+Section headSection(const QVector<Concern> &concerns)
+{
+    Section section;
+    section.table.columns = {{QString(), Text::tr("Status")}, {QString(), QString()}};
+    if (concerns.isEmpty())
+        section.table.rows.append(
+            {levelName(Level::Ok), Text::tr("exports and passes are as they should be")});
+    for (const Concern &concern : concerns)
+        section.table.rows.append({levelName(concern.level),
+                                   concern.remedy.isEmpty()
+                                       ? concern.text
+                                       : Text::tr("%1. Do: %2").arg(concern.text, concern.remedy)});
+    return section;
+}
+
+QString moreText(int count)
+{
+    return Text::tr("… and %1 more; --json has all of them").arg(count - shownPeople);
+}
+
+Section lostSection(const Status &status, PersonalTexts texts)
+{
+    Section section;
+    section.title = Text::tr("Lost by a pass");
+    section.table.columns = {{QString(), Text::tr("Person")},
+                             {QString(), Text::tr("Brought back by")},
+                             {QString(), Text::tr("Missing")}};
+    for (const LostPerson &lost : status.lost.mid(0, shownPeople)) {
+        QStringList remedies;
+        for (const Remedy remedy : lost.remedies)
+            remedies.append(remedyText(remedy));
+        QStringList words = missingWords(lost, texts);
+        if (!lost.uncertain.isEmpty())
+            words.append(Text::tr("not certain: %1").arg(lost.uncertain.join(QLatin1Char(' '))));
+        section.table.rows.append({personText(lost.person, texts),
+                                   remedies.join(QStringLiteral("; ")),
+                                   words.join(QStringLiteral("; "))});
+    }
+    if (status.lost.size() > shownPeople)
+        section.table.rows.append({QStringLiteral("…"), QString(), moreText(status.lost.size())});
+    return section;
+}
+
+Section waitingSection(const Status &status, PersonalTexts texts)
+{
+    Section section;
+    section.title = Text::tr("Waiting");
+    section.table.columns = {{QString(), Text::tr("Person")}, {QString(), Text::tr("For")}};
+    for (const WaitingPerson &waiting : status.waiting.mid(0, shownPeople))
+        section.table.rows.append({personText(waiting.person, texts), whatText(waiting.what)});
+    if (status.waiting.size() > shownPeople)
+        section.table.rows.append({QStringLiteral("…"), moreText(status.waiting.size())});
+    return section;
+}
+
+} // namespace
+
+Section statusFigures(const Status &status)
+{
+    Section section;
+    const auto add = [&section](const QString &label, const QString &shown) {
+        section.figures.append({QString(), label, QVariant(), shown});
+    };
+    const GateRecord *const last = lastRecord(status);
+    const GateRecord *const passed = lastPassed(status.records);
+    add(Text::tr("Last export"), last ? exportText(*last, status) : Text::tr("unknown"));
+    if (passed && passed != last)
+        add(Text::tr("Last passed"), exportText(*passed, status));
+    add(Text::tr("In place"), placeText(status));
+    if (!status.sources.incoming.isEmpty())
+        add(Text::tr("Incoming"), Text::tr("files: %1").arg(status.incomingFiles));
+    add(Text::tr("Last pass"), passText(status));
+    add(Text::tr("Waiting"), waitingText(status));
+    add(Text::tr("Lost"),
+        status.lossesAreKnown ? Text::tr("people: %1").arg(status.lost.size())
+                              : Text::tr("unknown"));
+    add(Text::tr("Next pass"), nextText(status));
+    if (status.database) {
+        add(Text::tr("Terminals"), Text::tr("news not fetched: %1").arg(status.database->queue));
+        add(Text::tr("talvenhr run"),
+            status.database->run.isEmpty() ? Text::tr("nobody") : status.database->run);
+    }
+    if (!status.folders.isEmpty())
+        add(Text::tr("Folders"), foldersText(status));
+    for (const UnknownMatter &matter : status.unknown) {
+        if (!matter.isTrouble)
+            add(Text::tr("Not known"), Text::tr("%1: %2").arg(matter.about, matter.reason));
+    }
+    return section;
+}
+
+Report statusPage(const Status &status, PersonalTexts texts)
+{
+    Report report;
+    report.sections = {headSection(concernsOf(status)), statusFigures(status)};
+    if (!status.waiting.isEmpty())
+        report.sections.append(waitingSection(status, texts));
+    if (!status.lost.isEmpty())
+        report.sections.append(lostSection(status, texts));
+    report.verdict.exitCode = exitCodeOf(status);
+    return report;
+}
+
+QString recoveryText(const Status &status)
+{
+    const QStringList steps = recoverySteps(status);
+    return steps.isEmpty() ? QString()
+                           : Text::tr("To bring back what is lost:\n\n    %1\n")
+                                 .arg(steps.join(QStringLiteral("\n    ")));
+}
+
+ExitCode exitCodeOf(const Status &status)
+{
+    if (!status.databaseTrouble.isEmpty())
+        return ExitDatabase;
+    return concernsOf(status).isEmpty() ? ExitClean : ExitErrors;
+}

@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// Texts that all pages of a status have.
+#include "host/status/statustexts.h"
+
+#include "host/base/oneline.h"
+#include "host/changes/changestext.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(StatusTexts)
+};
+
+} // namespace
+
+QString momentText(const QDateTime &moment)
+{
+    return moment.isValid() ? moment.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
+                            : QString();
+}
+
+QString durationText(qint64 seconds)
+{
+    const qint64 minutes = seconds / 60;
+    const qint64 hours = minutes / 60;
+    if (hours >= 48)
+        return Text::tr("%1 days").arg(hours / 24);
+    if (hours > 0)
+        return Text::tr("%1 h %2 min").arg(hours).arg(minutes % 60);
+    return minutes > 0 ? Text::tr("%1 min").arg(minutes) : Text::tr("%1 s").arg(seconds);
+}
+
+QString ageText(const QDateTime &since, const QDateTime &now)
+{
+    return durationText(qMax(since.secsTo(now), Q_INT64_C(0)));
+}
+
+QString sizeText(qint64 bytes)
+{
+    return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
+}
+
+QString reasonText(const GateRecord &record)
+{
+    if (record.outcome != GateRecord::Refused)
+        return QString();
+    QStringList texts;
+    for (const RefusalReason &reason : record.reasons)
+        texts.append(oneLine(reason.text));
+    return texts.isEmpty() ? Text::tr("its record gives no reason")
+                           : texts.join(QStringLiteral("; "));
+}
+
+QString outcomeText(const GateRecord &record)
+{
+    switch (record.outcome) {
+    case GateRecord::Passing:
+        return Text::tr("on its way");
+    case GateRecord::Passed:
+        return record.release ? Text::tr("let through by %1").arg(oneLine(record.release->by))
+                              : Text::tr("passed");
+    case GateRecord::Refused:
+        return Text::tr("refused");
+    case GateRecord::Superseded:
+        break;
+    }
+    return Text::tr("superseded by a newer one");
+}
+
+QString figuresText(const KindCounts &summary)
+{
+    QStringList parts;
+    for (const ChangeKind kind : {ChangeKind::Added, ChangeKind::Revived, ChangeKind::Updated,
+                                  ChangeKind::Ended, ChangeKind::Moved, ChangeKind::Leave,
+                                  ChangeKind::Waiting, ChangeKind::Dropped, ChangeKind::Errors}) {
+        const bool isAlways = kind == ChangeKind::Added || kind == ChangeKind::Updated
+            || kind == ChangeKind::Waiting || kind == ChangeKind::Errors;
+        if (isAlways || summary[kind] != 0)
+            parts.append(QStringLiteral("%1 %2").arg(kindName(kind)).arg(summary[kind]));
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+QString whatText(NotDone::What what)
+{
+    switch (what) {
+    case NotDone::Branch:
+        return Text::tr("a branch with the number of the export");
+    case NotDone::Group:
+        return Text::tr("a group of the branch that carries the calendar");
+    case NotDone::LeaveNotAtRest:
+        return Text::tr("attendance to be calculated, before leave is corrected");
+    case NotDone::LeaveCorrectedToday:
+        return Text::tr("another day, for leave was corrected today");
+    case NotDone::TestMode:
+        return Text::tr("the end of test mode");
+    case NotDone::Refused:
+        break;
+    }
+    return Text::tr("somebody who mends what the database has refused");
+}
+
+QString personText(const Person &person, PersonalTexts texts)
+{
+    const QString number = person.pamId.isEmpty() ? Text::tr("uid %1").arg(person.uid)
+                                                  : oneLine(person.pamId);
+    return texts == PersonalTexts::Hidden || person.name.isEmpty()
+        ? number
+        : QStringLiteral("%1 %2").arg(number, oneLine(person.name));
+}
+
+QStringList missingWords(const LostPerson &lost, PersonalTexts texts)
+{
+    if (texts == PersonalTexts::Shown) {
+        const QStringList words = personWords(lost.missing, lost.names);
+        if (!words.isEmpty())
+            return words;
+    }
+    QStringList kinds;
+    for (const ChangeKind kind : changeKinds()) {
+        if (lost.missing.kinds.has(kind))
+            kinds.append(kindName(kind));
+    }
+    return kinds;
+}
+
+QString remedyText(Remedy remedy)
+{
+    switch (remedy) {
+    case Remedy::Force:
+        return Text::tr("a forced pass");
+    case Remedy::Restart:
+        return Text::tr("a restart of the plugin");
+    case Remedy::Rejoin:
+        return Text::tr("a forced pass without the row of brape");
+    case Remedy::Replan:
+        return Text::tr("a forced pass without the row of groups_plan");
+    case Remedy::ByHand:
+        break;
+    }
+    return Text::tr("enrolment in PaM by hand");
+}
