@@ -127,10 +127,14 @@ Status takeStatus(const StatusSettings &settings)
         status.unknown.append({Text::tr("the database"), Text::tr("none is named"), false});
         return status;
     }
-    DatabaseLook database;
-    Failure failure = database.open(settings.database);
+    DatabaseLook look;
+    // A private one is read as its administrator.
+    Connection connection(QStringLiteral("status"));
+    Failure failure = look.open(settings.database);
     if (!failure)
-        failure = addDatabase(database.handle(), &status);
+        failure = connection.open(withTimeLimits(look.parameters(), DatabaseLook::patience));
+    if (!failure)
+        failure = addDatabase(connection.handle(), &status);
     status.databaseTrouble = failure.text;
     return status;
 }

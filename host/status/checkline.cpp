@@ -39,8 +39,8 @@ QStringList figuresOf(const Status &status)
     }
     if (status.lossesAreKnown)
         figures.append(figure("lost", status.lost.size()));
-    if (status.database)
-        figures.append(figure("queue", status.database->queue));
+    if (status.database && status.database->queue)
+        figures.append(figure("queue", *status.database->queue));
     for (const FolderStatus &folder : status.folders)
         figures.append(figure(qPrintable(folder.name + QLatin1String("_size")), folder.bytes, "B"));
     return figures;

@@ -3,7 +3,6 @@
 // What somebody has to look at.
 #include "host/status/concerns.h"
 
-#include "host/base/shellword.h"
 #include "host/status/statustexts.h"
 
 #include <QCoreApplication>
@@ -119,7 +118,8 @@ private:
                 isRehearsed ? Text::tr("errors in the rehearsal of the last pass: %1").arg(errors)
                             : Text::tr("errors of the last pass: %1").arg(errors),
                 Text::tr("docs/recovery.md tells what each of them costs"));
-        const int waiting = waitingCount();
+        const auto waiting = std::count_if(status.waiting.cbegin(), status.waiting.cend(),
+                                           waitsForSomebody);
         if (waiting > 0)
             add(Level::Warning, Text::tr("left undone by the last pass: %1").arg(waiting));
         const bool isOwn = pass.source == PassStatus::FromChanges;
@@ -129,23 +129,12 @@ private:
                 Text::tr("see whether 'talvenhr run' or the attendance server is at work"));
     }
 
-    /// What waits for somebody. Leave that is not at rest comes by itself.
-    int waitingCount() const
-    {
-        return static_cast<int>(std::count_if(
-            status.waiting.cbegin(), status.waiting.cend(), [](const WaitingPerson &waiting) {
-                return waiting.what == NotDone::Branch || waiting.what == NotDone::Group
-                    || waiting.what == NotDone::Refused;
-            }));
-    }
-
     void tellLosses()
     {
         const auto certain = std::count_if(
             status.lost.cbegin(), status.lost.cend(),
             [](const LostPerson &lost) { return lost.uncertain.isEmpty(); });
-        const QString remedy = Text::tr("'talvenhr status' tells who they are and what brings it "
-                                        "back");
+        const QString remedy = Text::tr("see below who they are and what brings it back");
         if (certain > 0)
             add(Level::Critical, Text::tr("people whom a pass has lost: %1").arg(certain), remedy);
         else if (!status.lost.isEmpty())

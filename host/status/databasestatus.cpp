@@ -38,17 +38,23 @@ Failure readFacts(const QSqlDatabase &database, DatabaseStatus *facts)
         "SELECT value FROM vars WHERE name = 'OQS.THRWorker.forceSync'");
     if (const Failure failure = ask(database, force, &forced))
         return failure;
-    QVariant queue;
-    if (const Failure failure = ask(database, QStringLiteral("SELECT COUNT(*) FROM term_sync"),
-                                    &queue))
-        return failure;
     QString error;
     facts->run = runLockHolder(database, &error);
     if (!error.isEmpty())
         return {ExitDatabase, Text::tr("the database does not tell who runs: %1").arg(error)};
     facts->forced = forced.toBool();
-    facts->queue = queue.toLongLong();
     return {};
+}
+
+/// The plugin's own account may not read it.
+void readQueue(const QSqlDatabase &database, Status *status)
+{
+    QVariant queue;
+    if (const Failure failure = ask(database, QStringLiteral("SELECT COUNT(*) FROM term_sync"),
+                                    &queue))
+        status->unknown.append({Text::tr("the queue of the terminals"), failure.text, true});
+    else
+        status->database->queue = queue.toLongLong();
 }
 
 } // namespace
@@ -59,6 +65,7 @@ Failure addDatabase(const QSqlDatabase &database, Status *status)
     if (const Failure failure = readFacts(database, &facts))
         return failure;
     status->database = facts;
+    readQueue(database, status);
     const QVector<RehearsedExport> rehearsals = readRehearsals(*status);
     status->lossesAreKnown = true;
     if (rehearsals.isEmpty())

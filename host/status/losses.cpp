@@ -180,15 +180,20 @@ bool missingCells(const RowHope &hope, const TableRow &current, Change *missing)
 {
     bool any = false;
     *missing = hope.last;
+    for (int place = 0; place < missing->columns.size(); ++place) {
+        const auto cell = hope.cells.constFind(missing->columns.at(place));
+        if (cell != hope.cells.cend())
+            missing->after[place] = cell->wanted;
+    }
     missing->before = missing->after;
     for (int place = 0; place < missing->columns.size(); ++place) {
         const auto cell = hope.cells.constFind(missing->columns.at(place));
-        if (cell == hope.cells.cend() || isEqual(current.value(place), cell->wanted))
+        const QVariant is = current.value(place);
+        if (cell == hope.cells.cend() || isEqual(is, cell->wanted))
             continue;
-        if (std::any_of(cell->before.cbegin(), cell->before.cend(), [&](const QVariant &before) {
-                return isEqual(current.value(place), before);
-            })) {
-            missing->before[place] = current.value(place);
+        if (std::any_of(cell->before.cbegin(), cell->before.cend(),
+                        [&is](const QVariant &before) { return isEqual(is, before); })) {
+            missing->before[place] = is;
             any = true;
         }
     }

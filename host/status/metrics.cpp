@@ -209,8 +209,9 @@ QByteArray metricsText(const Status &status)
         families.single("lost_people", "People who are not as the passes should have left them.",
                         status.lost.size());
     if (status.database) {
-        families.single("terminal_queue_rows", "News that terminals have not fetched.",
-                        status.database->queue);
+        if (status.database->queue)
+            families.single("terminal_queue_rows", "News that terminals have not fetched.",
+                            *status.database->queue);
         families.single("pass_is_forced", "1 while the force variable is set.",
                         status.database->forced ? 1 : 0);
     }

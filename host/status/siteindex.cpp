@@ -69,9 +69,11 @@ QVariantList lostValues(const Status &status, PersonalTexts texts)
 QVariantList waitingValues(const Status &status, PersonalTexts texts)
 {
     QVariantList values;
-    for (const WaitingPerson &waiting : status.waiting)
-        values.append(QVariantHash {{key("person"), personText(waiting.person, texts)},
-                                    {key("what"), whatText(waiting.what)}});
+    for (const WaitingPerson &waiting : status.waiting) {
+        if (waitsForSomebody(waiting))
+            values.append(QVariantHash {{key("person"), personText(waiting.person, texts)},
+                                        {key("what"), whatText(waiting.what)}});
+    }
     return values;
 }
 

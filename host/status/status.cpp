@@ -18,6 +18,12 @@ const GateRecord *lastPassed(const QVector<GateRecord> &records)
     return found == records.crend() ? nullptr : &*found;
 }
 
+bool waitsForSomebody(const WaitingPerson &waiting)
+{
+    return waiting.what == NotDone::Branch || waiting.what == NotDone::Group
+        || waiting.what == NotDone::Refused;
+}
+
 bool isUnread(const Status &status)
 {
     return status.place.isThere && !status.sources.staysInPlace;

@@ -61,7 +61,7 @@ struct FolderStatus
 struct DatabaseStatus
 {
     bool forced = false; ///< the force variable is set
-    qint64 queue = 0; ///< rows that terminals have not fetched
+    std::optional<qint64> queue; ///< rows that terminals have not fetched; none: not to be read
     QString run; ///< who runs the plugin by `talvenhr run`; empty: nobody
 };
 
@@ -96,6 +96,8 @@ struct Status
 const GateRecord *lastRecord(const Status &status);
 /// The last export that went through.
 const GateRecord *lastPassed(const QVector<GateRecord> &records);
+/// Somebody has to do something; what waits for attendance or another day comes by itself.
+bool waitsForSomebody(const WaitingPerson &waiting);
 /// An export lies in place that the plugin is still to read.
 bool isUnread(const Status &status);
 /// When the next pass is due at the latest; not valid where nobody can know.

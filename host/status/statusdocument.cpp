@@ -170,10 +170,11 @@ Figure databaseFigure(const std::optional<DatabaseStatus> &database)
 {
     if (!database)
         return figure("database", {});
-    return figure("database",
-                  QVariantMap {{key("forced"), database->forced},
-                               {key("queue"), database->queue},
-                               {key("run"), textOrNull(database->run)}});
+    return figure(
+        "database",
+        QVariantMap {{key("forced"), database->forced},
+                     {key("queue"), database->queue ? QVariant(*database->queue) : QVariant()},
+                     {key("run"), textOrNull(database->run)}});
 }
 
 Section endSection(const Status &status)

@@ -150,15 +150,19 @@ Section lostSection(const Status &status, PersonalTexts texts)
     return section;
 }
 
+/// Those who wait for somebody.
 Section waitingSection(const Status &status, PersonalTexts texts)
 {
     Section section;
-    section.title = Text::tr("Waiting");
+    section.title = Text::tr("Waiting for somebody");
     section.table.columns = {{QString(), Text::tr("Person")}, {QString(), Text::tr("For")}};
-    for (const WaitingPerson &waiting : status.waiting.mid(0, shownPeople))
-        section.table.rows.append({personText(waiting.person, texts), whatText(waiting.what)});
-    if (status.waiting.size() > shownPeople)
-        section.table.rows.append({QStringLiteral("…"), moreText(status.waiting.size())});
+    int count = 0;
+    for (const WaitingPerson &waiting : status.waiting) {
+        if (waitsForSomebody(waiting) && ++count <= shownPeople)
+            section.table.rows.append({personText(waiting.person, texts), whatText(waiting.what)});
+    }
+    if (count > shownPeople)
+        section.table.rows.append({QStringLiteral("…"), moreText(count)});
     return section;
 }
 
@@ -185,7 +189,9 @@ Section statusFigures(const Status &status)
                               : Text::tr("unknown"));
     add(Text::tr("Next pass"), nextText(status));
     if (status.database) {
-        add(Text::tr("Terminals"), Text::tr("news not fetched: %1").arg(status.database->queue));
+        add(Text::tr("Terminals"),
+            status.database->queue ? Text::tr("news not fetched: %1").arg(*status.database->queue)
+                                   : Text::tr("unknown"));
         add(Text::tr("talvenhr run"),
             status.database->run.isEmpty() ? Text::tr("nobody") : status.database->run);
     }
@@ -202,8 +208,9 @@ Report statusPage(const Status &status, PersonalTexts texts)
 {
     Report report;
     report.sections = {headSection(concernsOf(status)), statusFigures(status)};
-    if (!status.waiting.isEmpty())
-        report.sections.append(waitingSection(status, texts));
+    const Section waiting = waitingSection(status, texts);
+    if (!waiting.table.rows.isEmpty())
+        report.sections.append(waiting);
     if (!status.lost.isEmpty())
         report.sections.append(lostSection(status, texts));
     report.verdict.exitCode = exitCodeOf(status);

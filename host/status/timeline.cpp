@@ -12,6 +12,7 @@ const int dayWidth = 10;
 const int barWidth = 8;
 const int ground = 100; // where the bars stand
 const int lowest = 8; // height of a bar without people
+const int lowestRefused = 40; // what nobody is to overlook
 
 QString key(const char *name)
 {
@@ -39,7 +40,8 @@ int heightOf(const TimelineDay &day, qint64 most)
         return 2;
     const double share = std::log1p(static_cast<double>(day.people))
         / std::log1p(static_cast<double>(qMax(most, Q_INT64_C(1))));
-    return lowest + static_cast<int>(std::lround((ground - lowest) * share));
+    const int height = lowest + static_cast<int>(std::lround((ground - lowest) * share));
+    return day.kind == TimelineDay::Refused ? qMax(height, lowestRefused) : height;
 }
 
 } // namespace
