@@ -84,7 +84,10 @@ void hopeForCells(const Change &change, RowHope *row)
         const QVariant after = change.after.value(place);
         if (!isJudged(change, column) || (!change.before.isEmpty() && isEqual(before, after)))
             continue;
+        const bool isKnown = row->cells.contains(column);
         CellHope &cell = row->cells[column];
+        if (isKnown)
+            cell.before.append(cell.wanted);
         if (!change.before.isEmpty())
             cell.before.append(before);
         else if (column == QLatin1String("request")) // the row may have come by a membership
