@@ -33,3 +33,20 @@ ensure_packages() {
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends \
         "${missing[@]}" >/dev/null
 }
+
+# promtool_path: prints where promtool is. If the machine has none it is taken out of its Debian package, which
+# would also install and start a server, into build/tools.
+promtool_path() {
+    local tool=build/tools/promtool
+    if command -v promtool; then return; fi
+    if [ ! -x "$tool" ]; then
+        mkdir -p build/tools
+        (cd build/tools && apt-get download -qq prometheus >&2)
+        dpkg-deb --fsys-tarfile build/tools/prometheus_*.deb |
+            tar --extract --to-stdout ./usr/bin/promtool >"$tool.new"
+        rm -f build/tools/prometheus_*.deb
+        chmod +x "$tool.new"
+        mv "$tool.new" "$tool"
+    fi
+    echo "$PWD/$tool"
+}

@@ -3,7 +3,6 @@
 // `talvenhr status`: when what ran, how it ended, and what waits.
 #include "host/commands/statuscommand.h"
 
-#include "host/base/ownerfile.h"
 #include "host/cli/gatefolders.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
@@ -32,9 +31,9 @@ Failure read(const Options &options, StatusSettings *settings)
     settings->metricsFile = options.value(QStringLiteral("metrics"));
     if (options.isSet(QStringLiteral("no-names")))
         settings->site.texts = PersonalTexts::Hidden;
-    return checkOutputFiles({settings->metricsFile},
-                            {settings->sources.place, options.configuration().path(),
-                             options.value(QStringLiteral("password-file"))});
+    return checkTargets(
+        *settings,
+        {options.configuration().path(), options.value(QStringLiteral("password-file"))});
 }
 
 PersonalTexts shownTexts(const Options &options)

@@ -117,7 +117,21 @@ Failure readStatusSettings(const Options &options, StatusSettings *settings)
     if (const Failure failure = readDatabaseOptions(options, &settings->database))
         return failure;
     sources.namesDatabase = !settings->database.isDefault;
-    return readPublishing(options, settings);
+    if (const Failure failure = readPublishing(options, settings))
+        return failure;
+    return checkTargets(*settings, {options.configuration().path()});
+}
+
+Failure checkTargets(const StatusSettings &settings, const QStringList &inputs)
+{
+    const QString place = settings.sources.place;
+    const auto isPlace = [&place](const QString &target) {
+        return !target.isEmpty() && !place.isEmpty()
+            && QFileInfo(target).absoluteFilePath() == QFileInfo(place).absoluteFilePath();
+    };
+    if (isPlace(settings.metricsFile) || isPlace(settings.site.folder))
+        return {ExitUsage, Text::tr("'%1' is where the plugin reads its export").arg(place)};
+    return checkOutputFiles({settings.metricsFile}, inputs + QStringList {place});
 }
 
 Status takeStatus(const StatusSettings &settings)

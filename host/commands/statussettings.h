@@ -26,6 +26,10 @@ QStringList publishingSettings();
 /// metrics. For every command with the options of plugin, database and gate folders.
 Failure readStatusSettings(const Options &options, StatusSettings *settings);
 
+/// Fails where a file or a folder of ours would take the place of what is read: the export's above
+/// all, also while there is none.
+Failure checkTargets(const StatusSettings &settings, const QStringList &inputs);
+
 /// Looks at all of it. A database that cannot be seen stands in the status. Reads only.
 Status takeStatus(const StatusSettings &settings);
 

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void recovery_takesTheNewestExport();
     void checkLine_hasFiguresBehindTheBar();
     void metrics_haveHelpAndTypeOnce();
+    void metrics_areThoseOfTheDocument();
     void metrics_areForEverybodyToRead();
     void durations_haveTwoPartsAtMost();
 };
@@ -95,6 +96,29 @@ LostPerson lostEva()
     lost.missing.kinds.add(ChangeKind::Added);
     lost.remedies = {Remedy::Force};
     return lost;
+}
+
+QString sourceFile(const QByteArray &name)
+{
+    QFile file(QStringLiteral(TALVENHR_SOURCE_FOLDER "/") + QString::fromLatin1(name));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s", qPrintable(file.fileName()));
+    return QString::fromUtf8(file.readAll());
+}
+
+/// The families as rows of the table in docs/status.md.
+QStringList documentRows(const QByteArray &metrics)
+{
+    static const QRegularExpression family(
+        QStringLiteral("# HELP (\\S+) (.*)\n# TYPE \\S+ (\\S+)\n"));
+    QStringList rows;
+    auto found = family.globalMatch(QString::fromUtf8(metrics));
+    while (found.hasNext()) {
+        const auto match = found.next();
+        rows.append(QStringLiteral("| `%1` | %2 | %3 |")
+                        .arg(match.captured(1), match.captured(3), match.captured(2)));
+    }
+    return rows;
 }
 
 } // namespace
@@ -424,6 +448,41 @@ void tst_Status::metrics_haveHelpAndTypeOnce()
           "talvenhr_pass_is_forced 1", "talvenhr_last_export_refused 1"})
         QVERIFY2(lines.contains(QLatin1String(line)), line);
     QVERIFY(!lines.join(QLatin1Char(' ')).contains(QStringLiteral("last_success")));
+}
+
+/// Alerts and dashboard name no others.
+void tst_Status::metrics_areThoseOfTheDocument()
+{
+    const GateFolder folder;
+    GateRecord record = rehearsed(folder.record(5, "a"), 4);
+    record.findings = {{QStringLiteral("W-CELL-DATE"), Finding::Warning, 3}};
+    folder.keep(record);
+    folder.keep(refused(folder.record(4, "b", GateRecord::Refused)));
+    keepPass(folder, 2, toldError());
+    folder.write(QStringLiteral("site/ron.data"), "c", 1);
+    Status status = folder.status();
+    status.records.append(record);
+    status.database = DatabaseStatus {true, 12, {}};
+    status.lossesAreKnown = true;
+    status.pass.rows.insert(QStringLiteral("people"), 1);
+    QStringList rows = documentRows(metricsText(status));
+    status.pass.summary = KindCounts();
+    rows += documentRows(metricsText(status));
+    rows.removeDuplicates();
+    rows.sort();
+    const QString page = sourceFile("docs/status.md");
+    QStringList told = page.split(QLatin1Char('\n')).filter(QStringLiteral("| `talvenhr_"));
+    told.sort();
+    QCOMPARE(told, rows);
+    for (const char *name : {"alerts.yml", "alerts_test.yml", "dashboard.json"}) {
+        const QString text = sourceFile("examples/monitoring/" + QByteArray(name));
+        auto used = QRegularExpression(QStringLiteral("talvenhr_[a-z_]+")).globalMatch(text);
+        QVERIFY(used.hasNext());
+        while (used.hasNext()) {
+            const QString metric = QStringLiteral("| `%1` |").arg(used.next().captured());
+            QVERIFY2(page.contains(metric), qPrintable(metric));
+        }
+    }
 }
 
 void tst_Status::metrics_areForEverybodyToRead()
