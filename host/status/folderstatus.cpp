@@ -22,7 +22,7 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(FolderStatus)
 };
 
-const qint64 passTime = 600; // seconds in which a pass is over
+const qint64 timeOfAPass = 600; // seconds in which a pass is over
 const qint64 unknownInterval = 3600; // seconds between passes where the settings are not known
 const int daysBack = 14;
 
@@ -142,10 +142,11 @@ bool newestIsRead(const Status &status, const GateRecord &record)
     if (sources.place.isEmpty())
         return false;
     if (sources.staysInPlace)
-        return age > (sources.passSeconds > 0 ? sources.passSeconds : unknownInterval) + passTime;
+        return age
+            > (sources.passSeconds > 0 ? sources.passSeconds : unknownInterval) + timeOfAPass;
     if (status.place.isThere && status.place.record == record.name)
         return false;
-    return age > unknownInterval || status.place.folderChanged.secsTo(status.now) > passTime;
+    return age > unknownInterval || status.place.folderChanged.secsTo(status.now) > timeOfAPass;
 }
 
 void readPass(Status *status)

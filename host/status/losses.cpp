@@ -5,6 +5,7 @@
 
 #include "host/changes/personkinds.h"
 #include "host/database/value.h"
+#include "host/status/currentrows.h"
 
 #include <algorithm>
 
@@ -110,73 +111,6 @@ void hopeFor(const Change &change, const QString &record, PersonHope *person)
     if (!change.after.isEmpty())
         hopeForCells(change, &row);
 }
-
-/// The rows of the database, by person.
-class CurrentRows
-{
-public:
-    explicit CurrentRows(const Snapshot &snapshot) :
-        now(snapshot)
-    {
-        const TableContent *const people = now.find(QStringLiteral("people"));
-        const int uid = people->indexOf(QStringLiteral("uid"));
-        const int pid = people->indexOf(QStringLiteral("pid"));
-        for (const TableRow &row : people->rows)
-            uids.insert(row.value(pid).toLongLong(), row.value(uid).toLongLong());
-    }
-
-    /// 0: the person is not there.
-    qlonglong uidOf(const ChangedPerson &person) const
-    {
-        if (person.pid != 0)
-            return uids.value(person.pid, 0);
-        return peopleRow(now, person.person.uid) ? person.person.uid : 0;
-    }
-
-    /// The row with the key of the change, in its columns; empty if there is none.
-    TableRow find(const Change &change, qlonglong uid) const
-    {
-        const TableContent *const content = now.find(change.table->name);
-        const QVector<int> places = placesOf(change.table->key, *content);
-        TableRow wanted(content->columns.size());
-        const TableRow &source = change.after.isEmpty() ? change.before : change.after;
-        for (const int place : places) {
-            const QString &column = content->columns.at(place);
-            wanted[place] = column == change.table->person ? QVariant(uid)
-                                                           : cellOf(change, source, column);
-        }
-        const auto found = std::lower_bound(content->rows.cbegin(), content->rows.cend(), wanted,
-                                            [&places](const TableRow &one, const TableRow &other) {
-                                                return compareRows(one, other, places) < 0;
-                                            });
-        if (found == content->rows.cend() || compareRows(*found, wanted, places) != 0)
-            return {};
-        TableRow row;
-        for (const QString &column : change.columns)
-            row.append(found->value(content->indexOf(column)));
-        return row;
-    }
-
-    /// A correction of the same fund on a later day: the pass ran past midnight, or another one
-    /// after it.
-    bool hasLaterMove(const Change &change, qlonglong uid) const
-    {
-        const TableContent *const content = now.find(change.table->name);
-        const auto cell = [&](const TableRow &row, const char *column) {
-            return row.value(content->indexOf(QLatin1String(column)));
-        };
-        const qlonglong day = cellOf(change, change.after, QStringLiteral("day")).toLongLong();
-        const QVariant fund = cellOf(change, change.after, QStringLiteral("fid"));
-        return std::any_of(content->rows.cbegin(), content->rows.cend(), [&](const TableRow &row) {
-            return cell(row, "uid").toLongLong() == uid && isEqual(cell(row, "fid"), fund)
-                && cell(row, "day").toLongLong() > day;
-        });
-    }
-
-private:
-    const Snapshot &now;
-    QHash<qlonglong, qlonglong> uids; ///< by pid
-};
 
 /// The cells of the row that are still as they were before; false if none is.
 bool missingCells(const RowHope &hope, const TableRow &current, Change *missing)

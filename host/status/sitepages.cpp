@@ -33,14 +33,18 @@ void addFigure(const QString &label, const QString &text, QVariantList *figures)
 QVariantList kindValues(const KindCounts &summary)
 {
     qint64 most = 1;
-    for (const ChangeKind kind : changeKinds())
-        most = qMax(most, summary[kind]);
+    // Beside notices nothing else would show.
+    for (const ChangeKind kind : changeKinds()) {
+        if (countsPeople(kind))
+            most = qMax(most, summary[kind]);
+    }
     QVariantList values;
     for (const ChangeKind kind : changeKinds()) {
         if (summary[kind] != 0)
-            values.append(QVariantHash {{key("name"), kindName(kind)},
-                                        {key("count"), summary[kind]},
-                                        {key("share"), 100 * summary[kind] / most}});
+            values.append(
+                QVariantHash {{key("name"), kindName(kind)},
+                              {key("count"), summary[kind]},
+                              {key("share"), qMin(100 * summary[kind] / most, Q_INT64_C(100))}});
     }
     return values;
 }
