@@ -61,9 +61,9 @@ ExplainSession::ExplainSession(const ExplainOptions &explainOptions) :
 
 Failure ExplainSession::run()
 {
-    if (!folder.isValid())
-        return {ExitUsage,
-                Text::tr("cannot make a temporary folder: %1").arg(folder.errorString())};
+    removeLeftScratchFolders();
+    if (!folder.failure().isEmpty())
+        return {ExitUsage, folder.failure()};
     const SignalWatch signalWatch;
     isInterrupted = [&signalWatch] { return signalWatch.hasCaught(); };
     if (const Failure failure = findPerson())

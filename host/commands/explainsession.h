@@ -4,14 +4,13 @@
 #pragma once
 
 #include "host/base/failure.h"
+#include "host/base/scratchfolder.h"
 #include "host/cli/databaseoptions.h"
 #include "host/commands/databaselook.h"
 #include "host/explain/story.h"
 #include "host/rehearsal/rehearsal.h"
 #include "host/report/console.h"
 #include "host/report/logwriter.h"
-
-#include <QTemporaryDir>
 
 #include <functional>
 
@@ -48,7 +47,7 @@ private:
     void tell();
 
     const ExplainOptions options;
-    QTemporaryDir folder; ///< for the copy, and their lines of the export
+    ScratchFolder folder; ///< for the copy, and their lines of the export
     LogWriter writer {LogFormat::Text};
     DatabaseLook source;
     QVector<PersonLine> lines; ///< of everybody whom the word may mean

@@ -60,6 +60,13 @@ QStringList columnsOfPeople(const QSqlDatabase &database)
     return columns;
 }
 
+/// The folder was empty or not there before, and would only be in the way of the next copy.
+void removeInterrupted(const QString &folder, const Failure &failure)
+{
+    if (failure.exitCode == ExitInterrupted)
+        QDir(folder).removeRecursively();
+}
+
 Failure readPeople(const ConnectionParameters &parameters, QVector<KnownPerson> *people)
 {
     Connection connection(QStringLiteral("talvenhr.people"));
@@ -146,15 +153,14 @@ Failure RehearsalSession::copyAndRunIn(const QString &folder)
     QObject::connect(&copy, &DatabaseCopy::progress, show);
     if (const Failure failure = copy.make(source.parameters(), options.copy, &copied)) {
         copy.stop();
-        // It was empty or not there, and half a copy would only be in the way of the next one.
-        if (failure.exitCode == ExitInterrupted)
-            QDir(folder).removeRecursively();
+        removeInterrupted(folder, failure);
         return failure;
     }
     show(Text::tr("running the pass on the copy"));
     const Failure failure = runPass(copy.parameters(), copy.administratorParameters(), interrupted);
     writer.wipeProgress();
     copy.stop();
+    removeInterrupted(folder, failure);
     return failure;
 }
 
