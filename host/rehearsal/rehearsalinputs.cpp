@@ -36,7 +36,7 @@ Failure findExport(const SettingsFile &settings, QString *exportFile)
     if (!isNamed && settings.toString(QStringLiteral("importFile")).isEmpty())
         return {ExitUsage,
                 Text::tr("'%1' does not say where the export lies; set importFile there, or name "
-                         "an export with --export")
+                         "an export: talvenhr rehearse --export FILE")
                     .arg(settings.path())};
     if (!isNamed)
         *exportFile = settings.values().importFile;
@@ -51,7 +51,7 @@ Failure findExport(const SettingsFile &settings, QString *exportFile)
         return {ExitUsage, Text::tr("there is no export '%1'; correct --export").arg(*exportFile)};
     return {ExitUsage,
             Text::tr("there is no export at '%1', the importFile of '%2'; put one there, or name "
-                     "another with --export")
+                     "another: talvenhr rehearse --export FILE")
                 .arg(*exportFile, settings.path())};
 }
 

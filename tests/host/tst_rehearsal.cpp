@@ -93,11 +93,11 @@ void tst_Rehearsal::inputs_areNamedBeforeAnythingIsCopied_data()
     };
     row("importFile=x\n", "", "the plugin is disabled; set enabled=true in 'INI' [E-SET-DISABLED]");
     row("enabled=true\n", "",
-        "'INI' does not say where the export lies; set importFile there, or name an export with "
-        "--export");
+        "'INI' does not say where the export lies; set importFile there, or name an export: "
+        "talvenhr rehearse --export FILE");
     row("enabled=true\nimportFile=/none/x\n", "",
-        "there is no export at '/none/x', the importFile of 'INI'; put one there, or name another "
-        "with --export");
+        "there is no export at '/none/x', the importFile of 'INI'; put one there, or name another: "
+        "talvenhr rehearse --export FILE");
     row("enabled=true\nimportFile=/none/x\n", "/none/y",
         "there is no export '/none/y'; correct --export");
     row("enabled=true\nimportFile=/tmp\n", "",
