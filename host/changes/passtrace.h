@@ -36,7 +36,6 @@ class PassTrace
 public:
     /// Makes the file, for its owner only. Fails where there is one already.
     Failure open(const QString &path);
-    bool isOpen() const { return file.isOpen(); }
     void message(QtMsgType type, const QString &text);
     void call(const DatabaseCall &call, const CallOutcome &outcome);
     /// Fails with the system's words if something is missing in the file.

@@ -185,7 +185,7 @@ void RunSession::hear(QtMsgType type, const QString &text)
 {
     if (options.changes.any())
         notes.message(type, text);
-    if (trace.isOpen())
+    if (!options.trace.isEmpty())
         trace.message(type, text);
 }
 
