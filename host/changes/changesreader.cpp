@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The file of changes, "talvenhr.changes/1": reading it.
 #include "host/changes/changesjson.h"
+#include "host/changes/listedpeople.h"
 #include "host/database/value.h"
 
 #include <QCoreApplication>
@@ -138,7 +139,11 @@ public:
         changes(result)
     { }
 
+    void add(const QJsonObject &person) { changes->people.append(personOf(person)); }
     /// What is wrong; empty if nothing is.
+    QString complaint() const { return trouble; }
+
+    /// All but those people who are added.
     QString read()
     {
         if (part("format").toString() != QLatin1String("talvenhr.changes/1"))
@@ -162,7 +167,7 @@ public:
         readNames();
         const QJsonArray people = part("people").toArray();
         for (const QJsonValue &person : people)
-            changes->people.append(personOf(person.toObject()));
+            add(person.toObject());
         const QJsonArray others = part("others").toArray();
         for (const QJsonValue &row : others)
             changes->others.append(changeOf(row.toObject(), Person()));
@@ -298,19 +303,47 @@ private:
     QString trouble;
 };
 
-} // namespace
-
-Failure readChanges(const QByteArray &text, const QString &name, Changes *changes)
+QString readWhole(const QByteArray &text, Changes *changes)
 {
     *changes = {};
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    QString trouble;
     if (error.error != QJsonParseError::NoError)
-        trouble
-            = Text::tr("it is not JSON: %1, at byte %2").arg(error.errorString()).arg(error.offset);
-    else
-        trouble = ChangesReader(document.object(), changes).read();
+        return Text::tr("it is not JSON: %1, at byte %2")
+            .arg(error.errorString())
+            .arg(error.offset);
+    return ChangesReader(document.object(), changes).read();
+}
+
+/// One person after the other: as values of JSON, all of them take several times as much memory as
+/// the text and the changes. False for a text that is not fit for that, or has something wrong.
+bool readInParts(const QByteArray &text, Changes *changes)
+{
+    const ListedPeople people = listedPeople(text);
+    if (people.places.isEmpty())
+        return false;
+    *changes = {};
+    const QJsonDocument rest = QJsonDocument::fromJson(people.rest);
+    ChangesReader reader(rest.object(), changes);
+    if (!reader.read().isEmpty())
+        return false;
+    for (const TextPlace &place : people.places) {
+        const QJsonDocument person = QJsonDocument::fromJson(
+            QByteArray::fromRawData(text.constData() + place.begin, place.size));
+        if (!person.isObject())
+            return false;
+        reader.add(person.object());
+    }
+    return reader.complaint().isEmpty();
+}
+
+} // namespace
+
+Failure readChanges(const QByteArray &text, const QString &name, Changes *changes)
+{
+    if (readInParts(text, changes))
+        return {};
+    const QString trouble = readWhole(text, changes);
     if (trouble.isEmpty())
         return {};
     return {ExitUsage, Text::tr("'%1' is no file of changes: %2").arg(name, trouble)};

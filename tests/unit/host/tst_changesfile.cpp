@@ -112,6 +112,8 @@ private Q_SLOTS:
     void roundTrip_losesNothing();
     void emptyChanges_areAFileToo();
     void manyRows_comeInParts();
+    void people_areFoundWhereverTheyStand_data();
+    void people_areFoundWhereverTheyStand();
     void rows_haveKeysAndAllColumns();
     void file_isWhatTheSchemaSays_data();
     void file_isWhatTheSchemaSays();
@@ -191,6 +193,39 @@ void tst_ChangesFile::manyRows_comeInParts()
     QCOMPARE(back.people.first().rows.size(), 5000);
 }
 
+void tst_ChangesFile::people_areFoundWhereverTheyStand_data()
+{
+    QTest::addColumn<QByteArray>("from");
+    QTest::addColumn<QByteArray>("to");
+    QTest::newRow("as written") << QByteArray() << QByteArray();
+    QTest::newRow("with blanks") << QByteArray(R"("people":[)") << QByteArray("\"people\" : \n [ ");
+    QTest::newRow("with an escape")
+        << QByteArray(R"("people":[)") << QByteArray(R"("\u0070eople":[)");
+    QTest::newRow("behind a like word")
+        << QByteArray(R"({"format":)")
+        << QByteArray(R"({"x":"people","y":[{"people":[1]}],"format":)");
+    QTest::newRow("with a like list")
+        << QByteArray(R"("people":[{)") << QByteArray(R"("people":[{"people":[{},[1,2]],)");
+}
+
+/// They are read one by one where that is possible, with the same result.
+void tst_ChangesFile::people_areFoundWhereverTheyStand()
+{
+    QFETCH(QByteArray, from);
+    QFETCH(QByteArray, to);
+    Changes changes = fullChanges();
+    changes.people.first().person.name = QStringLiteral("]},\"people\":[{ \\\\\" Malá \\");
+    const QByteArray expected = written(changes);
+    QByteArray text = expected;
+    QVERIFY(from.isEmpty() || text.contains(from));
+    if (!from.isEmpty())
+        text.replace(text.indexOf(from), from.size(), to);
+    Changes back;
+    const Failure failure = readChanges(text, QStringLiteral("FILE"), &back);
+    QVERIFY2(!failure, qPrintable(failure.text));
+    QCOMPARE(written(back), expected);
+}
+
 void tst_ChangesFile::rows_haveKeysAndAllColumns()
 {
     const char *const marks = "admins_people: aid|uid|request";
@@ -250,6 +285,10 @@ void tst_ChangesFile::otherFiles_areRefused_data()
         QTest::newRow(reason) << QByteArray(from) << QByteArray(to) << QString::fromLatin1(reason);
     };
     row("}\n", "", "it is not JSON: unterminated object");
+    row(R"("people":[{)", R"("people":[,{)", "it is not JSON: illegal value");
+    row(R"("people":[{)", R"("people":[{},,{)", "it is not JSON: illegal value, at byte");
+    row(R"("people":[{)", R"("people":[{}{)", "it is not JSON: missing value separator");
+    row(R"("uid":1,"name")", R"("uid":1]"name")", "it is not JSON: unterminated object");
     row("changes/1", "changes/2", "its format is not 'talvenhr.changes/1'");
     row(R"("kinds":["added"])", R"("kinds":["hired"])", "'hired' is no kind of change");
     row(R"("what":"refused")", R"("what":"forgotten")",
