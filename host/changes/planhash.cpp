@@ -105,6 +105,9 @@ private:
             uid = change.person.uid;
             columns = change.columns;
             places = comparedPlaces(change);
+            names.clear();
+            for (const int place : qAsConst(places))
+                names.append(columns.at(place).toUtf8() + '=');
         }
         const bool stands = !change.before.isEmpty() && !change.after.isEmpty();
         if (stands && compareRows(change.before, change.after, places) == 0)
@@ -119,19 +122,19 @@ private:
     void appendRow(const TableRow &row, QByteArray *line) const
     {
         *line += row.isEmpty() ? '-' : '+';
-        for (const int place : places) {
-            if (row.isEmpty())
-                break;
-            *line += columns.at(place).toUtf8() + '=';
-            appendCell(row.at(place), line);
+        for (int i = 0; i < places.size() && !row.isEmpty(); ++i) {
+            *line += names.at(i);
+            appendCell(row.at(places.at(i)), line);
         }
     }
 
     void flush()
     {
         std::sort(lines.begin(), lines.end());
-        for (const QByteArray &line : lines)
-            hash.addData(line + lineEnd);
+        for (const QByteArray &line : lines) {
+            hash.addData(line);
+            hash.addData(&lineEnd, 1);
+        }
         lines.clear();
         table = nullptr;
     }
@@ -142,6 +145,7 @@ private:
     qlonglong uid = 0;
     QStringList columns;
     QVector<int> places;
+    QVector<QByteArray> names; ///< of the columns at the places
 };
 
 } // namespace
