@@ -150,7 +150,7 @@ Failure ExplainSession::rehearse()
     if (const Failure failure = copy.make(source.parameters(), wishes, &facts.copied))
         return failure;
     const Failure failure = rehearseOn(copy.parameters(), copy.administratorParameters());
-    copy.stop();
+    copy.discard();
     return failure;
 }
 

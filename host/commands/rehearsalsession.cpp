@@ -159,7 +159,10 @@ Failure RehearsalSession::copyAndRunIn(const QString &folder)
     show(Text::tr("running the pass on the copy"));
     const Failure failure = runPass(copy.parameters(), copy.administratorParameters(), interrupted);
     writer.wipeProgress();
-    copy.stop();
+    if (options.keep.isEmpty())
+        copy.discard();
+    else
+        copy.stop();
     removeInterrupted(folder, failure);
     return failure;
 }

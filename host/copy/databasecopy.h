@@ -33,7 +33,8 @@ public:
     explicit DatabaseCopy(const QString &folder, QObject *parent = nullptr);
 
     /// Asked many times a second while make() makes and fills the server, true breaks it off; not
-    /// while the source answers a statement, of which there is one to a table.
+    /// while the source answers a statement, of which there is one to some ten thousand rows, or to
+    /// a table without a number as its key. A source that says nothing for minutes is given up.
     void setInterruption(const std::function<bool()> &wanted)
     {
         target.server().setInterruption(wanted);
@@ -44,6 +45,8 @@ public:
     /// in the folder.
     Failure make(const ConnectionParameters &source, const CopyWishes &wishes, CopyFacts *facts);
     void stop();
+    /// As stop(), for a copy that nobody needs any more: what was not written yet is lost.
+    void discard() { target.server().kill(); }
     qint64 serverProcessId() const { return target.server().processId(); }
 
     /// Of the copy, for a login of the source's name. It may read and write every table and call
