@@ -15,6 +15,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
 #include <memory>
 
 namespace {
@@ -118,6 +119,7 @@ private Q_SLOTS:
     void missingTable_isAWarning();
     void refusal_makesNothing();
     void interruption_endsTheCopy();
+    void silentSource_endsTheCopy();
     void killedReading_isNoEndOfTheRows();
 
 private:
@@ -721,6 +723,28 @@ void tst_DatabaseCopy::interruption_endsTheCopy()
     QTRY_COMPARE(database->value(str("SELECT COUNT(*) FROM information_schema.processlist "
                                      "WHERE user = 'reader'")),
                  str("0"));
+    QVERIFY(some.rows < facts.rows);
+}
+
+/// As behind a network that has gone: nothing says that no answer will come.
+void tst_DatabaseCopy::silentSource_endsTheCopy()
+{
+    const auto server = static_cast<pid_t>(database->server().processId());
+    ConnectionParameters impatient = source();
+    impatient.connectOptions = str("MYSQL_OPT_READ_TIMEOUT=1");
+    DatabaseCopy broken(path("silent"));
+    broken.setInterruption([this, server] {
+        if (QDir(path("silent/data/attendance")).exists())
+            ::kill(server, SIGSTOP);
+        return false;
+    });
+    CopyFacts some;
+    const Failure failure = broken.make(impatient, CopyWishes(), &some);
+    ::kill(server, SIGCONT);
+    QCOMPARE(failure.exitCode, ExitDatabase);
+    QVERIFY2(failure.text.contains(str(" of database 'attendance' cannot be read: "))
+                 || failure.text.startsWith(str("database 'attendance' cannot be read: ")),
+             qPrintable(failure.text));
     QVERIFY(some.rows < facts.rows);
 }
 
