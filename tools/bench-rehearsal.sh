@@ -12,7 +12,7 @@ Usage: tools/bench-rehearsal.sh [PEOPLE]
 Makes a sandbox of PEOPLE (default: 10000) with a year of attendance each, and of 20 people, in a temporary
 folder, and prints a table of what passes and rehearsals take: elapsed seconds, seconds of the processor in
 all processes together, and the memory of the largest process. On a machine with other work only the
-seconds of the processor mean something. Needs the release build; 10,000 people take three minutes.
+seconds of the processor mean something. Needs the release build; 10,000 people take five minutes.
 END
 }
 
