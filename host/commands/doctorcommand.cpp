@@ -122,7 +122,7 @@ QString accountStatements(const QString &comment, const QString &account, const 
     return text;
 }
 
-/// Of two accounts, as a file of statements. No server is asked.
+/// Of three accounts, as a file of statements. No server is asked.
 void printGrants(const DatabaseChoice &choice)
 {
     const ConnectionParameters &connection = choice.connection;
@@ -136,6 +136,10 @@ void printGrants(const DatabaseChoice &choice)
         + accountStatements(Text::tr("An account that only reads, for check, doctor and rehearse"),
                             quotedAccount(connection.user + QLatin1String("_read") + machine),
                             connection.database, GrantPurpose::Look)
+        + QLatin1Char('\n')
+        + accountStatements(Text::tr("An account that takes passes back, for undo"),
+                            quotedAccount(connection.user + QLatin1String("_undo") + machine),
+                            connection.database, GrantPurpose::Undo)
         + QStringLiteral("\n-- %1\n")
               .arg(Text::tr("Those that are new are locked until: "
                             "ALTER USER ... IDENTIFIED BY '...' ACCOUNT UNLOCK")));
@@ -198,8 +202,8 @@ Command doctorCommand()
                           Text::tr("write a page for a browser there")});
     forms.options.append(
         {QStringLiteral("grants"), QString(),
-         Text::tr("print the statements for an account that can do exactly what a pass needs, and "
-                  "for one that only reads; look at nothing")});
+         Text::tr("print the statements for an account that can do exactly what a pass needs, for "
+                  "one that only reads, and for one that takes passes back; look at nothing")});
     command.groups = {pluginOptions(), databaseOptions(), forms};
     command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
                          ExitDatabase, ExitRefused, ExitInterrupted};

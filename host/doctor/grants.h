@@ -7,7 +7,8 @@
 
 enum class GrantPurpose {
     Run, ///< exactly what the statements of a pass need
-    Look ///< all that is there to be read, and nothing written: for checks, and for a dump
+    Look, ///< all that is there to be read, and nothing written: for checks, and for a dump
+    Undo ///< what a pass has written, given back; and the rights of Look
 };
 
 /// One statement each, without a semicolon. The account is named as in SQL, 'user'@'host', and has

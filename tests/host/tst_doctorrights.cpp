@@ -35,6 +35,7 @@ public:
     { }
 
 private Q_SLOTS:
+    void fileOfUndo_isWhatIsPrinted();
     void grant_isParsed_data();
     void grant_isParsed();
     void grant_reachesSchemas_data();
@@ -102,6 +103,31 @@ QStringList tst_DoctorRights::pluginsGrants()
     QStringList grants = database->rows(QStringLiteral("SHOW GRANTS FOR 'talvenhr'@'localhost'"));
     grants.sort();
     return grants;
+}
+
+/// What is printed for undo is what its file has.
+void tst_DoctorRights::fileOfUndo_isWhatIsPrinted()
+{
+    const QString account = QStringLiteral("'second'@'localhost'");
+    QStringList statements = grantStatements(account, QStringLiteral("attendance"),
+                                             GrantPurpose::Undo);
+    statements.prepend(QStringLiteral("CREATE USER ") + account);
+    execute(statements);
+    const QString shown = QStringLiteral("SHOW GRANTS FOR ");
+    QStringList printed = database->rows(shown + account)
+                              .replaceInStrings(QStringLiteral("second"),
+                                                QStringLiteral("talvenhr_undo"));
+    QStringList expected = database->rows(shown + QStringLiteral("'talvenhr_undo'@'localhost'"));
+    // The order of columns is nobody's.
+    for (QStringList *grants : {&printed, &expected}) {
+        grants->sort();
+        for (QString &grant : *grants) {
+            QStringList words = grant.split(QRegularExpression(QStringLiteral("[ ,()]+")));
+            words.sort();
+            grant = words.join(QLatin1Char(' '));
+        }
+    }
+    QCOMPARE(printed, expected);
 }
 
 void tst_DoctorRights::grant_isParsed_data()

@@ -49,7 +49,6 @@ private Q_SLOTS:
     void kinds_takeBackTheirPart_data();
     void kinds_takeBackTheirPart();
     void failure_leavesEverything();
-    void rehearsedPerson_needsANumber();
 
 private:
     void prepare() override;
@@ -226,8 +225,6 @@ void tst_Undo::addedPerson_staysInactiveWhereAnythingRefers_data()
         "INSERT INTO term_sync (tid, type, ref, ref_col, ref_id, created, "
         "flags) VALUES (1, 'I', 'people_term', 'uid', 2, 5, 2)")}
                               << int(UndoStatement::Removes);
-    QTest::newRow("a day") << QStringList {str("INSERT INTO atten (uid, date) VALUES (2, 5)")}
-                           << int(UndoStatement::MakesInactive);
     QTest::newRow("a zone") << QStringList {str("INSERT INTO pzt VALUES (1, 1, 2)")}
                             << int(UndoStatement::MakesInactive);
     QTest::newRow("a table of somebody else's")
@@ -309,7 +306,6 @@ void tst_Undo::kinds_takeBackTheirPart_data()
     QTest::newRow("all") << QStringList() << "1|NULL|1" << 0;
     QTest::newRow("ended") << QStringList {str("ended")} << "2|NULL|2" << 1;
     QTest::newRow("moved") << QStringList {str("moved")} << "1|2147483647|2" << 1;
-    QTest::newRow("ended, moved") << QStringList {str("ended"), str("moved")} << "1|NULL|2" << 1;
     QTest::newRow("updated") << QStringList {str("updated")} << "1|NULL|1" << 1;
     QTest::newRow("memberships") << QStringList {str("memberships")} << "2|2147483647|2" << 0;
     QTest::newRow("added") << QStringList {str("added")} << "2|2147483647|2" << 1;
@@ -329,12 +325,6 @@ void tst_Undo::kinds_takeBackTheirPart()
     undo(changes, selection);
     QCOMPARE(rows("SELECT bid, end, phone FROM people"), QStringList {row});
     QCOMPARE(rows("SELECT * FROM brape").size(), members);
-    // Of others nothing.
-    selection.people = QStringList {str("7.1")};
-    QCOMPARE(int(checkSelection(selection, changes).exitCode), int(ExitUsage));
-    QCOMPARE(planOf(changes, selection).steps.size(), 0);
-    QCOMPARE(int(addUndoKind(str("reopened"), &selection).exitCode), int(ExitUsage));
-    QVERIFY(addUndoKind(str("endet"), &selection).text.contains(str("did you mean 'ended'")));
 }
 
 void tst_Undo::failure_leavesEverything()
@@ -356,18 +346,6 @@ void tst_Undo::failure_leavesEverything()
                      .exitCode),
              int(ExitInterrupted));
     QCOMPARE(rows("SELECT * FROM brape").size(), 1);
-}
-
-void tst_Undo::rehearsedPerson_needsANumber()
-{
-    Changes changes = passOf({str("INSERT INTO people (uid, name) VALUES (2, 'Nikto')")});
-    UndoPlan plan;
-    QVERIFY(!makeUndoPlan(changes, {}, {}, &plan));
-    changes.header.how = ChangesHeader::Rehearsed;
-    const Failure failure = makeUndoPlan(changes, {}, {}, &plan);
-    QCOMPARE(int(failure.exitCode), int(ExitRefused));
-    QVERIFY2(failure.text.startsWith(str("'Nikto' was added in a rehearsal and has no number")),
-             qPrintable(failure.text));
 }
 
 QTEST_GUILESS_MAIN(tst_Undo)

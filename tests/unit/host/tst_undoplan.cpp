@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// From changes to the statements that take them back, without a server.
+#include "host/undo/sqlvalue.h"
+#include "host/undo/undotext.h"
+#include "support/passchanges.h"
+
+#include <QtTest>
+
+namespace {
+
+const char *const peopleColumns = "people: uid|pid|pamId|name|surname|status|phone|edited|lastCalc";
+
+/// One person gets another phone, a branch and a place on a terminal.
+Changes changesOfOne()
+{
+    return changesOf(SnapshotBuilder().with(peopleColumns, {"1|10011|1001.1|Eva|Malá|1|05|7|100"}),
+                     SnapshotBuilder()
+                         .with(peopleColumns, {"1|10011|1001.1|Eva|Malá|1|O'\\|8|90"})
+                         .with("brape: bid|uid|since", {"2|1|9"})
+                         .with("people_term: tid|uid", {"3|1"})
+                         .with("atten: uid|date|ok", {"1|86400|-1"})
+                         .named("bid", 2, "200 Druhá")
+                         .named("tid", 3, "Dvere"));
+}
+
+UndoPlan planOf(const Changes &changes, const UndoSelection &selection = {},
+                const UndoFacts &facts = {})
+{
+    UndoPlan plan;
+    const Failure failure = makeUndoPlan(changes, selection, facts, &plan);
+    if (failure)
+        QTest::qFail(qPrintable(failure.text), __FILE__, __LINE__);
+    return plan;
+}
+
+} // namespace
+
+class tst_UndoPlan : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void values_areSpelt_data();
+    void values_areSpelt();
+    void script_ofOnePerson();
+    void text_tellsWhatIsLeftAlone();
+    void addedPerson_isFoundByNumberAfterARehearsal();
+    void rehearsedPerson_needsANumber();
+    void kinds_thatStayAreRefused();
+};
+
+void tst_UndoPlan::values_areSpelt_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("condition");
+    const auto row = [](const char *name, const QVariant &value, const char *condition) {
+        QTest::newRow(name) << value << QString::fromUtf8(condition);
+    };
+    row("none", QVariant(), "`a``b` <=> NULL");
+    row("number", qlonglong(-5), "`a``b` <=> -5");
+    row("large number", 18446744073709551615ULL, "`a``b` <=> 18446744073709551615");
+    row("fraction", 0.1, "CAST(CAST(`a``b` AS CHAR) AS DOUBLE) <=> 1.0000000000000001e-01");
+    row("text", QStringLiteral("O'Neill "), "BINARY CONVERT(`a``b` USING utf8mb4) <=> 'O''Neill '");
+    row("backslash", QStringLiteral("ž\\"),
+        "BINARY CONVERT(`a``b` USING utf8mb4) <=> _utf8mb4 x'C5BE5C'");
+    row("line end", QStringLiteral("a\n"),
+        "BINARY CONVERT(`a``b` USING utf8mb4) <=> _utf8mb4 x'610A'");
+    row("bytes", QByteArray("\0'", 2), "HEX(`a``b`) <=> '0027'");
+}
+
+void tst_UndoPlan::values_areSpelt()
+{
+    QFETCH(QVariant, value);
+    QFETCH(QString, condition);
+    QCOMPARE(holdsValue(QStringLiteral("a`b"), value), condition);
+}
+
+void tst_UndoPlan::script_ofOnePerson()
+{
+    const Changes changes = changesOfOne();
+    const QString script = undoScript(changes, planOf(changes), {});
+    const QString statements = script.mid(script.indexOf(QStringLiteral("\nSET NAMES")));
+    const char *const expected
+        = "\nSET NAMES utf8mb4;\nSTART TRANSACTION;\n"
+          "\n-- 1001.1 Eva Malá: place on terminal Dvere\n"
+          "DELETE FROM `people_term` WHERE `tid` = 3 AND `uid` = 1;\n"
+          "SET @gone = ROW_COUNT();\n"
+          "INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, created, flags) SELECT 3 tid, "
+          "'D' type, 'people_term' ref, 'uid' ref_col, `uid` ref_id, UNIX_TIMESTAMP() created, "
+          "2 flags FROM people WHERE status = 1 AND uid = 1 AND @gone > 0;\n"
+          "UPDATE `term` SET syn = syn | 2 WHERE status = 1 AND tid = 3 AND @gone > 0;\n"
+          "\n-- 1001.1 Eva Malá: membership of branch 200 Druhá\n"
+          "DELETE FROM `brape` WHERE `bid` = 2 AND `uid` = 1 AND `since` <=> 9;\n"
+          "\n-- 1001.1 Eva Malá: own row: phone\n"
+          "SET @uid = (SELECT `uid` FROM `people` WHERE `uid` = 1 AND `pid` <=> 10011 AND "
+          "BINARY CONVERT(`pamId` USING utf8mb4) <=> '1001.1' AND "
+          "BINARY CONVERT(`name` USING utf8mb4) <=> 'Eva' AND "
+          "BINARY CONVERT(`surname` USING utf8mb4) <=> 'Malá' AND `status` <=> 1 AND "
+          "BINARY CONVERT(`phone` USING utf8mb4) <=> _utf8mb4 x'4F275C' FOR UPDATE);\n"
+          "UPDATE `people` SET `phone` = 5, `edited` = UNIX_TIMESTAMP() WHERE `uid` = @uid;\n"
+          "INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, created, flags) SELECT `tid` "
+          "tid, 'U' type, 'people' ref, 'uid' ref_col, @uid ref_id, UNIX_TIMESTAMP() created, "
+          "2 flags FROM people_term JOIN term USING(tid) WHERE status = 1 AND uid = @uid AND "
+          "(flags & 2);\n"
+          "CALL updateTermsSync(@uid, 2);\n"
+          "\nCOMMIT;\n";
+    QCOMPARE(statements, QString::fromUtf8(expected));
+    QVERIFY(script.contains(QStringLiteral("-- The marks of calculation stay as they are, ")));
+}
+
+void tst_UndoPlan::text_tellsWhatIsLeftAlone()
+{
+    const UndoPlan plan = planOf(changesOfOne());
+    const UndoOutcomes outcomes {UndoStatement::TakesBack, UndoStatement::Beside,
+                                 UndoStatement::TakesBack};
+    QCOMPARE(outcomeText(plan, outcomes, 100),
+             QString::fromUtf8("  people's own rows: 1\n"
+                               "  places on terminals: 1\n"
+                               "Left alone, for somebody has changed it since:\n"
+                               "  1001.1 Eva Malá: membership of branch 200 Druhá\n"));
+    const UndoOutcomes none(3, UndoStatement::Beside);
+    QVERIFY(outcomeText(plan, none, 100).startsWith(QStringLiteral("All of it is left alone: ")));
+    QVERIFY(!afterwardsText(plan, outcomes, 100).contains(QStringLiteral("inactive")));
+}
+
+void tst_UndoPlan::addedPerson_isFoundByNumberAfterARehearsal()
+{
+    Changes changes = changesOf(SnapshotBuilder(),
+                                SnapshotBuilder()
+                                    .with(somebody, {"7|10011|1001.1|Eva|Malá|1"})
+                                    .with("brape: bid|uid|since", {"2|7|9"}));
+    UndoPlan plan = planOf(changes);
+    QVERIFY(plan.steps.first().statements.first().sql.startsWith(
+        QStringLiteral("SET @uid = (SELECT `uid` FROM `people` WHERE `uid` = 7 AND ")));
+    QCOMPARE(
+        plan.steps.first().statements.at(1).sql,
+        QStringLiteral("DELETE FROM `brape` WHERE `bid` = 2 AND `uid` = @uid AND `since` <=> 9"));
+    changes.header.how = ChangesHeader::Rehearsed;
+    plan = planOf(changes);
+    const QString lock = plan.steps.first().statements.first().sql;
+    QVERIFY(lock.startsWith(
+        QStringLiteral("SET @uid = (SELECT `uid` FROM `people` WHERE `pid` = 10011 AND ")));
+    QVERIFY(!lock.contains(QStringLiteral("`uid` = 7"))
+            && !lock.contains(QStringLiteral("`uid` <")));
+    QCOMPARE(plan.steps.first().statements.at(1).sql,
+             QStringLiteral("DELETE FROM `brape` WHERE `bid` = 2 AND `uid` = @uid"));
+}
+
+void tst_UndoPlan::rehearsedPerson_needsANumber()
+{
+    Changes changes = changesOf(SnapshotBuilder(),
+                                SnapshotBuilder().with(somebody, {"7|NULL|NULL|Eva|Malá|1"}));
+    QCOMPARE(planOf(changes).steps.size(), 1);
+    changes.header.how = ChangesHeader::Rehearsed;
+    UndoPlan plan;
+    const Failure failure = makeUndoPlan(changes, {}, {}, &plan);
+    QCOMPARE(int(failure.exitCode), int(ExitRefused));
+    QVERIFY2(failure.text.startsWith(
+                 QString::fromUtf8("'Eva Malá' was added in a rehearsal and has no number")),
+             qPrintable(failure.text));
+}
+
+void tst_UndoPlan::kinds_thatStayAreRefused()
+{
+    UndoSelection selection;
+    for (const char *kind : {"reopened", "notices", "waiting", "dropped", "errors", "nonsense"})
+        QCOMPARE(int(addUndoKind(QLatin1String(kind), &selection).exitCode), int(ExitUsage));
+    QVERIFY(selection.kinds.isEmpty());
+    const QStringList kinds = undoableKinds();
+    QCOMPARE(kinds.size(), changeKindCount - 5);
+    for (const QString &kind : kinds)
+        QVERIFY(!addUndoKind(kind, &selection));
+    // Of others nothing.
+    selection.people = QStringList {QStringLiteral("7.1")};
+    QCOMPARE(int(checkSelection(selection, changesOfOne()).exitCode), int(ExitUsage));
+    QCOMPARE(planOf(changesOfOne(), selection).steps.size(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_UndoPlan)
+#include "tst_undoplan.moc"
