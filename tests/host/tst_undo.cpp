@@ -306,9 +306,7 @@ void tst_Undo::kinds_takeBackTheirPart_data()
     QTest::newRow("all") << QStringList() << "1|NULL|1" << 0;
     QTest::newRow("ended") << QStringList {str("ended")} << "2|NULL|2" << 1;
     QTest::newRow("moved") << QStringList {str("moved")} << "1|2147483647|2" << 1;
-    QTest::newRow("updated") << QStringList {str("updated")} << "1|NULL|1" << 1;
     QTest::newRow("memberships") << QStringList {str("memberships")} << "2|2147483647|2" << 0;
-    QTest::newRow("added") << QStringList {str("added")} << "2|2147483647|2" << 1;
 }
 
 void tst_Undo::kinds_takeBackTheirPart()
