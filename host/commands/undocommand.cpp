@@ -21,7 +21,6 @@ Failure read(const Options &options, UndoOptions *undo)
 {
     undo->isApplied = options.isSet(QStringLiteral("apply"));
     undo->copy.withoutTriggers = options.isSet(QStringLiteral("without-triggers"));
-    undo->copy.withoutRoutines = options.isSet(QStringLiteral("without-routines"));
     undo->selection.people = options.values(QStringLiteral("person"));
     const QStringList kinds = options.values(QStringLiteral("kind"));
     for (const QString &kind : kinds) {
@@ -57,9 +56,7 @@ OptionGroup undoOptions()
              {QStringLiteral("apply"), QString(),
               Text::tr("take it back, in one transaction, after a look at a copy")},
              {QStringLiteral("without-triggers"), QString(),
-              Text::tr("go on where triggers cannot be seen")},
-             {QStringLiteral("without-routines"), QString(),
-              Text::tr("go on where the bodies of routines cannot be read")}}};
+              Text::tr("go on where triggers cannot be seen")}}};
 }
 
 } // namespace
