@@ -10,6 +10,7 @@
 namespace {
 
 const int patience = 30000; // milliseconds
+const int passPatience = 300000; // milliseconds
 
 } // namespace
 
@@ -72,6 +73,30 @@ bool TalvenhrProcess::waitForLine(const QString &text)
     return true;
 }
 
+bool TalvenhrProcess::waitForOutput(const QString &text)
+{
+    process.setReadChannel(QProcess::StandardOutput);
+    QElapsedTimer timer;
+    timer.start();
+    while (!output().contains(text)) {
+        const bool more = process.waitForReadyRead(passPatience);
+        if ((!more && process.state() == QProcess::NotRunning) || timer.elapsed() > passPatience)
+            return output().contains(text);
+    }
+    return true;
+}
+
+void TalvenhrProcess::send(const QByteArray &text)
+{
+    process.write(text);
+    process.waitForBytesWritten(patience);
+}
+
+void TalvenhrProcess::endInput()
+{
+    process.closeWriteChannel();
+}
+
 void TalvenhrProcess::sendSignal(int number)
 {
     ::kill(static_cast<pid_t>(process.processId()), number);
@@ -83,11 +108,11 @@ bool TalvenhrProcess::hasEnded()
     return process.state() == QProcess::NotRunning;
 }
 
-int TalvenhrProcess::finish()
+int TalvenhrProcess::finish(int milliseconds)
 {
     if (process.state() == QProcess::NotRunning)
         process.start();
-    if (!process.waitForFinished(patience) && process.state() != QProcess::NotRunning)
+    if (!process.waitForFinished(milliseconds) && process.state() != QProcess::NotRunning)
         return -1;
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }

@@ -24,10 +24,15 @@ public:
     void start();
     /// Waits until a line of standard error holds the text. False when none came.
     bool waitForLine(const QString &text);
+    /// The same for standard output, with more patience: a whole pass may lie in between.
+    bool waitForOutput(const QString &text);
+    /// To standard input.
+    void send(const QByteArray &text);
+    void endInput();
     void sendSignal(int number);
     bool hasEnded();
     /// Waits for the end, having started the program if it was not. The exit code, -1 for a crash.
-    int finish();
+    int finish(int milliseconds = 30000);
 
     /// The lines of standard error so far.
     QStringList lines();
