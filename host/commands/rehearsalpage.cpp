@@ -61,6 +61,13 @@ QVariantList kindValues(const Changes &changes)
     return values;
 }
 
+QString serverOf(const ChangesHeader &header)
+{
+    return header.after.isEmpty()
+        ? Text::tr("freshly started server")
+        : Text::tr("server that has taken %1 exports").arg(header.after.size());
+}
+
 } // namespace
 
 QVariantHash rehearsalHtmlValues(const Changes &changes)
@@ -80,6 +87,7 @@ QVariantHash rehearsalHtmlValues(const Changes &changes)
             {key("export"), changes.header.exported.name},
             {key("when"), changes.header.when.toString(Qt::ISODate)},
             {key("forced"), changes.header.forced},
+            {key("server"), serverOf(changes.header)},
             {key("plan"), exceeded.isEmpty() ? changes.plan.hash : QString()},
             {key("exceeded"), exceeded},
             {key("notes"), QVariant(notes).toList()},
