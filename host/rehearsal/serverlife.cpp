@@ -12,7 +12,6 @@
 #include <QSqlQuery>
 
 #include <algorithm>
-#include <iterator>
 
 namespace {
 
@@ -105,7 +104,7 @@ Failure ServerLife::noteUndone()
     for (const ChangedPerson &person : qAsConst(changes.people)) {
         if (person.person.uid != 0
             && std::any_of(person.messages.cbegin(), person.messages.cend(), tellsOfUndone))
-            undone.insert(person.pid);
+            undone.insert(person.pid, person.person);
     }
     return {};
 }
@@ -117,11 +116,12 @@ Failure ServerLife::mark(Changes *changes)
     if (const Failure failure = runOtherwise(open, &otherwise))
         return failure;
     markDoubts(open, otherwise, changes);
-    QVector<SeenPerson> missing;
-    std::copy_if(seen.cbegin(), seen.cend(), std::back_inserter(missing),
-                 [this](const SeenPerson &person) {
-                     return person.isUnchanged && undone.contains(person.pid);
-                 });
+    QHash<qlonglong, Person> missing;
+    for (const SeenPerson &person : qAsConst(seen)) {
+        const auto found = undone.constFind(person.pid);
+        if (person.isUnchanged && found != undone.constEnd())
+            missing.insert(person.pid, *found);
+    }
     markUndone(missing, changes);
     return {};
 }

@@ -12,7 +12,7 @@
 #include "host/rehearsal/rehearsal.h"
 #include "host/rehearsal/rehearsalsite.h"
 
-#include <QSet>
+#include <QHash>
 
 /// Lets one plugin take the earlier exports first, while the copy can only be read: what the plugin
 /// remembers of them does not depend on what it could write, and the copy stays as it is. Then
@@ -51,5 +51,5 @@ private:
     ExportMemory memory;
     QVector<SeenPerson> seen;
     QVector<LeaveDoubt> doubts;
-    QSet<qlonglong> undone; ///< pids of people without a membership or plan that was asked for
+    QHash<qlonglong, Person> undone; ///< by pid: they lack a membership or plan
 };

@@ -4,7 +4,6 @@
 #include "host/rehearsal/uncertainty.h"
 
 #include <QCoreApplication>
-#include <QHash>
 #include <QSet>
 
 #include <algorithm>
@@ -114,11 +113,11 @@ void markDoubts(const QVector<LeaveDoubt> &doubts, const Changes &otherwise, Cha
     people.sort();
 }
 
-void markUndone(const QVector<SeenPerson> &undone, Changes *changes)
+void markUndone(const QHash<qlonglong, Person> &undone, Changes *changes)
 {
     People people(&changes->people);
-    for (const SeenPerson &seen : undone) {
-        people.findOrAdd(seen.pid, Person {0, seen.pamId, QString()})
+    for (auto person = undone.cbegin(); person != undone.cend(); ++person) {
+        people.findOrAdd(person.key(), person.value())
             ->uncertain.append(Text::tr(
                 "has not got the branch or group plan that an earlier export asked for already; a "
                 "server that failed then tries again, one that did not leaves it"));

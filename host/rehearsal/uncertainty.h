@@ -6,6 +6,8 @@
 #include "host/changes/changes.h"
 #include "host/rehearsal/leavedoubts.h"
 
+#include <QHash>
+
 /// Those whose leave the pass could look at: where it is not at rest, what the server remembers of
 /// it makes no difference.
 QVector<LeaveDoubt> stillOpen(const QVector<LeaveDoubt> &doubts, const Changes &changes);
@@ -14,5 +16,6 @@ QVector<LeaveDoubt> stillOpen(const QVector<LeaveDoubt> &doubts, const Changes &
 /// it does nothing with is not in doubt.
 void markDoubts(const QVector<LeaveDoubt> &doubts, const Changes &otherwise, Changes *changes);
 
-/// Marks people who are to have a membership or a plan that an earlier export asked for already.
-void markUndone(const QVector<SeenPerson> &people, Changes *changes);
+/// Marks people, by pid, who are to have a membership or a plan that an earlier export asked for
+/// already.
+void markUndone(const QHash<qlonglong, Person> &undone, Changes *changes);

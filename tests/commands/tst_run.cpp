@@ -27,6 +27,7 @@ private Q_SLOTS:
     void sql_makesNoDatabase();
     void passes_endsAfterSoMany();
     void once_isOnePassThoughTicksAreOverdue();
+    void hold_waitsForALine();
     void nextPass_isToldWithItsTime_data();
     void nextPass_isToldWithItsTime();
     void missingExportIsToldOnce();
@@ -161,6 +162,27 @@ void tst_Run::once_isOnePassThoughTicksAreOverdue()
     QCOMPARE(program.finish(), 0);
     QCOMPARE(program.linesWith(QStringLiteral("BEGIN synchronization")).count(), 1);
     site.set({QStringLiteral("syncCommandRun=0")});
+}
+
+/// What is prepared between two passes is what the next one meets.
+void tst_Run::hold_waitsForALine()
+{
+    TalvenhrProcess both(options({QStringLiteral("--hold"), QStringLiteral("--show-changes")}));
+    QCOMPARE(both.finish(), 2);
+    TalvenhrProcess program(options({QStringLiteral("--hold"), QStringLiteral("--changes"),
+                                     site.path(QStringLiteral("held"))}));
+    program.start();
+    QVERIFY(program.waitForOutput(QStringLiteral("pass 1 is over\n")));
+    const QDir changes(site.path(QStringLiteral("held")));
+    QCOMPARE(changes.entryList({QStringLiteral("*-1.changes.json")}).size(), 1);
+    const QString usual = site.readFile(QStringLiteral("ron.data"));
+    site.writeFile(QStringLiteral("ron.data"), Site::employee(7009, QStringLiteral("Held")));
+    program.send("\n");
+    QVERIFY(program.waitForOutput(QStringLiteral("pass 2 is over\n")));
+    site.writeFile(QStringLiteral("ron.data"), usual);
+    program.endInput();
+    QCOMPARE(program.finish(), 0);
+    QVERIFY(program.lastLine().startsWith(QStringLiteral("talvenhr: 2 passes, 4 records, ")));
 }
 
 void tst_Run::nextPass_isToldWithItsTime_data()
