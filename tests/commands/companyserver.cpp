@@ -3,11 +3,13 @@
 // A made-up company, its exports, and the server that keeps it in line.
 #include "companyserver.h"
 
+#include "host/company/companyrows.h"
 #include "host/company/exportwriter.h"
 #include "host/database/errortext.h"
 
 #include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QSqlQuery>
 
 namespace {
@@ -117,6 +119,27 @@ Failure CompanyServer::happen() const
     if (day == 4)
         statements << QStringLiteral("INSERT INTO branches (number, name) VALUES (%1, 'late')")
                           .arg(QLatin1String(lostBranch));
+    for (const QString &statement : qAsConst(statements)) {
+        if (const Failure failure = execute(statement))
+            return failure;
+    }
+    return {};
+}
+
+Failure CompanyServer::passNight() const
+{
+    for (const QString &taken : takenExports) {
+        QFile file(taken);
+        const QDateTime yesterday = QFileInfo(taken).lastModified().addDays(-1);
+        if (!file.open(QIODevice::Append)
+            || !file.setFileTime(yesterday, QFileDevice::FileModificationTime))
+            return {ExitUsage, file.errorString()};
+    }
+    // In this order, no move meets another one on its new day.
+    QStringList statements {
+        QStringLiteral("UPDATE funds_move SET day = day - 86400 WHERE type = 3 ORDER BY day"),
+        QStringLiteral("UPDATE people SET created = created - 86400")};
+    statements += nightStatements(QStringLiteral("midnightFromTs(UNIX_TIMESTAMP())"));
     for (const QString &statement : qAsConst(statements)) {
         if (const Failure failure = execute(statement))
             return failure;

@@ -23,7 +23,9 @@ public:
     Failure make();
     /// The next day: its export, and what others do to the database. The export's path.
     QString nextDay();
-    /// What the server does with that export. It takes it as its `passes()`th since its start.
+    /// All that there is becomes a day older, and attendance is calculated.
+    Failure passNight() const;
+    /// What the server does with that export.
     Failure runPass(bool forced, QVector<Change> *changes);
     void restart();
 
