@@ -59,6 +59,9 @@ class tst_RehearsedLives : public QObject
 {
     Q_OBJECT
 
+public:
+    tst_RehearsedLives();
+
 private Q_SLOTS:
     void passes_doWhatWasRehearsed_data();
     void passes_doWhatWasRehearsed();
@@ -76,6 +79,12 @@ private:
     int markedPeople = 0;
     int otherOutcomes = 0; ///< of marked people: what really happened is the other outcome
 };
+
+/// As many companies as are wanted: Qt's own limit is five minutes a function.
+tst_RehearsedLives::tst_RehearsedLives()
+{
+    qputenv("QTEST_FUNCTION_TIMEOUT", "2000000000"); // milliseconds
+}
 
 void tst_RehearsedLives::rehearse(CompanyServer *company, const QString &file, bool forced,
                                   Changes *changes)
