@@ -34,11 +34,9 @@ QString withLastLine(const QString &what, const QByteArray &errors)
 QString troubleOf(const QProcess &hook, const QByteArray &errors)
 {
     if (hook.exitStatus() == QProcess::CrashExit)
-        return withLastLine(Text::tr("hook '%1' crashed").arg(hook.program()), errors);
+        return withLastLine(Text::tr("it crashed"), errors);
     if (hook.exitCode() != 0)
-        return withLastLine(
-            Text::tr("hook '%1' ended with exit code %2").arg(hook.program()).arg(hook.exitCode()),
-            errors);
+        return withLastLine(Text::tr("exit code %1").arg(hook.exitCode()), errors);
     return {};
 }
 
@@ -58,15 +56,13 @@ QString runHook(const QString &command, const QByteArray &json, int seconds)
     const QDeadlineTimer limit(1000 * static_cast<qint64>(seconds));
     hook.start(words.constFirst(), words.mid(1));
     if (!hook.waitForStarted(static_cast<int>(limit.remainingTime())))
-        return Text::tr("hook '%1' did not start: %2").arg(words.constFirst(), hook.errorString());
+        return Text::tr("it did not start: %1").arg(hook.errorString());
     hook.write(json);
     hook.closeWriteChannel();
     if (hook.state() != QProcess::NotRunning
         && !hook.waitForFinished(static_cast<int>(limit.remainingTime()))) {
         hook.killAll();
-        return withLastLine(
-            Text::tr("hook '%1' was killed after %2 s").arg(words.constFirst()).arg(seconds),
-            errors);
+        return withLastLine(Text::tr("it was killed after %1 s").arg(seconds), errors);
     }
     return troubleOf(hook, errors);
 }
