@@ -54,4 +54,7 @@ install(FILES
 # documents
 install(FILES CHANGELOG.md CONTRIBUTING.md LICENSE README.md SECURITY.md
     DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents)
-install(DIRECTORY docs examples DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents)
+install(DIRECTORY docs examples DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents
+    PATTERN hooks EXCLUDE)
+install(PROGRAMS examples/hooks/mail.py
+    DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples/hooks" COMPONENT documents)

@@ -1,0 +1,78 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The TalvenHR authors
+# SPDX-License-Identifier: MIT
+"""A hook of `talvenhr gate` that sends a mail, by the machine's sendmail.
+
+In talvenhr.conf, with a copy of this file where it may be run:
+
+    [hooks]
+    refused=/etc/talvenhr/mail.py hr@example.org it@example.org
+    passed=/etc/talvenhr/mail.py it@example.org
+    late=/etc/talvenhr/mail.py --late hr@example.org
+
+The gate's record comes on standard input. It holds no names of people; what the mail says is enough to
+find the reports.
+"""
+
+import argparse
+import email.message
+import json
+import os
+import shutil
+import socket
+import subprocess
+import sys
+
+
+def one_line(text):
+    """What may stand in a header: a file's name can be anything."""
+    return ''.join(c if c.isprintable() else '?' for c in text)
+
+
+def subject(record, late):
+    """What has happened, with the file that it happened to."""
+    what = 'no export since' if late else f'export {record["outcome"]}:'
+    return one_line(f'[talvenhr {socket.gethostname()}] {what} {record["export"]["file"]}')
+
+
+def paragraphs(record, late):
+    """The text of the mail, for somebody who has to do something."""
+    exported = record['export']
+    yield f'{exported["file"]}, {exported["lines"]} lines, {exported["size"]} bytes'
+    if late:
+        yield f'The last export was delivered at {record["when"]}. Look whether the HR system writes any.'
+        return
+    yield f'{record["outcome"]} at {record["when"]}, filed as {record["name"]}'
+    for reason in record['reasons']:
+        yield f'* {reason["text"]} ({reason["code"]})'
+        if reason['remedy']:
+            yield f'  What to do: {reason["remedy"]}'
+    if record['release']:
+        yield f'Let through by {record["release"]["by"]}: {record["release"]["reason"]}'
+    elif record['outcome'] == 'refused':
+        yield ('If it is right all the same:\n'
+               f'  talvenhr gate --release {record["name"]} --reason "..."')
+
+
+def main():
+    """Exit code 0 when sendmail has taken the mail; else the gate shows the last line as a warning."""
+    parser = argparse.ArgumentParser(description='Mails what the gate has decided.')
+    parser.add_argument('--late', action='store_true', help='say that no export was delivered')
+    parser.add_argument('recipient', nargs='+')
+    options = parser.parse_args()
+
+    record = json.load(sys.stdin.buffer)
+    mail = email.message.EmailMessage()
+    mail['To'] = ', '.join(options.recipient)
+    mail['Subject'] = subject(record, options.late)
+    mail['Auto-Submitted'] = 'auto-generated'
+    mail.set_content('\n\n'.join(paragraphs(record, options.late)) + '\n')
+
+    path = os.environ.get('PATH', os.defpath) + ':/usr/sbin:/usr/lib'
+    sendmail = shutil.which('sendmail', path=path)
+    if not sendmail:
+        sys.exit('there is no sendmail')
+    return subprocess.run([sendmail, '-t', '-i'], input=bytes(mail), check=False).returncode
+
+
+sys.exit(main())
