@@ -52,6 +52,17 @@ HurtText cutAtTenth(ExportSheet *sheet, Draw *draw)
     return {sheet->text(), {{0, 0}}};
 }
 
+/// In the middle of the line that stands there.
+template <int tenths>
+HurtText cutWithin(ExportSheet *sheet, Draw *)
+{
+    sheet->cut(qMax(2, sheet->lineCount() * tenths / 10));
+    const int last = sheet->lineCount();
+    QByteArray text = sheet->text();
+    text.chop(1 + sheet->line(last).size() / 2);
+    return {text, {{last, 0}}};
+}
+
 HurtText everySecondLineMissing(ExportSheet *sheet, Draw *)
 {
     for (int line = sheet->lineCount() / 2 * 2; line > 1; line -= 2)
@@ -165,6 +176,24 @@ HurtText endsAllSet(ExportSheet *sheet, Draw *)
                       [](const QByteArray &) { return "2099-12-31 00:00:00.000"; });
 }
 
+/// Another company, whose people have the same numbers as those of this one.
+HurtText testSystem(ExportSheet *sheet, Draw *draw)
+{
+    CompanyPlan plan;
+    plan.people = sheet->lineCount();
+    plan.seed = 1000000u + static_cast<quint32>(draw->below(1000000));
+    plan.day = QDate(2026, 3, 17);
+    return {exportText(generatedCompany(plan)), {{0, 0}}};
+}
+
+HurtText anotherColumn(ExportSheet *sheet, Draw *)
+{
+    sheet->cell(1, ExportColumn::Supervisor).append("|Email");
+    for (int line = 2; line <= sheet->lineCount(); ++line)
+        sheet->cell(line, ExportColumn::Supervisor).append('|');
+    return {sheet->text(), {{0, 0}}};
+}
+
 /// Rows of another table, of five cells each.
 HurtText blockOfAnotherFile(ExportSheet *sheet, Draw *draw)
 {
@@ -196,6 +225,22 @@ HurtText fileTwice(ExportSheet *sheet, Draw *)
     return {sheet->text(), hurts};
 }
 
+QVector<SheetDamage> cutsWithinLines()
+{
+    const char *const meaning = "the file ends in the middle of a line, after some tenths";
+    return {
+        {"cut-after-one-tenth", meaning, "E-FILE-CUT", cutWithin<1>},
+        {"cut-after-two-tenths", meaning, "E-FILE-CUT", cutWithin<2>},
+        {"cut-after-three-tenths", meaning, "E-FILE-CUT", cutWithin<3>},
+        {"cut-after-four-tenths", meaning, "E-FILE-CUT", cutWithin<4>},
+        {"cut-after-five-tenths", meaning, "E-FILE-CUT", cutWithin<5>},
+        {"cut-after-six-tenths", meaning, "E-FILE-CUT", cutWithin<6>},
+        {"cut-after-seven-tenths", meaning, "E-FILE-CUT", cutWithin<7>},
+        {"cut-after-eight-tenths", meaning, "E-FILE-CUT", cutWithin<8>},
+        {"cut-after-nine-tenths", meaning, "E-FILE-CUT", cutWithin<9>},
+    };
+}
+
 QVector<SheetDamage> damagesOfWhole()
 {
     return {
@@ -213,6 +258,9 @@ QVector<SheetDamage> damagesOfWhole()
         {"files-joined", "two files behind each other, without a line end between them",
          "E-LINE-CELLS", filesJoined},
         {"file-twice", "all lines once more behind the last one", "W-PERSON-TWICE", fileTwice},
+        {"test-system", "the export of the test system", "W-AGAINST-CHANGED", testSystem},
+        {"another-column", "a column more, as another release writes it", "E-FILE-NOTHING",
+         anotherColumn},
         {"header-only", "nothing behind the header", "E-FILE-NOTHING", headerOnly},
         {"empty", "nothing at all", "E-FILE-NOTHING", empty},
         {"error-page", "a web server's page about an error", "E-FILE-NOTHING", errorPage},
@@ -261,6 +309,7 @@ QVector<SheetDamage> damagesOfColumns()
 
 const QVector<SheetDamage> &fileDamages()
 {
-    static const QVector<SheetDamage> all = damagesOfWhole() + damagesOfColumns();
+    static const QVector<SheetDamage> all = cutsWithinLines() + damagesOfWhole()
+        + damagesOfColumns();
     return all;
 }

@@ -136,6 +136,14 @@ HurtText headerTranslated(ExportSheet *sheet, Draw *)
                     "BranchText|Calendar|CalendarSince|Type|RelationState|State|Leave|Supervisor");
 }
 
+HurtText headerOfAnotherRelease(ExportSheet *sheet, Draw *)
+{
+    return withLine(sheet, 1,
+                    sheet->line(1)
+                        .replace("TypPracovnihoPomeru", "TypPP")
+                        .replace("StavPracovnihoPomeru", "StavPP"));
+}
+
 QVector<SheetDamage> damagesOfForm()
 {
     return {
@@ -195,6 +203,8 @@ QVector<SheetDamage> damagesOfHeader()
         {"header-missing", "no header", "", headerMissing},
         {"header-too-short", "a header with 17 names", "E-LINE-CELLS", headerTooShort},
         {"header-in-lower-case", "a header in lower case", "W-FILE-HEADER", headerInLowerCase},
+        {"header-of-another-release", "a header with two names that are others", "W-FILE-HEADER",
+         headerOfAnotherRelease},
         {"header-translated", "a header in another language", "W-FILE-HEADER", headerTranslated},
     };
 }
