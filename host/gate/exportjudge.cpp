@@ -186,8 +186,12 @@ Failure judgeExport(const JudgeSettings &settings, const JudgedFiles &files, boo
 
 QStringList standardRefusals()
 {
-    return {QStringLiteral("error"), QStringLiteral("W-AGAINST-EMPTY"),
-            QStringLiteral("W-AGAINST-SAME"), QStringLiteral("W-AGAINST-CHANGED"),
+    return {QStringLiteral("error"),
+            QStringLiteral("W-FILE-HEADER"),
+            QStringLiteral("W-LINE-HEADER"),
+            QStringLiteral("W-AGAINST-EMPTY"),
+            QStringLiteral("W-AGAINST-SAME"),
+            QStringLiteral("W-AGAINST-CHANGED"),
             QStringLiteral("W-AGAINST-EXCHANGED")};
 }
 

@@ -51,8 +51,8 @@ struct JudgedFiles
 Failure judgeExport(const JudgeSettings &settings, const JudgedFiles &files, bool isReleased,
                     GateRecord *record);
 
-/// Severities and codes that refuse an export where nobody has said otherwise: errors, and columns
-/// that are not what they were.
+/// Severities and codes that refuse an export where nobody has said otherwise: errors, the header
+/// of another release or of a second file, and columns that are not what they were.
 QStringList standardRefusals();
 /// Fails on a word that is neither a severity nor a code of the catalogue, naming the nearest.
 Failure checkRefusals(const QStringList &words);
