@@ -363,6 +363,8 @@ void tst_Mend::otherFile_isNotRecoded_data()
     QTest::newRow("ASCII") << QByteArray("a|b\n") << windows;
     for (const char *damage : {"bad-utf8", "bad-utf8-surrogates", "windows-1250-line"})
         QTest::newRow(damage) << damaged(utf8, QLatin1String(damage), 1).text << windows;
+    for (const char *damage : {"utf-16", "utf-16-without-mark", "utf-16-big-endian"})
+        QTest::newRow(damage) << damaged(utf8, QLatin1String(damage), 1).text << windows;
     QTest::newRow("marked as UTF-8") << "\xef\xbb\xbf" + utf8 + "\xe1\n" << windows;
     QTest::newRow("another encoding, by its controls")
         << encoded(utf8, "windows-1250") << QStringLiteral("ISO-8859-2");
