@@ -227,6 +227,8 @@ void tst_GateDamage::lastYearsFile_isRefused()
     QCOMPARE(living.inPlace(), now);
 }
 
+/// A day on which nothing happens to anybody gives the file of the day before, which is refused:
+/// the gate cannot know that it is a new one.
 void tst_GateDamage::soundDays_areNeverRefused()
 {
     const int days = qEnvironmentVariableIsSet("TALVENHR_DAYS")
@@ -236,16 +238,21 @@ void tst_GateDamage::soundDays_areNeverRefused()
     for (int day = 0; day < days; day += daysOfACompany) {
         const quint32 seed = 100 + static_cast<quint32>(day);
         GateSite living(seed);
+        QByteArray before;
         for (int i = 0; i < daysOfACompany; ++i) {
             const QByteArray content = living.nextExport();
             living.deliver(content);
             const GateRecord record = living.run().decided.value(0);
-            QVERIFY2(record.outcome == GateRecord::Passed,
+            const QStringList expected = content == before ? QStringList {QStringLiteral("seen")}
+                                                           : QStringList();
+            QVERIFY2(codesOf(record) == expected,
                      qPrintable(QStringLiteral("seed %1, day %2: %3")
                                     .arg(seed)
                                     .arg(i)
                                     .arg(codesOf(record).join(QLatin1Char(' ')))));
-            QCOMPARE(living.read(), content);
+            if (content != before)
+                QCOMPARE(living.read(), content);
+            before = content;
         }
     }
 }
