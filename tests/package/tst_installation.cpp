@@ -101,9 +101,10 @@ void tst_Installation::components_areTheWhole()
           "include/talvenhr/repository/groupsplanrepo.h",
           "include/talvenhr/repository/orvdbsettings.h",
           "include/talvenhr/repository/termsyncrepository.h",
-          "share/doc/TalvenHR/examples/host/main.cpp", "share/doc/TalvenHR/docs/hosts.md",
-          "share/doc/TalvenHR/README.md", "share/man/man1/talvenhr.1",
-          "share/talvenhr/database/grants/plugin.sql", "share/talvenhr/database/grants/undo.sql"})
+          "share/doc/TalvenHR/examples/host/main.cpp", "share/doc/TalvenHR/examples/hooks/mail.py",
+          "share/doc/TalvenHR/docs/hosts.md", "share/doc/TalvenHR/README.md",
+          "share/man/man1/talvenhr.1", "share/talvenhr/database/grants/plugin.sql",
+          "share/talvenhr/database/grants/undo.sql"})
         QVERIFY2(files.contains(QString::fromLatin1(file)), file);
 }
 
