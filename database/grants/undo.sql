@@ -23,8 +23,9 @@ GRANT DELETE ON people_term TO 'talvenhr_undo'@'localhost';
 GRANT UPDATE (request), DELETE ON admins_people TO 'talvenhr_undo'@'localhost';
 GRANT UPDATE (gid), DELETE ON groups_plan TO 'talvenhr_undo'@'localhost';
 GRANT UPDATE (gid), DELETE ON groups_month TO 'talvenhr_undo'@'localhost';
--- Corrections of leave: today's gets another value, an older one a move of today.
-GRANT INSERT, UPDATE (value) ON funds_move TO 'talvenhr_undo'@'localhost';
+-- Corrections of leave: today's gets another value, an older one a move of today. An upsert takes
+-- UPDATE on every column that it inserts.
+GRANT INSERT, UPDATE ON funds_move TO 'talvenhr_undo'@'localhost';
 -- Lists of PaM.
 GRANT UPDATE (value), DELETE ON vars TO 'talvenhr_undo'@'localhost';
 -- Notices to terminals.

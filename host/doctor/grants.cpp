@@ -56,7 +56,7 @@ QStringList undoStatements(const QString &account, const QString &schema)
         {QStringLiteral("admins_people"), QStringLiteral("UPDATE (`request`), DELETE")},
         {QStringLiteral("groups_plan"), QStringLiteral("UPDATE (`gid`), DELETE")},
         {QStringLiteral("groups_month"), QStringLiteral("UPDATE (`gid`), DELETE")},
-        {QStringLiteral("funds_move"), QStringLiteral("INSERT, UPDATE (`value`)")},
+        {QStringLiteral("funds_move"), QStringLiteral("INSERT, UPDATE")},
         {QStringLiteral("vars"), QStringLiteral("UPDATE (`value`), DELETE")},
         {QStringLiteral("term_sync"), QStringLiteral("INSERT")},
         {QStringLiteral("term"), QStringLiteral("UPDATE (`syn`)")},

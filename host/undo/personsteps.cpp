@@ -207,8 +207,8 @@ private:
     }
 
     /// On the day of the correction its row gets the value of before. Later a move of that day
-    /// makes up for it, unless leave has been corrected since: then the balance is the export's
-    /// again.
+    /// makes up for it, unless later corrections come to something: then the balance is that of
+    /// another export, or was given back before.
     void takeLeaveBack(const Change &change)
     {
         const QString value = QStringLiteral("value");
@@ -234,14 +234,15 @@ private:
                 {{QStringLiteral("UPDATE `funds_move` SET `value` = %1 WHERE %2 AND `day` >= %3")
                       .arg(sqlValue(was), condition, today),
                   UndoStatement::TakesBack},
-                 {QStringLiteral("SET @later = (SELECT COUNT(*) FROM `funds_move` WHERE %1 AND "
-                                 "`day` > %2)")
+                 {QStringLiteral("SET @later = (SELECT COALESCE(SUM(`value`), 0) FROM "
+                                 "`funds_move` WHERE %1 AND `day` > %2)")
                       .arg(others.join(QStringLiteral(" AND ")), day),
                   UndoStatement::Beside},
                  {QStringLiteral(
                       "INSERT INTO `funds_move` (type, day, month, value, fid, uid) "
                       "SELECT 3, %1, monthFromTimestamp(UNIX_TIMESTAMP()), %2 - (%3), fid, uid "
-                      "FROM `funds_move` WHERE %4 AND `day` < %1 AND @later = 0")
+                      "FROM `funds_move` was WHERE %4 AND `day` < %1 AND @later = 0 "
+                      "ON DUPLICATE KEY UPDATE `value` = `funds_move`.`value` + VALUES(`value`)")
                       .arg(today, sqlValue(was), sqlValue(now), condition),
                   UndoStatement::TakesBack}});
     }

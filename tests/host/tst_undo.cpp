@@ -220,24 +220,26 @@ void tst_Undo::addedPerson_staysInactiveWhereAnythingRefers_data()
 {
     QTest::addColumn<QStringList>("reference");
     QTest::addColumn<int>("outcome");
-    QTest::newRow("nothing") << QStringList() << int(UndoStatement::Removes);
-    QTest::newRow("a notice") << QStringList {str(
-        "INSERT INTO term_sync (tid, type, ref, ref_col, ref_id, created, "
-        "flags) VALUES (1, 'I', 'people_term', 'uid', 2, 5, 2)")}
-                              << int(UndoStatement::Removes);
-    QTest::newRow("a zone") << QStringList {str("INSERT INTO pzt VALUES (1, 1, 2)")}
-                            << int(UndoStatement::MakesInactive);
-    QTest::newRow("a table of somebody else's")
-        << QStringList {str("CREATE TABLE cards (id INT, uid INT)"),
-                        str("INSERT INTO cards VALUES (7, 2)")}
-        << int(UndoStatement::MakesInactive);
-    QTest::newRow("a foreign key")
-        << QStringList {str("CREATE TABLE cards (owner INT UNSIGNED, "
-                            "FOREIGN KEY (owner) REFERENCES people (uid))"),
-                        str("INSERT INTO cards VALUES (2)")}
-        << int(UndoStatement::MakesInactive);
-    QTest::newRow("a row that was changed")
-        << QStringList {str("UPDATE brape SET since = 8")} << int(UndoStatement::MakesInactive);
+    const auto row = [](const char *name, const QStringList &reference, int outcome) {
+        QTest::newRow(name) << reference << outcome;
+    };
+    row("nothing", {}, UndoStatement::Removes);
+    row("a notice",
+        {str("INSERT INTO term_sync (tid, type, ref, ref_col, ref_id, created, flags) VALUES "
+             "(1, 'I', 'people_term', 'uid', 2, 5, 2)")},
+        UndoStatement::Removes);
+    row("a day", {str("INSERT INTO atten (uid, date) VALUES (2, 5)")},
+        UndoStatement::MakesInactive);
+    row("a table of somebody else's",
+        {str("CREATE TABLE cards (id INT, uid INT)"), str("INSERT INTO cards VALUES (7, 2)")},
+        UndoStatement::MakesInactive);
+    row("a foreign key",
+        {str("CREATE TABLE cards (owner INT UNSIGNED, FOREIGN KEY (owner) REFERENCES people "
+             "(uid))"),
+         str("INSERT INTO cards VALUES (2)")},
+        UndoStatement::MakesInactive);
+    row("a row that was changed", {str("UPDATE brape SET since = 8")},
+        UndoStatement::MakesInactive);
 }
 
 void tst_Undo::addedPerson_staysInactiveWhereAnythingRefers()
@@ -295,6 +297,14 @@ void tst_Undo::leave_isGivenBackOnceAndNotTwice()
     QCOMPARE(database->value(str("SELECT month FROM funds_move ORDER BY day DESC")),
              today().toString(str("yyyyMM")));
     QCOMPARE(undo(changes), UndoOutcomes {UndoStatement::Beside});
+    QCOMPARE(rows("SELECT value FROM funds_move ORDER BY day"), both);
+    // Two passes, the last one first.
+    execute("DELETE FROM funds_move");
+    changes = passOf({insert.arg(seconds(today().addDays(-3)), str("-250"))});
+    const Changes last = passOf({insert.arg(present, str("-100"))});
+    QCOMPARE(undo(changes), UndoOutcomes {UndoStatement::Beside});
+    QCOMPARE(undo(last), UndoOutcomes {UndoStatement::TakesBack});
+    QCOMPARE(undo(changes), UndoOutcomes {UndoStatement::TakesBack});
     QCOMPARE(rows("SELECT value FROM funds_move ORDER BY day"), both);
 }
 

@@ -238,12 +238,14 @@ void UndoModel::takeLeaveBack(const Change &change)
 {
     Table &of = table(QStringLiteral("funds_move"));
     const qlonglong day = cellOf(change, change.after, "day").toLongLong();
-    const bool isLater = std::any_of(of.rows.begin(), of.rows.end(), [&](TableRow &row) {
-        return cell(of, row, "uid") == cellOf(change, change.after, "uid")
+    qlonglong later = 0;
+    for (TableRow &row : of.rows) {
+        if (cell(of, row, "uid") == cellOf(change, change.after, "uid")
             && cell(of, row, "fid") == cellOf(change, change.after, "fid")
-            && cell(of, row, "type") == 3 && cell(of, row, "day").toLongLong() > day;
-    });
-    const bool isTaken = isAsLeft(change) && (day >= today || !isLater);
+            && cell(of, row, "type") == 3 && cell(of, row, "day").toLongLong() > day)
+            later += cell(of, row, "value").toLongLong();
+    }
+    const bool isTaken = isAsLeft(change) && (day >= today || later == 0);
     step(isTaken);
     if (!isTaken)
         return;
@@ -256,7 +258,11 @@ void UndoModel::takeLeaveBack(const Change &change)
         cell(of, row, "day") = today;
         cell(of, row, "month") = month;
     }
-    of.rows.insert(keyText(*of.table, of.columns, row), row);
+    const QString key = keyText(*of.table, of.columns, row);
+    if (day < today && of.rows.contains(key))
+        cell(of, row, "value") = cell(of, row, "value").toLongLong()
+            + cell(of, of.rows[key], "value").toLongLong();
+    of.rows.insert(key, row);
 }
 
 void UndoModel::putRowBack(const Change &change)
