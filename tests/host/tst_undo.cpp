@@ -45,6 +45,7 @@ private Q_SLOTS:
     void addedPerson_staysInactiveWhereAnythingRefers_data();
     void addedPerson_staysInactiveWhereAnythingRefers();
     void addedPerson_isInactiveForALoginThatDoesNotSeeAll();
+    void passes_areTakenBackLastFirst();
     void leave_isGivenBackOnceAndNotTwice();
     void kinds_takeBackTheirPart_data();
     void kinds_takeBackTheirPart();
@@ -276,6 +277,17 @@ void tst_Undo::addedPerson_isInactiveForALoginThatDoesNotSeeAll()
     UndoOutcomes outcomes;
     QVERIFY(!runUndo(handle, plan, {}, &outcomes));
     QCOMPARE(outcomes, UndoOutcomes {UndoStatement::MakesInactive});
+}
+
+/// That a row was written again by an undo is no change of it.
+void tst_Undo::passes_areTakenBackLastFirst()
+{
+    const Changes first = passOf({str("UPDATE people SET phone = '2', editor = 0, edited = 5")});
+    const Changes last = passOf({str("UPDATE people SET phone = '3', edited = 6")});
+    QCOMPARE(undo(first), UndoOutcomes {UndoStatement::Beside});
+    QCOMPARE(undo(last), UndoOutcomes {UndoStatement::TakesBack});
+    QCOMPARE(undo(first), UndoOutcomes {UndoStatement::TakesBack});
+    QCOMPARE(rows("SELECT phone, editor FROM people"), QStringList {str("1|NULL")});
 }
 
 void tst_Undo::leave_isGivenBackOnceAndNotTwice()
