@@ -47,6 +47,9 @@ QString passText(const ChangesHeader &header)
             .arg(passes, when);
     if (header.after.isEmpty())
         return Text::tr("Rehearsed at %1: the first pass of a freshly started server.").arg(when);
+    if (header.after.size() == 1)
+        return Text::tr("Rehearsed at %1: the next pass of a server that has taken one export.")
+            .arg(when);
     return Text::tr("Rehearsed at %1: the next pass of a server that has taken %2 exports.")
         .arg(when)
         .arg(header.after.size());

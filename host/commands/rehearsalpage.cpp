@@ -63,9 +63,11 @@ QVariantList kindValues(const Changes &changes)
 
 QString serverOf(const ChangesHeader &header)
 {
-    return header.after.isEmpty()
-        ? Text::tr("freshly started server")
-        : Text::tr("server that has taken %1 exports").arg(header.after.size());
+    if (header.after.isEmpty())
+        return Text::tr("freshly started server");
+    if (header.after.size() == 1)
+        return Text::tr("server that has taken one export");
+    return Text::tr("server that has taken %1 exports").arg(header.after.size());
 }
 
 } // namespace

@@ -79,6 +79,8 @@ Changes fullChanges()
     after.tables[0].rows[0][7] = 1.5;
     Changes changes = changesBetween(before, after, fullTold(), fullHeader(), digest());
     changes.people.first().uncertain = lines({"one", "other"});
+    changes.people.first().otherwise = changes.people.first().rows.mid(0, 1);
+    changes.header.after = {{QStringLiteral("old.data"), digest(), 90, 2}};
     changes.totals.missing = 3;
     changes.rehearsal.limits = {{{QStringLiteral("ended"), 5, true}, 2, 3},
                                 {{QStringLiteral("leave-days-each"), 60, false}, 60, 2.5}};

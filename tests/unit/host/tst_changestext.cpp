@@ -21,6 +21,8 @@ private Q_SLOTS:
     void hostileTexts_breakNothing();
     void worst_comesFirst();
     void summary_tellsWhatOccurs();
+    void summary_countsTheUncertain();
+    void otherOutcome_standsBehind();
     void summary_fitsAScreen();
     void days_haveTwoPlaces();
 };
@@ -224,11 +226,49 @@ void tst_ChangesText::summary_tellsWhatOccurs()
     changes.summary[ChangeKind::Ended] = 1;
     changes.totals.leave = 250;
     QCOMPARE(summaryText(changes, 100),
-             QStringLiteral("Rehearsed at 2026-11-22 12:00:00: what a pass would change.\n"
+             QStringLiteral("Rehearsed at 2026-11-22 12:00:00: the first pass of a freshly "
+                            "started server.\n"
                             "Export ron.data: 3 lines, SHA-256 aaaaaaaaaaaa…\n"
                             "  people whose employment ends: 1\n"
                             "  people added: 2\n"
                             "  people with leave corrected: 3, 2.50 days in all\n"));
+}
+
+void tst_ChangesText::summary_countsTheUncertain()
+{
+    Changes changes;
+    changes.header.how = ChangesHeader::Rehearsed;
+    changes.header.when = QDateTime(passDay, QTime(12, 0));
+    changes.header.after = {ExportIdentity()};
+    changes.people = {ChangedPerson(), ChangedPerson()};
+    changes.people.last().uncertain = lines({"one", "other"});
+    const QString begin = QStringLiteral("Rehearsed at 2026-11-22 12:00:00: the next pass of a "
+                                         "server that has taken %1.\n");
+    const QString end = QStringLiteral("There was no export.\n  Nothing changes.\n"
+                                       "  people with whom the server may do otherwise: 1\n");
+    QCOMPARE(summaryText(changes, 100), begin.arg(QStringLiteral("one export")) + end);
+    changes.header.after.append(ExportIdentity());
+    QCOMPARE(summaryText(changes, 100), begin.arg(QStringLiteral("2 exports")) + end);
+}
+
+void tst_ChangesText::otherOutcome_standsBehind()
+{
+    Changes changes = changesBetween(
+        SnapshotBuilder().with("people: uid|pid|pamId|name|surname|status|phone",
+                               {"1|10011|1001.1|Eva|Malá|1|old"}),
+        SnapshotBuilder().with("people: uid|pid|pamId|name|surname|status|phone",
+                               {"1|10011|1001.1|Eva|Malá|1|new"}),
+        PassTold(), ChangesHeader());
+    ChangedPerson person = changes.people.first();
+    const QString rows = personText(person, {}, 80).section(QLatin1Char('\n'), -2);
+    person.otherwise = person.rows;
+    person.rows.clear();
+    person.uncertain = lines({"why"});
+    const QString text = personText(person, {}, 80);
+    QVERIFY2(text.endsWith(QStringLiteral("  uncertain: why\n"
+                                          "  if the server does otherwise, then also:\n")
+                           + rows),
+             qPrintable(text));
 }
 
 void tst_ChangesText::summary_fitsAScreen()
