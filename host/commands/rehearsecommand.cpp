@@ -44,10 +44,12 @@ Failure run(const Options &options)
     if (const Failure failure = read(options, &rehearsal))
         return failure;
     const RehearsalWishes &wishes = rehearsal.wishes;
-    if (const Failure failure = checkOutputFiles({rehearsal.html, rehearsal.changesFile},
-                                                 {wishes.settingsFile, wishes.exportFile,
-                                                  wishes.pluginFile, options.configuration().path(),
-                                                  options.value(QStringLiteral("password-file"))}))
+    if (const Failure failure = checkOutputFiles(
+            {rehearsal.html, rehearsal.changesFile},
+            QStringList {wishes.settingsFile, wishes.exportFile, wishes.pluginFile,
+                         options.configuration().path(),
+                         options.value(QStringLiteral("password-file"))}
+                + wishes.after))
         return failure;
     return RehearsalSession(rehearsal).run();
 }

@@ -4,6 +4,7 @@
 #include "host/rehearsal/heldrun.h"
 
 #include "host/changes/changesjson.h"
+#include "host/rehearsal/childwords.h"
 
 #include <QDir>
 
@@ -15,13 +16,6 @@ struct Text
 };
 
 const int pollInterval = 50; // milliseconds
-
-QString lastWords(const QByteArray &standardError)
-{
-    const QStringList lines = QString::fromLocal8Bit(standardError)
-                                  .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    return lines.isEmpty() ? Text::tr("it said nothing") : lines.constLast();
-}
 
 } // namespace
 

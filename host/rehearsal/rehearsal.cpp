@@ -7,6 +7,7 @@
 #include "host/changes/changesjson.h"
 #include "host/changes/passnotes.h"
 #include "host/plugin/settingsfile.h"
+#include "host/rehearsal/childwords.h"
 #include "host/rehearsal/pretendedday.h"
 #include "host/rehearsal/rehearsalsite.h"
 #include "host/rehearsal/serverlife.h"
@@ -14,7 +15,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 namespace {
 
@@ -24,17 +24,6 @@ struct Text
 };
 
 const int pollInterval = 50; // milliseconds
-
-/// The last line that the process has said, without the program's name.
-QString lastWords(const QByteArray &standardError)
-{
-    const QStringList lines = QString::fromLocal8Bit(standardError)
-                                  .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    if (lines.isEmpty())
-        return Text::tr("it said nothing");
-    static const QRegularExpression prefix(QStringLiteral("\\Atalvenhr: "));
-    return QString(lines.constLast()).remove(prefix);
-}
 
 /// The text with the files that people know, in place of their copies.
 QString withRealNames(QString text, const RehearsalSite &site, const RehearsalWishes &wishes)

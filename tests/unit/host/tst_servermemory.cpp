@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // What a server remembers of exports, and with whom it may do otherwise than rehearsed.
+#include "host/rehearsal/childwords.h"
 #include "host/rehearsal/exportmemory.h"
 #include "host/rehearsal/leavedoubts.h"
 #include "host/rehearsal/uncertainty.h"
@@ -71,6 +72,7 @@ private Q_SLOTS:
     void mark_tellsBothOutcomes();
     void mark_ofAChangedPerson();
     void undone_isMarkedAtItsPlace();
+    void lastWords_areWithoutTheProgram();
 
 private:
     QString write(const QString &name, const QByteArray &content, const QDateTime &moment);
@@ -244,6 +246,12 @@ void tst_ServerMemory::undone_isMarkedAtItsPlace()
     QCOMPARE(changes.people.at(1).person.pamId, QStringLiteral("2.1"));
     for (const ChangedPerson &person : qAsConst(changes.people))
         QVERIFY(person.uncertain.value(0).contains(QStringLiteral("tries again")));
+}
+
+void tst_ServerMemory::lastWords_areWithoutTheProgram()
+{
+    QCOMPARE(lastWords("talvenhr: one\n\ntalvenhr: two\n"), QStringLiteral("two"));
+    QCOMPARE(lastWords(""), QStringLiteral("it said nothing"));
 }
 
 QTEST_GUILESS_MAIN(tst_ServerMemory)
