@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
@@ -127,10 +128,12 @@ void readPlace(Status *status)
 bool isLate(const Status &status)
 {
     const StatusSources &sources = status.sources;
-    if (!sources.state.isEmpty()
-        && QFileInfo::exists(QDir(sources.state).filePath(QStringLiteral("late"))))
-        return true;
     const GateRecord *const last = lastRecord(status);
+    // The gate's mark stays, with the export after which none had come.
+    QFile mark(QDir(sources.state).filePath(QStringLiteral("late")));
+    if (!sources.state.isEmpty() && last && mark.open(QIODevice::ReadOnly)
+        && mark.readAll().trimmed() == last->name.toUtf8())
+        return true;
     return sources.lateAfter > 0 && last && last->when.secsTo(status.now) > sources.lateAfter;
 }
 
@@ -223,13 +226,22 @@ QVector<RehearsedExport> readRehearsals(const Status &status)
     const QDateTime since = status.now.addDays(-daysBack);
     QVector<RehearsedExport> exports;
     for (const GateRecord &record : status.records) {
-        if (record.when < since || !names.contains(record.name))
+        // A person has said that all is as it should be.
+        const bool isSettled = QFileInfo::exists(settledFile(status.sources, record));
+        if (isSettled)
+            exports.clear();
+        if (isSettled || record.when < since || !names.contains(record.name))
             continue;
         RehearsedExport exported {record.name, {}};
         if (!readChangesFile(rehearsalFile(status.sources, record), &exported.changes))
             exports.append(exported);
     }
     return exports;
+}
+
+QString settledFile(const StatusSources &sources, const GateRecord &record)
+{
+    return QDir(sources.archive).filePath(record.name + QStringLiteral(".settled"));
 }
 
 QStringList passFiles(const Status &status)

@@ -14,6 +14,9 @@ QStringList readExports(const Status &status);
 
 /// What was rehearsed of the exports that have been read in the last days, oldest first.
 QVector<RehearsedExport> readRehearsals(const Status &status);
+/// A person makes this file in the archive to say that what this export and older ones have left is
+/// as it should be; its content does not matter.
+QString settledFile(const StatusSources &sources, const GateRecord &record);
 /// How many days back lost changes are looked for.
 int lossDays();
 

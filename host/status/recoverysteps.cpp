@@ -85,5 +85,9 @@ QStringList recoverySteps(const Status &status)
         steps.append(Text::tr("# Restart the attendance server, with this export in place"));
     if (needs(status, Remedy::ByHand))
         steps.append(Text::tr("# Enrol in PaM by hand those of whom that is missing"));
+    const GateRecord *const passed = lastPassed(status.records);
+    if (passed)
+        steps.append(Text::tr("# Or, if all is as it should be: touch %1")
+                         .arg(shellWord(settledFile(status.sources, *passed))));
     return steps;
 }

@@ -252,6 +252,14 @@ void tst_Status::rehearsals_areThoseOfExportsThatWereRead()
     const QVector<RehearsedExport> rehearsals = readRehearsals(folder.status());
     QCOMPARE(rehearsals.size(), 1);
     QCOMPARE(rehearsals.constFirst().record, read.name);
+
+    const GateRecord next = folder.record(3, "c");
+    folder.keep(next);
+    folder.keep(next, changesBy(PassTold()));
+    folder.write(QStringLiteral("archive/%1.settled").arg(read.name), QByteArray());
+    const QVector<RehearsedExport> later = readRehearsals(folder.status());
+    QCOMPARE(later.size(), 1);
+    QCOMPARE(later.constFirst().record, next.name);
 }
 
 void tst_Status::concerns_tellTheWorstFirst_data()
@@ -290,7 +298,9 @@ void tst_Status::concerns_tellTheWorstFirst()
     if (is("stopped"))
         folder.keep(folder.record(1, "b", GateRecord::Passing));
     if (is("marked late"))
-        folder.write(QStringLiteral("state/late"), QByteArray());
+        folder.write(QStringLiteral("state/late"), record.name.toUtf8());
+    if (is("well")) // of an older export
+        folder.write(QStringLiteral("state/late"), "20261101T020000Z-0123456789ab");
     if (is("errors"))
         keepPass(folder, 1, toldError());
     StatusSources sources = folder.sources();
@@ -365,7 +375,7 @@ void tst_Status::recovery_takesTheNewestExport()
     folder.write(QStringLiteral("archive/") + record.name + QStringLiteral(".export.gz"), "z");
     status.lost[0].remedies = {Remedy::Rejoin, Remedy::Replan, Remedy::Restart, Remedy::ByHand};
     const QStringList steps = recoverySteps(status);
-    QCOMPARE(steps.size(), 8);
+    QCOMPARE(steps.size(), 9);
     QCOMPARE(steps.constFirst(),
              QStringLiteral("gzip -dc '%1/%2.export.gz' > 'again.data'")
                  .arg(folder.path(QStringLiteral("archive")), record.name));
@@ -374,6 +384,9 @@ void tst_Status::recovery_takesTheNewestExport()
     QVERIFY(steps.at(2).startsWith(QStringLiteral("DELETE plan FROM groups_plan")));
     QVERIFY(steps.at(4).endsWith(QStringLiteral("mv '%1.new' '%1'").arg(folder.place())));
     QVERIFY(steps.at(5).startsWith(QStringLiteral("INSERT INTO vars")));
+    QVERIFY(
+        steps.constLast().endsWith(QStringLiteral("touch '%1/%2.settled'")
+                                       .arg(folder.path(QStringLiteral("archive")), record.name)));
 }
 
 void tst_Status::checkLine_hasFiguresBehindTheBar()
