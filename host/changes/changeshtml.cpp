@@ -6,7 +6,14 @@
 #include "host/changes/changestext.h"
 #include "host/database/changetext.h"
 
+#include <QCoreApplication>
+
 namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(ChangesHtml)
+};
 
 QString key(const char *name)
 {
@@ -25,12 +32,21 @@ QVariantHash numberValues(const ChangedPerson &person)
             {key("marked"), !person.notDone.isEmpty() || !person.messages.isEmpty()}};
 }
 
+QStringList rowTexts(const QVector<Change> &rows, const IdNames &names)
+{
+    QStringList lines;
+    const QVector<PersonChanges> texts = changeTexts(rows, names);
+    for (const PersonChanges &text : texts)
+        lines += text.lines;
+    return lines;
+}
+
 QVariantHash personValues(const ChangedPerson &person, const IdNames &names)
 {
-    QStringList rows;
-    const QVector<PersonChanges> texts = changeTexts(person.rows, names);
-    for (const PersonChanges &text : texts)
-        rows += text.lines;
+    QStringList rows = rowTexts(person.rows, names);
+    if (!person.otherwise.isEmpty())
+        rows.append(Text::tr("if the server does otherwise, then also:"));
+    rows += rowTexts(person.otherwise, names);
     QVariantHash values = numberValues(person);
     values.insert(key("name"), person.person.name);
     values.insert(key("words"), QVariant(personWords(person, names)).toList());
