@@ -14,6 +14,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+
 #include <pwd.h>
 #include <unistd.h>
 
@@ -123,6 +125,11 @@ QString folderOf(const Options &options, const char *name, const QString &incomi
                                    : QFileInfo(incoming).dir().filePath(option);
 }
 
+Failure readLateness(const Options &options, int *hours)
+{
+    return options.number(QStringLiteral("late-after"), 0, mostHours, hours);
+}
+
 Failure readFolders(const Options &options, GateSettings *settings)
 {
     const QString incoming = options.value(QStringLiteral("incoming"));
@@ -167,8 +174,7 @@ Failure readRoad(const Options &options, GateOptions *gate)
     if (const Failure failure = options.number(QStringLiteral("still-for"), 0, longestLimit,
                                                &settings.incoming.stillFor))
         return failure;
-    if (const Failure failure = options.number(QStringLiteral("late-after"), 0, mostHours,
-                                               &settings.lateAfter))
+    if (const Failure failure = readLateness(options, &settings.lateAfter))
         return failure;
     return options.number(QStringLiteral("time-limit"), 1, longestLimit, &gate->timeLimit);
 }
@@ -265,6 +271,38 @@ bool GateOptions::rehearses() const
 {
     return rehearsal == GateRehearsal::Yes
         || (rehearsal == GateRehearsal::Auto && !database.isDefault);
+}
+
+OptionGroup gateFolderOptions()
+{
+    OptionGroup group = folderOptions();
+    group.title = Text::tr("Gate");
+    group.options += roadOptions().options;
+    const QStringList wanted {QStringLiteral("incoming"), QStringLiteral("place"),
+                              QStringLiteral("archive"),  QStringLiteral("refused"),
+                              QStringLiteral("state"),    QStringLiteral("late-after")};
+    const auto unwanted = std::remove_if(
+        group.options.begin(), group.options.end(),
+        [&wanted](const Option &option) { return !wanted.contains(option.name); });
+    group.options.erase(unwanted, group.options.end());
+    return group;
+}
+
+Failure readGateFolders(const Options &options, GateFolders *folders)
+{
+    folders->incoming = options.value(QStringLiteral("incoming"));
+    folders->place = options.value(QStringLiteral("place"));
+    const struct
+    {
+        const char *name;
+        QString *folder;
+    } others[] = {
+        {"archive", &folders->archive}, {"refused", &folders->refused}, {"state", &folders->state}};
+    for (const auto &other : others)
+        *other.folder = folders->incoming.isEmpty()
+            ? options.value(QLatin1String(other.name))
+            : folderOf(options, other.name, QFileInfo(folders->incoming).absoluteFilePath());
+    return readLateness(options, &folders->lateAfter);
 }
 
 QVector<OptionGroup> gateOptionGroups()

@@ -3,10 +3,10 @@
 // `talvenhr status`: when what ran, how it ended, and what waits.
 #include "host/commands/statuscommand.h"
 
-#include "host/cli/gatefolders.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
+#include "host/commands/gateoptions.h"
 #include "host/commands/statussettings.h"
 #include "host/report/console.h"
 #include "host/status/checkline.h"
@@ -148,7 +148,7 @@ Command statusCommand()
     command.sections = {
         {Text::tr("Examples"),
          {QStringLiteral("talvenhr status"),
-          QStringLiteral("talvenhr status --check --late-after 26h"),
+          QStringLiteral("talvenhr status --check --late-after 26"),
           QStringLiteral("talvenhr status --html /srv/www/talvenhr --no-names --quiet")}}};
     command.run = run;
     return command;

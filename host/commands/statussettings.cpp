@@ -3,10 +3,10 @@
 // What a status is taken from, and where it is published.
 #include "host/commands/statussettings.h"
 
-#include "host/cli/gatefolders.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/commands/databaselook.h"
+#include "host/commands/gateoptions.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/settingsfile.h"
 #include "host/status/databasestatus.h"
@@ -92,6 +92,19 @@ Failure readPluginSettings(const Options &options, StatusSources *sources)
     return {};
 }
 
+/// The plugin would read what is written there, also while no export is there.
+Failure checkPlace(const StatusSettings &settings)
+{
+    const QString place = settings.sources.place;
+    const auto isPlace = [&place](const QString &target) {
+        return !target.isEmpty() && !place.isEmpty()
+            && QFileInfo(target).absoluteFilePath() == QFileInfo(place).absoluteFilePath();
+    };
+    if (isPlace(settings.metricsFile) || isPlace(settings.site.folder))
+        return {ExitUsage, Text::tr("'%1' is where the plugin reads its export").arg(place)};
+    return {};
+}
+
 } // namespace
 
 QStringList publishingSettings()
@@ -111,27 +124,20 @@ Failure readStatusSettings(const Options &options, StatusSettings *settings)
     sources.refused = folders.refused;
     sources.state = folders.state;
     sources.place = folders.place;
-    sources.lateAfter = folders.lateAfter;
+    sources.lateAfter = 3600LL * folders.lateAfter;
     if (const Failure failure = readPluginSettings(options, &sources))
         return failure;
     if (const Failure failure = readDatabaseOptions(options, &settings->database))
         return failure;
     sources.namesDatabase = !settings->database.isDefault;
-    if (const Failure failure = readPublishing(options, settings))
-        return failure;
-    return checkTargets(*settings, {options.configuration().path()});
+    return readPublishing(options, settings);
 }
 
 Failure checkTargets(const StatusSettings &settings, const QStringList &inputs)
 {
-    const QString place = settings.sources.place;
-    const auto isPlace = [&place](const QString &target) {
-        return !target.isEmpty() && !place.isEmpty()
-            && QFileInfo(target).absoluteFilePath() == QFileInfo(place).absoluteFilePath();
-    };
-    if (isPlace(settings.metricsFile) || isPlace(settings.site.folder))
-        return {ExitUsage, Text::tr("'%1' is where the plugin reads its export").arg(place)};
-    return checkOutputFiles({settings.metricsFile}, inputs + QStringList {place});
+    if (const Failure failure = checkPlace(settings))
+        return failure;
+    return checkOutputFiles({settings.metricsFile}, inputs);
 }
 
 Status takeStatus(const StatusSettings &settings)
@@ -162,6 +168,8 @@ Failure publishStatus(const StatusSettings &settings)
 
 Failure publishStatus(const Status &status, const StatusSettings &settings)
 {
+    if (const Failure failure = checkPlace(settings))
+        return failure;
     Failure metrics;
     if (!settings.metricsFile.isEmpty())
         metrics = writeMetrics(status, settings.metricsFile);

@@ -112,7 +112,7 @@ void tst_StatusCommand::check_hasTheCodesOfMonitoring()
     QVERIFY2(well.output().startsWith(QStringLiteral("TALVENHR OK - ")), qPrintable(well.output()));
     QCOMPARE(well.output().count(QLatin1Char('\n')), 1);
 
-    TalvenhrProcess late(options(check + QStringList {QStringLiteral("--late-after=1h")}));
+    TalvenhrProcess late(options(check + QStringList {QStringLiteral("--late-after=1")}));
     QCOMPARE(late.finish(), 2);
     QVERIFY2(late.output().startsWith(
                  QStringLiteral("TALVENHR CRITICAL - no export has come for 2 h 0 min | ")),

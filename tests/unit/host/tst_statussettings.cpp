@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // What a status is taken from and where it is published, by options and talvenhr.conf.
-#include "host/cli/gatefolders.h"
 #include "host/cli/options.h"
 #include "host/commands/commands.h"
 #include "host/commands/statuscommand.h"
@@ -21,8 +20,7 @@ private Q_SLOTS:
     void wrongValues_areNamed();
     void publishing_writesWhatTheFileNames();
     void publishing_writesMetricsWithoutTheSite();
-    void times_areReadWithTheirUnits_data();
-    void times_areReadWithTheirUnits();
+    void folders_standBesideTheIncomingOne();
 
 private:
     static Failure load(const GateFolder &folder, const char *lines, const QStringList &arguments,
@@ -47,7 +45,7 @@ void tst_StatusSettings::folders_comeFromTheFile()
     const GateFolder folder;
     StatusSettings settings;
     QVERIFY(!load(folder,
-                  "[gate]\narchive=archive\nrefused=/r\nlate-after=26h\nplace=site/ron.data\n"
+                  "[gate]\narchive=archive\nrefused=/r\nlate-after=26\nplace=site/ron.data\n"
                   "[status]\nhtml=www\nno-names=yes\nreaders=group\n[metrics]\nfile=m/t.prom\n",
                   {QStringLiteral("--refused=/other")}, &settings));
     QCOMPARE(settings.sources.archive, folder.path(QStringLiteral("archive")));
@@ -87,11 +85,9 @@ void tst_StatusSettings::wrongValues_areNamed_data()
     QTest::newRow("names") << QByteArray("[status]\nno-names=maybe\n")
                            << QStringLiteral("takes yes or no, not 'maybe'");
     QTest::newRow("late") << QByteArray("[gate]\nlate-after=soon\n")
-                          << QStringLiteral("takes a time such as 26h, 90m or 2d, not 'soon'");
+                          << QStringLiteral("takes a number from 0 to 8760, not 'soon'");
     QTest::newRow("key") << QByteArray("[metrics]\nfiles=x\n")
                          << QStringLiteral("did you mean 'file'");
-    QTest::newRow("place") << QByteArray("[gate]\nplace=ron.data\n[metrics]\nfile=ron.data\n")
-                           << QStringLiteral("is where the plugin reads its export");
     QTest::newRow("plugin") << QByteArray("[plugin]\ndata-dir=nowhere\n")
                             << QStringLiteral("no TalvenHR.ini in");
 }
@@ -118,6 +114,12 @@ void tst_StatusSettings::publishing_writesWhatTheFileNames()
     QVERIFY(folder.read(QStringLiteral("t.prom")).contains("talvenhr_gate_exports_total"));
     QVERIFY(folder.read(QStringLiteral("www/index.html")).contains("ron.data"));
 
+    StatusSettings place;
+    QVERIFY(!load(folder, "[gate]\nplace=ron.data\n[metrics]\nfile=ron.data\n", {}, &place));
+    QVERIFY(
+        publishStatus(place).text.contains(QStringLiteral("is where the plugin reads its export")));
+    QVERIFY(!QFile::exists(folder.path(QStringLiteral("ron.data"))));
+
     StatusSettings nothing;
     QVERIFY(!load(folder, "", {}, &nothing));
     QVERIFY(!publishStatus(nothing));
@@ -135,24 +137,17 @@ void tst_StatusSettings::publishing_writesMetricsWithoutTheSite()
     QVERIFY(!folder.read(QStringLiteral("t.prom")).isEmpty());
 }
 
-void tst_StatusSettings::times_areReadWithTheirUnits_data()
+void tst_StatusSettings::folders_standBesideTheIncomingOne()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<qint64>("seconds");
-    QTest::newRow("none") << QStringLiteral("90") << Q_INT64_C(90);
-    QTest::newRow("s") << QStringLiteral("90s") << Q_INT64_C(90);
-    QTest::newRow("m") << QStringLiteral("15m") << Q_INT64_C(900);
-    QTest::newRow("h") << QStringLiteral("26h") << Q_INT64_C(93600);
-    QTest::newRow("d") << QStringLiteral("2d") << Q_INT64_C(172800);
-    for (const char *wrong : {"", "h", "2w", "-1h", "1.5h", "99999999999d"})
-        QTest::newRow(wrong) << QString::fromLatin1(wrong) << Q_INT64_C(-1);
-}
-
-void tst_StatusSettings::times_areReadWithTheirUnits()
-{
-    QFETCH(QString, text);
-    QFETCH(qint64, seconds);
-    QCOMPARE(secondsOf(text), seconds);
+    const GateFolder folder;
+    StatusSettings settings;
+    QVERIFY(!load(folder, "[gate]\nincoming=incoming\nstate=/run/gate\n", {}, &settings));
+    QCOMPARE(settings.sources.archive, folder.path(QStringLiteral("archive")));
+    QCOMPARE(settings.sources.refused, folder.path(QStringLiteral("refused")));
+    QCOMPARE(settings.sources.state, QStringLiteral("/run/gate"));
+    StatusSettings other;
+    QVERIFY(!load(folder, "", {}, &other));
+    QCOMPARE(other.sources.archive, QString());
 }
 
 QTEST_GUILESS_MAIN(tst_StatusSettings)
