@@ -10,6 +10,7 @@
 #include "host/cli/reportoptions.h"
 #include "host/commands/gateoptions.h"
 #include "host/commands/rehearsalsession.h"
+#include "host/commands/statussettings.h"
 #include "host/gate/gatetexts.h"
 #include "host/report/console.h"
 #include "host/report/jsonreport.h"
@@ -87,6 +88,24 @@ void armTimeLimit(int seconds, Watchdog *watchdog)
     });
 }
 
+/// Figures and site follow each run. What is wrong with them is only a warning: no export waits for
+/// it.
+void publish(const Options &options, const GateOptions &gate, GateResult *result)
+{
+    StatusSettings status;
+    Failure failure = readStatusSettings(options, &status);
+    // The environment has lost its password to the gate's own reading.
+    status.database = gate.database;
+    status.sources.namesDatabase = !gate.database.isDefault;
+    // The plugin's own search may have found its settings.
+    status.sources.place = gate.settings.place;
+    status.sources.staysInPlace = !gate.settings.isRemovedWhenRead;
+    if (!failure)
+        failure = publishStatus(status);
+    if (failure)
+        result->warnings.append(failure.text);
+}
+
 Failure run(const Options &options)
 {
     GateOptions gate;
@@ -99,6 +118,7 @@ Failure run(const Options &options)
     Gate road(settings);
     GateResult result;
     const Failure failure = gate.release ? road.release(*gate.release, &result) : road.run(&result);
+    publish(options, gate, &result);
     tell(result, reportForm(options));
     if (failure)
         return failure;

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void soundExport_comesInPlace();
     void damagedExport_isRefusedWithItsReasons();
     void record_isWhatTheSchemaSays();
+    void figuresAndSite_followEachRun();
     void release_takesAReason();
     void wrongSettings_areNamed_data();
     void wrongSettings_areNamed();
@@ -141,6 +142,30 @@ void tst_GateCommand::record_isWhatTheSchemaSays()
                 QStringLiteral("--reason"), QStringLiteral("why")}));
     QCOMPARE(released.finish(), 0);
     QCOMPARE(schemaFault(released.output().toUtf8(), QStringLiteral("gate")), QString());
+}
+
+/// What is wrong with them holds back no export.
+void tst_GateCommand::figuresAndSite_followEachRun()
+{
+    configure({QStringLiteral("[metrics]"), QStringLiteral("file=figures/talvenhr.prom"),
+               QStringLiteral("[status]"), QStringLiteral("html=www")});
+    QVERIFY(QDir(site->dataDir()).mkdir(QStringLiteral("figures")));
+    deliver(exportOf(QStringLiteral("O'"), 3));
+    TalvenhrProcess refusing(gateOf(*site));
+    QCOMPARE(refusing.finish(), 5);
+    QVERIFY(site->readFile(QStringLiteral("figures/talvenhr.prom"))
+                .contains(QStringLiteral("\ntalvenhr_last_export_refused 1\n")));
+    const QString name = refusedNames(*site).value(0);
+    QVERIFY(QFile::exists(site->path(QStringLiteral("www/%1.html").arg(name))));
+    QVERIFY(site->readFile(QStringLiteral("www/index.html")).contains(name));
+
+    QVERIFY(QDir(site->path(QStringLiteral("figures"))).removeRecursively());
+    deliver(exportOf(QStringLiteral("A"), 3));
+    TalvenhrProcess passing(gateOf(*site));
+    QCOMPARE(passing.finish(), 0);
+    QVERIFY(isInPlace());
+    QVERIFY2(passing.output().contains(QStringLiteral("\nwarning: ")),
+             qPrintable(passing.output()));
 }
 
 void tst_GateCommand::release_takesAReason()
