@@ -12,12 +12,12 @@
 #include "host/commands/rehearsalsession.h"
 #include "host/commands/statussettings.h"
 #include "host/gate/gatetexts.h"
+#include "host/gate/pluginserver.h"
 #include "host/report/console.h"
-#include "host/report/jsonreport.h"
+#include "host/report/logwriter.h"
 
 #include <QCoreApplication>
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -32,17 +32,17 @@ RehearseExport rehearsalOf(const GateOptions &gate)
 {
     if (!gate.rehearses())
         return {};
-    return [gate](const RehearsalOrder &order, Changes *changes, int *after) -> Failure {
+    return [gate](const RehearsalOrder &order, Changes *changes) -> Failure {
         RehearsalOptions rehearsal;
         rehearsal.wishes.pluginFile = gate.pluginFile;
         rehearsal.wishes.settingsFile = gate.settingsFile;
         rehearsal.wishes.exportFile = order.exportFile;
+        rehearsal.wishes.after = order.after;
         rehearsal.wishes.timeout = gate.timeLimit;
         rehearsal.database = gate.database;
         rehearsal.limits = gate.settings.judge.limits;
         rehearsal.changesFile = order.changesFile;
         rehearsal.html = order.page;
-        *after = 0;
         RehearsalSession session(rehearsal);
         if (const Failure failure = session.rehearse())
             return failure;
@@ -78,12 +78,9 @@ void tell(const GateResult &result, ReportForm form)
 void armTimeLimit(int seconds, Watchdog *watchdog)
 {
     watchdog->arm(seconds * 1000, [seconds] {
-        const QByteArray text = Text::tr("talvenhr: the gate was not done after %1 s; the delivery "
-                                         "stays for the next time\n")
-                                    .arg(seconds)
-                                    .toLocal8Bit();
-        std::fputs(text.constData(), stderr);
-        std::fflush(stderr);
+        LogWriter(LogFormat::Text)
+            .fail(Text::tr("the gate was not done after %1 s; the delivery stays for the next time")
+                      .arg(seconds));
         std::_Exit(ExitTimeout);
     });
 }
@@ -115,6 +112,8 @@ Failure run(const Options &options)
     armTimeLimit(gate.timeLimit, &watchdog);
     GateSettings settings = gate.settings;
     settings.judge.rehearse = rehearsalOf(gate);
+    if (const auto server = pluginServerAbove(gate.pluginFile))
+        settings.serverSince = server->since;
     Gate road(settings);
     GateResult result;
     const Failure failure = gate.release ? road.release(*gate.release, &result) : road.run(&result);

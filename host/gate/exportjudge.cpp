@@ -137,14 +137,13 @@ Failure judgeRehearsal(const JudgeSettings &settings, const JudgedFiles &files, 
 {
     const QDir folder(files.folder);
     Changes changes;
-    int after = 0;
     if (const Failure failure = settings.rehearse(
-            {files.exportFile, folder.filePath(QStringLiteral("changes.json")),
+            {files.exportFile, files.after, folder.filePath(QStringLiteral("changes.json")),
              folder.filePath(QStringLiteral("rehearsal.html"))},
-            &changes, &after))
+            &changes))
         return failure;
-    record->rehearsal = RehearsedFigures {after, changes.people.size(), changes.plan.hash,
-                                          changes.summary};
+    record->rehearsal = RehearsedFigures {files.after.size(), changes.people.size(),
+                                          changes.plan.hash, changes.summary};
     const QVector<LimitOutcome> outcomes = limitOutcomes(settings.limits, changes);
     for (const LimitOutcome &outcome : outcomes)
         judgeLimit(outcome, record);

@@ -17,14 +17,13 @@
 struct RehearsalOrder
 {
     QString exportFile;
+    QStringList after; ///< exports that the running server has taken, the oldest first
     QString changesFile;
     QString page;
 };
 
-/// Rehearses the export as the running server would take it; the number of exports that were
-/// replayed before it comes back in `after`.
-using RehearseExport
-    = std::function<Failure(const RehearsalOrder &order, Changes *changes, int *after)>;
+/// Rehearses the export as the running server would take it.
+using RehearseExport = std::function<Failure(const RehearsalOrder &order, Changes *changes)>;
 
 /// What an export is measured by.
 struct JudgeSettings
@@ -40,6 +39,7 @@ struct JudgedFiles
 {
     QString exportFile;
     QString lastGood; ///< export that went through before; empty: there is none
+    QStringList after; ///< as in RehearsalOrder
     QString folder; ///< for check.json, check.html, rejects.txt, changes.json, rehearsal.html
 };
 

@@ -323,7 +323,7 @@ Failure Gate::judge(const std::optional<Release> &release, GateRecord *record)
                                 Text::tr("deliver the newest export")});
     if (!record->reasons.isEmpty() && !isReleased)
         return {};
-    JudgedFiles files {workPath(mendedName), QString(), workPath(QString())};
+    JudgedFiles files {workPath(mendedName), QString(), {}, workPath(QString())};
     if (last) {
         record->comparedWith = last->name;
         files.lastGood = workPath(lastGoodName);
@@ -345,7 +345,41 @@ Failure Gate::judge(const std::optional<Release> &release, GateRecord *record)
             setLimit(limit, &measures.limits);
         }
     }
+    if (measures.rehearse) {
+        if (const Failure failure = unpackTaken(&files.after))
+            return failure;
+    }
     return judgeExport(measures, files, isReleased, record);
+}
+
+/// The exports that the running server has read, the oldest first, with the times at which they
+/// came in place. Those that are too old to be kept are left out: only people who stand in no later
+/// one are concerned.
+Failure Gate::unpackTaken(QStringList *files) const
+{
+    if (!settings.serverSince)
+        return {};
+    QStringList unread;
+    for (const GateRecord &record : archive.records())
+        unread.append(record.replaced);
+    if (const GateRecord *inPlace = archive.passedWith(placement.digest());
+        inPlace && settings.isRemovedWhenRead)
+        unread.append(inPlace->name);
+    for (const GateRecord &record : archive.records()) {
+        const QString packed = archive.path(record, QStringLiteral(".export.gz"));
+        const bool isTaken = record.outcome == GateRecord::Passed
+            && record.when >= *settings.serverSince && !unread.contains(record.name);
+        if (!isTaken || !QFileInfo::exists(packed))
+            continue;
+        const QString path = workPath(record.name);
+        if (const Failure failure = readGzip(packed, path))
+            return failure;
+        QFile file(path);
+        if (file.open(QIODevice::ReadWrite))
+            file.setFileTime(record.when, QFileDevice::FileModificationTime);
+        files->append(path);
+    }
+    return {};
 }
 
 Failure Gate::letThrough(const Delivery &delivery, GateRecord *record)

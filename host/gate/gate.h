@@ -27,6 +27,9 @@ struct GateSettings
     int keepDays = 90;
     bool holdsFirst = false; ///< the first export waits for a person
     JudgeSettings judge;
+    /// When the server began whose export command this is: what went through since then is what it
+    /// remembers. Nothing for a freshly started one.
+    std::optional<QDateTime> serverSince;
     MendWishes mend;
     QString passedHook; ///< command lines; empty: none
     QString refusedHook;
@@ -82,6 +85,7 @@ private:
     Failure decide(const Delivery &delivery, const std::optional<Release> &release,
                    GateResult *result);
     Failure judge(const std::optional<Release> &release, GateRecord *record);
+    Failure unpackTaken(QStringList *files) const;
     Failure takeIn(const Delivery &delivery, GateRecord *record);
     Failure letThrough(const Delivery &delivery, GateRecord *record);
     Failure supersede(const Delivery &delivery, GateRecord *record);

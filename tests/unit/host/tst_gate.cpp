@@ -67,6 +67,7 @@ private Q_SLOTS:
     void allow_raisesOneLimit();
     void release_ofNothingKnown_isNamed();
     void rehearsal_isMeasured();
+    void rehearsal_comesAfterWhatTheServerHasTaken();
     void rehearsalThatFails_leavesTheDelivery();
     void refusedByItsLines_isNotRehearsed();
     void hooks_getTheRecord();
@@ -227,7 +228,7 @@ void tst_Gate::refuseWords_decideWhatRefuses()
     const GateRecord refused = site.run().decided.value(0);
     QCOMPARE(refused.outcome, GateRecord::Refused);
     QCOMPARE(codesOf(refused), QStringList {code});
-    QVERIFY(checkRefusals({QStringLiteral("eror")}).text.contains(QStringLiteral("'error'")));
+    QVERIFY(checkRefusals({QStringLiteral("warnin")}).text.contains(QStringLiteral("'warning'")));
     QVERIFY(!checkRefusals(standardRefusals()));
 }
 
@@ -407,25 +408,60 @@ void tst_Gate::release_ofNothingKnown_isNamed()
 void tst_Gate::rehearsal_isMeasured()
 {
     GateSite site;
-    site.settings.judge.rehearse = [](const RehearsalOrder &, Changes *changes, int *after) {
+    site.settings.judge.rehearse = [](const RehearsalOrder &, Changes *changes) {
         changes->totals.activePeople = 100;
         changes->summary[ChangeKind::Ended] = 6;
         changes->plan.hash = QStringLiteral("abc-def");
-        *after = 3;
         return Failure();
     };
     site.deliver(site.nextExport());
     const GateRecord record = site.run().decided.value(0);
     QCOMPARE(codesOf(record), QStringList {QStringLiteral("limit:ended")});
-    QCOMPARE(record.rehearsal->after, 3);
+    QCOMPARE(record.rehearsal->after, 0);
     QCOMPARE(record.rehearsal->plan, QStringLiteral("abc-def"));
     QCOMPARE(record.rehearsal->summary[ChangeKind::Ended], Q_INT64_C(6));
+}
+
+void tst_Gate::rehearsal_comesAfterWhatTheServerHasTaken()
+{
+    GateSite site;
+    QStringList after;
+    QVector<QDateTime> times;
+    site.settings.judge.rehearse = [&after, &times](const RehearsalOrder &order, Changes *) {
+        after.clear();
+        times.clear();
+        for (const QString &path : order.after) {
+            QFile file(path);
+            after.append(file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll())
+                                                        : QString());
+            times.append(QFileInfo(path).lastModified());
+        }
+        return Failure();
+    };
+    QVector<QByteArray> days;
+    const auto live = [&] {
+        days.append(site.nextExport());
+        site.deliver(days.constLast());
+        return site.run().decided.value(0);
+    };
+    live(); // before the server begins
+    site.read();
+    site.settings.serverSince = QDateTime::currentDateTime();
+    const GateRecord taken = live();
+    QCOMPARE(taken.rehearsal->after, 0);
+    site.read();
+    live(); // replaced by the next one
+    live(); // still in place
+    const GateRecord last = live();
+    QCOMPARE(last.rehearsal->after, 1);
+    QCOMPARE(after, QStringList {QString::fromUtf8(days.at(1))});
+    QCOMPARE(times.constFirst().toSecsSinceEpoch(), taken.when.toSecsSinceEpoch());
 }
 
 void tst_Gate::rehearsalThatFails_leavesTheDelivery()
 {
     GateSite site;
-    site.settings.judge.rehearse = [](const RehearsalOrder &, Changes *, int *) {
+    site.settings.judge.rehearse = [](const RehearsalOrder &, Changes *) {
         return Failure {ExitDatabase, QStringLiteral("no answer")};
     };
     site.deliver(site.nextExport());
@@ -444,7 +480,7 @@ void tst_Gate::refusedByItsLines_isNotRehearsed()
 {
     GateSite site;
     bool isRehearsed = false;
-    site.settings.judge.rehearse = [&isRehearsed](const RehearsalOrder &, Changes *, int *) {
+    site.settings.judge.rehearse = [&isRehearsed](const RehearsalOrder &, Changes *) {
         isRehearsed = true;
         return Failure();
     };
