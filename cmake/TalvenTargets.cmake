@@ -64,3 +64,23 @@ function(talven_target_defaults target)
         target_link_options(${target} PRIVATE -fsanitize=thread)
     endif()
 endfunction()
+
+# talven_add_precompiled_headers(<target> <header>...): headers for talven_reuse_headers(), with
+# TALVENHR_PRECOMPILE. The build with clang has none, so that each file names what it uses.
+function(talven_add_precompiled_headers target)
+    file(GENERATE OUTPUT "${target}.cpp" CONTENT "")
+    add_library(${target} OBJECT EXCLUDE_FROM_ALL "${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp")
+    talven_target_defaults(${target})
+    set_target_properties(${target} PROPERTIES AUTOMOC OFF)
+    target_link_libraries(${target} PRIVATE Qt5::Core)
+    if(TALVENHR_PRECOMPILE)
+        target_precompile_headers(${target} PRIVATE ${ARGN} <algorithm> <functional> <optional>)
+    endif()
+endfunction()
+
+# talven_reuse_headers(<target> <from>)
+function(talven_reuse_headers target from)
+    if(TALVENHR_PRECOMPILE)
+        target_precompile_headers(${target} REUSE_FROM ${from})
+    endif()
+endfunction()

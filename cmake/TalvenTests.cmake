@@ -7,6 +7,12 @@ find_package(Qt5 REQUIRED COMPONENTS Test)
 file(GLOB faketime_folders "/usr/lib/*/faketime" "/usr/lib/faketime")
 find_library(TALVENHR_FAKETIME_LIBRARY libfaketime.so.1 PATHS ${faketime_folders} REQUIRED)
 
+# talven_test_options(<target>): a test is built more often than it runs.
+function(talven_test_options target)
+    target_compile_options(${target} PRIVATE
+        $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:RelWithDebInfo>>:-O1 -g1>)
+endfunction()
+
 # talven_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [LABELS <label>...]
 #                 [TIMEOUT <seconds>] [TIME_ZONES <zone>...] [ENVIRONMENT <NAME=value>...]
 #                 [FROZEN_CLOCK])
@@ -18,9 +24,8 @@ function(talven_add_test name)
     cmake_parse_arguments(arg "FROZEN_CLOCK" "TIMEOUT" "SOURCES;LIBRARIES;LABELS;TIME_ZONES;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     talven_target_defaults(${name})
-    # A test is built more often than it runs.
-    target_compile_options(${name} PRIVATE
-        $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:RelWithDebInfo>>:-O1 -g1>)
+    talven_test_options(${name})
+    talven_reuse_headers(${name} talvenhr_testheaders)
     target_link_libraries(${name} PRIVATE talvenhr_testsupport ${arg_LIBRARIES})
 
     if(NOT arg_TIMEOUT)
