@@ -76,6 +76,11 @@ Failure pretendDay(const ConnectionParameters &administrator, const QDate &day)
 QProcessEnvironment environmentOfDay(const QDate &day)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const QStringList names = environment.keys();
+    for (const QString &name : names) {
+        if (name.startsWith(QLatin1String("TALVENHR_")))
+            environment.remove(name);
+    }
     if (!day.isValid())
         return environment;
     environment.insert(QStringLiteral("LD_PRELOAD"), clockLibrary());

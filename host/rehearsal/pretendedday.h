@@ -19,5 +19,6 @@ bool canBePretended(const QDate &day);
 /// of the day. Fails where libfaketime is not installed, which environmentOfDay() needs.
 Failure pretendDay(const ConnectionParameters &administrator, const QDate &day);
 
-/// That of this process, with a clock of the day for a child; as it is for an invalid day.
+/// That of this process, with a clock of the day for a child; with that of the machine for an
+/// invalid day. Without settings of the command line: the child gets all of them as options.
 QProcessEnvironment environmentOfDay(const QDate &day);

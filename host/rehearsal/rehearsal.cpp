@@ -106,7 +106,9 @@ Failure Rehearsal::runAfterOthers(const ConnectionParameters &copy,
 
 QStringList Rehearsal::arguments(const ConnectionParameters &copy, const QString &folder) const
 {
+    // The file of settings tells of the database that was copied, with its password.
     QStringList words {QStringLiteral("run"),        QStringLiteral("--once"),
+                       QStringLiteral("--config"),   QStringLiteral("/dev/null"),
                        QStringLiteral("--data-dir"), folder,
                        QStringLiteral("--plugin"),   wishes.pluginFile,
                        QStringLiteral("--socket"),   copy.socket,
