@@ -25,6 +25,14 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(UndoSession)
 };
 
+/// In UTF-8, as its first statement says, whatever the locale is: letters that it does not have
+/// would be put back as question marks.
+void printScript(const QString &script)
+{
+    printBytes(script.toUtf8());
+    flushOutput();
+}
+
 } // namespace
 
 UndoSession::UndoSession(const UndoOptions &undoOptions) :
@@ -56,7 +64,7 @@ Failure UndoSession::run()
     if (!failure && options.isApplied)
         failure = tellAndApply(database.parameters());
     else if (!failure)
-        printText(undoScript(options.changes, plan, outcomes));
+        printScript(undoScript(options.changes, plan, outcomes));
     if (failure)
         return failure;
     return {leftAlone(outcomes) > 0 ? ExitErrors : ExitClean, QString()};
@@ -92,7 +100,7 @@ Failure UndoSession::printOnly()
 {
     if (const Failure failure = makeUndoPlan(options.changes, options.selection, {}, &plan))
         return failure;
-    printText(undoScript(options.changes, plan, {}));
+    printScript(undoScript(options.changes, plan, {}));
     return {};
 }
 
