@@ -19,6 +19,6 @@ bool canBePretended(const QDate &day);
 /// of the day. Fails where libfaketime is not installed, which environmentOfDay() needs.
 Failure pretendDay(const ConnectionParameters &administrator, const QDate &day);
 
-/// That of this process, with a clock of the day for a child; with that of the machine for an
-/// invalid day. Without settings of the command line: the child gets all of them as options.
+/// That of this process for a child, with a clock of the day unless that is invalid. Without the
+/// variables that stand for options: they may name the source, and the child is to know the copy.
 QProcessEnvironment environmentOfDay(const QDate &day);

@@ -104,11 +104,12 @@ Failure Rehearsal::runAfterOthers(const ConnectionParameters &copy,
     return life.run(words, changes);
 }
 
+/// Without a configuration: the one of the user names the source, which would be the database then.
 QStringList Rehearsal::arguments(const ConnectionParameters &copy, const QString &folder) const
 {
     // The file of settings tells of the database that was copied, with its password.
     QStringList words {QStringLiteral("run"),        QStringLiteral("--once"),
-                       QStringLiteral("--config"),   QStringLiteral("/dev/null"),
+                       QStringLiteral("--config"),   QProcess::nullDevice(),
                        QStringLiteral("--data-dir"), folder,
                        QStringLiteral("--plugin"),   wishes.pluginFile,
                        QStringLiteral("--socket"),   copy.socket,

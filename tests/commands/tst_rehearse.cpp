@@ -44,6 +44,7 @@ private Q_SLOTS:
     void settingsOfAnotherDatabase_doNotReachTheCopy();
     void plan_letsOnlyTheSamePassThrough();
     void exportWithoutAUsableLine_isAnError();
+    void configuration_namesTheSourceAndNeverTheCopy();
     void killed_leavesNothingForLong();
     void interrupted_changesNothing();
 
@@ -230,6 +231,25 @@ void tst_Rehearse::exportWithoutAUsableLine_isAnError()
     QCOMPARE(headerOnly.finish(), 1);
     QVERIFY(headerOnly.output().startsWith(QStringLiteral("Nothing changes for 1001.1 ")));
     QVERIFY(headerOnly.output().contains(QStringLiteral("\nThe export has no usable line; ")));
+}
+
+/// The pass would run on whatever server these name.
+void tst_Rehearse::configuration_namesTheSourceAndNeverTheCopy()
+{
+    QVERIFY(QDir().mkpath(site.path(QStringLiteral("talvenhr"))));
+    site.writeFile(QStringLiteral("talvenhr/talvenhr.conf"),
+                   QStringLiteral("[database]\nhost=127.0.0.1\nport=1\n"));
+    for (const char *after : {"", "--after"}) {
+        QStringList words = command({"rehearse", "--quiet", "--no-limits"});
+        if (*after)
+            words << QLatin1String(after) << site.exportFile();
+        TalvenhrProcess program(words);
+        program.setEnvironment(QStringLiteral("XDG_CONFIG_HOME"), site.dataDir());
+        program.setEnvironment(QStringLiteral("TALVENHR_CONNECT_OPTIONS"),
+                               QStringLiteral("UNIX_SOCKET=/none"));
+        QCOMPARE(program.finish(), 0);
+        QVERIFY(program.output().contains(QStringLiteral(", plan: ")));
+    }
 }
 
 void tst_Rehearse::killed_leavesNothingForLong()
