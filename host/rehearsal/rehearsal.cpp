@@ -107,7 +107,6 @@ Failure Rehearsal::runAfterOthers(const ConnectionParameters &copy,
 /// Without a configuration: the one of the user names the source, which would be the database then.
 QStringList Rehearsal::arguments(const ConnectionParameters &copy, const QString &folder) const
 {
-    // The file of settings tells of the database that was copied, with its password.
     QStringList words {QStringLiteral("run"),        QStringLiteral("--once"),
                        QStringLiteral("--config"),   QProcess::nullDevice(),
                        QStringLiteral("--data-dir"), folder,

@@ -41,7 +41,6 @@ private Q_SLOTS:
     void whatCannotBe_isToldBeforeAnythingIsCopied_data();
     void whatCannotBe_isToldBeforeAnythingIsCopied();
     void page_hasTheNumbersOfTheDocument();
-    void settingsOfAnotherDatabase_doNotReachTheCopy();
     void plan_letsOnlyTheSamePassThrough();
     void exportWithoutAUsableLine_isAnError();
     void configuration_namesTheSourceAndNeverTheCopy();
@@ -158,21 +157,6 @@ void tst_Rehearse::page_hasTheNumbersOfTheDocument()
     TalvenhrProcess sql({QStringLiteral("sql"), QStringLiteral("--private-db"), kept,
                          QStringLiteral("--execute"), QStringLiteral("SELECT 1")});
     QCOMPARE(sql.finish(), 0);
-}
-
-/// They are those of the database that is copied.
-void tst_Rehearse::settingsOfAnotherDatabase_doNotReachTheCopy()
-{
-    site.writeFile(QStringLiteral("secret"), QStringLiteral("another password\n"));
-    site.writeFile(QStringLiteral("other.conf"),
-                   QStringLiteral("[database]\npassword-file=secret\n"));
-    TalvenhrProcess file(command({"rehearse", "--no-limits"}));
-    file.setEnvironment(QStringLiteral("TALVENHR_CONFIG"), site.path(QStringLiteral("other.conf")));
-    QCOMPARE(file.finish(), 0);
-    TalvenhrProcess variable(command({"rehearse", "--no-limits"}));
-    variable.setEnvironment(QStringLiteral("TALVENHR_PASSWORD_FILE"),
-                            site.path(QStringLiteral("secret")));
-    QCOMPARE(variable.finish(), 0);
 }
 
 void tst_Rehearse::plan_letsOnlyTheSamePassThrough()
