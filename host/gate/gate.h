@@ -6,6 +6,7 @@
 #include "host/base/failure.h"
 #include "host/gate/exportjudge.h"
 #include "host/gate/gatearchive.h"
+#include "host/gate/gatework.h"
 #include "host/gate/incoming.h"
 #include "host/gate/mend.h"
 #include "host/gate/placement.h"
@@ -76,29 +77,36 @@ public:
     Failure release(const ReleaseWish &wish, GateResult *result);
 
 private:
+    // gate.cpp
     Failure open(GateResult *result);
     Failure lock();
     Failure recover(GateResult *result);
     Failure refuseForeign(GateResult *result);
     Failure takeDeliveries(GateResult *result);
-    Failure finish(const Delivery &delivery, const GateRecord &record, GateResult *result);
+    void step(const char *name) const;
+
+    // gate_decision.cpp
     Failure decide(const Delivery &delivery, const std::optional<Release> &release,
                    GateResult *result);
+    Failure takeIn(const Delivery &delivery, GateRecord *record);
     Failure judge(const std::optional<Release> &release, GateRecord *record);
     Failure unpackTaken(QStringList *files) const;
-    Failure takeIn(const Delivery &delivery, GateRecord *record);
+
+    // gate_filing.cpp
     Failure letThrough(const Delivery &delivery, GateRecord *record);
-    Failure supersede(const Delivery &delivery, GateRecord *record);
+    Failure supersede(GateRecord *record);
     Failure refuse(GateRecord *record);
     Failure fileReports(const GateRecord &record);
+
+    // gate_telling.cpp
+    Failure finish(const Delivery &delivery, const GateRecord &record, GateResult *result);
     void callHook(const GateRecord &record, GateResult *result) const;
     void lookForLateness(GateResult *result);
-    QString workPath(const QString &name) const;
-    void step(const char *name) const;
 
     const GateSettings settings;
     GateArchive archive;
     Placement placement;
+    const GateWork work;
     QScopedPointer<QLockFile> lockFile;
     std::function<void(const char *step)> atStep;
 };

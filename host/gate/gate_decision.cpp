@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 The TalvenHR authors
+// SPDX-License-Identifier: MIT
+// The gate: what is decided about a delivery.
+#include "host/gate/gate.h"
+
+#include "host/base/ownerfile.h"
+#include "host/changes/passnotes.h"
+#include "host/gate/exportdate.h"
+#include "host/gate/gzip.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(Gate)
+};
+
+const int digestLetters = 12; // of a record's name
+
+/// One that no record has yet: the same export may come twice in a second.
+QString newRecordName(const GateArchive &archive, QDateTime moment, const QString &digest)
+{
+    QString name;
+    do {
+        name = moment.toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z-'"))
+            + digest.left(digestLetters);
+        moment = moment.addSecs(1);
+    } while (archive.find(name));
+    return name;
+}
+
+} // namespace
+
+Failure Gate::decide(const Delivery &delivery, const std::optional<Release> &release,
+                     GateResult *result)
+{
+    QElapsedTimer clock;
+    clock.start();
+    GateRecord record;
+    step("take");
+    if (const Failure failure = takeIn(delivery, &record))
+        return failure;
+    record.release = release;
+    const bool isSuperseded = !release
+        && std::any_of(result->decided.cbegin(), result->decided.cend(),
+                       [](const GateRecord &other) { return other.outcome == GateRecord::Passed; });
+    if (isSuperseded) {
+        if (const Failure failure = supersede(&record))
+            return failure;
+        return finish(delivery, record, result);
+    }
+    step("judge");
+    if (const Failure failure = judge(release, &record))
+        return failure;
+    record.seconds = static_cast<int>(clock.elapsed() / 1000);
+    const bool passes = record.reasons.isEmpty() || (release && release->allowed.isEmpty());
+    if (const Failure failure = passes ? letThrough(delivery, &record) : refuse(&record))
+        return failure;
+    return finish(delivery, record, result);
+}
+
+/// A copy that nobody else writes to, mended where that is wished.
+Failure Gate::takeIn(const Delivery &delivery, GateRecord *record)
+{
+    const QString taken = work.delivered();
+    const Delivery before = delivery.stays ? deliveryOf(delivery.path) : delivery;
+    if (const Failure failure = work.takeIn(delivery.path))
+        return failure;
+    if (!isUnchanged(before))
+        return {ExitErrors,
+                Text::tr("'%1' was written to while it was read; it is looked at the next time")
+                    .arg(delivery.path)};
+    record->when = QDateTime::currentDateTime();
+    record->fileTime = delivery.time;
+    record->exported = identityOf(taken);
+    record->exported.name = delivery.name;
+    record->name = newRecordName(archive, record->when, record->exported.digest);
+    step("mend");
+    QVector<MendedCell> cells;
+    if (const Failure failure = mendExport(taken, work.mended(), settings.mend, &cells))
+        return failure;
+    record->mendedCells = cells.size();
+    record->placedDigest = digestOfFile(work.mended());
+    if (cells.isEmpty())
+        return {};
+    return writeOwnerFile(work.path(QStringLiteral("mended.txt")),
+                          [&cells](QIODevice *file) { file->write(mendedText(cells)); });
+}
+
+Failure Gate::judge(const std::optional<Release> &release, GateRecord *record)
+{
+    const GateRecord *last = archive.lastPassed();
+    const GateRecord *seen = archive.passedWith(record->exported.digest);
+    const bool isReleased = release && release->allowed.isEmpty();
+    if (seen)
+        record->reasons.append(
+            {QStringLiteral("seen"),
+             Text::tr("the same bytes went through on %1").arg(seen->when.toString(Qt::ISODate)),
+             Text::tr("look whether the HR system has written a new export")});
+    else if (last
+             && isOlder({record->exported.name, record->fileTime},
+                        {last->exported.name, last->fileTime}))
+        record->reasons.append({QStringLiteral("older"),
+                                Text::tr("it is older than the export that went through last, '%1'")
+                                    .arg(last->exported.name),
+                                Text::tr("deliver the newest export")});
+    if (!record->reasons.isEmpty() && !isReleased)
+        return {};
+    JudgedFiles files {work.mended(), QString(), {}, work.folder()};
+    if (last) {
+        record->comparedWith = last->name;
+        files.lastGood = work.lastGood();
+        if (const Failure failure = readGzip(archive.path(*last, QStringLiteral(".export.gz")),
+                                             files.lastGood))
+            return failure;
+    } else if (settings.holdsFirst) {
+        record->reasons.append({QStringLiteral("hold"),
+                                Text::tr("it is the first export, and there is none to compare it "
+                                         "with"),
+                                Text::tr("look at its report; if all is right, release it")});
+    }
+    JudgeSettings measures = settings.judge;
+    if (release) {
+        for (const QString &text : release->allowed) {
+            Limit limit;
+            if (const Failure failure = readLimit(text, &limit))
+                return failure;
+            setLimit(limit, &measures.limits);
+        }
+    }
+    if (measures.rehearse) {
+        if (const Failure failure = unpackTaken(&files.after))
+            return failure;
+    }
+    return judgeExport(measures, files, isReleased, record);
+}
+
+/// The exports that the running server has read, the oldest first, with the times at which they
+/// came in place. Those that are too old to be kept are left out: only people who stand in no later
+/// one are concerned.
+Failure Gate::unpackTaken(QStringList *files) const
+{
+    if (!settings.serverSince)
+        return {};
+    QStringList unread;
+    for (const GateRecord &record : archive.records())
+        unread.append(record.replaced);
+    if (const GateRecord *inPlace = archive.passedWith(placement.digest());
+        inPlace && settings.isRemovedWhenRead)
+        unread.append(inPlace->name);
+    for (const GateRecord &record : archive.records()) {
+        const QString packed = archive.path(record, QStringLiteral(".export.gz"));
+        const bool isTaken = record.outcome == GateRecord::Passed
+            && record.when >= *settings.serverSince && !unread.contains(record.name);
+        if (!isTaken || !QFileInfo::exists(packed))
+            continue;
+        const QString path = work.path(record.name);
+        if (const Failure failure = readGzip(packed, path))
+            return failure;
+        QFile file(path);
+        if (file.open(QIODevice::ReadWrite))
+            file.setFileTime(record.when, QFileDevice::FileModificationTime);
+        files->append(path);
+    }
+    return {};
+}
