@@ -34,6 +34,7 @@ struct Text
 
 const int leftServerPatience = 30000; // milliseconds
 const int firstPatience = 1000; // milliseconds
+const int secondPatience = 5000; // milliseconds
 // The server takes paths of up to 512 bytes, and some longer ones end in a crash; below its data
 // the names of tables need their room.
 const int longestPath = 400; // bytes
@@ -332,7 +333,8 @@ bool PrivateFolder::makeTemporaryFolder(QString *error) const
 
 /// After a host that was killed its server still needs a moment to end. One that was making data
 /// has nobody to end for, and would go on for ever on a full disk. One that was only starting when
-/// the host died may have missed that it is to end, and is told again.
+/// the host died may have missed that it is to end, and is told again; it may also have got stuck
+/// over it, and then nothing but its death helps, which costs no data.
 bool PrivateFolder::waitForLeftServer(QString *error) const
 {
     QElapsedTimer timer;
@@ -349,8 +351,9 @@ bool PrivateFolder::waitForLeftServer(QString *error) const
             return false;
         }
         const bool tellAgain = !toldAgain && timer.elapsed() > firstPatience;
+        const bool isStuck = timer.elapsed() > secondPatience;
         for (const qint64 process : qAsConst(left)) {
-            if (isMakingData(process))
+            if (isStuck || isMakingData(process))
                 ::kill(static_cast<pid_t>(process), SIGKILL);
             else if (tellAgain)
                 ::kill(static_cast<pid_t>(process), SIGTERM);

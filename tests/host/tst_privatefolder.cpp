@@ -28,6 +28,7 @@ private Q_SLOTS:
     void take_namesTheOwnerAboveAMissingFolder();
     void take_releasesWhatItCannotUse();
     void take_waitsForWhoStillMakesData();
+    void take_endsAServerThatCannotBeToldTo();
     void isKnown_saysWhyNot_data();
     void isKnown_saysWhyNot();
     void socketPath_isPlain_data();
@@ -154,6 +155,21 @@ void tst_PrivateFolder::take_waitsForWhoStillMakesData()
     QVERIFY2(left.take(&error), qPrintable(error));
     QVERIFY(maker.waitForFinished());
     QCOMPARE(maker.exitStatus(), QProcess::CrashExit);
+}
+
+void tst_PrivateFolder::take_endsAServerThatCannotBeToldTo()
+{
+    PrivateFolder left(path(QStringLiteral("stuck")));
+    QVERIFY(QDir().mkpath(left.dataPath()));
+    QProcess stuck;
+    stuck.setWorkingDirectory(left.dataPath());
+    stuck.start(QStringLiteral("sh"),
+                {QStringLiteral("-c"), QStringLiteral("trap '' TERM; echo set; read line")});
+    QVERIFY(stuck.waitForReadyRead());
+    QVERIFY(QFile(left.name() + QStringLiteral("/talvenhr-private-db")).open(QIODevice::WriteOnly));
+    QVERIFY2(left.take(&error), qPrintable(error));
+    QVERIFY(stuck.waitForFinished());
+    QCOMPARE(stuck.exitStatus(), QProcess::CrashExit);
 }
 
 void tst_PrivateFolder::isKnown_saysWhyNot_data()
