@@ -23,7 +23,7 @@ void ChildProcess::setupChildProcess()
 {
     ::setsid();
 #ifdef Q_OS_LINUX
-    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    ::prctl(PR_SET_PDEATHSIG, diesWithHost ? SIGKILL : SIGTERM);
     // The host may have died before that; a foster parent would not tell.
     if (::getppid() != static_cast<pid_t>(host))
         ::_exit(1);

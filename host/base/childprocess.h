@@ -18,6 +18,8 @@ class ChildProcess : public QProcess
 public:
     using QProcess::QProcess;
 
+    /// To be killed when the host dies, for what nobody needs any more then. Before the start.
+    void dieWithHost() { diesWithHost = true; }
     /// Kills it with all that it has started, and waits for its end.
     void killAll();
 
@@ -26,4 +28,5 @@ protected:
 
 private:
     const qint64 host = QCoreApplication::applicationPid();
+    bool diesWithHost = false;
 };

@@ -74,7 +74,9 @@ QString schemaPattern(QString schema)
 CopyTarget::CopyTarget(const QString &folder) :
     privateServer(folder),
     administrator(QStringLiteral("copy-") + QUuid::createUuid().toString())
-{ }
+{
+    privateServer.dieWithHost();
+}
 
 Failure CopyTarget::failed(const QString &error) const
 {

@@ -21,7 +21,9 @@ const int pollInterval = 50; // milliseconds
 
 HeldRun::HeldRun(const QString &changesFolder) :
     folder(changesFolder)
-{ }
+{
+    process.dieWithHost();
+}
 
 /// What it would still do is of no use to anybody.
 HeldRun::~HeldRun()

@@ -129,6 +129,7 @@ QStringList Rehearsal::arguments(const ConnectionParameters &copy, const QString
 Failure Rehearsal::runProcess(const ConnectionParameters &copy, const RehearsalSite &site)
 {
     ChildProcess process;
+    process.dieWithHost();
     process.setProcessEnvironment(environmentOfDay(wishes.today));
     process.setStandardOutputFile(QProcess::nullDevice());
     process.start(QCoreApplication::applicationFilePath(), arguments(copy, site.path()));

@@ -41,6 +41,9 @@ public:
     void setInterruption(const std::function<bool()> &wanted);
     /// How long the server may take to answer; a minute unless told otherwise.
     void setPatience(int milliseconds);
+    /// Nobody needs the server when this process has died: it is killed then, and not asked to end,
+    /// which one that is only starting may miss.
+    void dieWithHost() { server.dieWithHost(); }
 
     /// Makes the data on first use and waits until the server answers. False with the reason.
     bool start(QString *error);

@@ -236,18 +236,30 @@ void tst_Rehearse::configuration_namesTheSourceAndNeverTheCopy()
     }
 }
 
+/// Not even a server that is so far from being up that it cannot be told to end.
 void tst_Rehearse::killed_leavesNothingForLong()
 {
+    const QString stub = QStringLiteral("bin/mariadbd");
+    QVERIFY(QDir().mkpath(site.path(QStringLiteral("bin"))));
+    site.writeFile(
+        stub,
+        QStringLiteral("#!/bin/sh\ncase $* in *talvenhr-scratch-*) trap '' TERM; echo $$ "
+                       "> '%1'; exec sleep 600;; esac\nPATH=${PATH#*:}\nexec mariadbd "
+                       "\"$@\"\n")
+            .arg(site.path(QStringLiteral("pid"))));
+    QVERIFY(QFile::setPermissions(site.path(stub), QFile::ReadOwner | QFile::ExeOwner));
     TalvenhrProcess killed(command({"rehearse"}));
     killed.setEnvironment(QStringLiteral("TMPDIR"), scratchPlace.path());
+    killed.setEnvironment(QStringLiteral("PATH"),
+                          site.path(QStringLiteral("bin:")) + qEnvironmentVariable("PATH"));
     killed.start();
-    const auto hasCopy = [this] {
-        return QFileInfo::exists(
-            QDir(scratchPlace.path()).filePath(scratch().value(0) + QStringLiteral("/copy/data")));
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(hasCopy(), 30000);
+    const auto pid = [this] { return site.readFile(QStringLiteral("pid")).trimmed(); };
+    QTRY_VERIFY_WITH_TIMEOUT(!pid().isEmpty(), 30000);
+    const QString server = QStringLiteral("/proc/%1/exe").arg(pid());
+    QVERIFY(QFileInfo::exists(server));
     killed.sendSignal(SIGKILL);
     killed.finish();
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(server), 30000);
     const QStringList left = scratch();
     QCOMPARE(left.size(), 1);
     // It ends before it makes a folder of its own.
