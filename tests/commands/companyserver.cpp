@@ -71,7 +71,7 @@ Failure CompanyServer::make()
                              QStringLiteral("--people"), QString::number(plan.people),
                              QStringLiteral("--seed"), QString::number(plan.seed),
                              QStringLiteral("--days"), QString::number(days)});
-    if (sandbox.finish(300000) != 0)
+    if (sandbox.finish() != 0)
         return {ExitDatabase, sandbox.lastLine()};
     if (const Failure failure = database.start())
         return failure;

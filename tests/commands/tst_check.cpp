@@ -5,6 +5,7 @@
 #include "support/commands/site.h"
 #include "support/commands/smalldisk.h"
 #include "support/commands/talvenhrprocess.h"
+#include "support/patience.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -148,7 +149,7 @@ void tst_Check::standardInput_isReadLikeAFile()
     program.setStandardInputFile(site.exportFile());
     program.start(TalvenhrProcess::path(),
                   {QStringLiteral("check"), QStringLiteral("-"), QStringLiteral("--json")});
-    QVERIFY(program.waitForFinished());
+    QVERIFY(program.waitForFinished(longestWait));
     QCOMPARE(program.exitCode(), 1);
     const QJsonObject report = QJsonDocument::fromJson(program.readAllStandardOutput()).object();
     QCOMPARE(report.value(QStringLiteral("file")).toString(), QStringLiteral("standard input"));

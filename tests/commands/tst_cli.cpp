@@ -5,6 +5,7 @@
 #include "host/server/privateserver.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
+#include "support/patience.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -333,7 +334,7 @@ void tst_Cli::lostOutput_isAnError()
     QProcess process;
     process.setStandardOutputFile(QStringLiteral("/dev/full"));
     process.start(TalvenhrProcess::path(), arguments.split(QLatin1Char(' ')));
-    QVERIFY(process.waitForFinished());
+    QVERIFY(process.waitForFinished(longestWait));
     QCOMPARE(process.exitCode(), 1);
     QCOMPARE(process.readAllStandardError(),
              QByteArray("talvenhr: standard output cannot be written: No space left on device\n"));

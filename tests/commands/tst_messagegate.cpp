@@ -10,6 +10,7 @@
 #include "plugin/serverinterface.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
+#include "support/patience.h"
 
 #include <QElapsedTimer>
 #include <QMutex>
@@ -181,7 +182,7 @@ QVector<Message> tst_MessageGate::messagesAt(int logLevel, int passes)
     plugin.server()->start();
     QElapsedTimer timer;
     timer.start();
-    while (passesBegun() < passes && timer.elapsed() < 30000)
+    while (passesBegun() < passes && timer.elapsed() < longestWait)
         QTest::qWait(10);
     // Waits for the pass that has begun.
     plugin.unload();

@@ -4,6 +4,7 @@
 #include "support/commands/jsonschema.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
+#include "support/patience.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -254,12 +255,12 @@ void tst_Rehearse::killed_leavesNothingForLong()
                           site.path(QStringLiteral("bin:")) + qEnvironmentVariable("PATH"));
     killed.start();
     const auto pid = [this] { return site.readFile(QStringLiteral("pid")).trimmed(); };
-    QTRY_VERIFY_WITH_TIMEOUT(!pid().isEmpty(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!pid().isEmpty(), longestWait);
     const QString server = QStringLiteral("/proc/%1/exe").arg(pid());
     QVERIFY(QFileInfo::exists(server));
     killed.sendSignal(SIGKILL);
     killed.finish();
-    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(server), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(server), longestWait);
     const QStringList left = scratch();
     QCOMPARE(left.size(), 1);
     // It ends before it makes a folder of its own.
@@ -276,7 +277,7 @@ void tst_Rehearse::interrupted_changesNothing()
     const QString kept = site.path(QStringLiteral("broken-off"));
     TalvenhrProcess program(command({"rehearse"}) + QStringList({QStringLiteral("--keep"), kept}));
     program.start();
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(kept), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(kept), longestWait);
     program.sendSignal(SIGINT);
     QCOMPARE(program.finish(), 130);
     QCOMPARE(program.lastLine(), QStringLiteral("talvenhr: interrupted; nothing was changed"));

@@ -18,7 +18,6 @@
 namespace {
 
 const int days = 5;
-const int patience = 300000; // milliseconds
 
 int environmentNumber(const char *name, int otherwise)
 {
@@ -59,9 +58,6 @@ class tst_RehearsedLives : public QObject
 {
     Q_OBJECT
 
-public:
-    tst_RehearsedLives();
-
 private Q_SLOTS:
     void passes_doWhatWasRehearsed_data();
     void passes_doWhatWasRehearsed();
@@ -80,12 +76,6 @@ private:
     int otherOutcomes = 0; ///< of marked people: what really happened is the other outcome
 };
 
-/// As many companies as are wanted: Qt's own limit is five minutes a function.
-tst_RehearsedLives::tst_RehearsedLives()
-{
-    qputenv("QTEST_FUNCTION_TIMEOUT", "2000000000"); // milliseconds
-}
-
 void tst_RehearsedLives::rehearse(CompanyServer *company, const QString &file, bool forced,
                                   Changes *changes)
 {
@@ -102,7 +92,7 @@ void tst_RehearsedLives::rehearse(CompanyServer *company, const QString &file, b
     if (forced)
         arguments << QStringLiteral("--force");
     TalvenhrProcess program(arguments + company->options());
-    const int code = program.finish(patience);
+    const int code = program.finish();
     QVERIFY2(code == 0 || code == 1, qPrintable(program.lines().join(QLatin1Char('\n'))));
     const Failure failure = readChangesFile(result, changes);
     QVERIFY2(!failure, qPrintable(failure.text));

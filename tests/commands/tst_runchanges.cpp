@@ -4,6 +4,7 @@
 #include "host/changes/changesjson.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
+#include "support/patience.h"
 
 #include <QDir>
 #include <QProcess>
@@ -30,7 +31,7 @@ QString schemaFaults(const QString &file)
                     {QStringLiteral("-W"), QStringLiteral("ignore"), QStringLiteral("-m"),
                      QStringLiteral("jsonschema"), QStringLiteral("-i"), file,
                      QStringLiteral(TALVENHR_SOURCE_FOLDER "/docs/changes.schema.json")});
-    if (!validator.waitForFinished())
+    if (!validator.waitForFinished(longestWait))
         return QStringLiteral("no validator");
     return QString::fromUtf8(validator.readAllStandardError());
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // `talvenhr sandbox`: what it makes, and that it works as its page says.
 #include "support/commands/talvenhrprocess.h"
+#include "support/patience.h"
 
 #include <QDate>
 #include <QDir>
@@ -66,7 +67,7 @@ int tst_Sandbox::shell(const QString &command) const
 {
     QProcess process;
     process.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command});
-    return process.waitForFinished(60000) ? process.exitCode() : -1;
+    return process.waitForFinished(longestWait) ? process.exitCode() : -1;
 }
 
 void tst_Sandbox::initTestCase()
@@ -181,7 +182,8 @@ void tst_Sandbox::halfMadeFolderIsMadeAnew()
     const QString half = path(QStringLiteral("half"));
     TalvenhrProcess killed(sandbox(half));
     killed.start();
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(half + QStringLiteral("/db/data.complete")), 60000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(half + QStringLiteral("/db/data.complete")),
+                             longestWait);
     killed.sendSignal(SIGKILL);
     QCOMPARE(killed.finish(), -1);
     QVERIFY(QFile::exists(half + QStringLiteral("/sandbox.unfinished")));

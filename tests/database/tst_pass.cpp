@@ -4,6 +4,7 @@
 #include "support/databasefixture.h"
 #include "support/databaseworker.h"
 #include "support/localseconds.h"
+#include "support/patience.h"
 
 #include <QFileInfo>
 #include <QtTest>
@@ -561,10 +562,10 @@ void tst_Pass::connection_isOpenDuringATickOnly()
     QCOMPARE(database->pluginSessions(), 1);
     f.tick();
     QVERIFY(!f.peer.db.isOpen());
-    QTRY_COMPARE(database->pluginSessions(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(database->pluginSessions(), 0, longestWait);
     f.tick();
     QVERIFY(!f.peer.db.isOpen());
-    QTRY_COMPARE(database->pluginSessions(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(database->pluginSessions(), 0, longestWait);
     f.log.clear();
 }
 

@@ -6,6 +6,7 @@
 #include "support/endurance/busycompany.h"
 #include "support/endurance/loadedplugin.h"
 #include "support/endurance/resources.h"
+#include "support/patience.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -19,7 +20,6 @@
 namespace {
 
 const int tickInterval = 1; // milliseconds
-const int longestWait = 60000; // milliseconds
 const int callsBetweenExports = 100;
 const unsigned longestPause = 600; // microseconds, from call to call
 const char callsVariable[] = "TALVENHR_HOST_CALLS"; // environment: how many calls

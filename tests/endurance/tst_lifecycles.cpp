@@ -6,6 +6,7 @@
 #include "repository/orvdbsettings.h"
 #include "support/endurance/loadedplugin.h"
 #include "support/endurance/resources.h"
+#include "support/patience.h"
 #include "support/recordbuilder.h"
 #include "support/testdatabase.h"
 
@@ -146,7 +147,7 @@ void tst_Lifecycles::destroyInMidPass()
     QVERIFY(QMetaObject::invokeMethod(plugin->peer().worker, "checkSync", Qt::QueuedConnection));
     QVERIFY(QTest::qWaitFor(
         [this] { return plugin->log.contains(QStringLiteral("BEGIN synchronization #2")); },
-        30000));
+        longestWait));
     const QString pipe = plugin->environment.filePath(QStringLiteral("pipe"));
     connect(plugin->peer().settings, &QObject::destroyed, plugin->peer().settings, [pipe] {
         EventLog::record(QStringLiteral("debug the destructor has begun"));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // A pass beside another session that holds rows: lock timeouts and deadlocks.
 #include "support/faults/faultround.h"
+#include "support/patience.h"
 
 #include <QElapsedTimer>
 #include <QSemaphore>
@@ -14,8 +15,6 @@
 #include <thread>
 
 namespace {
-
-const int longestWait = 30000; // milliseconds
 
 /// A transaction of somebody else's, on a thread of its own. It holds what its first statements
 /// lock, from construction until it goes.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The built library at work while its server is killed and comes back.
 #include "support/faults/faultround.h"
+#include "support/patience.h"
 #include "support/plugin/pluginenvironment.h"
 #include "support/plugin/pluginlibrary.h"
 #include "support/recordeddatabase.h"
@@ -14,8 +15,6 @@
 #include <memory>
 
 namespace {
-
-const int longestWait = 30000; // milliseconds
 
 /// Lets the plugin tick once each time it is told to, and holds it before one call of the first
 /// tick. The plugin is on a thread of its own.

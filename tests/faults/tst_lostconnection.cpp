@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // A pass whose connection is cut before any one of its calls, and one in which any one call fails.
 #include "support/faults/faultround.h"
+#include "support/patience.h"
 
 #include <QDeadlineTimer>
 #include <QThread>
@@ -10,8 +11,6 @@
 #include <memory>
 
 namespace {
-
-const int longestWait = 10000; // milliseconds
 
 /// Cuts the plugin's connection as an administrator does, and sees it go. One that was closed just
 /// before takes its moment on the server.
@@ -183,7 +182,7 @@ void tst_LostConnection::commitRefused_endOfThePassUndoesAllThatFollows()
     QCOMPARE(complaints(events), QStringList());
     QVERIFY(events.join(QLatin1Char(' ')).contains(QStringLiteral("exec INSERT INTO brape")));
     // The server notices that the connection has gone.
-    QTRY_COMPARE(database->pluginSessions(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(database->pluginSessions(), 0, longestWait);
     QCOMPARE(contentDifference(undisturbed->contentBefore(numberOf(QStringLiteral("B.begin"))),
                                round.company.content()),
              QStringList());

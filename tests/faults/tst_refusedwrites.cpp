@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // A pass on a server that answers and does not write: read only, or without room.
 #include "support/faults/faultround.h"
+#include "support/patience.h"
 
 #include <QFileInfo>
 #include <QtTest>
@@ -64,7 +65,7 @@ void tst_RefusedWrites::fullTablespace_writesNothing()
         database->value(QStringLiteral("SELECT variable_value FROM "
                                        "information_schema.global_status WHERE "
                                        "variable_name = 'INNODB_HISTORY_LIST_LENGTH'")),
-        QStringLiteral("0"), 30000);
+        QStringLiteral("0"), longestWait);
     QString error;
     while (database->server().execute(
         database->databaseName(),

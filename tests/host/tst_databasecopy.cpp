@@ -5,6 +5,7 @@
 #include "host/copy/databasecopy.h"
 #include "host/copy/zonetable.h"
 #include "support/eventlog.h"
+#include "support/patience.h"
 #include "support/testdatabase.h"
 
 #include <QDir>
@@ -720,9 +721,10 @@ void tst_DatabaseCopy::interruption_endsTheCopy()
     const Failure failure = broken.make(source(), CopyWishes(), &some);
     QCOMPARE(failure.exitCode, ExitInterrupted);
     QVERIFY2(failure.text.startsWith(str("interrupted")), qPrintable(failure.text));
-    QTRY_COMPARE(database->value(str("SELECT COUNT(*) FROM information_schema.processlist "
-                                     "WHERE user = 'reader'")),
-                 str("0"));
+    QTRY_COMPARE_WITH_TIMEOUT(
+        database->value(str("SELECT COUNT(*) FROM information_schema.processlist "
+                            "WHERE user = 'reader'")),
+        str("0"), longestWait);
     QVERIFY(some.rows < facts.rows);
 }
 

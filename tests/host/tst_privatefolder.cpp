@@ -4,6 +4,7 @@
 #include "host/server/folderowner.h"
 #include "host/server/leftprocess.h"
 #include "host/server/privatefolder.h"
+#include "support/patience.h"
 #include "support/unprivileged.h"
 
 #include <QDir>
@@ -146,14 +147,14 @@ void tst_PrivateFolder::take_waitsForWhoStillMakesData()
     maker.setWorkingDirectory(left.dataPath());
     maker.start(QStringLiteral("sh"),
                 {QStringLiteral("-c"), QStringLiteral("read line"), QStringLiteral("--bootstrap")});
-    QVERIFY(maker.waitForStarted());
+    QVERIFY(maker.waitForStarted(longestWait));
     QCOMPARE(processesIn(left.dataPath()), QVector<qint64> {maker.processId()});
     QVERIFY(isMakingData(maker.processId()));
     QVERIFY(!isMakingData(QCoreApplication::applicationPid()));
 
     QVERIFY(QFile(left.name() + QStringLiteral("/talvenhr-private-db")).open(QIODevice::WriteOnly));
     QVERIFY2(left.take(&error), qPrintable(error));
-    QVERIFY(maker.waitForFinished());
+    QVERIFY(maker.waitForFinished(longestWait));
     QCOMPARE(maker.exitStatus(), QProcess::CrashExit);
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The private server: its folder, its life and its end.
 #include "host/server/privateserver.h"
+#include "support/patience.h"
 
 #include <QDir>
 #include <QFile>
@@ -153,7 +154,7 @@ void tst_PrivateServer::died_tellsOfAnUnwantedEnd()
     QVERIFY(pidFile.open(QIODevice::ReadOnly));
     QCOMPARE(::kill(pidFile.readAll().trimmed().toInt(), SIGKILL), 0);
 
-    QTRY_COMPARE(deaths.count(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(deaths.count(), 1, longestWait);
     QCOMPARE(deaths.first().first().toString(),
              QStringLiteral("the private server was killed or crashed"));
     QVERIFY(!server.isRunning());

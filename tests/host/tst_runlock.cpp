@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // One run at a time on a database.
 #include "host/database/runlock.h"
+#include "support/patience.h"
 #include "support/testdatabase.h"
 
 #include <QtTest>
@@ -51,7 +52,7 @@ void tst_RunLock::take_keepsASecondRunAway()
         QVERIFY(lock.isHeld());
         QCOMPARE(database->value(holds), QStringLiteral("0"));
     }
-    QTRY_COMPARE(database->value(holds), QStringLiteral("1"));
+    QTRY_COMPARE_WITH_TIMEOUT(database->value(holds), QStringLiteral("1"), longestWait);
 
     database->execute(
         QStringLiteral("DO GET_LOCK('talvenhr run %1', 0)").arg(database->databaseName()));

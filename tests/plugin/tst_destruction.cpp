@@ -4,6 +4,7 @@
 #include "environment/envirosettings.h"
 #include "repository/branchesrepository.h"
 #include "repository/groupsplanrepo.h"
+#include "support/patience.h"
 #include "support/plugin/pluginfixture.h"
 
 #include <QPointer>
@@ -71,7 +72,7 @@ void tst_Destruction::destructor_deletesTheSettingsBeforeItEndsTheThread()
     connect(f.peer().settings, &QObject::destroyed, this, [&rounds, &goesOn] {
         rounds.acquire(rounds.available());
         // One round may be under way when a thread is told to end, but no second one follows.
-        goesOn = rounds.tryAcquire(2, 10000);
+        goesOn = rounds.tryAcquire(2, longestWait);
     });
     f.destroy();
     QVERIFY(goesOn);

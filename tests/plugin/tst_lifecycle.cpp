@@ -3,6 +3,7 @@
 // The calls of the server and the worker's thread, with a real thread and real timers.
 #include "repository/branchesrepository.h"
 #include "repository/groupsplanrepo.h"
+#include "support/patience.h"
 #include "support/plugin/pluginfixture.h"
 #include "support/recordbuilder.h"
 #include "support/textfile.h"
@@ -252,7 +253,7 @@ void tst_Lifecycle::start_firstTickComesAfterOneInterval()
         f.worker().timer->start(); // from the beginning of an interval
         elapsed.start();
     });
-    QTRY_VERIFY_WITH_TIMEOUT(f.log.contains(QStringLiteral("END synchronization #1")), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(f.log.contains(QStringLiteral("END synchronization #1")), longestWait);
     // The timer may be coarse by a twentieth.
     QVERIFY(elapsed.elapsed() >= 950);
     QCOMPARE(f.log.threadOf(QStringLiteral("checkSync(): #1")), thread);
@@ -390,10 +391,10 @@ void tst_Lifecycle::laterCallsReachTheWorkerDirectly()
     QObject trigger;
     connect(&trigger, &QObject::objectNameChanged, f.peer().worker, [&] {
         busy.release();
-        goOn.tryAcquire(1, 60000);
+        goOn.tryAcquire(1, longestWait);
     });
     trigger.setObjectName(QStringLiteral("now"));
-    QVERIFY(busy.tryAcquire(1, 10000));
+    QVERIFY(busy.tryAcquire(1, longestWait));
     QStringList events;
     const void *thread = nullptr;
     const QString ofTheWorker = starts ? QStringLiteral("debug THRWorker::start()")
@@ -507,7 +508,7 @@ void tst_Lifecycle::stop_endsTheTicks()
     });
     witness.moveToThread(&f.peer().workerThread);
     f.onWorkerThread([&] { witness.start(1000); });
-    const bool wentOff = twice.tryAcquire(1, 30000);
+    const bool wentOff = twice.tryAcquire(1, longestWait);
     QThread *const here = QThread::currentThread();
     f.onWorkerThread([&] {
         witness.stop();
@@ -534,14 +535,14 @@ void tst_Lifecycle::stop_rightAfterTheFirstStartStopsNothing()
     };
     connect(thread, &QThread::started, thread, hold, Qt::DirectConnection);
     QVERIFY(f.plugin->start());
-    QVERIFY(begun.tryAcquire(1, 30000));
+    QVERIFY(begun.tryAcquire(1, longestWait));
     f.plugin->stop();
     QVERIFY(!f.worker().timer);
     QVERIFY(!f.log.contains(QStringLiteral("THRWorker::start()")));
 
     mayGoOn.release();
     f.onWorkerThread([&f] { QVERIFY(f.worker().timer->isActive()); });
-    QTRY_VERIFY_WITH_TIMEOUT(f.log.contains(QStringLiteral("END synchronization #1")), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(f.log.contains(QStringLiteral("END synchronization #1")), longestWait);
     f.destroy();
     f.log.clear();
 }
@@ -728,7 +729,7 @@ void tst_Lifecycle::resume_ticksOnTheWorkersThread()
     const void *thread = nullptr;
     f.onWorkerThread([&thread] { thread = QThread::currentThreadId(); });
     f.log.clear();
-    QTRY_VERIFY_WITH_TIMEOUT(f.log.contains(QStringLiteral("checkSync(): #")), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(f.log.contains(QStringLiteral("checkSync(): #")), longestWait);
     QCOMPARE(f.log.threadOf(QStringLiteral("checkSync(): #")), thread);
     f.destroy();
     f.log.clear();
@@ -743,7 +744,7 @@ void tst_Lifecycle::resume_tickDuringAPassComesAfterIt()
     f.restart([&f] { f.plugin->resume(); }); // does not wait
     f.worker().timer->setInterval(0);
     QSignalSpy ticks(f.worker().timer, &QTimer::timeout);
-    QVERIFY(ticks.wait(30000));
+    QVERIFY(ticks.wait(longestWait));
     f.worker().timer->stop();
     f.log.clear();
     gate.open();

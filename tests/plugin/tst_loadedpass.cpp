@@ -3,6 +3,7 @@
 // The built library at work, as a server runs it: real timer, real database, several lives.
 #include "support/databasefixture.h"
 #include "support/localseconds.h"
+#include "support/patience.h"
 #include "support/plugin/pluginenvironment.h"
 #include "support/plugin/pluginlibrary.h"
 #include "support/recordbuilder.h"
@@ -14,8 +15,6 @@
 #include <memory>
 
 namespace {
-
-const int longestWait = 30000; // milliseconds
 
 const char peopleStatement[] = "SELECT pid, pamId, title, name, surname, title2, phone, type, "
                                "status, did, begin, end FROM people ORDER BY pid";

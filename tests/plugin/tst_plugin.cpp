@@ -3,6 +3,7 @@
 // The built library as a server sees it: file, symbols, metadata, casts, calls, version report.
 #include "plugin/buildstamp.h"
 #include "support/eventlog.h"
+#include "support/patience.h"
 #include "support/plugin/pluginenvironment.h"
 #include "support/plugin/pluginlibrary.h"
 #include "support/scripteddatabase.h"
@@ -218,7 +219,8 @@ void tst_Plugin::instance_freshObjectAfterDeletion()
     library.server()->setLogLevel(1);
     library.server()->setDatabase(library.script.handle());
     QVERIFY(library.server()->start());
-    QTRY_VERIFY(library.log.contains(QStringLiteral("debug THRWorker::init()")));
+    QTRY_VERIFY_WITH_TIMEOUT(library.log.contains(QStringLiteral("debug THRWorker::init()")),
+                             longestWait);
     const QPointer<QObject> first = library.object();
     library.log.clear();
     delete first.data();
@@ -306,7 +308,8 @@ void tst_Plugin::interfaces_callsInOrderOfTheVirtualTable()
 
     server->setDatabase(library.script.handle(QStringLiteral("dochadzka")));
     QVERIFY(server->start());
-    QTRY_VERIFY(library.log.contains(QStringLiteral("debug THRWorker::init()")));
+    QTRY_VERIFY_WITH_TIMEOUT(library.log.contains(QStringLiteral("debug THRWorker::init()")),
+                             longestWait);
     QCOMPARE(
         library.log.takeMatching({QStringLiteral("Start"), QStringLiteral("setOrvDb")}),
         lines({"debug Start TalvenHR..", "debug THRWorker::setOrvDb(OQS.dochadzka.TalvenHR)"}));
@@ -474,7 +477,8 @@ void tst_Plugin::unload_endsTheRunningPlugin()
     library.server()->setLogLevel(1);
     library.server()->setDatabase(library.script.handle());
     QVERIFY(library.server()->start());
-    QTRY_VERIFY(library.log.contains(QStringLiteral("debug THRWorker::init()")));
+    QTRY_VERIFY_WITH_TIMEOUT(library.log.contains(QStringLiteral("debug THRWorker::init()")),
+                             longestWait);
     const QPointer<QObject> object = library.object();
     library.log.clear();
     QVERIFY(library.file.unload());
@@ -509,7 +513,8 @@ void tst_Plugin::unload_severalRounds()
         server->setLogLevel(1);
         server->setDatabase(handle);
         QVERIFY(server->start());
-        QTRY_VERIFY(log.contains(QStringLiteral("debug THRWorker::init()")));
+        QTRY_VERIFY_WITH_TIMEOUT(log.contains(QStringLiteral("debug THRWorker::init()")),
+                                 longestWait);
         // From the second round on the connection of the first one is there.
         QCOMPARE(log.count(QStringLiteral("sql open")), round == 1 ? 0 : 1);
         log.clear();

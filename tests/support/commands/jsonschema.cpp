@@ -3,6 +3,8 @@
 // Documents for machines against the schemas that are shipped.
 #include "support/commands/jsonschema.h"
 
+#include "support/patience.h"
+
 #include <QProcess>
 #include <QTemporaryFile>
 
@@ -16,7 +18,7 @@ QString schemaFault(const QByteArray &document, const QString &name)
                     {QStringLiteral("-W"), QStringLiteral("ignore"), QStringLiteral("-m"),
                      QStringLiteral("jsonschema"), QStringLiteral("-i"), file.fileName(),
                      QStringLiteral(TALVENHR_SOURCE_FOLDER "/docs/%1.schema.json").arg(name)});
-    if (!validator.waitForFinished())
+    if (!validator.waitForFinished(longestWait))
         return validator.errorString();
     const QString fault = QString::fromLocal8Bit(validator.readAllStandardError());
     return validator.exitCode() == 0 ? QString() : fault + QStringLiteral("not valid");

@@ -7,13 +7,6 @@
 
 #include <csignal>
 
-namespace {
-
-const int patience = 30000; // milliseconds
-const int passPatience = 300000; // milliseconds
-
-} // namespace
-
 TalvenhrProcess::TalvenhrProcess(const QStringList &arguments, const QString &home)
 {
     process.setProgram(path());
@@ -38,7 +31,7 @@ TalvenhrProcess::~TalvenhrProcess()
 {
     if (process.state() != QProcess::NotRunning) {
         process.kill();
-        process.waitForFinished(patience);
+        process.waitForFinished(longestWait);
     }
 }
 
@@ -57,7 +50,7 @@ void TalvenhrProcess::setErrorFile(const QString &path)
 void TalvenhrProcess::start()
 {
     process.start();
-    process.waitForStarted(patience);
+    process.waitForStarted(longestWait);
 }
 
 bool TalvenhrProcess::waitForLine(const QString &text)
@@ -66,8 +59,8 @@ bool TalvenhrProcess::waitForLine(const QString &text)
     QElapsedTimer timer;
     timer.start();
     while (linesWith(text).isEmpty()) {
-        const bool more = process.waitForReadyRead(patience);
-        if ((!more && process.state() == QProcess::NotRunning) || timer.elapsed() > patience)
+        const bool more = process.waitForReadyRead(longestWait);
+        if ((!more && process.state() == QProcess::NotRunning) || timer.elapsed() > longestWait)
             return !linesWith(text).isEmpty();
     }
     return true;
@@ -79,8 +72,8 @@ bool TalvenhrProcess::waitForOutput(const QString &text)
     QElapsedTimer timer;
     timer.start();
     while (!output().contains(text)) {
-        const bool more = process.waitForReadyRead(passPatience);
-        if ((!more && process.state() == QProcess::NotRunning) || timer.elapsed() > passPatience)
+        const bool more = process.waitForReadyRead(longestWait);
+        if ((!more && process.state() == QProcess::NotRunning) || timer.elapsed() > longestWait)
             return output().contains(text);
     }
     return true;
@@ -89,7 +82,7 @@ bool TalvenhrProcess::waitForOutput(const QString &text)
 void TalvenhrProcess::send(const QByteArray &text)
 {
     process.write(text);
-    process.waitForBytesWritten(patience);
+    process.waitForBytesWritten(longestWait);
 }
 
 void TalvenhrProcess::endInput()

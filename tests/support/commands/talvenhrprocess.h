@@ -3,6 +3,8 @@
 // The built program `talvenhr` as a process.
 #pragma once
 
+#include "support/patience.h"
+
 #include <QProcess>
 #include <QStringList>
 
@@ -24,7 +26,7 @@ public:
     void start();
     /// Waits until a line of standard error holds the text. False when none came.
     bool waitForLine(const QString &text);
-    /// The same for standard output, with more patience: a whole pass may lie in between.
+    /// The same for standard output.
     bool waitForOutput(const QString &text);
     /// To standard input.
     void send(const QByteArray &text);
@@ -32,7 +34,7 @@ public:
     void sendSignal(int number);
     bool hasEnded();
     /// Waits for the end, having started the program if it was not. The exit code, -1 for a crash.
-    int finish(int milliseconds = 30000);
+    int finish(int milliseconds = longestWait);
 
     /// The lines of standard error so far.
     QStringList lines();

@@ -3,6 +3,8 @@
 // What the process holds: handles, threads, connections, objects, memory.
 #include "support/endurance/resources.h"
 
+#include "support/patience.h"
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
@@ -21,8 +23,6 @@ namespace {
 
 const int addObjectHook = 3;
 const int removeObjectHook = 4;
-
-const int threadPatience = 10000; // milliseconds
 
 std::mutex objectsMutex;
 
@@ -88,7 +88,7 @@ Resources Resources::now()
 
 Resources Resources::withThreads(int expectedThreads)
 {
-    const QDeadlineTimer deadline(threadPatience);
+    const QDeadlineTimer deadline(longestWait);
     while (entriesOf(QStringLiteral("/proc/self/task")) > expectedThreads && !deadline.hasExpired())
         QThread::yieldCurrentThread();
     return now();

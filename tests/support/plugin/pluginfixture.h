@@ -4,6 +4,7 @@
 #pragma once
 
 #include "support/eventlog.h"
+#include "support/patience.h"
 #include "support/plugin/pluginenvironment.h"
 #include "support/pluginpeer.h"
 #include "support/scripteddatabase.h"
@@ -73,7 +74,7 @@ public:
     }
     ~Gate() { open(); }
 
-    bool waitUntilReached() { return way->reached.tryAcquire(1, 10000); }
+    bool waitUntilReached() { return way->reached.tryAcquire(1, longestWait); }
     void open() { way->open.release(100); }
 
 private:

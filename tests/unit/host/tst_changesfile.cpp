@@ -5,6 +5,7 @@
 #include "host/changes/planhash.h"
 #include "support/eventlog.h"
 #include "support/passchanges.h"
+#include "support/patience.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -257,7 +258,7 @@ void tst_ChangesFile::file_isWhatTheSchemaSays()
                     {QStringLiteral("-W"), QStringLiteral("ignore"), QStringLiteral("-m"),
                      QStringLiteral("jsonschema"), QStringLiteral("-i"), path,
                      QStringLiteral(TALVENHR_SOURCE_FOLDER "/docs/changes.schema.json")});
-    QVERIFY(validator.waitForFinished());
+    QVERIFY(validator.waitForFinished(longestWait));
     QVERIFY2(validator.exitCode() == 0, validator.readAllStandardError().constData());
 }
 

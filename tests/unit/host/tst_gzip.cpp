@@ -3,6 +3,7 @@
 // Compressed files: they come back as they were, other programs read them, damaged ones give
 // nothing.
 #include "host/gate/gzip.h"
+#include "support/patience.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -57,8 +58,9 @@ QByteArray output(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments);
-    return process.waitForFinished() && process.exitCode() == 0 ? process.readAllStandardOutput()
-                                                                : process.readAllStandardError();
+    return process.waitForFinished(longestWait) && process.exitCode() == 0
+        ? process.readAllStandardOutput()
+        : process.readAllStandardError();
 }
 
 /// Bytes that do not get smaller.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // A hook gets what it is told, and nothing that it does holds up whoever has called it.
 #include "host/gate/hook.h"
+#include "support/patience.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -142,7 +143,7 @@ void tst_Hook::slowProgram_isKilledWithItsChildren()
     QCOMPARE(runHook(command, "{}", 1), QStringLiteral("it was killed after 1 s: waiting"));
     QVERIFY(!content(path("child")).isEmpty());
     QVERIFY(isDead(content(path("pid"))));
-    QTRY_VERIFY(isDead(content(path("child"))));
+    QTRY_VERIFY_WITH_TIMEOUT(isDead(content(path("child"))), longestWait);
 }
 
 void tst_Hook::programThatNeverReads_isKilled()

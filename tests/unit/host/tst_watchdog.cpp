@@ -3,6 +3,7 @@
 // What runs when something else hangs, and what it can see.
 #include "host/base/childprocesses.h"
 #include "host/base/watchdog.h"
+#include "support/patience.h"
 
 #include <QProcess>
 #include <QtTest>
@@ -58,13 +59,13 @@ void tst_Watchdog::runningChildren_areNamed()
     QCOMPARE(runningChildren().size(), 0);
     QProcess child;
     child.start(QStringLiteral("/bin/sleep"), {QStringLiteral("60")});
-    QVERIFY(child.waitForStarted());
+    QVERIFY(child.waitForStarted(longestWait));
     const QVector<RunningChild> children = runningChildren();
     QCOMPARE(children.size(), 1);
     QCOMPARE(children.first().pid, child.processId());
     QVERIFY(children.first().command.endsWith(QStringLiteral("sleep 60")));
     child.kill();
-    QVERIFY(child.waitForFinished());
+    QVERIFY(child.waitForFinished(longestWait));
     QCOMPARE(runningChildren().size(), 0);
 }
 

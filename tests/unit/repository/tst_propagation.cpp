@@ -3,6 +3,7 @@
 // What a change of membership means for terminals and administrators: statements, records, results.
 #include "repository/branchesrepository.h"
 #include "support/loglevels.h"
+#include "support/patience.h"
 #include "support/repositoryfixture.h"
 #include "support/testrows.h"
 
@@ -322,7 +323,7 @@ void tst_Propagation::signals_queuedForAnotherThread()
                     "ON DUPLICATE KEY UPDATE since=UNIX_TIMESTAMP()"}));
 
     thread.start();
-    QTRY_COMPARE(f.log.count(str(underBoth)), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(f.log.count(str(underBoth)), 2, longestWait);
     QVERIFY(f.log.threadOf(str("::slotAddedPeopleToBranch(5, '11,12')")));
     QVERIFY(f.log.threadOf(str("::slotAddedPeopleToBranch(5, '11,12')"))
             != QThread::currentThreadId());
@@ -352,7 +353,7 @@ void tst_Propagation::signals_allSixAreQueued()
     QCOMPARE(f.log.take(), QStringList());
 
     thread.start();
-    QTRY_COMPARE(f.log.count(str("::slot")), 6);
+    QTRY_COMPARE_WITH_TIMEOUT(f.log.count(str("::slot")), 6, longestWait);
     thread.quit();
     QVERIFY(thread.wait());
     QCOMPARE(f.log.takeMatching({str("::slot")}),
