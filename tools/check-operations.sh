@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The TalvenHR authors
+# SPDX-License-Identifier: MIT
+# Runs the commands of docs/operations.md in a temporary folder and compares what they print. After a build, in the
+# root of the sources. --write puts what they really print into the document.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+folder=$(mktemp -d)
+# What a command that failed has left running goes with its folder.
+cleanup() {
+    if [ -f "$folder/company/db/server.pid" ]; then kill "$(cat "$folder/company/db/server.pid")" || true; fi
+    rm -rf "$folder"
+}
+trap cleanup EXIT
+
+checker=$PWD/tools/check-console.py
+document=$PWD/docs/operations.md
+export PATH=$PWD/build/release/bin:$PATH HOME=$folder LC_ALL=C.UTF-8
+cd "$folder"
+"$checker" "$document" --folder "$folder" --shown-folder /home/me "$@"
