@@ -110,6 +110,8 @@ def run_steps(steps, folder, shown_folder, writes):
     for step in steps:
         command = RECORD.sub(lambda found: names.get(found.group(), found.group()), step.command)
         step.real, code = shell.run(command)
+        if writes:
+            step.command = command
         shown = RECORD.findall('\n'.join(step.output))
         names.update(zip(shown, RECORD.findall('\n'.join(step.real))))
         if code == 0 and (writes or is_same(step, folder, shown_folder)):
