@@ -27,7 +27,7 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(GateCommand)
 };
 
-/// Rehearses with the limits of the gate, which are told with the page.
+/// Rehearses with the limits of the order, which are told with the page.
 RehearseExport rehearsalOf(const GateOptions &gate)
 {
     if (!gate.rehearses())
@@ -37,10 +37,11 @@ RehearseExport rehearsalOf(const GateOptions &gate)
         rehearsal.wishes.pluginFile = gate.pluginFile;
         rehearsal.wishes.settingsFile = gate.settingsFile;
         rehearsal.wishes.exportFile = order.exportFile;
+        rehearsal.wishes.exportName = order.name;
         rehearsal.wishes.after = order.after;
         rehearsal.wishes.timeout = gate.timeLimit;
         rehearsal.database = gate.database;
-        rehearsal.limits = gate.settings.judge.limits;
+        rehearsal.limits = order.limits;
         rehearsal.changesFile = order.changesFile;
         rehearsal.html = order.page;
         RehearsalSession session(rehearsal);

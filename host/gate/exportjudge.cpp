@@ -138,7 +138,8 @@ Failure judgeRehearsal(const JudgeSettings &settings, const JudgedFiles &files, 
     const QDir folder(files.folder);
     Changes changes;
     if (const Failure failure = settings.rehearse(
-            {files.exportFile, files.after, folder.filePath(QStringLiteral("changes.json")),
+            {files.exportFile, record->exported.name, settings.limits, files.after,
+             folder.filePath(QStringLiteral("changes.json")),
              folder.filePath(QStringLiteral("rehearsal.html"))},
             &changes))
         return failure;

@@ -17,6 +17,8 @@
 struct RehearsalOrder
 {
     QString exportFile;
+    QString name; ///< as it was delivered
+    QVector<Limit> limits;
     QStringList after; ///< exports that the running server has taken, the oldest first
     QString changesFile;
     QString page;

@@ -77,7 +77,9 @@ Failure Rehearsal::run(const ConnectionParameters &copy, const ConnectionParamet
         message.text = withRealNames(message.text, site, wishes);
     // That of the copy is another one each time, for the name of the export.
     changes->header.settings = SettingsFile(wishes.settingsFile).values().digest;
-    changes->header.exported.name = QFileInfo(wishes.exportFile).fileName();
+    changes->header.exported.name = wishes.exportName.isEmpty()
+        ? QFileInfo(wishes.exportFile).fileName()
+        : wishes.exportName;
     for (const QString &file : wishes.after)
         changes->header.after.append(identityOf(file));
     return {};

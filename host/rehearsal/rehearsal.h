@@ -22,6 +22,7 @@ struct RehearsalWishes
     QString pluginFile;
     QString settingsFile; ///< the real TalvenHR.ini
     QString exportFile;
+    QString exportName; ///< what it is called in the changes; empty: as the file
     /// Exports that the server has taken since its start, the oldest first; none for a freshly
     /// started one.
     QStringList after;

@@ -408,7 +408,9 @@ void tst_Gate::release_ofNothingKnown_isNamed()
 void tst_Gate::rehearsal_isMeasured()
 {
     GateSite site;
-    site.settings.judge.rehearse = [](const RehearsalOrder &, Changes *changes) {
+    QString toldName;
+    site.settings.judge.rehearse = [&toldName](const RehearsalOrder &order, Changes *changes) {
+        toldName = order.name;
         changes->totals.activePeople = 100;
         changes->summary[ChangeKind::Ended] = 6;
         changes->plan.hash = QStringLiteral("abc-def");
@@ -419,6 +421,7 @@ void tst_Gate::rehearsal_isMeasured()
     QCOMPARE(codesOf(record), QStringList {QStringLiteral("limit:ended")});
     QCOMPARE(record.rehearsal->after, 0);
     QCOMPARE(record.rehearsal->plan, QStringLiteral("abc-def"));
+    QCOMPARE(toldName, record.exported.name);
     QCOMPARE(record.rehearsal->summary[ChangeKind::Ended], Q_INT64_C(6));
 }
 
