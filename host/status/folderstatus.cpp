@@ -152,6 +152,18 @@ bool newestIsRead(const Status &status, const GateRecord &record)
     return age > unknownInterval || status.place.folderChanged.secsTo(status.now) > timeOfAPass;
 }
 
+/// The export of the last pass that is known of, if it is not over yet, too; empty for none.
+QString lastTaken(const Status &status)
+{
+    const GateRecord *const newest = lastPassed(status.records);
+    const bool isGone = newest && !status.sources.place.isEmpty() && !status.sources.staysInPlace
+        && !(status.place.isThere && status.place.record == newest->name);
+    const QStringList read = readExports(status);
+    if (isGone)
+        return newest->name;
+    return read.isEmpty() ? QString() : read.constLast();
+}
+
 void readPass(Status *status)
 {
     const QStringList files = passFiles(*status);
@@ -167,12 +179,12 @@ void readPass(Status *status)
         status->waiting = waitingOf(changes);
         break;
     }
-    const QStringList read = readExports(*status);
-    if (read.isEmpty())
+    const QString taken = lastTaken(*status);
+    if (taken.isEmpty())
         return;
     const auto newest = std::find_if(
         status->records.cbegin(), status->records.cend(),
-        [&read](const GateRecord &record) { return record.name == read.constLast(); });
+        [&taken](const GateRecord &record) { return record.name == taken; });
     if (status->pass.source == PassStatus::FromChanges && status->pass.when >= newest->when)
         return;
     status->pass = passOfRecord(*newest, *status);

@@ -220,6 +220,12 @@ void tst_Status::pass_comesFromThePlace()
     QCOMPARE((*status.pass.summary)[ChangeKind::Added], Q_INT64_C(4));
     QCOMPARE(status.waiting.size(), 1);
     QVERIFY(!waitsForSomebody(status.waiting.constFirst()));
+
+    // One that has only just begun is the last one already.
+    const GateRecord newer = folder.record(1, "b");
+    folder.keep(newer);
+    folder.age(QStringLiteral("site"), 0);
+    QCOMPARE(folder.status().pass.file, newer.name);
 }
 
 void tst_Status::damagedFiles_areNamed()
