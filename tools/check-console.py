@@ -82,7 +82,7 @@ class Shell:
     """A bash that keeps its variables, functions and jobs from command to command."""
 
     def __init__(self):
-        self.process = subprocess.Popen(['bash'], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+        self.process = subprocess.Popen(['bash', '-m'], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, encoding='utf-8', errors='replace')
 
     def run(self, command):
@@ -99,7 +99,8 @@ class Shell:
         return lines, self.process.wait()
 
     def close(self):
-        """Ends the shell, and waits for it."""
+        """Ends the shell with what runs in the background, and waits for it."""
+        self.process.stdin.write('for job in $(jobs -p); do kill -- -"$job"; done\n')
         self.process.stdin.close()
         self.process.wait()
 

@@ -16,6 +16,8 @@ trap cleanup EXIT
 
 checker=$PWD/tools/check-console.py
 document=$PWD/docs/operations.md
-export PATH=$PWD/build/release/bin:$PATH HOME=$folder LC_ALL=C.UTF-8
+mkdir "$folder/bin"
+ln -s "$PWD/build/release/bin/talvenhr" "$folder/bin/talvenhr"
+export PATH=$folder/bin:$PATH HOME=$folder LC_ALL=C.UTF-8
 cd "$folder"
 "$checker" "$document" --folder "$folder" --shown-folder /home/me "$@"
