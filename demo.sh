@@ -227,6 +227,19 @@ sed -n '/END synchronization #2/,$p' "$log" | tail -n +2 | fold -s -w 100 | inde
 say '' "  ${dim}The one who waits has no calendar and was in the branch already; docs/oddities.md tells why that counts"
 say "  as not done yet.$plain"
 
+title 'An export that was cut off comes to the gate'
+mkdir -p "$data/gate/incoming"
+{ header; known_people 'Horváthová' '0905 555 005' 71 'today - 1 day' 0 200; new_people; } |
+    head -c -200 >"$data/gate/incoming/ron.data"
+say "  ${dim}talvenhr gate --incoming demo-data/gate/incoming --place demo-data/gate/ron.data --complete rename" \
+    "      --data-dir demo-data$plain" ''
+# It ends with 5, for it refuses.
+{ build/release/bin/talvenhr gate --incoming "$data/gate/incoming" --place "$data/gate/ron.data" \
+    --complete rename --data-dir "$data" || true; } | fold -s -w 100 | indent
+page=$(ls "$data"/gate/refused/*.check.html)
+say '' "  ${dim}Nothing is in place, so the plugin would find no export. For a browser, what is wrong with it:" \
+    "  ${page#"$here"/}" "  With the text beside it and the lines to send back. docs/operations.md sets such a gate up.$plain"
+
 title 'Play on'
 cat <<EOF
   Edit   demo-data/ron.data (the export) or demo-data/TalvenHR.ini (the settings), then run

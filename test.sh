@@ -14,8 +14,8 @@ Builds with a preset of CMakePresets.json (release, debug or sanitize; release i
 runs all its tests. The build stays in build/PRESET and is quick when run again.
 
   --all   everything that CI runs: release and sanitize with their tests, a build with clang,
-          the checks of the sources, two builds compared, promtool's view of the figures, and the
-          fuzz targets, side by side, for a minute
+          the checks of the sources, two builds compared, promtool's view of the figures, the
+          commands of docs/operations.md, and the fuzz targets, side by side, for a minute
 EOF
 }
 
@@ -53,6 +53,8 @@ if $all; then
     tools/check-reproducible.sh
     echo "== monitoring"
     tools/check-monitoring.sh
+    echo "== operations"
+    tools/check-operations.sh
     echo "== fuzz"
     tools/fuzz.sh
 fi

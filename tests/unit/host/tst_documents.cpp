@@ -5,6 +5,7 @@
 #include "host/cli/manpage.h"
 #include "host/cli/options.h"
 #include "host/commands/commands.h"
+#include "host/commands/gateoptions.h"
 
 #include <QtTest>
 
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void exitCodes_areThoseOfTheReadme();
     void commands_areThoseOfTheReadme();
     void settings_areThoseOfTheConfigurationPage();
+    void gateSettings_areThoseOfTheOperationsPage();
     void manualPage_hasEveryCommandOptionAndCode();
 };
 
@@ -82,6 +84,32 @@ void tst_Documents::settings_areThoseOfTheConfigurationPage()
     QCOMPARE(tableBelow(documentLines("docs/configuration.md"),
                         QStringLiteral("| Setting | Option | Variable |")),
              rows);
+}
+
+/// Of [gate], and of the sections that only the file has.
+void tst_Documents::gateSettings_areThoseOfTheOperationsPage()
+{
+    const QStringList lines = documentLines("docs/operations.md");
+    QString keys;
+    for (const char *heading :
+         {"| Key | Value | Default |", "| Key | Value | Mends |", "| Key | Runs when |"}) {
+        const QStringList rows = tableBelow(lines, QLatin1String(heading));
+        for (const QString &row : rows)
+            keys += row.section(QLatin1Char('|'), 1, 1);
+    }
+    QStringList expected;
+    const QVector<Option> settings = settingsOf(allCommands());
+    for (const Option &setting : settings) {
+        if (setting.setting.startsWith(QLatin1String("gate/")))
+            expected.append(setting.setting);
+    }
+    expected += gateFileSettings().filter(QRegularExpression(QStringLiteral("^(mend|hooks)/")));
+    QVERIFY(expected.size() > 15);
+    for (const QString &setting : qAsConst(expected)) {
+        const QString key = QStringLiteral("`%1`").arg(setting.section(QLatin1Char('/'), 1));
+        QVERIFY2(keys.contains(key), qPrintable(setting));
+    }
+    QCOMPARE(keys.count(QLatin1Char('`')) / 2, expected.size());
 }
 
 void tst_Documents::manualPage_hasEveryCommandOptionAndCode()
