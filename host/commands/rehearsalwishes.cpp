@@ -41,9 +41,6 @@ QVector<Option> passOptions()
 {
     return {{QStringLiteral("export"), QStringLiteral("FILE"),
              Text::tr("the export (default: importFile of TalvenHR.ini)")},
-            {QStringLiteral("after"), QStringLiteral("FILE"),
-             Text::tr("an export that the server has taken since its start; may be repeated, the "
-                      "oldest first")},
             {QStringLiteral("force"), QString(), Text::tr("rehearse a forced pass")},
             {QStringLiteral("today"), QStringLiteral("DAY"),
              Text::tr("rehearse the pass of another day, such as 2027-01-01")}};
@@ -57,7 +54,6 @@ Failure readWishes(const Options &options, RehearsalWishes *wishes)
     wishes->pluginFile = pluginFile(options);
     wishes->settingsFile = DataDirectory(directory).iniFile();
     wishes->exportFile = options.value(QStringLiteral("export"));
-    wishes->after = options.values(QStringLiteral("after"));
     wishes->force = options.isSet(QStringLiteral("force"));
     if (const Failure failure = readDay(options, &wishes->today))
         return failure;

@@ -9,7 +9,7 @@
 
 class Options;
 
-/// --export, --after, --force, --today: which pass it is.
+/// --export, --force, --today: which pass it is.
 QVector<Option> passOptions();
 /// What is rehearsed: the plugin, its real settings, and the export that is named, there or by the
 /// option. Takes the options of the plugin, too.

@@ -27,6 +27,7 @@ Failure read(const Options &options, RehearsalOptions *rehearsal)
         return failure;
     if (const Failure failure = readLimits(options, &rehearsal->limits))
         return failure;
+    rehearsal->wishes.after = options.values(QStringLiteral("after"));
     rehearsal->copy = readCopyWishes(options);
     rehearsal->keep = options.value(QStringLiteral("keep"));
     rehearsal->person = options.value(QStringLiteral("person"));
@@ -57,9 +58,12 @@ Failure run(const Options &options)
 OptionGroup rehearsalOptions()
 {
     OptionGroup group {Text::tr("Rehearsal"), passOptions()};
-    group.options.append(
+    group.options += QVector<Option> {
+        {QStringLiteral("after"), QStringLiteral("FILE"),
+         Text::tr("an export that the server has taken since its start; may be repeated, the "
+                  "oldest first")},
         {QStringLiteral("keep"), QStringLiteral("DIR"),
-         Text::tr("keep the copy in this new or empty folder, for 'talvenhr sql'")});
+         Text::tr("keep the copy in this new or empty folder, for 'talvenhr sql'")}};
     group.options += copyOptions();
     return group;
 }

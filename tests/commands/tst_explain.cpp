@@ -117,6 +117,12 @@ void tst_Explain::person_isLookedForInExportAndDatabase()
                                 Site::employee(1, str("Nula"))})
                        .join(QLatin1Char('\n')));
 
+    // Earlier exports are about others as well, of whom the copy has nobody.
+    TalvenhrProcess later(
+        QStringList {str("explain"), str("10011"), str("--after"), site.exportFile()} + where);
+    QCOMPARE(later.finish(), 2);
+    QVERIFY2(later.lastLine().contains(str("unknown option '--after'")),
+             qPrintable(later.lastLine()));
     TalvenhrProcess story(QStringList {str("explain"), str("10011")} + where);
     QCOMPARE(story.finish(), 0);
     const QString text = story.output();
