@@ -19,6 +19,19 @@ const QString limitName = QStringLiteral("limit");
 const QString allowName = QStringLiteral("allow");
 const QString noLimitsName = QStringLiteral("no-limits");
 
+/// Only the gate has an export before this one, and it takes its limits from the file.
+Failure checkKinds(const Options &options, const QVector<Limit> &limits)
+{
+    for (const Limit &limit : limits) {
+        if (isOfExports(limit.kind))
+            return options.usageFailure(
+                Text::tr("the limit '%1' compares two exports, and holds for 'talvenhr gate' only; "
+                         "set it in [limits] of talvenhr.conf")
+                    .arg(limit.kind));
+    }
+    return {};
+}
+
 Failure setLimits(const Options &options, const QStringList &texts, QVector<Limit> *limits)
 {
     for (const QString &text : texts) {
@@ -71,7 +84,14 @@ Failure readLimits(const Options &options, QVector<Limit> *limits)
         if (const Failure failure = readLimitsOfFile(options, limits))
             return failure;
     }
-    return setLimits(options, options.values(limitName) + options.values(allowName), limits);
+    QVector<Limit> named;
+    Failure failure = setLimits(options, options.values(limitName) + options.values(allowName),
+                                &named);
+    if (!failure)
+        failure = checkKinds(options, named);
+    for (const Limit &limit : qAsConst(named))
+        setLimit(limit, limits);
+    return failure;
 }
 
 bool areLimitsSet(const Options &options)

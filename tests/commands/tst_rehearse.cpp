@@ -103,6 +103,8 @@ void tst_Rehearse::whatCannotBe_isToldBeforeAnythingIsCopied_data()
     row({QStringLiteral("--today"), QStringLiteral("1900-01-01")}, "from 1970-01-03 to 2038-01-17");
     row({QStringLiteral("--limit"), QStringLiteral("changed:surnam=1")},
         "has no column 'surnam' (did you mean 'surname'?)");
+    row({QStringLiteral("--allow"), QStringLiteral("lost=1")},
+        "the limit 'lost' compares two exports, and holds for 'talvenhr gate' only");
 }
 
 void tst_Rehearse::whatCannotBe_isToldBeforeAnythingIsCopied()
