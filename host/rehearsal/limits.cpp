@@ -67,6 +67,12 @@ double foundOf(const QString &kind, const Changes &changes)
     return changedPeople(changes, kind.mid(changedColumn.size()));
 }
 
+/// With all of its digits: as an option, it is to be typed.
+QString numberText(double number)
+{
+    return QString::number(number, 'g', 15);
+}
+
 bool isKind(const QString &kind)
 {
     const bool isColumn = kind.startsWith(changedColumn) && kind.size() > changedColumn.size();
@@ -161,7 +167,7 @@ std::optional<LimitOutcome> limitOutcome(const Limit &limit, double found, int p
         return LimitOutcome {limit, static_cast<double>(limit.number), found};
     if (people == 0)
         return {};
-    return LimitOutcome {limit, std::floor(qMax(people, fewestPeople) * limit.number / 100.0),
+    return LimitOutcome {limit, std::floor(1.0 * qMax(people, fewestPeople) * limit.number / 100),
                          found};
 }
 
@@ -187,9 +193,7 @@ QString limitText(const Limit &limit)
 QString exceededWords(const LimitOutcome &outcome)
 {
     return Text::tr("%1 (%2, limit %3)")
-        .arg(outcome.limit.kind)
-        .arg(outcome.found)
-        .arg(outcome.allowed);
+        .arg(outcome.limit.kind, numberText(outcome.found), numberText(outcome.allowed));
 }
 
 QString exceededText(const LimitOutcome &outcome)
@@ -197,11 +201,10 @@ QString exceededText(const LimitOutcome &outcome)
     const QString of = isOfExports(outcome.limit.kind) ? Text::tr("people of the last good export")
                                                        : Text::tr("active people");
     const QString allowed = outcome.limit.isPercent
-        ? Text::tr("%1 (%2 of the %3)").arg(outcome.allowed).arg(limitText(outcome.limit), of)
-        : QString::number(outcome.allowed);
+        ? Text::tr("%1 (%2 of the %3)")
+              .arg(numberText(outcome.allowed), limitText(outcome.limit), of)
+        : numberText(outcome.allowed);
     return Text::tr("%1: %2, and the limit is %3; to let it through this once: --allow %1=%4")
-        .arg(outcome.limit.kind)
-        .arg(outcome.found)
-        .arg(allowed)
-        .arg(std::ceil(outcome.found));
+        .arg(outcome.limit.kind, numberText(outcome.found), allowed,
+             numberText(std::ceil(outcome.found)));
 }

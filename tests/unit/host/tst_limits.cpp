@@ -115,6 +115,8 @@ void tst_Limits::outcome_data()
     QTest::newRow("percent, one more") << "ended=5%" << 200 << 11 << 10.0 << true;
     QTest::newRow("few people count as fifty") << "ended=10%" << 8 << 5 << 5.0 << false;
     QTest::newRow("part of a person") << "ended=5%" << 50 << 3 << 2.0 << true;
+    QTest::newRow("all that there may be")
+        << "ended=99999999%" << 100000 << 100000 << 99999999000.0 << false;
     QTest::newRow("none allowed") << "ended=0" << 1000 << 1 << 0.0 << true;
 }
 
@@ -209,6 +211,14 @@ void tst_Limits::exceeded_tellsWhatToType()
         exceededText(outcomeOf(QStringLiteral("ended=5%"), changesOf(200, ChangeKind::Ended, 31))),
         QStringLiteral("ended: 31, and the limit is 10 (5 % of the active people); to let it "
                        "through this once: --allow ended=31"));
+    // What is to be typed is a number in full.
+    Changes changes;
+    changes.totals.leave = 123456789;
+    const LimitOutcome leave = outcomeOf(QStringLiteral("leave-days=5"), changes);
+    QCOMPARE(exceededText(leave),
+             QStringLiteral("leave-days: 1234567.89, and the limit is 5; to let it through this "
+                            "once: --allow leave-days=1234568"));
+    QCOMPARE(exceededWords(leave), QStringLiteral("leave-days (1234567.89, limit 5)"));
 }
 
 QTEST_GUILESS_MAIN(tst_Limits)
