@@ -65,7 +65,10 @@ Failure pretendDay(const ConnectionParameters &administrator, const QDate &day)
     if (const Failure failure = connection.open(administrator))
         return failure;
     QSqlQuery query(connection.handle());
-    const QString statement = QStringLiteral("SET GLOBAL init_connect = 'SET timestamp = %1'")
+    // What is there already are the settings of the source's login.
+    const QString statement = QStringLiteral("SET GLOBAL init_connect = CONCAT_WS('; ', "
+                                             "NULLIF(@@GLOBAL.init_connect, ''), "
+                                             "'SET timestamp = %1')")
                                   .arg(momentOf(day).toSecsSinceEpoch());
     if (!query.exec(statement))
         return {ExitDatabase,

@@ -77,14 +77,16 @@ Failure RehearsalSite::replaceExport(const QByteArray &content) const
 
 QByteArray settingsWith(const QByteArray &settings, const QStringList &lines)
 {
+    // A mark of the encoding counts only as the first of all bytes.
+    const QByteArray mark = settings.startsWith("\xef\xbb\xbf") ? settings.left(3) : QByteArray();
     QSet<QByteArray> replaced;
-    QByteArray result;
+    QByteArray result = mark;
     for (const QString &line : lines) {
         replaced.insert(keyOf(line.toUtf8()));
         result += line.toUtf8() + '\n';
     }
     QString group;
-    const QList<QByteArray> old = settings.split('\n');
+    const QList<QByteArray> old = settings.mid(mark.size()).split('\n');
     for (const QByteArray &line : old) {
         const bool isKey = !beginsGroup(QString::fromUtf8(line), &group);
         if (!isKey || !group.isEmpty() || !replaced.contains(keyOf(line)))

@@ -1,10 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // What a rehearsal reads, and the folder that its pass works in.
+#include "host/database/connection.h"
 #include "host/rehearsal/pretendedday.h"
 #include "host/rehearsal/rehearsalinputs.h"
 #include "host/rehearsal/rehearsalsite.h"
+#include "host/server/privateserver.h"
 
+#include <QSqlQuery>
 #include <QtTest>
 
 class tst_Rehearsal : public QObject
@@ -20,6 +23,7 @@ private Q_SLOTS:
     void inputs_areNamedBeforeAnythingIsCopied();
     void export_isLookedAt();
     void days_areThoseOfTheServersClock();
+    void day_comesBesideTheSettingsOfTheLogin();
 };
 
 void tst_Rehearsal::settings_keepAllButTheseKeys_data()
@@ -38,6 +42,9 @@ void tst_Rehearsal::settings_keepAllButTheseKeys_data()
                                   << QByteArray("deleteFile=false\n[MES]\n[GENERAL] ; all\n");
     QTest::newRow("of another group") << QByteArray("[MES]\ndeleteFile=x")
                                       << QByteArray("deleteFile=false\n[MES]\ndeleteFile=x\n");
+    QTest::newRow("mark of UTF-8")
+        << QByteArray("\xef\xbb\xbftestMode=true\n")
+        << QByteArray("\xef\xbb\xbf").append("deleteFile=false\ntestMode=true\n\n");
     QTest::newRow("another encoding")
         << QByteArray("[MES]\n21=\xe1\x9a") << QByteArray("deleteFile=false\n[MES]\n21=\xe1\x9a\n");
 }
@@ -157,6 +164,32 @@ void tst_Rehearsal::days_areThoseOfTheServersClock()
     QVERIFY(canBePretended(QDate(1970, 1, 3)));
     QVERIFY(canBePretended(QDate(2038, 1, 17)));
     QVERIFY(!canBePretended(QDate(2038, 1, 18)));
+}
+
+void tst_Rehearsal::day_comesBesideTheSettingsOfTheLogin()
+{
+    const QTemporaryDir folder(QStringLiteral("/tmp/talven-XXXXXX"));
+    PrivateServer server(folder.filePath(QStringLiteral("db")));
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    const QString statements = QStringLiteral(
+        "SET GLOBAL init_connect = 'SET lc_time_names = \"sk_SK\"'; "
+        "CREATE USER somebody@localhost");
+    QVERIFY2(server.execute(QString(), statements, &error), qPrintable(error));
+    ConnectionParameters parameters;
+    parameters.socket = server.socketPath();
+    parameters.database = QStringLiteral("information_schema");
+    parameters.user = QStringLiteral("root");
+    const Failure failure = pretendDay(parameters, QDate(2027, 1, 1));
+    QVERIFY2(!failure, qPrintable(failure.text));
+    parameters.user = QStringLiteral("somebody");
+    Connection connection(QStringLiteral("somebody"));
+    const Failure refusal = connection.open(parameters);
+    QVERIFY2(!refusal, qPrintable(refusal.text));
+    QSqlQuery query(connection.handle());
+    QVERIFY(query.exec(QStringLiteral("SELECT CURDATE(), @@lc_time_names")) && query.next());
+    QCOMPARE(query.value(0).toDate(), QDate(2027, 1, 1));
+    QCOMPARE(query.value(1).toString(), QStringLiteral("sk_SK"));
 }
 
 QTEST_GUILESS_MAIN(tst_Rehearsal)
