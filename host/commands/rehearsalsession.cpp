@@ -7,6 +7,7 @@
 #include "host/base/shellword.h"
 #include "host/base/signalwatch.h"
 #include "host/changes/changesjson.h"
+#include "host/changes/passnotes.h"
 #include "host/changes/planhash.h"
 #include "host/commands/databaselook.h"
 #include "host/commands/missingpeople.h"
@@ -97,6 +98,8 @@ Failure RehearsalSession::rehearse()
         failure = copyAndRun();
     if (failure.exitCode == ExitInterrupted)
         failure.text = Text::tr("interrupted; nothing was changed");
+    if (!failure)
+        failure = checkExport();
     if (failure)
         return failure;
     changes.header.state = QString::fromLatin1(copied.digest);
@@ -118,7 +121,20 @@ Failure RehearsalSession::checkFirst()
         if (const Failure failure = checkKeptFolder(options.keep))
             return failure;
     }
+    looked = identityOf(options.wishes.exportFile).digest;
     return lookAtExport(options.wishes, &exported);
+}
+
+/// Another one than that of the pass must neither be judged by it nor go through in its place.
+Failure RehearsalSession::checkExport() const
+{
+    const QString &file = options.wishes.exportFile;
+    if (changes.header.exported.digest == looked && identityOf(file).digest == looked)
+        return {};
+    return {ExitRefused,
+            Text::tr("the export '%1' was replaced while its pass was rehearsed; try again once it "
+                     "stays")
+                .arg(file)};
 }
 
 Failure RehearsalSession::copyAndRun()

@@ -46,6 +46,7 @@ public:
 
 private:
     Failure checkFirst();
+    Failure checkExport() const;
     Failure copyAndRun();
     Failure copyAndRunIn(const QString &folder);
     Failure runPass(const ConnectionParameters &copy, const ConnectionParameters &administrator,
@@ -56,6 +57,7 @@ private:
 
     const RehearsalOptions options;
     CopyFacts copied;
+    QString looked; ///< digest of the export that was looked at
     ExportLook exported;
     QVector<KnownPerson> known; ///< before the pass
     Changes changes;

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void plan_letsOnlyTheSamePassThrough();
     void exportWithoutAUsableLine_isAnError();
     void configuration_namesTheSourceAndNeverTheCopy();
+    void exportThatIsReplaced_isNotJudged();
     void killed_leavesNothingForLong();
     void interrupted_changesNothing();
 
@@ -237,6 +238,21 @@ void tst_Rehearse::configuration_namesTheSourceAndNeverTheCopy()
         QCOMPARE(program.finish(), 0);
         QVERIFY(program.output().contains(QStringLiteral(", plan: ")));
     }
+}
+
+void tst_Rehearse::exportThatIsReplaced_isNotJudged()
+{
+    const QString kept = site.path(QStringLiteral("kept-meanwhile"));
+    TalvenhrProcess program(command({"rehearse", "--no-limits"})
+                            + QStringList({QStringLiteral("--keep"), kept}));
+    program.start();
+    // By then it has looked at the export.
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(kept), 30000);
+    site.writeFile(QStringLiteral("ron.data"), Site::employee(7001, QStringLiteral("Other")));
+    QCOMPARE(program.finish(), 5);
+    QVERIFY2(program.lastLine().contains(QStringLiteral("' was replaced while its pass was ")),
+             qPrintable(program.lastLine()));
+    QCOMPARE(program.output(), QString());
 }
 
 /// Not even a server that is so far from being up that it cannot be told to end.
