@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
 
@@ -101,7 +102,7 @@ Failure GateArchive::keep(const GateRecord &record)
 void GateArchive::forget(const GateRecord &record)
 {
     const QString name = record.name;
-    removeFiles(folder(record.outcome), name, true);
+    removeFiles(folder(record.outcome), name);
     all.erase(std::remove_if(all.begin(), all.end(),
                              [&name](const GateRecord &other) { return other.name == name; }),
               all.end());
@@ -109,10 +110,21 @@ void GateArchive::forget(const GateRecord &record)
 
 void GateArchive::removeOlderThan(int days, const QDateTime &now)
 {
+    const qint64 seconds = 86400LL * days;
     const GateRecord *last = lastPassed();
+    QSet<QString> old;
     for (const GateRecord &record : qAsConst(all)) {
-        if (&record != last && record.when.daysTo(now) > days)
-            removeFiles(folder(record.outcome), record.name, false);
+        if (&record != last && record.when.secsTo(now) > seconds)
+            old.insert(record.name);
+    }
+    // Each folder is listed once: there may be records of years.
+    for (const QString &folder : {archive, refused}) {
+        const QDir directory(folder);
+        const QStringList files = directory.entryList(QDir::Files);
+        for (const QString &file : files) {
+            if (old.contains(recordNameOf(file)) && !file.endsWith(recordEnding()))
+                QFile::remove(directory.filePath(file));
+        }
     }
 }
 
@@ -121,7 +133,7 @@ QString GateArchive::folder(GateRecord::Outcome outcome) const
     return outcome == GateRecord::Refused ? refused : archive;
 }
 
-void GateArchive::removeFiles(const QString &folder, const QString &name, bool withRecord) const
+void GateArchive::removeFiles(const QString &folder, const QString &name) const
 {
     const QDir directory(folder);
     const QStringList files = directory.entryList({name + QStringLiteral(".*")}, QDir::Files);
@@ -130,8 +142,7 @@ void GateArchive::removeFiles(const QString &folder, const QString &name, bool w
         if (!file.endsWith(recordEnding()))
             QFile::remove(directory.filePath(file));
     }
-    if (withRecord)
-        QFile::remove(directory.filePath(name + recordEnding()));
+    QFile::remove(directory.filePath(name + recordEnding()));
 }
 
 void GateArchive::removeUnrecorded(const QString &folder) const

@@ -49,7 +49,7 @@ public:
 
 private:
     QString folder(GateRecord::Outcome outcome) const;
-    void removeFiles(const QString &folder, const QString &name, bool withRecord) const;
+    void removeFiles(const QString &folder, const QString &name) const;
     void removeUnrecorded(const QString &folder) const;
 
     const QString archive;

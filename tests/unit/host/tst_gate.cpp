@@ -546,15 +546,26 @@ void tst_Gate::oldExports_goButRecordsStay()
     GateRecord first = site.run().decided.value(0);
     site.deliver(site.nextExport());
     GateRecord last = site.run().decided.value(0);
-    for (GateRecord *record : {&first, &last}) {
-        record->when = record->when.addDays(-100);
-        QVERIFY(!writeGateRecord(
-            *record, QDir(site.settings.archive).filePath(record->name + recordEnding())));
-    }
+    site.deliver(cutOff(site.nextExport(), 40));
+    GateRecord refused = site.run().decided.value(0);
+    QCOMPARE(refused.outcome, GateRecord::Refused);
+    const QDir archive(site.settings.archive);
+    const QDir refusals(site.settings.refused);
+    const auto setAge = [](const QDir &folder, GateRecord *record, int days) {
+        record->when = QDateTime::currentDateTimeUtc().addDays(-days).addSecs(3600);
+        return !writeGateRecord(*record, folder.filePath(record->name + recordEnding()));
+    };
+    QVERIFY(setAge(archive, &first, 90) && setAge(archive, &last, 90));
+    QVERIFY(setAge(refusals, &refused, 90));
     site.run();
-    QCOMPARE(endingsOf(first, site.settings.archive), QStringList {recordEnding()});
+    QVERIFY(!site.archived(first).isEmpty());
+    QVERIFY(setAge(archive, &first, 91) && setAge(archive, &last, 91));
+    QVERIFY(setAge(refusals, &refused, 91));
+    site.run();
+    QCOMPARE(endingsOf(first, archive.path()), QStringList {recordEnding()});
+    QCOMPARE(endingsOf(refused, refusals.path()), QStringList {recordEnding()});
     QVERIFY(!site.archived(last).isEmpty());
-    QCOMPARE(site.records().size(), 2);
+    QCOMPARE(site.records().size(), 3);
 }
 
 void tst_Gate::secondGate_isRefused()
