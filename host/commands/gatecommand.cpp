@@ -11,12 +11,15 @@
 #include "host/commands/gateoptions.h"
 #include "host/commands/rehearsalsession.h"
 #include "host/commands/statussettings.h"
+#include "host/gate/gatefailure.h"
 #include "host/gate/gatetexts.h"
 #include "host/gate/pluginserver.h"
 #include "host/report/console.h"
 #include "host/report/logwriter.h"
 
 #include <QCoreApplication>
+#include <QProcess>
+#include <QStandardPaths>
 
 #include <cstdlib>
 
@@ -76,14 +79,51 @@ void tell(const GateResult &result, ReportForm form)
 }
 
 /// Whatever is left half by it is what a kill may leave: the next gate mends it.
-void armTimeLimit(int seconds, Watchdog *watchdog)
+void armTimeLimit(const GateOptions &gate, Watchdog *watchdog)
 {
-    watchdog->arm(seconds * 1000, [seconds] {
-        LogWriter(LogFormat::Text)
-            .fail(Text::tr("the gate was not done after %1 s; the delivery stays for the next time")
-                      .arg(seconds));
+    const QString state = gate.settings.state;
+    const QString text = Text::tr("the gate was not done after %1 s; the delivery stays for the "
+                                  "next time")
+                             .arg(gate.timeLimit);
+    watchdog->arm(gate.timeLimit * 1000, [state, text] {
+        LogWriter(LogFormat::Text).fail(text);
+        keepGateFailure(state, text);
         std::_Exit(ExitTimeout);
     });
+}
+
+/// What comes after the decision has limits of its own: hooks, and the answers of a database.
+void limitDecisions(const GateOptions &gate, Watchdog *watchdog, Gate *road)
+{
+    armTimeLimit(gate, watchdog);
+    road->setStepWatch([&gate, watchdog](const char *step) {
+        if (qstrcmp(step, "take") == 0)
+            armTimeLimit(gate, watchdog);
+        else if (qstrcmp(step, "hook") == 0)
+            watchdog->disarm();
+    });
+}
+
+/// Hooks that could not be called when they are needed.
+QStringList hookTroubles(const GateSettings &settings)
+{
+    QStringList troubles;
+    for (const QString &command : {settings.passedHook, settings.refusedHook, settings.lateHook}) {
+        const QString program = QProcess::splitCommand(command).value(0);
+        if (!program.isEmpty() && QStandardPaths::findExecutable(program).isEmpty())
+            troubles.append(Text::tr("the program of the hook '%1' is not there, or cannot be run")
+                                .arg(command));
+    }
+    return troubles;
+}
+
+/// A gate that was refused is not the one that the state is about.
+void note(const GateOptions &gate, const Failure &failure)
+{
+    if (!failure)
+        forgetGateFailure(gate.settings.state);
+    else if (failure.exitCode != ExitRefused)
+        keepGateFailure(gate.settings.state, failure.text);
 }
 
 /// Figures and site follow each run. What is wrong with them is only a warning: no export waits for
@@ -109,15 +149,19 @@ Failure run(const Options &options)
     GateOptions gate;
     if (const Failure failure = readGateOptions(options, &gate))
         return failure;
-    Watchdog watchdog;
-    armTimeLimit(gate.timeLimit, &watchdog);
     GateSettings settings = gate.settings;
     settings.judge.rehearse = rehearsalOf(gate);
     if (const auto server = pluginServerAbove(gate.pluginFile))
         settings.serverSince = server->since;
     Gate road(settings);
+    Watchdog watchdog;
+    limitDecisions(gate, &watchdog, &road);
     GateResult result;
     const Failure failure = gate.release ? road.release(*gate.release, &result) : road.run(&result);
+    watchdog.disarm();
+    note(gate, failure);
+    const QStringList troubles = hookTroubles(gate.settings);
+    result.warnings += troubles;
     publish(options, gate, &result);
     tell(result, reportForm(options));
     if (failure)

@@ -111,9 +111,9 @@ Failure readWord(const Options &options, const char *name, const QStringList &wo
     *place = words.indexOf(options.value(option));
     if (*place >= 0)
         return {};
-    return options.usageFailure(Text::tr("%1 '%2' is none of %3%4")
-                                    .arg(options.placeOf(option), options.value(option),
-                                         words.join(QStringLiteral(", ")),
+    return options.usageFailure(Text::tr("%1 takes one of %2, not '%3'%4")
+                                    .arg(options.placeOf(option), words.join(QStringLiteral(", ")),
+                                         options.value(option),
                                          didYouMean(options.value(option), words)));
 }
 
@@ -156,6 +156,10 @@ Failure readRoad(const Options &options, GateOptions *gate)
 {
     GateSettings &settings = gate->settings;
     settings.incoming.pattern = options.value(QStringLiteral("pattern"));
+    if (!QRegExp(settings.incoming.pattern, Qt::CaseSensitive, QRegExp::Wildcard).isValid())
+        return options.usageFailure(
+            Text::tr("%1 takes a name with * and ?, not '%2'")
+                .arg(options.placeOf(QStringLiteral("pattern")), settings.incoming.pattern));
     int place = 0;
     if (const Failure failure = readWord(
             options, "complete",
@@ -189,9 +193,9 @@ Failure readRefusals(const Options &options, JudgeSettings *judge)
     for (QString &word : judge->refuse)
         word = word.trimmed();
     const Failure failure = checkRefusals(judge->refuse);
-    return failure
-        ? options.usageFailure(options.placeOf(option) + QStringLiteral(": ") + failure.text)
-        : Failure();
+    return failure ? options.usageFailure(
+               Text::tr("%1 cannot be taken: %2").arg(options.placeOf(option), failure.text))
+                   : Failure();
 }
 
 Failure readMend(const Options &options, MendWishes *mend)
@@ -247,6 +251,22 @@ Failure readRelease(const Options &options, std::optional<ReleaseWish> *release)
     return {};
 }
 
+/// The gate would take what it has put there for a delivery, or for its own.
+Failure checkPlace(const Options &options, const GateSettings &settings)
+{
+    const QString folder = QFileInfo(settings.place).absoluteDir().canonicalPath();
+    for (const QString &own :
+         {settings.incoming.folder, settings.archive, settings.refused, settings.state}) {
+        if (!folder.isEmpty() && folder == QFileInfo(own).canonicalFilePath())
+            return options.usageFailure(
+                Text::tr(
+                    "the place of the export, '%1', lies in a folder of the gate; name another "
+                    "folder, or another importFile in TalvenHR.ini")
+                    .arg(settings.place));
+    }
+    return {};
+}
+
 /// What the plugin's own settings say of the place.
 Failure readPluginSettings(const Options &options, GateOptions *gate)
 {
@@ -260,6 +280,8 @@ Failure readPluginSettings(const Options &options, GateOptions *gate)
         return failure;
     if (gate->settings.place.isEmpty())
         gate->settings.place = settings.values().importFile;
+    if (const Failure failure = checkPlace(options, gate->settings))
+        return failure;
     gate->settings.isRemovedWhenRead = settings.toBool(QStringLiteral("deleteFile"));
     gate->settings.judge.stateTexts = settings.stateTexts();
     return {};

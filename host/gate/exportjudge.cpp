@@ -10,6 +10,7 @@
 #include "host/exportcheck/checktexts.h"
 #include "host/exportcheck/exportsource.h"
 #include "host/exportcheck/rejects.h"
+#include "host/rehearsal/verdict.h"
 #include "host/report/htmlpage.h"
 #include "host/report/jsonreport.h"
 
@@ -143,7 +144,7 @@ Failure judgeRehearsal(const JudgeSettings &settings, const JudgedFiles &files, 
              folder.filePath(QStringLiteral("rehearsal.html"))},
             &changes))
         return failure;
-    record->rehearsal = RehearsedFigures {files.after.size(), changes.people.size(),
+    record->rehearsal = RehearsedFigures {files.after.size(), tellingPeople(changes),
                                           changes.plan.hash, changes.summary};
     const QVector<LimitOutcome> outcomes = limitOutcomes(settings.limits, changes);
     for (const LimitOutcome &outcome : outcomes)

@@ -163,9 +163,10 @@ Failure Gate::takeDeliveries(GateResult *result)
         const GateRecord *ended = archive.madeOf(delivery.name, delivery.time,
                                                  digestOfFile(delivery.path));
         // Nothing older goes through where nothing could be said of a newer one.
-        if (const Failure failure = ended ? finish(delivery, GateRecord(*ended), result)
+        if (const Failure failure = ended ? finishAgain(delivery, GateRecord(*ended), result)
                                           : decide(delivery, {}, result))
-            return failure;
+            return {failure.exitCode,
+                    Text::tr("%1; '%2' stays for the next time").arg(failure.text, delivery.path)};
     }
     return {};
 }

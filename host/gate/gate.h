@@ -100,6 +100,8 @@ private:
 
     // gate_telling.cpp
     Failure finish(const Delivery &delivery, const GateRecord &record, GateResult *result);
+    Failure finishAgain(const Delivery &delivery, const GateRecord &record, GateResult *result);
+    Failure end(const Delivery &delivery, const GateRecord &record, GateResult *result);
     void callHook(const GateRecord &record, GateResult *result) const;
     void lookForLateness(GateResult *result);
 

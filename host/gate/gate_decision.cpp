@@ -102,7 +102,12 @@ Failure Gate::judge(const std::optional<Release> &release, GateRecord *record)
     if (seen)
         record->reasons.append(
             {QStringLiteral("seen"),
-             Text::tr("the same bytes went through on %1").arg(seen->when.toString(Qt::ISODate)),
+             seen == last
+                 ? Text::tr("nothing has changed since the last export: the same bytes went "
+                            "through on %1")
+                       .arg(seen->when.toString(Qt::ISODate))
+                 : Text::tr("an old export: the same bytes went through on %1, and others since")
+                       .arg(seen->when.toString(Qt::ISODate)),
              Text::tr("look whether the HR system has written a new export")});
     else if (last
              && isOlder({record->exported.name, record->fileTime},

@@ -21,11 +21,26 @@ const int hookSeconds = 30;
 
 } // namespace
 
-/// The end of every road: whoever is killed before it comes here again.
 Failure Gate::finish(const Delivery &delivery, const GateRecord &record, GateResult *result)
 {
-    step("hook");
     result->decided.append(record);
+    return end(delivery, record, result);
+}
+
+/// Of a road that a gate has not brought to its end.
+Failure Gate::finishAgain(const Delivery &delivery, const GateRecord &record, GateResult *result)
+{
+    if (record.outcome == GateRecord::Refused)
+        return finish(delivery, record, result);
+    result->news.append(Text::tr("%1 was decided on before (%2); its delivery goes now")
+                            .arg(record.exported.name, record.name));
+    return end(delivery, record, result);
+}
+
+/// The end of every road: whoever is killed before it comes here again.
+Failure Gate::end(const Delivery &delivery, const GateRecord &record, GateResult *result)
+{
+    step("hook");
     callHook(record, result);
     step("remove");
     // Another one may have been delivered under the same name.

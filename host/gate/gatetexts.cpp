@@ -30,7 +30,7 @@ QString passedLine(const GateRecord &record)
     if (record.comparedWith.isEmpty())
         parts.append(Text::tr("the first export, compared with none"));
     if (!record.replaced.isEmpty())
-        parts.append(Text::tr("an unread one was replaced"));
+        parts.append(Text::tr("in place of an unread one, %1").arg(record.replaced));
     if (record.release)
         parts.append(
             Text::tr("let through by %1: %2").arg(record.release->by, record.release->reason));
@@ -42,7 +42,7 @@ QString refusedLine(const GateRecord &record)
 {
     const RefusalReason first = record.reasons.value(0);
     const int others = record.reasons.size() - 1;
-    const QString more = others > 0 ? Text::tr(" (and %1 more reasons)").arg(others) : QString();
+    const QString more = others > 0 ? Text::tr("; further reasons: %1").arg(others) : QString();
     return Text::tr("refused: %1 (%2): %3%4")
         .arg(record.exported.name, record.name, first.text, more);
 }

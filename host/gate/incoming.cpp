@@ -66,11 +66,15 @@ Failure findDeliveries(const IncomingWishes &wishes, const QDateTime &now,
                        QVector<Delivery> *deliveries, QStringList *waiting)
 {
     const QDir folder(wishes.folder);
+    if (!folder.exists())
+        return {ExitUsage,
+                Text::tr("there is no folder of deliveries '%1'; make it, or correct 'incoming' in "
+                         "[gate]")
+                    .arg(wishes.folder)};
     if (!folder.isReadable())
         return {ExitUsage,
-                Text::tr("cannot read the folder of deliveries '%1'; make it, or correct "
-                         "'incoming' in [gate]")
-                    .arg(wishes.folder)};
+                Text::tr("the folder of deliveries '%1' is closed to this user; it belongs to %2")
+                    .arg(wishes.folder, QFileInfo(wishes.folder).owner())};
     const QFileInfoList files = folder.entryInfoList({wishes.pattern}, QDir::Files);
     for (const QFileInfo &file : files) {
         if (isSideFile(file.fileName()))

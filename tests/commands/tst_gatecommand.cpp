@@ -10,6 +10,11 @@
 #include <QFile>
 #include <QtTest>
 
+#include <algorithm>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 namespace {
 
 const QString configuration = QStringLiteral("talvenhr.conf");
@@ -30,6 +35,32 @@ QString exportOf(const QString &opening, int people)
             + QLatin1Char('\n');
     return text;
 }
+
+/// A database that takes a connection, and never says a word.
+class SilentServer
+{
+public:
+    explicit SilentServer(const QString &path) :
+        handle(::socket(AF_UNIX, SOCK_STREAM, 0))
+    {
+        sockaddr_un address {};
+        address.sun_family = AF_UNIX;
+        const QByteArray name = QFile::encodeName(path);
+        std::copy(name.cbegin(), name.cend(), address.sun_path);
+        listening = ::bind(handle, reinterpret_cast<const sockaddr *>(&address), sizeof(address))
+                == 0
+            && ::listen(handle, 5) == 0;
+    }
+    ~SilentServer() { ::close(handle); }
+    SilentServer(const SilentServer &) = delete;
+    SilentServer &operator=(const SilentServer &) = delete;
+
+    bool isListening() const { return listening; }
+
+private:
+    const int handle;
+    bool listening = false;
+};
 
 /// The names of all refused exports, oldest first.
 QStringList refusedNames(const Site &site)
@@ -195,9 +226,13 @@ void tst_GateCommand::wrongSettings_areNamed_data()
     QTest::newRow("complete") << QStringList {QStringLiteral("complete=rename"),
                                               QStringLiteral("first=hodl")}
                               << QStringLiteral(
-                                     "'hodl' is none of pass, hold (did you mean 'hold'?)");
+                                     "takes one of pass, hold, not 'hodl' (did you mean 'hold'?)");
     QTest::newRow("refuse") << QStringList {QStringLiteral("refuse=error, W-AGAINST-LOSS")}
                             << QStringLiteral("'W-AGAINST-LOST'");
+    QTest::newRow("place") << QStringList {QStringLiteral("place=incoming/ron.data")}
+                           << QStringLiteral("lies in a folder of the gate");
+    QTest::newRow("pattern") << QStringList {QStringLiteral("pattern=[")}
+                             << QStringLiteral("takes a name with * and ?, not '['");
     QTest::newRow("folders") << QStringList {QStringLiteral("archive=incoming")}
                              << QStringLiteral("four folders");
     QTest::newRow("limit") << QStringList {QStringLiteral("[limits]"), QStringLiteral("lost=many")}
@@ -236,21 +271,23 @@ void tst_GateCommand::config_showsTheGate()
 
 void tst_GateCommand::timeLimit_endsTheGate()
 {
-    site->writeFile(QStringLiteral("slow.sh"), QStringLiteral("#!/bin/sh\nsleep 60\n"));
-    QVERIFY(QFile::setPermissions(site->path(QStringLiteral("slow.sh")),
-                                  QFileDevice::ReadOwner | QFileDevice::ExeOwner));
-    configure({QStringLiteral("time-limit=1"), QStringLiteral("[hooks]"),
-               QStringLiteral("passed=") + site->path(QStringLiteral("slow.sh"))});
+    const SilentServer server(site->path(QStringLiteral("silent.sock")));
+    QVERIFY(server.isListening());
+    configure({QStringLiteral("time-limit=1"), QStringLiteral("[database]"),
+               QStringLiteral("socket=silent.sock")});
     deliver(exportOf(QStringLiteral("A"), 3));
     TalvenhrProcess program(gateOf(*site));
     QCOMPARE(program.finish(), 4);
     QVERIFY(program.lastLine().contains(QStringLiteral("not done after 1 s")));
-    // It stood in place already; the next gate ends its road.
-    QVERIFY(isInPlace());
+    QVERIFY(!isInPlace());
+    QVERIFY(QFile::exists(site->path(QStringLiteral("incoming/ron.data"))));
+    QVERIFY(site->readFile(QStringLiteral("state/failed"))
+                .contains(QStringLiteral("not done after 1 s")));
     configure({});
     TalvenhrProcess next(gateOf(*site));
     QCOMPARE(next.finish(), 0);
-    QVERIFY(!QFile::exists(site->path(QStringLiteral("incoming/ron.data"))));
+    QVERIFY(isInPlace());
+    QVERIFY(!QFile::exists(site->path(QStringLiteral("state/failed"))));
 }
 
 void tst_GateCommand::exportCommandOfThePlugin_holdsBackADamagedExport()
