@@ -56,7 +56,7 @@ Failure Gate::release(const ReleaseWish &wish, GateResult *result)
 {
     if (const Failure failure = open(result))
         return failure;
-    const GateRecord *record = archive.find(wish.what);
+    const GateRecord *record = recordOf(wish.what);
     Delivery delivery = deliveryOf(record ? archive.path(*record, QStringLiteral(".export"))
                                           : wish.what);
     if (!QFileInfo(delivery.path).isFile())
@@ -71,6 +71,17 @@ Failure Gate::release(const ReleaseWish &wish, GateResult *result)
         delivery.time = record->fileTime;
     }
     return decide(delivery, wish.release, result);
+}
+
+/// Named by itself, or by the export that is kept of it; null for anything else.
+const GateRecord *Gate::recordOf(const QString &what) const
+{
+    const GateRecord *record = archive.find(QFileInfo(what).baseName());
+    const bool isMeant = record
+        && (what == record->name
+            || QFileInfo(what).canonicalFilePath()
+                == QFileInfo(archive.path(*record, QStringLiteral(".export"))).canonicalFilePath());
+    return isMeant ? record : nullptr;
 }
 
 Failure Gate::open(GateResult *result)
@@ -138,14 +149,18 @@ Failure Gate::recover(GateResult *result)
 Failure Gate::refuseForeign(GateResult *result)
 {
     const QString digest = placement.digest();
-    if (digest.isEmpty() || archive.passedWith(digest))
+    if (digest.isEmpty() && placement.exists())
+        result->warnings.append(Text::tr("what lies at '%1' cannot be read: nobody knows whether "
+                                         "the gate has put it there")
+                                    .arg(placement.path()));
+    if (digest.isEmpty() || archive.wasPlacedLast(digest))
         return {};
     const Delivery delivery = deliveryOf(placement.path());
     GateRecord record;
     if (const Failure failure = takeIn(delivery, &record))
         return failure;
     record.reasons = {{QStringLiteral("foreign"),
-                       Text::tr("it lay at importFile and did not come through the gate"),
+                       Text::tr("it lay at importFile, and the gate had not put it there"),
                        Text::tr("deliver exports into '%1'; to let this one through, release it")
                            .arg(settings.incoming.folder)}};
     if (const Failure failure = refuse(&record))

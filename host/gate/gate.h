@@ -78,6 +78,7 @@ public:
 
 private:
     // gate.cpp
+    const GateRecord *recordOf(const QString &what) const;
     Failure open(GateResult *result);
     Failure lock();
     Failure recover(GateResult *result);
@@ -90,6 +91,7 @@ private:
                    GateResult *result);
     Failure takeIn(const Delivery &delivery, GateRecord *record);
     Failure judge(const std::optional<Release> &release, GateRecord *record);
+    Failure unpackLastGood(const GateRecord &last, JudgedFiles *files, GateRecord *record) const;
     Failure unpackTaken(QStringList *files) const;
 
     // gate_filing.cpp

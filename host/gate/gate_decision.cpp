@@ -120,10 +120,7 @@ Failure Gate::judge(const std::optional<Release> &release, GateRecord *record)
         return {};
     JudgedFiles files {work.mended(), QString(), {}, work.folder()};
     if (last) {
-        record->comparedWith = last->name;
-        files.lastGood = work.lastGood();
-        if (const Failure failure = readGzip(archive.path(*last, QStringLiteral(".export.gz")),
-                                             files.lastGood))
+        if (const Failure failure = unpackLastGood(*last, &files, record))
             return failure;
     } else if (settings.holdsFirst) {
         record->reasons.append({QStringLiteral("hold"),
@@ -145,6 +142,24 @@ Failure Gate::judge(const std::optional<Release> &release, GateRecord *record)
             return failure;
     }
     return judgeExport(measures, files, isReleased, record);
+}
+
+/// Somebody may have cleared the archive: what was cut off would then pass unseen.
+Failure Gate::unpackLastGood(const GateRecord &last, JudgedFiles *files, GateRecord *record) const
+{
+    const QString packed = archive.path(last, QStringLiteral(".export.gz"));
+    if (!QFileInfo::exists(packed)) {
+        record->reasons.append(
+            {QStringLiteral("uncompared"),
+             Text::tr("'%1' is gone, the export that went through last: there is none to compare "
+                      "it with")
+                 .arg(packed),
+             Text::tr("look at its report; if all is right, release it")});
+        return {};
+    }
+    record->comparedWith = last.name;
+    files->lastGood = work.lastGood();
+    return readGzip(packed, files->lastGood);
 }
 
 /// The exports that the running server has read, the oldest first, with the times at which they

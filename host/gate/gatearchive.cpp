@@ -71,6 +71,13 @@ const GateRecord *GateArchive::passedWith(const QString &digest) const
     });
 }
 
+bool GateArchive::wasPlacedLast(const QString &digest) const
+{
+    const GateRecord *last = lastPassed();
+    return last
+        && digest == (last->placedDigest.isEmpty() ? last->exported.digest : last->placedDigest);
+}
+
 const GateRecord *GateArchive::madeOf(const QString &file, const QDateTime &time,
                                       const QString &digest) const
 {

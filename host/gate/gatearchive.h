@@ -32,6 +32,8 @@ public:
     const GateRecord *find(const QString &name) const;
     /// The last one that went through with these bytes, as they came or as they stood in place.
     const GateRecord *passedWith(const QString &digest) const;
+    /// These bytes are what the gate has put in place last.
+    bool wasPlacedLast(const QString &digest) const;
     /// The one that was made of this delivery.
     const GateRecord *madeOf(const QString &file, const QDateTime &time,
                              const QString &digest) const;

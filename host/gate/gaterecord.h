@@ -17,7 +17,8 @@
 /// Why an export was refused, for people and, by the code, for machines.
 struct RefusalReason
 {
-    QString code; ///< that of a finding, or "limit:KIND", "seen", "older", "hold", "foreign"
+    QString code; ///< that of a finding, or "limit:KIND", "seen", "older", "hold", "uncompared",
+                  ///< "foreign"
     QString text; ///< what is wrong
     QString remedy; ///< what to do; may be empty
 };

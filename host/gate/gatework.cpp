@@ -40,9 +40,16 @@ Failure GateWork::takeIn(const QString &delivery) const
     QFile from(delivery);
     if (!from.open(QIODevice::ReadOnly))
         return {ExitUsage, Text::tr("cannot read '%1': %2").arg(delivery, from.errorString())};
-    return writeOwnerFile(delivered(), [&from](QIODevice *file) {
-        while (!from.atEnd())
-            file->write(from.read(partSize));
+    return fillOwnerFile(delivered(), [&from, &delivery](QIODevice *file) {
+        while (!from.atEnd()) {
+            const QByteArray part = from.read(partSize);
+            // A file that cannot be read is never at its end.
+            if (part.isEmpty())
+                return Failure {ExitUsage,
+                                Text::tr("cannot read '%1': %2").arg(delivery, from.errorString())};
+            file->write(part);
+        }
+        return Failure();
     });
 }
 

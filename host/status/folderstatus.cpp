@@ -25,6 +25,7 @@ struct Text
 
 const qint64 timeOfAPass = 600; // seconds in which a pass is over
 const qint64 unknownInterval = 3600; // seconds between passes where the settings are not known
+const qint64 longestUnknown = 86400; // seconds in which an export is surely read, likewise
 const int daysBack = 14;
 
 QString changesEnding()
@@ -128,7 +129,7 @@ void readPlace(Status *status)
 bool isLate(const Status &status)
 {
     const StatusSources &sources = status.sources;
-    const GateRecord *const last = lastRecord(status);
+    const GateRecord *const last = status.records.isEmpty() ? nullptr : &status.records.constLast();
     // The gate's mark stays, with the export after which none had come.
     QFile mark(QDir(sources.state).filePath(QStringLiteral("late")));
     if (!sources.state.isEmpty() && last && mark.open(QIODevice::ReadOnly)
@@ -149,7 +150,10 @@ bool newestIsRead(const Status &status, const GateRecord &record)
             > (sources.passSeconds > 0 ? sources.passSeconds : unknownInterval) + timeOfAPass;
     if (status.place.isThere && status.place.record == record.name)
         return false;
-    return age > unknownInterval || status.place.folderChanged.secsTo(status.now) > timeOfAPass;
+    // A folder in which something always changes tells nothing.
+    const qint64 longest = (sources.passSeconds > 0 ? sources.passSeconds : longestUnknown)
+        + timeOfAPass;
+    return age > longest || status.place.folderChanged.secsTo(status.now) > timeOfAPass;
 }
 
 /// The export of the last pass that is known of, if it is not over yet, too; empty for none.

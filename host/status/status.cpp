@@ -3,11 +3,36 @@
 // When what ran, how it ended, and what waits.
 #include "host/status/status.h"
 
+#include "host/gate/exportdate.h"
+
 #include <algorithm>
+
+namespace {
+
+/// Refused by what it is, and newer than the other one.
+bool isNewerRefused(const GateRecord &one, const GateRecord &other)
+{
+    const bool isForeign = !one.reasons.isEmpty()
+        && one.reasons.constFirst().code == QLatin1String("foreign");
+    return one.outcome == GateRecord::Refused && other.outcome != GateRecord::Refused && !isForeign
+        && isOlder({other.exported.name, other.fileTime}, {one.exported.name, one.fileTime});
+}
+
+} // namespace
 
 const GateRecord *lastRecord(const Status &status)
 {
-    return status.records.isEmpty() ? nullptr : &status.records.constLast();
+    const GateRecord *last = nullptr;
+    for (auto record = status.records.crbegin(); record != status.records.crend(); ++record) {
+        // The gate decides on the newest of several first, and takes an older one where it refuses.
+        if (last && record->outcome != GateRecord::Refused)
+            break;
+        if (record->outcome == GateRecord::Superseded)
+            continue;
+        if (!last || isNewerRefused(*record, *last))
+            last = &*record;
+    }
+    return last;
 }
 
 const GateRecord *lastPassed(const QVector<GateRecord> &records)

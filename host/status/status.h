@@ -92,7 +92,8 @@ struct Status
     QVector<UnknownMatter> unknown;
 };
 
-/// Null where there is none. The last export that came, whatever became of it.
+/// Null where there is none. The last export that came, whatever became of it: a refused one, too,
+/// in whose stead an older one went through; but none that a newer one has superseded.
 const GateRecord *lastRecord(const Status &status);
 /// The last export that went through.
 const GateRecord *lastPassed(const QVector<GateRecord> &records);

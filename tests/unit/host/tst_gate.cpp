@@ -60,11 +60,16 @@ private Q_SLOTS:
     void severalDeliveries_newestGoesThrough();
     void severalDeliveries_olderGoesThroughWhereTheNewestIsDamaged();
     void foreignFileInPlace_isTakenAway();
+    void earlierExportInPlace_isTakenAway();
+    void unreadablePlace_isTold();
+    void lastGoodExportGone_holdsTheNext();
+    void deliveryThatCannotBeRead_stays();
     void unwholeDelivery_waits_data();
     void unwholeDelivery_waits();
     void deliveryWrittenAnew_isNotRemoved();
     void release_letsThroughAsItIs();
     void allow_raisesOneLimit();
+    void release_takesThePathOfARefusedOne();
     void release_ofNothingKnown_isNamed();
     void rehearsal_isMeasured();
     void rehearsal_comesAfterWhatTheServerHasTaken();
@@ -313,6 +318,69 @@ void tst_Gate::foreignFileInPlace_isTakenAway()
     QCOMPARE(site.inPlace(), content);
 }
 
+/// The plugin would go back to it.
+void tst_Gate::earlierExportInPlace_isTakenAway()
+{
+    GateSite site;
+    const QByteArray yesterday = site.nextExport();
+    site.deliver(yesterday);
+    site.run();
+    site.read();
+    site.deliver(site.nextExport());
+    site.run();
+    site.read();
+    QFile file(site.settings.place);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(yesterday), qint64(yesterday.size()));
+    file.close();
+    const GateResult result = site.run();
+    QCOMPARE(codesOf(result.decided.value(0)), QStringList {QStringLiteral("foreign")});
+    QVERIFY(site.inPlace().isNull());
+}
+
+void tst_Gate::unreadablePlace_isTold()
+{
+    GateSite site;
+    QVERIFY(site.run().warnings.isEmpty());
+    QVERIFY(QDir().mkpath(site.settings.place));
+    const GateResult result = site.run();
+    QCOMPARE(result.warnings.size(), 1);
+    QVERIFY(result.warnings.constFirst().contains(site.settings.place));
+}
+
+void tst_Gate::lastGoodExportGone_holdsTheNext()
+{
+    GateSite site;
+    site.deliver(site.nextExport());
+    const GateRecord first = site.run().decided.value(0);
+    QVERIFY(QFile::remove(
+        QDir(site.settings.archive).filePath(first.name + QStringLiteral(".export.gz"))));
+    const QByteArray next = site.nextExport();
+    site.deliver(next);
+    const GateRecord held = site.run().decided.value(0);
+    QCOMPARE(codesOf(held), QStringList {QStringLiteral("uncompared")});
+    QCOMPARE(held.comparedWith, QString());
+    QCOMPARE(site.release({held.name, byHand}).decided.value(0).outcome, GateRecord::Passed);
+    QCOMPARE(site.inPlace(), next);
+}
+
+/// It opens, and has a size, but reading it fails.
+void tst_Gate::deliveryThatCannotBeRead_stays()
+{
+    const QString broken = QStringLiteral("/sys/class/net/lo/speed");
+    QFile file(broken);
+    if (!file.open(QIODevice::ReadOnly) || file.size() == 0 || !file.read(1).isEmpty())
+        QSKIP("this machine has no such file", );
+    GateSite site;
+    QVERIFY(QFile::link(broken,
+                        QDir(site.settings.incoming.folder).filePath(QStringLiteral("ron.data"))));
+    Failure failure;
+    site.run(&failure);
+    QVERIFY2(failure.text.contains(QStringLiteral("cannot read '")), qPrintable(failure.text));
+    QVERIFY(site.isDelivered());
+    QVERIFY(site.records().isEmpty());
+}
+
 void tst_Gate::unwholeDelivery_waits_data()
 {
     QTest::addColumn<int>("complete");
@@ -394,6 +462,20 @@ void tst_Gate::allow_raisesOneLimit()
     QCOMPARE(site.release({refused.name, release}).decided.value(0).outcome, GateRecord::Refused);
     release.allowed = QStringList {QStringLiteral("lost=%1").arg(refused.lost)};
     QCOMPARE(site.release({refused.name, release}).decided.value(0).outcome, GateRecord::Passed);
+}
+
+/// Its age is that of the delivery, not that of the copy.
+void tst_Gate::release_takesThePathOfARefusedOne()
+{
+    GateSite site;
+    site.deliver("no export\n");
+    const GateRecord refused = site.run().decided.value(0);
+    const QString kept = QDir(site.settings.refused)
+                             .filePath(refused.name + QStringLiteral(".export"));
+    const GateRecord released = site.release({kept, byHand}).decided.value(0);
+    QCOMPARE(released.outcome, GateRecord::Passed);
+    QCOMPARE(released.exported.name, refused.exported.name);
+    QCOMPARE(released.fileTime, refused.fileTime);
 }
 
 void tst_Gate::release_ofNothingKnown_isNamed()

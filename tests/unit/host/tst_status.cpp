@@ -22,6 +22,8 @@ class tst_Status : public QObject
 
 private Q_SLOTS:
     void export_isReadOnceItIsGone();
+    void export_ofALongIntervalIsReadOnceItsPassIsOver();
+    void lastExport_isTheNewestOfSeveral();
     void export_inPlaceIsUnread();
     void export_thatStaysIsReadAfterAnInterval();
     void supersededExports_wereNeverRead();
@@ -135,6 +137,48 @@ void tst_Status::export_isReadOnceItIsGone()
     folder.keep(young);
     folder.age(QStringLiteral("site"), 0);
     QCOMPARE(readExports(folder.status()), QStringList {record.name});
+}
+
+void tst_Status::export_ofALongIntervalIsReadOnceItsPassIsOver()
+{
+    const GateFolder folder;
+    const GateRecord record = folder.record(5, "a");
+    folder.keep(record);
+    folder.age(QStringLiteral("site"), 0);
+    StatusSources sources = folder.sources();
+    sources.passSeconds = 6 * 3600;
+    QCOMPARE(readExports(readStatus(sources, folder.now())), QStringList());
+    sources.passSeconds = 0;
+    QCOMPARE(readExports(readStatus(sources, folder.now())), QStringList());
+    // Something else changes the folder all the time.
+    sources.passSeconds = 4 * 3600;
+    QCOMPARE(readExports(readStatus(sources, folder.now())), QStringList {record.name});
+}
+
+/// In the order in which a gate decides on them: the newest first.
+void tst_Status::lastExport_isTheNewestOfSeveral()
+{
+    const GateFolder folder;
+    GateRecord newest = refused(folder.record(5, "a", GateRecord::Refused));
+    newest.fileTime = folder.now().addSecs(-60);
+    const GateRecord sound = folder.record(4, "b");
+    const GateRecord oldest = folder.record(3, "c", GateRecord::Superseded);
+    for (const GateRecord &record : {newest, sound, oldest})
+        folder.keep(record);
+    const Status status = folder.status();
+    QCOMPARE(lastRecord(status)->name, newest.name);
+    QCOMPARE(lastPassed(status.records)->name, sound.name);
+    QCOMPARE(firstConcern(status),
+             QStringLiteral("CRITICAL the last export was refused: too many | ends"));
+
+    newest.fileTime = sound.fileTime.addSecs(-60);
+    folder.keep(newest);
+    QCOMPARE(lastRecord(folder.status())->name, sound.name);
+
+    newest.fileTime = folder.now();
+    newest.reasons = {{QStringLiteral("foreign"), QStringLiteral("it lay there"), {}}};
+    folder.keep(newest);
+    QCOMPARE(lastRecord(folder.status())->name, sound.name);
 }
 
 void tst_Status::export_inPlaceIsUnread()
@@ -480,6 +524,7 @@ void tst_Status::metrics_areThoseOfTheDocument()
     keepPass(folder, 2, toldError());
     folder.write(QStringLiteral("site/ron.data"), "c", 1);
     Status status = folder.status();
+    record.fileTime = status.now;
     status.records.append(record);
     status.database = DatabaseStatus {true, 12, {}};
     status.lossesAreKnown = true;
