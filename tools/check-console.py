@@ -13,7 +13,9 @@ output of the document shows stands for the real one in later commands.
 """
 
 import argparse
+import os
 import re
+import signal
 import subprocess
 import sys
 
@@ -24,6 +26,7 @@ MASKS = (
     (re.compile(r'\d{4}-\d\d-\d\d(?:[T ]\d\d:\d\d(?::\d\d)?Z?)?'), 'MOMENT'),
     (re.compile(r'\d[\d.]* (?:bytes|kB|MB)\b'), 'SIZE'),
     (re.compile(r'\b\d+ (?:s|min|h|d)\b(?: \d+ (?:s|min|h)\b)?'), 'SPAN'),
+    (re.compile(r'(?<==)\d+(?:s|B)\b'), 'FIGURE'),
     (re.compile(r'(?<![\w.])(?=[\d.]*[1-9])\d+(?:\.\d+)*'), 'NUMBER'),
 )
 
@@ -82,8 +85,9 @@ class Shell:
     """A bash that keeps its variables, functions and jobs from command to command."""
 
     def __init__(self):
-        self.process = subprocess.Popen(['bash', '-m'], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        stderr=subprocess.STDOUT, encoding='utf-8', errors='replace')
+        self.process = subprocess.Popen(['bash'], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=subprocess.STDOUT, encoding='utf-8', errors='replace',
+                                        start_new_session=True)
 
     def run(self, command):
         """What it prints, as lines, and its exit code."""
@@ -100,8 +104,8 @@ class Shell:
 
     def close(self):
         """Ends the shell with what runs in the background, and waits for it."""
-        self.process.stdin.write('for job in $(jobs -p); do kill -- -"$job"; done\n')
         self.process.stdin.close()
+        os.killpg(self.process.pid, signal.SIGTERM)
         self.process.wait()
 
 
