@@ -247,7 +247,7 @@ void tst_Rehearse::exportThatIsReplaced_isNotJudged()
                             + QStringList({QStringLiteral("--keep"), kept}));
     program.start();
     // By then it has looked at the export.
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(kept), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(kept), longestWait);
     site.writeFile(QStringLiteral("ron.data"), Site::employee(7001, QStringLiteral("Other")));
     QCOMPARE(program.finish(), 5);
     QVERIFY2(program.lastLine().contains(QStringLiteral("' was replaced while its pass was ")),

@@ -166,10 +166,10 @@ void tst_PrivateFolder::take_endsAServerThatCannotBeToldTo()
     stuck.setWorkingDirectory(left.dataPath());
     stuck.start(QStringLiteral("sh"),
                 {QStringLiteral("-c"), QStringLiteral("trap '' TERM; echo set; read line")});
-    QVERIFY(stuck.waitForReadyRead());
+    QVERIFY(stuck.waitForReadyRead(longestWait));
     QVERIFY(QFile(left.name() + QStringLiteral("/talvenhr-private-db")).open(QIODevice::WriteOnly));
     QVERIFY2(left.take(&error), qPrintable(error));
-    QVERIFY(stuck.waitForFinished());
+    QVERIFY(stuck.waitForFinished(longestWait));
     QCOMPARE(stuck.exitStatus(), QProcess::CrashExit);
 }
 
