@@ -24,7 +24,8 @@ run_tests() {
     [ "$1" != sanitize ] || ensure_packages "${clang_packages[@]}"
     cmake --preset "$1" >build/configure.log || { cat build/configure.log; return 1; }
     cmake --build --preset "$1"
-    ctest --preset "$1" -j "$(nproc)"
+    # Many tests wait most of the time: for ticks, for a server that starts or dies.
+    ctest --preset "$1" -j "$(($(nproc) * 2))"
 }
 
 presets=(release)
