@@ -120,6 +120,9 @@ Failure readStatusSettings(const Options &options, StatusSettings *settings)
         return failure;
     StatusSources &sources = settings->sources;
     sources.incoming = folders.incoming;
+    const QString pattern = fileValue(options, QStringLiteral("gate/pattern"));
+    if (!pattern.isEmpty())
+        sources.pattern = pattern;
     sources.archive = folders.archive;
     sources.refused = folders.refused;
     sources.state = folders.state;

@@ -3,6 +3,7 @@
 // What somebody has to look at.
 #include "host/status/concerns.h"
 
+#include "host/base/oneline.h"
 #include "host/status/statustexts.h"
 
 #include <QCoreApplication>
@@ -17,7 +18,7 @@ struct Text
 };
 
 const qint64 graceSeconds = 600;
-const qint64 unknownInterval = 86400; // seconds that an export may lie in place
+const qint64 unknownInterval = 86400; // seconds that an export may lie in place or be delivered
 
 /// Collects what is to be said, by topic.
 class Concerns
@@ -29,6 +30,7 @@ public:
 
     QVector<Concern> all()
     {
+        tellGate();
         tellExports();
         tellPlace();
         tellPass();
@@ -62,6 +64,42 @@ private:
         concerns.append({level, text, remedy});
     }
 
+    void tellGate()
+    {
+        const GateState &gate = status.gate;
+        if (gate.failed.isValid())
+            add(Level::Warning,
+                Text::tr("the gate failed on %1: %2; deliveries that wait: %3")
+                    .arg(momentText(gate.failed), oneLine(gate.failure),
+                         QString::number(gate.deliveries)),
+                Text::tr("mend what it names, and run 'talvenhr gate' again"));
+        const GateRecord *const last = lastRecord(status);
+        if (last && last->outcome == GateRecord::Passing
+            && last->when.secsTo(status.now) > graceSeconds)
+            add(Level::Warning,
+                Text::tr("the gate was stopped while it put an export in place, %1 ago")
+                    .arg(ageText(last->when, status.now)),
+                Text::tr("run 'talvenhr gate', which ends its road"));
+        else if (gate.stopped.isValid())
+            add(Level::Warning,
+                Text::tr("the gate was stopped midway, %1 ago; deliveries that wait: %2")
+                    .arg(ageText(gate.stopped, status.now), QString::number(gate.deliveries)),
+                Text::tr("run 'talvenhr gate', which begins anew"));
+        tellDeliveries();
+    }
+
+    void tellDeliveries()
+    {
+        const GateState &gate = status.gate;
+        const qint64 patience = status.sources.lateAfter > 0 ? status.sources.lateAfter
+                                                             : unknownInterval;
+        if (gate.waitsSince.isValid() && gate.waitsSince.secsTo(status.now) > patience)
+            add(Level::Warning,
+                Text::tr("deliveries that wait for the gate: %1, the oldest for %2")
+                    .arg(QString::number(gate.deliveries), ageText(gate.waitsSince, status.now)),
+                Text::tr("see whether 'talvenhr gate' is called, and what it says"));
+    }
+
     void tellExports()
     {
         const GateRecord *const last = lastRecord(status);
@@ -74,14 +112,7 @@ private:
             return;
         if (last->outcome == GateRecord::Refused)
             add(Level::Critical, Text::tr("the last export was refused: %1").arg(reasonText(*last)),
-                Text::tr("see %1.txt in the folder of refused exports; 'talvenhr gate --release "
-                         "%1 --reason TEXT' lets it through")
-                    .arg(last->name));
-        if (last->outcome == GateRecord::Passing && last->when.secsTo(status.now) > graceSeconds)
-            add(Level::Warning,
-                Text::tr("the gate was stopped while it put an export in place, %1 ago")
-                    .arg(ageText(last->when, status.now)),
-                Text::tr("run 'talvenhr gate', which ends its road"));
+                refusalRemedy(*last));
         const GateRecord *const passed = lastPassed(status.records);
         if (passed && passed->fates.dropped > 0)
             add(Level::Warning,
@@ -150,9 +181,18 @@ private:
             if (matter.isTrouble)
                 add(Level::Unknown, Text::tr("%1: %2").arg(matter.about, matter.reason));
         }
-        if (status.records.isEmpty() && status.pass.source == PassStatus::Unknown)
+        if (!status.records.isEmpty() || status.pass.source != PassStatus::Unknown)
+            return;
+        if (status.gate.isNew)
+            add(Level::Unknown,
+                Text::tr("the gate has decided on nothing yet; deliveries that wait: %1")
+                    .arg(status.gate.deliveries),
+                Text::tr("run 'talvenhr gate' once an export was delivered"));
+        else if (status.sources.archive.isEmpty())
             add(Level::Unknown, Text::tr("nothing is known of any export or pass"),
                 Text::tr("name the folders of the gate, or with --changes those of passes"));
+        else
+            add(Level::Unknown, Text::tr("nothing is known of any export or pass"));
     }
 
     const Status &status;

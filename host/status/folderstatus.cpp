@@ -5,6 +5,7 @@
 
 #include "host/changes/changesjson.h"
 #include "host/changes/passnotes.h"
+#include "host/status/gatestate.h"
 #include "host/status/passfacts.h"
 
 #include <QCoreApplication>
@@ -46,9 +47,21 @@ FolderStatus folderStatus(const QString &name, const QString &path)
     return folder;
 }
 
+bool isThere(const QString &folder)
+{
+    return !folder.isEmpty() && QFileInfo::exists(folder);
+}
+
+/// The gate makes its folders when it first runs.
+bool hasNotRun(const StatusSources &sources)
+{
+    return !isThere(sources.archive) && !isThere(sources.refused);
+}
+
 void readFolders(Status *status)
 {
     const StatusSources &sources = status->sources;
+    const bool isUnused = hasNotRun(sources);
     const QVector<QPair<QString, QString>> named {{QStringLiteral("incoming"), sources.incoming},
                                                   {QStringLiteral("archive"), sources.archive},
                                                   {QStringLiteral("refused"), sources.refused},
@@ -57,6 +70,8 @@ void readFolders(Status *status)
         if (folder.second.isEmpty())
             continue;
         const QFileInfo info(folder.second);
+        if (isUnused && !info.exists() && folder.first != QLatin1String("incoming"))
+            continue;
         if (!info.isDir() || !info.isReadable() || !info.isExecutable()) {
             status->unknown.append({Text::tr("folder '%1'").arg(folder.second),
                                     info.exists() ? Text::tr("it is closed to this user; it "
@@ -210,6 +225,10 @@ Status readStatus(const StatusSources &sources, const QDateTime &now)
                                Text::tr("no archive is named ([gate] archive)"), false});
     readFolders(&status);
     readRecords(&status);
+    status.gate = readGateState(sources, now);
+    // What cannot be seen may hold records.
+    status.gate.isNew = !sources.archive.isEmpty() && status.records.isEmpty()
+        && status.unknown.isEmpty();
     readPlace(&status);
     status.isLate = isLate(status);
     readPass(&status);

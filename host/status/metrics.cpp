@@ -171,6 +171,19 @@ void addWaiting(const Status &status, Families *families)
     addMap(counts, "reason", families);
 }
 
+void addGate(const Status &status, Families *families)
+{
+    if (!status.sources.state.isEmpty()) {
+        families->single("gate_failed", "1 if the gate's last run failed.",
+                         status.gate.failed.isValid() ? 1 : 0);
+        families->single("gate_stopped", "1 if the gate was stopped midway and has not run since.",
+                         status.gate.stopped.isValid() ? 1 : 0);
+    }
+    if (!status.sources.incoming.isEmpty())
+        families->single("deliveries_waiting", "Deliveries that wait for the gate.",
+                         status.gate.deliveries);
+}
+
 void addPlaces(const Status &status, Families *families)
 {
     if (!status.sources.place.isEmpty())
@@ -200,6 +213,7 @@ QByteArray metricsText(const Status &status)
     if (const GateRecord *const last = lastRecord(status))
         addLastExport(status, *last, &families);
     addTotals(status, &families);
+    addGate(status, &families);
     if (status.pass.source != PassStatus::Unknown) {
         addPass(status.pass, &families);
         addWaiting(status, &families);

@@ -57,6 +57,18 @@ struct FolderStatus
     qint64 bytes = 0;
 };
 
+/// How the gate's last run ended, and what waits for the next one.
+struct GateState
+{
+    bool isAtWork = false; ///< a gate is looking at exports now
+    QDateTime stopped; ///< when a gate that did not end was last seen; not valid: none
+    QDateTime failed; ///< when its last run failed; not valid: it did not
+    QString failure; ///< its words
+    int deliveries = 0; ///< that wait
+    QDateTime waitsSince; ///< the oldest of them
+    bool isNew = false; ///< all records can be seen, and there are none
+};
+
 /// What only the database tells.
 struct DatabaseStatus
 {
@@ -88,6 +100,7 @@ struct Status
     QString databaseTrouble; ///< why there is none, in the server's words
     QVector<FolderStatus> folders;
     int incomingFiles = 0;
+    GateState gate;
     bool isLate = false;
     QVector<UnknownMatter> unknown;
 };

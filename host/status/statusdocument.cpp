@@ -51,6 +51,22 @@ QVariant recordValue(const GateRecord *record)
                         {key("released"), record->release.has_value()}};
 }
 
+/// Null where its folders are not named.
+Figure gateFigure(const Status &status)
+{
+    const GateState &gate = status.gate;
+    const StatusSources &sources = status.sources;
+    if (sources.incoming.isEmpty() && sources.state.isEmpty())
+        return figure("gate", {});
+    return figure("gate",
+                  QVariantMap {{key("atWork"), gate.isAtWork},
+                               {key("stopped"), moment(gate.stopped)},
+                               {key("failed"), moment(gate.failed)},
+                               {key("failure"), textOrNull(gate.failure)},
+                               {key("deliveries"), gate.deliveries},
+                               {key("waitsSince"), moment(gate.waitsSince)}});
+}
+
 Section headSection(const Status &status, const QVector<Concern> &concerns)
 {
     Section section;
@@ -63,6 +79,7 @@ Section headSection(const Status &status, const QVector<Concern> &concerns)
         figure("late", status.isLate),
         figure("incoming",
                status.sources.incoming.isEmpty() ? QVariant() : QVariant(status.incomingFiles)),
+        gateFigure(status),
         figure("nextPass", moment(nextPassDue(status)))};
     return section;
 }

@@ -104,6 +104,8 @@ QString waitingText(const Status &status)
         if (count > 0)
             texts.append(Text::tr("for %2: %1").arg(count).arg(whatText(what)));
     }
+    if (texts.isEmpty() && status.pass.source == PassStatus::Unknown)
+        return Text::tr("unknown");
     return texts.isEmpty() ? Text::tr("nobody") : texts.join(QStringLiteral("; "));
 }
 

@@ -10,6 +10,7 @@
 struct StatusSources
 {
     QString incoming; ///< folders of the gate
+    QString pattern = QStringLiteral("*"); ///< of the names of deliveries
     QString archive;
     QString refused;
     QString state;

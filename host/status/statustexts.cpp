@@ -9,12 +9,32 @@
 #include <QCoreApplication>
 #include <QLocale>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(StatusTexts)
 };
+
+/// Of the limits that it exceeds; empty where something else is wrong, too.
+QString allowOptions(const GateRecord &record)
+{
+    const bool isOnlyLimits = std::all_of(
+        record.reasons.cbegin(), record.reasons.cend(), [](const RefusalReason &reason) {
+            return reason.code.startsWith(QLatin1String("limit:"));
+        });
+    QString options;
+    for (const LimitOutcome &outcome : record.limits) {
+        if (isOnlyLimits && outcome.isExceeded())
+            options += QStringLiteral(" --allow %1=%2")
+                           .arg(outcome.limit.kind)
+                           .arg(static_cast<qint64>(std::ceil(outcome.found)));
+    }
+    return options;
+}
 
 } // namespace
 
@@ -54,6 +74,22 @@ QString reasonText(const GateRecord &record)
         texts.append(oneLine(reason.text));
     return texts.isEmpty() ? Text::tr("its record gives no reason")
                            : texts.join(QStringLiteral("; "));
+}
+
+QString refusalRemedy(const GateRecord &record)
+{
+    QStringList texts;
+    const QString first = oneLine(record.reasons.value(0).remedy);
+    if (!first.isEmpty())
+        texts.append(first);
+    texts.append(Text::tr("see %1.txt in the folder of refused exports").arg(record.name));
+    const QString allowed = allowOptions(record);
+    if (!allowed.isEmpty())
+        texts.append(Text::tr("'talvenhr gate%1 %2 --reason TEXT' raises its limits for this once")
+                         .arg(allowed, record.name));
+    texts.append(Text::tr("'talvenhr gate --release %1 --reason TEXT' lets it through as it is")
+                     .arg(record.name));
+    return texts.join(QStringLiteral("; "));
 }
 
 QString outcomeText(const GateRecord &record)

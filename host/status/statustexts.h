@@ -15,6 +15,8 @@ QString sizeText(qint64 bytes);
 
 /// Why an export was refused, in one line; empty for one that was not.
 QString reasonText(const GateRecord &record);
+/// What to do about a refusal: what its first reason asks for, and how it can be let through.
+QString refusalRemedy(const GateRecord &record);
 /// "passed", "refused", … for people.
 QString outcomeText(const GateRecord &record);
 /// "added 3, updated 5, ended 1, errors 0, waiting 2"

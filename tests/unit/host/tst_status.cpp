@@ -36,6 +36,7 @@ private Q_SLOTS:
     void page_fitsAScreen();
     void page_withoutNames();
     void recovery_takesTheNewestExport();
+    void recovery_leavesAloneWhatWasReleased();
     void checkLine_hasFiguresBehindTheBar();
     void metrics_haveHelpAndTypeOnce();
     void metrics_areThoseOfTheDocument();
@@ -420,23 +421,57 @@ void tst_Status::recovery_takesTheNewestExport()
     Status status = folder.status();
     QCOMPARE(recoverySteps(status), QStringList());
     status.lost = {lostEva()};
-    QCOMPARE(recoverySteps(status).constFirst(),
+    QCOMPARE(recoverySteps(status).value(1),
              QStringLiteral("# Let the HR system leave a new export, and copy it to again.data"));
     folder.write(QStringLiteral("archive/") + record.name + QStringLiteral(".export.gz"), "z");
     status.lost[0].remedies = {Remedy::Rejoin, Remedy::Replan, Remedy::Restart, Remedy::ByHand};
     const QStringList steps = recoverySteps(status);
     QCOMPARE(steps.size(), 9);
-    QCOMPARE(steps.constFirst(),
+    QVERIFY(steps.constFirst().startsWith(QStringLiteral("# Was this pass taken back, or")));
+    QVERIFY(
+        steps.constFirst().endsWith(QStringLiteral("touch '%1/%2.settled'")
+                                        .arg(folder.path(QStringLiteral("archive")), record.name)));
+    QCOMPARE(steps.at(1),
              QStringLiteral("gzip -dc '%1/%2.export.gz' > 'again.data'")
                  .arg(folder.path(QStringLiteral("archive")), record.name));
-    QVERIFY(steps.at(1).startsWith(QStringLiteral("DELETE brape"))
-            && steps.at(1).endsWith(QStringLiteral("IN (7);")));
-    QVERIFY(steps.at(2).startsWith(QStringLiteral("DELETE plan FROM groups_plan")));
-    QVERIFY(steps.at(4).endsWith(QStringLiteral("mv '%1.new' '%1'").arg(folder.place())));
-    QVERIFY(steps.at(5).startsWith(QStringLiteral("INSERT INTO vars")));
-    QVERIFY(
-        steps.constLast().endsWith(QStringLiteral("touch '%1/%2.settled'")
-                                       .arg(folder.path(QStringLiteral("archive")), record.name)));
+    QVERIFY(steps.at(2).startsWith(QStringLiteral("DELETE brape"))
+            && steps.at(2).endsWith(QStringLiteral("IN (7);")));
+    QVERIFY(steps.at(3).startsWith(QStringLiteral("DELETE plan FROM groups_plan")));
+    QVERIFY(steps.at(5).endsWith(QStringLiteral("mv '%1.new' '%1'").arg(folder.place())));
+    QVERIFY(steps.at(6).startsWith(QStringLiteral("INSERT INTO vars")));
+}
+
+/// One that was taken back is not brought in again.
+void tst_Status::recovery_leavesAloneWhatWasReleased()
+{
+    const GateFolder folder;
+    const GateRecord older = folder.record(30, "a");
+    GateRecord record = folder.record(3, "b");
+    record.release = Release {QStringLiteral("anna"), QStringLiteral("many\nleft"), {}};
+    for (const GateRecord &kept : {older, record}) {
+        folder.keep(kept);
+        folder.write(QStringLiteral("archive/") + kept.name + QStringLiteral(".export.gz"), "z");
+    }
+    Status status = folder.status();
+    status.lost = {lostEva()};
+    status.lost[0].record = record.name;
+    status.lost[0].remedies = {Remedy::Rejoin};
+    const QStringList steps = recoverySteps(status);
+    QCOMPARE(steps.size(), 2);
+    QCOMPARE(steps.constFirst(),
+             QStringLiteral("# Export %1 was let through by anna: many\\nleft").arg(record.name));
+    QVERIFY(steps.constLast().endsWith(record.name + QStringLiteral(".settled'")));
+
+    // Somebody whom an older one has lost does not bring it back, either.
+    LostPerson other = lostEva();
+    other.record = older.name;
+    other.person.uid = 8;
+    other.remedies = {Remedy::Rejoin};
+    status.lost.append(other);
+    const QStringList more = recoverySteps(status);
+    QCOMPARE(more.mid(0, 2), steps);
+    QVERIFY(more.at(2).startsWith(QStringLiteral("# Let the HR system leave a new export")));
+    QVERIFY(more.at(3).endsWith(QStringLiteral("IN (8);")));
 }
 
 void tst_Status::checkLine_hasFiguresBehindTheBar()
@@ -466,7 +501,8 @@ void tst_Status::checkLine_hasFiguresBehindTheBar()
     QCOMPARE(unknownCheckLine(QStringLiteral("a|b\nc")),
              QStringLiteral("TALVENHR UNKNOWN - a/b\\nc"));
     const GateFolder empty;
-    QVERIFY(checkLine(empty.status()).startsWith(QStringLiteral("TALVENHR UNKNOWN - nothing ")));
+    QVERIFY(checkLine(empty.status())
+                .startsWith(QStringLiteral("TALVENHR UNKNOWN - the gate has decided on nothing ")));
 }
 
 void tst_Status::metrics_haveHelpAndTypeOnce()
