@@ -23,8 +23,7 @@ EOF
 run_tests() {
     cmake --preset "$1" >build/configure.log || { cat build/configure.log; return 1; }
     cmake --build --preset "$1"
-    # Many tests wait most of the time: for ticks, for a server that starts or dies.
-    ctest --preset "$1" -j "$(($(nproc) * 2))"
+    ctest --preset "$1" -j "$(nproc)"
 }
 
 presets=(release)
