@@ -27,7 +27,8 @@ build() {
     mkdir -p "$1" "$2/made"
     git archive HEAD | tar -x -C "$1"
     {
-        cmake -S "$1" --preset release -B "$2" -DBUILD_TESTING=OFF -DTALVENHR_BUILD_BENCHMARKS=OFF
+        cmake -S "$1" --preset release -B "$2" -DBUILD_TESTING=OFF -DTALVENHR_BUILD_BENCHMARKS=OFF \
+            -DTALVENHR_PRECOMPILE=OFF
         cmake --build "$2" --target talvenhr TalvenHR
     } >"$work/log" || { cat "$work/log"; return 1; }
     cp "$2/bin/talvenhr" "$2/plugin/libTalvenHR.so" "$2/src/libtalvenhr_core.a" "$2/made"
