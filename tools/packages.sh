@@ -34,6 +34,11 @@ ensure_packages() {
         "${missing[@]}" >/dev/null
 }
 
+# as_administrator COMMAND...: as root, or by sudo where that is there.
+as_administrator() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
 # promtool_path: prints where promtool is. If the machine has none it is taken out of its Debian package, which
 # would also install and start a server, into build/tools.
 promtool_path() {
@@ -41,7 +46,11 @@ promtool_path() {
     if command -v promtool; then return; fi
     if [ ! -x "$tool" ]; then
         mkdir -p build/tools
-        (cd build/tools && apt-get download -qq prometheus >&2)
+        (cd build/tools && apt-get download -qq prometheus >&2) || {
+            # The lists of packages may not be there yet.
+            as_administrator apt-get update -qq >&2
+            (cd build/tools && apt-get download -qq prometheus >&2)
+        } || return 1
         dpkg-deb --fsys-tarfile build/tools/prometheus_*.deb |
             tar --extract --to-stdout ./usr/bin/promtool >"$tool.new"
         rm -f build/tools/prometheus_*.deb
