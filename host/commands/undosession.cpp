@@ -3,6 +3,7 @@
 // One undo: a look at a copy, and if wanted the real thing.
 #include "host/commands/undosession.h"
 
+#include "host/base/scratchfolder.h"
 #include "host/base/signalwatch.h"
 #include "host/commands/databaselook.h"
 #include "host/copy/databasecopy.h"
@@ -16,7 +17,6 @@
 
 #include <QCoreApplication>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -106,11 +106,11 @@ Failure UndoSession::printOnly()
 
 Failure UndoSession::look(const ConnectionParameters &source)
 {
-    const QTemporaryDir folder;
-    if (!folder.isValid())
-        return {ExitUsage,
-                Text::tr("cannot make a temporary folder: %1").arg(folder.errorString())};
-    return lookIn(folder.path(), source);
+    removeLeftScratchFolders();
+    const ScratchFolder folder;
+    if (!folder.failure().isEmpty())
+        return {ExitUsage, folder.failure()};
+    return lookIn(folder.filePath(QStringLiteral("copy")), source);
 }
 
 /// The plan of the copy has the same steps: only what refers to a person can be less.
