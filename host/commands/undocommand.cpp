@@ -7,6 +7,7 @@
 #include "host/cli/databaseoptions.h"
 #include "host/cli/options.h"
 #include "host/commands/undosession.h"
+#include "host/status/folderstatus.h"
 
 #include <QCoreApplication>
 
@@ -34,6 +35,7 @@ Failure read(const Options &options, UndoOptions *undo)
             Text::tr("--apply takes a database, such as --host db.example.org"));
     if (const Failure failure = readChangesFile(options.argument(0), &undo->changes))
         return failure;
+    undo->settledFile = settledFileOf(options.argument(0));
     return checkSelection(undo->selection, undo->changes);
 }
 

@@ -8,14 +8,17 @@
 #include "host/commands/databaselook.h"
 #include "host/copy/databasecopy.h"
 #include "host/database/connection.h"
+#include "host/database/errortext.h"
 #include "host/database/runlock.h"
 #include "host/report/console.h"
 #include "host/report/logwriter.h"
 #include "host/report/textreport.h"
 #include "host/undo/undofacts.h"
+#include "host/undo/undorights.h"
 #include "host/undo/undotext.h"
 
 #include <QCoreApplication>
+#include <QSqlError>
 #include <QSqlQuery>
 
 namespace {
@@ -45,8 +48,11 @@ Failure UndoSession::run()
     if (options.database.isDefault)
         return printOnly();
     DatabaseLook database;
-    if (const Failure failure = database.open(options.database))
-        return failure;
+    if (const Failure failure = database.open(options.database)) {
+        const QSqlError error = database.handle().lastError();
+        return isRightDenied(error) ? missingUndoRight(options.database.connection.user, error)
+                                    : failure;
+    }
     RunLock lock;
     if (options.isApplied) {
         if (const Failure failure = lock.take(database.parameters()))
@@ -80,6 +86,11 @@ Failure UndoSession::tellAndApply(const ConnectionParameters &parameters)
                   + QLatin1Char('\n') + afterwardsText(plan, outcomes, width));
         return {};
     }
+    if (isAllBack(outcomes)) {
+        printText(wrapped(alreadyBackText(plan, options.changes.header), width, 0)
+                  + QLatin1Char('\n'));
+        return {};
+    }
     printText(wrapped(Text::tr("Taking back %1:").arg(passText(options.changes.header)), width, 0)
               + QLatin1Char('\n') + outcomeText(plan, outcomes, width));
     const UndoOutcomes tried = outcomes;
@@ -89,7 +100,7 @@ Failure UndoSession::tellAndApply(const ConnectionParameters &parameters)
         printText(Text::tr("Otherwise than on the copy, this has become of it:") + QLatin1Char('\n')
                   + outcomeText(plan, outcomes, width));
     printText(wrapped(Text::tr("Done. Taken back: %1, left alone: %2.")
-                          .arg(outcomes.size() - leftAlone(outcomes))
+                          .arg(outcomes.size() - leftAlone(outcomes) - wereBack(outcomes))
                           .arg(leftAlone(outcomes)),
                       width, 0)
               + QStringLiteral("\n\n") + afterwardsText(plan, outcomes, width));
@@ -100,6 +111,7 @@ Failure UndoSession::printOnly()
 {
     if (const Failure failure = makeUndoPlan(options.changes, options.selection, {}, &plan))
         return failure;
+    plan.settledFile = options.settledFile;
     printScript(undoScript(options.changes, plan, {}));
     return {};
 }
@@ -136,6 +148,7 @@ Failure UndoSession::lookIn(const QString &folder, const ConnectionParameters &s
                                factsOfCopy(facts, copied.tables), &copyPlan);
     if (failure)
         return failure;
+    plan.settledFile = options.settledFile;
     plan.stays = copied.leftOut + copied.warnings + plan.stays;
     if (!facts.areWhole && !plan.steps.isEmpty())
         plan.stays.append(Text::tr("The login may not read all tables: nobody knows what refers to "

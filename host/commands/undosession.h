@@ -18,6 +18,7 @@ struct UndoOptions
     UndoSelection selection;
     DatabaseChoice database;
     CopyWishes copy;
+    QString settledFile; ///< see settledFileOf(); empty: nobody asks for it
     bool isApplied = false;
 };
 

@@ -104,17 +104,9 @@ public:
     }
 
 private:
-    /// The value as it stands in a line.
     QString value(int place, const QVariant &cell) const
     {
-        const QString &column = change.columns.at(place);
-        const QString text = cellText(*change.table, column, cell);
-        const int type = cell.userType();
-        if (type == QMetaType::QString || type == QMetaType::QByteArray)
-            return quoted(text);
-        const QString name = names.value(column).value(cell.toLongLong());
-        return name.isEmpty() || cell.isNull() ? text
-                                               : QStringLiteral("%1 (%2)").arg(text, oneLine(name));
+        return cellText(*change.table, change.columns.at(place), cell, names);
     }
 
     QString named(int place, const QVariant &cell) const
@@ -213,6 +205,18 @@ QString cellText(const TouchedTable &table, const QString &column, const QVarian
     if (value.userType() == QMetaType::LongLong && table.moments.contains(column))
         return momentText(value.toLongLong());
     return value.toString();
+}
+
+QString cellText(const TouchedTable &table, const QString &column, const QVariant &value,
+                 const IdNames &names)
+{
+    const QString text = cellText(table, column, value);
+    const int type = value.userType();
+    if (type == QMetaType::QString || type == QMetaType::QByteArray)
+        return quoted(text);
+    const QString name = names.value(column).value(value.toLongLong());
+    return name.isEmpty() || value.isNull() ? text
+                                            : QStringLiteral("%1 (%2)").arg(text, oneLine(name));
 }
 
 QVector<PersonChanges> changeTexts(const QVector<Change> &changes, const IdNames &names)

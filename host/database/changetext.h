@@ -16,6 +16,11 @@ struct PersonChanges
 /// it is. A moment that is 0 stays 0, for it means none.
 QString cellText(const TouchedTable &table, const QString &column, const QVariant &value);
 
+/// The same as it stands in a line: a text between apostrophes, an id with the name that belongs to
+/// it.
+QString cellText(const TouchedTable &table, const QString &column, const QVariant &value,
+                 const IdNames &names);
+
 /// Changes in the order of difference(), as lines that no text in the database can break:
 ///
 ///     + TABLE COLUMN VALUE, COLUMN VALUE      a row that has come

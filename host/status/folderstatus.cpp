@@ -34,6 +34,11 @@ QString changesEnding()
     return QStringLiteral(".changes.json");
 }
 
+QString settledEnding()
+{
+    return QStringLiteral(".settled");
+}
+
 FolderStatus folderStatus(const QString &name, const QString &path)
 {
     FolderStatus folder {name, path, 0, 0};
@@ -276,7 +281,20 @@ QVector<RehearsedExport> readRehearsals(const Status &status)
 
 QString settledFile(const StatusSources &sources, const GateRecord &record)
 {
-    return QDir(sources.archive).filePath(record.name + QStringLiteral(".settled"));
+    return QDir(sources.archive).filePath(record.name + settledEnding());
+}
+
+QString settledFileOf(const QString &changesFile)
+{
+    if (!changesFile.endsWith(changesEnding()))
+        return QString();
+    QString stem = QFileInfo(changesFile).absoluteFilePath();
+    stem.chop(changesEnding().size());
+    GateRecord record;
+    if (readGateRecord(stem + recordEnding(), &record) || record.outcome != GateRecord::Passed
+        || QFileInfo::exists(stem + settledEnding()))
+        return QString();
+    return stem + settledEnding();
 }
 
 QStringList passFiles(const Status &status)

@@ -17,6 +17,9 @@ QVector<RehearsedExport> readRehearsals(const Status &status);
 /// A person makes this file in the archive to say that what this export and older ones have left is
 /// as it should be; its content does not matter.
 QString settledFile(const StatusSources &sources, const GateRecord &record);
+/// The same for an export whose changes lie in a file of the archive of a gate; absolute. Empty for
+/// any other file, and where the export is settled already.
+QString settledFileOf(const QString &changesFile);
 /// How many days back lost changes are looked for.
 int lossDays();
 

@@ -10,6 +10,7 @@
 #include "host/database/changetext.h"
 #include "host/undo/rowguard.h"
 #include "host/undo/sqlvalue.h"
+#include "host/undo/undostatements.h"
 
 #include <QCoreApplication>
 
@@ -116,10 +117,26 @@ private:
                        cellOf(change, change.after, QStringLiteral("month")).toString());
     }
 
-    void addStep(const Change &change, const QString &what,
-                 const QVector<UndoStatement> &statements)
+    /// Why rows of somebody new stay that are as the pass has left them.
+    QString whereIsPerson() const
     {
-        steps.append({undo.person.person, change.table->name, oneLine(what), statements});
+        return added ? Text::tr("their own row is not as the pass has left it") : QString();
+    }
+
+    UndoStep &addStep(const Change &change, const QString &what,
+                      const QVector<UndoStatement> &statements)
+    {
+        const QStringList columns = restorableColumns(change);
+        LeftRow row {change.table,
+                     placeCondition(change, origin, foundUid()),
+                     change.before.isEmpty() ? QStringLiteral("FALSE")
+                                             : backCondition(change, columns),
+                     change.before.isEmpty(),
+                     leftCells(change, origin, undo.names),
+                     whereIsPerson()};
+        steps.append(
+            {undo.person.person, change.table->name, oneLine(what), QString(), statements, row});
+        return steps.last();
     }
 
     /// The row goes if it has come, or gets what it held. Empty where there is nothing to do.
@@ -161,31 +178,20 @@ private:
         areMarksCounted = true;
         statements.append(
             {reversal(change) + QStringLiteral(" AND @marked = 0"), UndoStatement::TakesBack});
-        addStep(change,
-                Text::tr("supervisor as before, administrator %1").arg(named("aid", change)),
-                statements);
+        UndoStep &step = addStep(
+            change, Text::tr("supervisor as before, administrator %1").arg(named("aid", change)),
+            statements);
+        if (!added)
+            step.row.otherwise = Text::tr("there is another supervisor");
     }
 
-    /// With the notice and the mark that the plugin's own repositories write for such a case.
     void takeOffTerminal(const Change &change)
     {
         if (!change.before.isEmpty())
             return;
         const QString tid = sqlValue(cellOf(change, change.after, QStringLiteral("tid")));
         addStep(change, Text::tr("place on terminal %1").arg(named("tid", change)),
-                {{reversal(change), UndoStatement::TakesBack},
-                 {QStringLiteral("SET @gone = ROW_COUNT()"), UndoStatement::Beside},
-                 {QStringLiteral(
-                      "INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, created, flags) "
-                      "SELECT %1 tid, 'D' type, 'people_term' ref, 'uid' ref_col, `uid` ref_id, "
-                      "UNIX_TIMESTAMP() created, 2 flags FROM people "
-                      "WHERE status = 1 AND uid = %2 AND @gone > 0")
-                      .arg(tid, uid()),
-                  UndoStatement::Beside},
-                 {QStringLiteral("UPDATE `term` SET syn = syn | 2 "
-                                 "WHERE status = 1 AND tid = %1 AND @gone > 0")
-                      .arg(tid),
-                  UndoStatement::Beside}});
+                terminalStatements(reversal(change), tid, uid()));
     }
 
     void takeOffList(const PamEntry &entry)
@@ -197,54 +203,49 @@ private:
                   .arg(QString::number(entry.pid), sqlValue(entry.variable));
         if (added)
             statement += QStringLiteral(" AND @uid IS NOT NULL");
+        const QString isGone = QStringLiteral("COALESCE(FIND_IN_SET('%1', `value`), 0) = 0")
+                                   .arg(QString::number(entry.pid));
         UndoStep step {undo.person.person,
                        QStringLiteral("vars"),
                        oneLine(Text::tr("place in the list '%1'").arg(entry.variable)),
-                       {{statement, UndoStatement::TakesBack}}};
+                       QString(),
+                       {{statement, UndoStatement::TakesBack}},
+                       {entry.table,
+                        QStringLiteral("`name` = ") + sqlValue(entry.variable),
+                        isGone,
+                        true,
+                        {},
+                        whereIsPerson()}};
         if (!entry.tidying.isEmpty())
             step.statements.append({entry.tidying, UndoStatement::Beside});
         steps.append(step);
     }
 
-    /// On the day of the correction its row gets the value of before. Later a move of that day
-    /// makes up for it, unless later corrections come to something: then the balance is that of
-    /// another export, or was given back before.
     void takeLeaveBack(const Change &change)
     {
-        const QString value = QStringLiteral("value");
-        const QVariant now = cellOf(change, change.after, value);
-        const QVariant was = change.before.isEmpty() ? QVariant(qlonglong(0))
-                                                     : cellOf(change, change.before, value);
-        const QString condition = leftCondition(change, origin);
-        const QString day = sqlValue(cellOf(change, change.after, QStringLiteral("day")));
-        const QString today = QStringLiteral("midnightFromTs(UNIX_TIMESTAMP())");
-        QStringList others;
-        for (const char *column : {"uid", "fid", "type"}) {
-            const QString name = QLatin1String(column);
-            others.append(quotedName(name) + QStringLiteral(" = ")
-                          + (origin.isNewPerson && name == QLatin1String("uid")
-                                 ? uid()
-                                 : sqlValue(cellOf(change, change.after, name))));
-        }
-        const QString what = Text::tr("leave correction of %1, %2")
-                                 .arg(cellText(*change.table, QStringLiteral("day"),
-                                               cellOf(change, change.after, QStringLiteral("day"))),
-                                      daysText(now.toLongLong() - was.toLongLong()));
-        addStep(change, what,
-                {{QStringLiteral("UPDATE `funds_move` SET `value` = %1 WHERE %2 AND `day` >= %3")
-                      .arg(sqlValue(was), condition, today),
-                  UndoStatement::TakesBack},
-                 {QStringLiteral("SET @later = (SELECT COALESCE(SUM(`value`), 0) FROM "
-                                 "`funds_move` WHERE %1 AND `day` > %2)")
-                      .arg(others.join(QStringLiteral(" AND ")), day),
-                  UndoStatement::Beside},
-                 {QStringLiteral(
-                      "INSERT INTO `funds_move` (type, day, month, value, fid, uid) "
-                      "SELECT 3, %1, monthFromTimestamp(UNIX_TIMESTAMP()), %2 - (%3), fid, uid "
-                      "FROM `funds_move` was WHERE %4 AND `day` < %1 AND @later = 0 "
-                      "ON DUPLICATE KEY UPDATE `value` = `funds_move`.`value` + VALUES(`value`)")
-                      .arg(today, sqlValue(was), sqlValue(now), condition),
-                  UndoStatement::TakesBack}});
+        const auto cell = [&](const char *column) {
+            return cellOf(change, change.after, QLatin1String(column));
+        };
+        const QVariant was = change.before.isEmpty()
+            ? QVariant(qlonglong(0))
+            : cellOf(change, change.before, QStringLiteral("value"));
+        const LeaveCorrection correction {leftCondition(change, origin), sqlValue(cell("day")),
+                                          sqlValue(was), sqlValue(cell("value"))};
+        const auto laterOf = [&](const QString &who) {
+            return QStringLiteral("(SELECT COALESCE(SUM(`value`), 0) FROM `funds_move` WHERE `uid` "
+                                  "= %1 AND `fid` = %2 AND `type` = %3 AND `day` > %4)")
+                .arg(who, sqlValue(cell("fid")), sqlValue(cell("type")), correction.day);
+        };
+        UndoStep &step = addStep(
+            change,
+            Text::tr("leave correction of %1, %2")
+                .arg(cellText(*change.table, QStringLiteral("day"), cell("day")),
+                     daysText(cell("value").toLongLong() - was.toLongLong())),
+            leaveStatements(correction, laterOf(uid())));
+        step.row.isBack = QStringLiteral("`value` <=> %1 OR %2 = %1 - (%3)")
+                              .arg(correction.was, laterOf(foundUid()), correction.now);
+        if (!added)
+            step.row.otherwise = Text::tr("leave was corrected again on a later day");
     }
 
     /// In @uid, if the row is as the pass has left it; and nobody changes it from now on.
@@ -254,22 +255,19 @@ private:
             .arg(leftCondition(change, origin));
     }
 
+    /// Also where the row of somebody new is not as the pass has left it.
+    QString foundUid() const
+    {
+        if (!origin.isNewPerson || !origin.isRehearsed)
+            return QString::number(undo.person.person.uid);
+        return QStringLiteral("(SELECT `uid` FROM `people` WHERE `pid` = %1 LIMIT 1)")
+            .arg(sqlValue(cellOf(*added, added->after, QStringLiteral("pid"))));
+    }
+
     QString uid() const
     {
         return origin.isNewPerson ? QStringLiteral("@uid")
                                   : QString::number(undo.person.person.uid);
-    }
-
-    /// As the plugin tells all terminals that hold a person.
-    static QVector<UndoStatement> notices()
-    {
-        return {{QStringLiteral(
-                     "INSERT INTO `term_sync` (tid, type, ref, ref_col, ref_id, created, flags) "
-                     "SELECT `tid` tid, 'U' type, 'people' ref, 'uid' ref_col, @uid ref_id, "
-                     "UNIX_TIMESTAMP() created, 2 flags FROM people_term JOIN term USING(tid) "
-                     "WHERE status = 1 AND uid = @uid AND (flags & 2)"),
-                 UndoStatement::Beside},
-                {QStringLiteral("CALL updateTermsSync(@uid, 2)"), UndoStatement::Beside}};
     }
 
     void putRowBack(const Change &change)
@@ -282,36 +280,31 @@ private:
                      });
         if (columns.isEmpty())
             return;
-        addStep(change, Text::tr("own row: %1").arg(columns.join(QStringLiteral(", "))),
-                QVector<UndoStatement> {
-                    {lockStatement(change), UndoStatement::Beside},
-                    {QStringLiteral("UPDATE `people` SET %1, `edited` = UNIX_TIMESTAMP() "
-                                    "WHERE `uid` = @uid")
-                         .arg(oldValues(change, columns)),
-                     UndoStatement::TakesBack}}
-                    + notices());
+        UndoStep &step = addStep(
+            change, Text::tr("own row"),
+            QVector<UndoStatement> {
+                {lockStatement(change), UndoStatement::Beside},
+                {QStringLiteral("UPDATE `people` SET %1, `edited` = UNIX_TIMESTAMP() "
+                                "WHERE `uid` = @uid")
+                     .arg(oldValues(change, columns)),
+                 UndoStatement::TakesBack}}
+                + noticeStatements());
+        step.columns = columns.join(QStringLiteral(", "));
+        step.row.isBack = backCondition(change, columns);
     }
 
     /// Whatever of their rows stays, as one that somebody has changed, refers to them, too.
     void endPerson()
     {
-        const QString inactive = QStringLiteral("UPDATE `people` SET `status` = 0, "
-                                                "`edited` = UNIX_TIMESTAMP() WHERE `uid` = @uid");
-        QVector<UndoStatement> statements;
-        if (undo.canBeRemoved) {
-            QStringList found {QStringLiteral("FALSE")};
-            for (const PersonReference &reference : undo.references)
-                found.append(QStringLiteral("EXISTS (SELECT 1 FROM %1 WHERE %2 = @uid)")
-                                 .arg(quotedName(reference.table), quotedName(reference.column)));
-            const QString any = QLatin1Char('(') + found.join(QStringLiteral(" OR "))
-                + QLatin1Char(')');
-            statements = {{inactive + QStringLiteral(" AND ") + any, UndoStatement::MakesInactive},
-                          {QStringLiteral("DELETE FROM `people` WHERE `uid` = @uid AND NOT ") + any,
-                           UndoStatement::Removes}};
-        } else {
-            statements = {{inactive, UndoStatement::MakesInactive}};
+        UndoStep &step = addStep(*added, Text::tr("added person"),
+                                 endStatements(undo.canBeRemoved ? &undo.references : nullptr)
+                                     + noticeStatements());
+        QStringList isInactive {QStringLiteral("`status` <=> 0")};
+        for (const LeftCell &cell : qAsConst(step.row.cells)) {
+            if (cell.column != QLatin1String("status"))
+                isInactive.append(cell.condition);
         }
-        addStep(*added, Text::tr("added person"), statements + notices());
+        step.row.isBack = isInactive.join(QStringLiteral(" AND "));
     }
 
     const PersonUndo &undo;

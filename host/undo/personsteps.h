@@ -8,6 +8,7 @@
 /// An entry of a list of PaM that has come with the pass.
 struct PamEntry
 {
+    const TouchedTable *table = nullptr;
     QString variable;
     qlonglong pid = 0;
     /// Runs behind it: what brings the list back to the form that it had when it was empty. Empty

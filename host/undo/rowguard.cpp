@@ -5,6 +5,7 @@
 
 #include "host/catalogue/neededschema.h"
 #include "host/copy/sqlnames.h"
+#include "host/database/changetext.h"
 #include "host/database/value.h"
 #include "host/undo/sqlvalue.h"
 
@@ -23,6 +24,12 @@ bool isUidOfNewPerson(const Change &change, const RowOrigin &origin, const QStri
     return origin.isNewPerson && !change.table->isPeople() && column == change.table->person;
 }
 
+/// The uid in the changes is that of the rehearsal's copy.
+bool isFoundByNumber(const Change &change, const RowOrigin &origin)
+{
+    return change.table->isPeople() && origin.isRehearsed && origin.isNewPerson;
+}
+
 /// Not compared: it says nothing about what somebody has changed, or nobody can know it.
 bool isLeftOut(const Change &change, const RowOrigin &origin, const QString &column)
 {
@@ -32,8 +39,13 @@ bool isLeftOut(const Change &change, const RowOrigin &origin, const QString &col
     if (!origin.isRehearsed)
         return false;
     return change.table->stamps.contains(column)
-        || (origin.isNewPerson && change.table->isPeople()
-            && isColumn(column, QStringLiteral("uid")));
+        || (isFoundByNumber(change, origin) && isColumn(column, QStringLiteral("uid")));
+}
+
+QString numberCondition(const Change &change)
+{
+    return QStringLiteral("`pid` = ")
+        + sqlValue(change.after.value(change.columns.indexOf(QStringLiteral("pid"))));
 }
 
 QString condition(const Change &change, const RowOrigin &origin, const QString &column)
@@ -55,27 +67,42 @@ bool isCalculationMark(const QString &column)
     return isColumn(column, QStringLiteral("lastCalc")) || isColumn(column, QStringLiteral("calc"));
 }
 
-QString keyCondition(const Change &change, const RowOrigin &origin)
+QString placeCondition(const Change &change, const RowOrigin &origin, const QString &uid)
 {
+    if (isFoundByNumber(change, origin))
+        return numberCondition(change);
     QStringList conditions;
     for (const QString &column : change.table->key)
-        conditions.append(condition(change, origin, column));
+        conditions.append(column == change.table->person
+                              ? quotedName(column) + QStringLiteral(" = ") + uid
+                              : condition(change, origin, column));
     return conditions.join(QStringLiteral(" AND "));
+}
+
+QVector<LeftCell> leftCells(const Change &change, const RowOrigin &origin, const IdNames &names)
+{
+    QVector<LeftCell> cells;
+    for (int place = 0; place < change.columns.size(); ++place) {
+        const QString &column = change.columns.at(place);
+        if (!change.table->key.contains(column) && !isLeftOut(change, origin, column))
+            cells.append({column, cellText(*change.table, column, change.after.at(place), names),
+                          condition(change, origin, column)});
+    }
+    return cells;
 }
 
 QString leftCondition(const Change &change, const RowOrigin &origin)
 {
     QStringList conditions;
-    if (change.table->isPeople() && origin.isRehearsed && origin.isNewPerson)
-        conditions.append(
-            QStringLiteral("`pid` = ")
-            + sqlValue(change.after.value(change.columns.indexOf(QStringLiteral("pid")))));
-    else
-        conditions.append(keyCondition(change, origin));
-    for (const QString &column : change.columns) {
-        if (!change.table->key.contains(column) && !isLeftOut(change, origin, column))
+    if (isFoundByNumber(change, origin)) {
+        conditions.append(numberCondition(change));
+    } else {
+        for (const QString &column : change.table->key)
             conditions.append(condition(change, origin, column));
     }
+    const QVector<LeftCell> cells = leftCells(change, origin, {});
+    for (const LeftCell &cell : cells)
+        conditions.append(cell.condition);
     return conditions.join(QStringLiteral(" AND "));
 }
 
@@ -107,4 +134,13 @@ QString oldValues(const Change &change, const QStringList &columns)
         values.append(quotedName(column) + QStringLiteral(" = ")
                       + sqlValue(change.before.at(change.columns.indexOf(column))));
     return values.join(QStringLiteral(", "));
+}
+
+QString backCondition(const Change &change, const QStringList &columns)
+{
+    QStringList conditions;
+    for (const QString &column : columns)
+        conditions.append(holdsValue(column, change.before.at(change.columns.indexOf(column))));
+    return conditions.isEmpty() ? QStringLiteral("FALSE")
+                                : conditions.join(QStringLiteral(" AND "));
 }

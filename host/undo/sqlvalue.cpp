@@ -12,8 +12,7 @@ namespace {
 bool isPlain(const QString &text)
 {
     return std::all_of(text.cbegin(), text.cend(), [](QChar character) {
-        return character.unicode() >= 0x20 && character.unicode() != 0x7f
-            && character != QLatin1Char('\\');
+        return character.isPrint() && character != QLatin1Char('\\');
     });
 }
 

@@ -6,8 +6,9 @@
 #include <QString>
 #include <QVariant>
 
-/// A literal for a result of plainValue(). A text that holds a backslash or a control character is
-/// spelt in hexadecimal digits, for not every server takes a backslash for the same.
+/// A literal for a result of plainValue(). A text is spelt in hexadecimal digits where it holds a
+/// backslash, which not every server takes for the same, or what nobody sees, such as a control
+/// character or a mark that turns the direction of a text.
 QString sqlValue(const QVariant &value);
 
 /// The condition that the column holds this very value: NULL-safe, letters and blanks told apart

@@ -8,6 +8,7 @@
 #include "host/copy/sqlnames.h"
 #include "host/database/errortext.h"
 #include "host/undo/personsteps.h"
+#include "host/undo/undorights.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -23,8 +24,10 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(UndoFacts)
 };
 
-Failure failed(const QSqlQuery &query)
+Failure failed(const QSqlDatabase &database, const QSqlQuery &query)
 {
+    if (isRightDenied(query.lastError()))
+        return missingUndoRight(database.userName(), query.lastError());
     return {ExitDatabase,
             Text::tr("the database cannot be asked who refers to a person: %1")
                 .arg(errorText(query.lastError()))};
@@ -43,7 +46,7 @@ Failure readReferences(const QSqlDatabase &database, QVector<PersonReference> *r
             "WHERE table_schema = DATABASE() AND referenced_table_schema = DATABASE() "
             "AND referenced_table_name = 'people' AND referenced_column_name = 'uid' "
             "ORDER BY 1, 2")))
-        return failed(query);
+        return failed(database, query);
     while (query.next())
         references->append({query.value(0).toString(), query.value(1).toString()});
     return {};
@@ -71,7 +74,7 @@ Failure readAdded(const QSqlDatabase &database, const Changes &changes,
     QSqlQuery query(database);
     if (!query.exec(QStringLiteral("SELECT pid, uid FROM people WHERE pid IN (%1)")
                         .arg(pids.join(QStringLiteral(", ")))))
-        return failed(query);
+        return failed(database, query);
     while (query.next())
         places->insert(query.value(1).toLongLong(), byPid.value(query.value(0).toLongLong()));
     return {};
@@ -90,7 +93,7 @@ Failure readReferred(const QSqlDatabase &database, const PersonReference &refere
         statement += QStringLiteral(" AND type <> 3");
     QSqlQuery query(database);
     if (!query.exec(statement))
-        return failed(query);
+        return failed(database, query);
     while (query.next())
         referred->insert(added.value(query.value(0).toLongLong()));
     return {};

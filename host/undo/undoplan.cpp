@@ -46,7 +46,7 @@ QHash<qlonglong, QVector<PamEntry>> pamEntries(const Changes &changes,
                 || !isListWanted(selection, person))
                 continue;
             QVector<PamEntry> &ofPerson = entries[person.pid];
-            ofPerson.append({variable, person.pid, QString()});
+            ofPerson.append({change.table, variable, person.pid, QString()});
             last = &ofPerson.last();
         }
         const QString empty = QStringLiteral("WHERE `name` = %1 AND `value` = ''")
@@ -97,8 +97,10 @@ public:
             ++days;
         else if (change.after.isEmpty() || table == QLatin1String("atten"))
             ++foreign;
-        else if (change.table->isPeople() && !change.before.isEmpty())
-            marks += isMarkChanged(change);
+        else if (change.table->isPeople() && isMarkChanged(change))
+            ++marks;
+        else if (!change.before.isEmpty() && restorableColumns(change).isEmpty())
+            foreign += isChanged(change);
     }
 
     QStringList sentences() const
@@ -119,14 +121,30 @@ public:
     }
 
 private:
-    static bool isMarkChanged(const Change &change)
+    template <typename Wanted>
+    static bool hasChanged(const Change &change, Wanted isWanted)
     {
+        if (change.before.isEmpty())
+            return false;
         for (int place = 0; place < change.columns.size(); ++place) {
-            if (isCalculationMark(change.columns.at(place))
+            if (isWanted(change.columns.at(place))
                 && compareValues(change.before.at(place), change.after.at(place)) != 0)
                 return true;
         }
         return false;
+    }
+
+    static bool isMarkChanged(const Change &change)
+    {
+        return hasChanged(change, isCalculationMark);
+    }
+
+    /// In what people see of it. A row that was only written again gets another moment.
+    static bool isChanged(const Change &change)
+    {
+        return hasChanged(change, [&change](const QString &column) {
+            return !isOfThePass(*change.table, column);
+        });
     }
 
     int days = 0;
@@ -141,6 +159,8 @@ Failure makeUndoPlan(const Changes &changes, const UndoSelection &selection, con
                      UndoPlan *plan)
 {
     *plan = {};
+    plan->isPart = !selection.people.isEmpty() || !selection.kinds.isEmpty();
+    plan->names = changes.names;
     const bool isRehearsed = changes.header.how == ChangesHeader::Rehearsed;
     const QHash<qlonglong, QVector<PamEntry>> entries = pamEntries(changes, selection);
     Stays stays;

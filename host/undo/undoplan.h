@@ -35,19 +35,45 @@ struct UndoStatement
     enum Effect { Beside, TakesBack, MakesInactive, Removes } effect = Beside;
 };
 
+/// A column of a step's row as the pass has left it.
+struct LeftCell
+{
+    QString column;
+    QString text; ///< its value, for people
+    QString condition; ///< SQL: it still holds this value
+};
+
+/// How a database is asked why a step was left alone.
+struct LeftRow
+{
+    const TouchedTable *table = nullptr;
+    QString place; ///< SQL condition: the row by its key alone
+    /// SQL condition of such a row: what the step takes back is back already.
+    QString isBack;
+    bool hasCome = false; ///< with the pass: where there is no such row, it is back already
+    QVector<LeftCell> cells; ///< that are compared
+    QString otherwise; ///< in words, why it was left alone though all cells are as they were left
+};
+
 /// What is taken back as one, or left alone as one.
 struct UndoStep
 {
     Person person;
     QString table;
     QString what; ///< in words, in one line
+    QString columns; ///< that get their values back, in words; empty unless only some of a row do
     QVector<UndoStatement> statements; ///< in their order; at most one of them has its effect
+    LeftRow row;
 };
 
 struct UndoPlan
 {
     QVector<UndoStep> steps; ///< those of a person one after another
     QStringList stays; ///< sentences: what is not taken back, and why
+    bool isPart = false; ///< only certain people or kinds are wanted
+    IdNames names; ///< of the ids in the rows
+    /// What somebody makes to say that all is as it should be; empty where nobody asks for it.
+    QString settledFile;
 };
 
 /// The plan. Of each row the statement's condition is what the pass has left there: the key, and

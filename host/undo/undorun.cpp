@@ -4,12 +4,11 @@
 #include "host/undo/undorun.h"
 
 #include "host/database/errortext.h"
+#include "host/undo/undorights.h"
 
 #include <QCoreApplication>
 #include <QSqlError>
 #include <QSqlQuery>
-
-#include <algorithm>
 
 namespace {
 
@@ -18,42 +17,66 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(UndoRun)
 };
 
-Failure run(const QSqlDatabase &database, const QString &statement, int *changed)
+/// Runs the steps of a plan, within a transaction that somebody else begins and ends.
+class StepRunner
 {
-    QSqlQuery query(database);
-    if (!query.exec(statement))
+public:
+    StepRunner(const QSqlDatabase &openDatabase, const UndoPlan &undoPlan) :
+        database(openDatabase),
+        plan(undoPlan)
+    { }
+
+    /// The failure names what was refused.
+    Failure run(const QString &statement, int *changed = nullptr) const
+    {
+        QSqlQuery query(database);
+        if (!query.exec(statement))
+            return isRightDenied(query.lastError())
+                ? missingUndoRight(database.userName(), query.lastError())
+                : refused(statement, query.lastError());
+        if (changed)
+            *changed = query.numRowsAffected();
+        return {};
+    }
+
+    Failure runSteps(const std::function<bool()> &isInterrupted, UndoOutcomes *outcomes) const
+    {
+        for (const UndoStep &step : plan.steps) {
+            if (isInterrupted && isInterrupted())
+                return {ExitInterrupted, Text::tr("interrupted; nothing was taken back")};
+            UndoOutcome outcome;
+            if (const Failure failure = runStep(step, &outcome))
+                return failure;
+            outcomes->append(outcome);
+        }
+        return {};
+    }
+
+private:
+    static Failure refused(const QString &statement, const QSqlError &error)
+    {
         return {ExitDatabase,
                 Text::tr("nothing was taken back: the database refused '%1': %2")
-                    .arg(statement, errorText(query.lastError()))};
-    *changed = query.numRowsAffected();
-    return {};
-}
-
-Failure runStep(const QSqlDatabase &database, const UndoStep &step, UndoStatement::Effect *outcome)
-{
-    for (const UndoStatement &statement : step.statements) {
-        int changed = 0;
-        if (const Failure failure = run(database, statement.sql, &changed))
-            return failure;
-        if (changed > 0 && statement.effect != UndoStatement::Beside)
-            *outcome = statement.effect;
+                    .arg(statement, errorText(error))};
     }
-    return {};
-}
 
-Failure runSteps(const QSqlDatabase &database, const UndoPlan &plan,
-                 const std::function<bool()> &isInterrupted, UndoOutcomes *outcomes)
-{
-    for (const UndoStep &step : plan.steps) {
-        if (isInterrupted && isInterrupted())
-            return {ExitInterrupted, Text::tr("interrupted; nothing was taken back")};
-        UndoStatement::Effect outcome = UndoStatement::Beside;
-        if (const Failure failure = runStep(database, step, &outcome))
-            return failure;
-        outcomes->append(outcome);
+    Failure runStep(const UndoStep &step, UndoOutcome *outcome) const
+    {
+        for (const UndoStatement &statement : step.statements) {
+            int changed = 0;
+            if (const Failure failure = run(statement.sql, &changed))
+                return failure;
+            if (changed > 0 && statement.effect != UndoStatement::Beside)
+                outcome->effect = statement.effect;
+        }
+        return outcome->effect == UndoStatement::Beside
+            ? askWhy(database, step, plan.names, outcome)
+            : Failure();
     }
-    return {};
-}
+
+    const QSqlDatabase database;
+    const UndoPlan &plan;
+};
 
 } // namespace
 
@@ -61,20 +84,20 @@ Failure runUndo(const QSqlDatabase &database, const UndoPlan &plan,
                 const std::function<bool()> &isInterrupted, UndoOutcomes *outcomes)
 {
     outcomes->clear();
-    int changed = 0;
+    const StepRunner runner(database, plan);
     for (const char *statement : {"SET NAMES utf8mb4", "START TRANSACTION"}) {
-        if (const Failure failure = run(database, QLatin1String(statement), &changed))
+        if (const Failure failure = runner.run(QLatin1String(statement)))
             return failure;
     }
-    Failure failure = runSteps(database, plan, isInterrupted, outcomes);
-    if (!failure)
-        failure = run(database, QStringLiteral("COMMIT"), &changed);
-    if (failure)
+    if (const Failure failure = runner.runSteps(isInterrupted, outcomes)) {
         QSqlQuery(database).exec(QStringLiteral("ROLLBACK"));
-    return failure;
-}
-
-int leftAlone(const UndoOutcomes &outcomes)
-{
-    return static_cast<int>(std::count(outcomes.cbegin(), outcomes.cend(), UndoStatement::Beside));
+        return failure;
+    }
+    QSqlQuery query(database);
+    if (query.exec(QStringLiteral("COMMIT")))
+        return {};
+    return {ExitDatabase,
+            Text::tr("the database has not said whether the pass was taken back: %1; run the same "
+                     "command again: it tells, and leaves what is back as it is")
+                .arg(errorText(query.lastError()))};
 }

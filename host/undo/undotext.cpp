@@ -4,6 +4,7 @@
 #include "host/undo/undotext.h"
 
 #include "host/base/oneline.h"
+#include "host/base/shellword.h"
 #include "host/report/textreport.h"
 
 #include <QCoreApplication>
@@ -27,6 +28,20 @@ QString stepText(const UndoStep &step)
         Text::tr("%1: %2").arg(QStringLiteral("%1 %2").arg(who, person.name).trimmed(), step.what));
 }
 
+/// With the columns that get their values back.
+QString wholeStepText(const UndoStep &step)
+{
+    return step.columns.isEmpty() ? stepText(step)
+                                  : Text::tr("%1: %2").arg(stepText(step), step.columns);
+}
+
+/// With what somebody has changed.
+QString leftText(const UndoStep &step, const UndoOutcome &outcome)
+{
+    return outcome.since.isEmpty() ? stepText(step)
+                                   : Text::tr("%1: %2").arg(stepText(step), oneLine(outcome.since));
+}
+
 QString comment(const QString &sentence)
 {
     QString lines;
@@ -36,16 +51,20 @@ QString comment(const QString &sentence)
     return lines;
 }
 
+bool canHappen(const UndoStep &step, UndoStatement::Effect effect)
+{
+    return std::any_of(
+        step.statements.cbegin(), step.statements.cend(),
+        [effect](const UndoStatement &statement) { return statement.effect == effect; });
+}
+
 /// It has happened; without outcomes, a statement of the plan can do it.
 bool canHappen(const UndoPlan &plan, const UndoOutcomes &outcomes, UndoStatement::Effect effect)
 {
     if (!outcomes.isEmpty())
-        return outcomes.contains(effect);
-    return std::any_of(plan.steps.cbegin(), plan.steps.cend(), [effect](const UndoStep &step) {
-        return std::any_of(
-            step.statements.cbegin(), step.statements.cend(),
-            [effect](const UndoStatement &statement) { return statement.effect == effect; });
-    });
+        return outcomes.contains(UndoOutcome(effect));
+    return std::any_of(plan.steps.cbegin(), plan.steps.cend(),
+                       [effect](const UndoStep &step) { return canHappen(step, effect); });
 }
 
 /// What the plugin remembers, and what that means now.
@@ -71,15 +90,24 @@ QStringList goingOn(const UndoPlan &plan, const UndoOutcomes &outcomes)
         sentences.append(
             Text::tr("Whoever is made inactive becomes active again with the next line "
                      "about them that is new to the plugin."));
+    if (!plan.settledFile.isEmpty())
+        sentences.append(
+            Text::tr("'talvenhr status' takes what is back for lost. Once all is as it should be, "
+                     "also of older exports, tell it:"));
     return sentences;
 }
 
+/// Without outcomes, how many steps have a statement that can do it.
 int count(const UndoPlan &plan, const UndoOutcomes &outcomes, const QString &table,
           UndoStatement::Effect effect)
 {
     int found = 0;
-    for (int place = 0; place < plan.steps.size(); ++place)
-        found += plan.steps.at(place).table == table && outcomes.at(place) == effect;
+    for (int place = 0; place < plan.steps.size(); ++place) {
+        const UndoStep &step = plan.steps.at(place);
+        const bool isCounted = outcomes.isEmpty() ? canHappen(step, effect)
+                                                  : outcomes.at(place).effect == effect;
+        found += step.table == table && isCounted;
+    }
     return found;
 }
 
@@ -110,10 +138,71 @@ QVector<CountedTable> countedTables()
             back("funds_move", Text::tr("leave corrections"))};
 }
 
+/// A line for each kind that occurs, without an indent.
+QStringList countLines(const UndoPlan &plan, const UndoOutcomes &outcomes)
+{
+    QStringList lines;
+    const QVector<CountedTable> tables = countedTables();
+    for (const CountedTable &counted : tables) {
+        const int number = count(plan, outcomes, counted.table, counted.effect);
+        if (number > 0)
+            lines.append(Text::tr("%1: %2").arg(counted.label).arg(number));
+    }
+    if (wereBack(outcomes) > 0)
+        lines.append(Text::tr("taken back already: %1").arg(wereBack(outcomes)));
+    return lines;
+}
+
 /// Everything was left alone, though there was something to take back.
 bool isForeign(const UndoPlan &plan, const UndoOutcomes &outcomes)
 {
     return !plan.steps.isEmpty() && leftAlone(outcomes) == plan.steps.size();
+}
+
+/// The mark behind a step in a script.
+QString markText(const UndoOutcome &outcome)
+{
+    if (outcome.isBack)
+        return Text::tr(" (taken back already)");
+    if (!outcome.isLeftAlone())
+        return QString();
+    return outcome.since.isEmpty()
+        ? Text::tr(" (left alone: changed since)")
+        : Text::tr(" (left alone, changed since: %1)").arg(oneLine(outcome.since));
+}
+
+/// Its own line, for it is to be copied.
+QString settlingCommand(const UndoPlan &plan)
+{
+    return plan.settledFile.isEmpty()
+        ? QString()
+        : QStringLiteral("  touch %1\n").arg(oneLine(shellWord(plan.settledFile)));
+}
+
+/// What stands above the statements.
+QString scriptHead(const Changes &changes, const UndoPlan &plan, const UndoOutcomes &outcomes)
+{
+    QString head = comment(Text::tr("Takes back %1.").arg(passText(changes.header)));
+    if (isAllBack(outcomes))
+        head += comment(alreadyBackText(plan, changes.header));
+    head += comment(Text::tr("Each statement finds its row only as the pass has left it: what "
+                             "somebody has changed since is left alone."));
+    if (outcomes.isEmpty() && !plan.steps.isEmpty())
+        head += comment(Text::tr("No database was looked at: what is left alone is not known."));
+    head += comment(plan.steps.isEmpty() ? Text::tr("There is nothing to take back.")
+                                         : Text::tr("What is taken back, by kind:"));
+    QStringList counts = countLines(plan, outcomes);
+    if (leftAlone(outcomes) > 0)
+        counts.append(Text::tr("left alone: %1").arg(leftAlone(outcomes)));
+    for (const QString &line : qAsConst(counts))
+        head += QStringLiteral("--   %1\n").arg(line);
+    if (outcomes.isEmpty() && canHappen(plan, outcomes, UndoStatement::MakesInactive))
+        head += comment(Text::tr("People who were added are made inactive, for nobody knows what "
+                                 "refers to them."));
+    for (const QString &sentence : plan.stays + goingOn(plan, outcomes))
+        head += comment(sentence);
+    const QString settling = settlingCommand(plan);
+    return settling.isEmpty() ? head : head + QStringLiteral("-- ") + settling;
 }
 
 } // namespace
@@ -129,59 +218,49 @@ QString passText(const ChangesHeader &header)
         : Text::tr("the pass that ended at %1 over %2").arg(moment, oneLine(file));
 }
 
+QString alreadyBackText(const UndoPlan &plan, const ChangesHeader &header)
+{
+    return plan.isPart
+        ? Text::tr("There is nothing to do: what was named of %1 is taken back already.")
+              .arg(passText(header))
+        : Text::tr("There is nothing to do: %1 is taken back already.").arg(passText(header));
+}
+
 QString undoScript(const Changes &changes, const UndoPlan &plan, const UndoOutcomes &outcomes)
 {
-    QString script = comment(Text::tr("Takes back %1.").arg(passText(changes.header)));
-    script += comment(Text::tr("Each statement finds its row only as the pass has left it: what "
-                               "somebody has changed since is left alone."));
-    if (outcomes.isEmpty() && !plan.steps.isEmpty())
-        script += comment(Text::tr("No database was looked at: what is left alone is not known."));
-    if (outcomes.isEmpty() && canHappen(plan, outcomes, UndoStatement::MakesInactive))
-        script += comment(Text::tr("People who were added are made inactive, for nobody knows what "
-                                   "refers to them."));
-    if (plan.steps.isEmpty())
-        script += comment(Text::tr("There is nothing to take back."));
-    for (const QString &sentence : plan.stays + goingOn(plan, outcomes))
-        script += comment(sentence);
-    script += QStringLiteral("\nSET NAMES utf8mb4;\nSTART TRANSACTION;\n");
+    QString script = scriptHead(changes, plan, outcomes)
+        + QStringLiteral("\nSET NAMES utf8mb4;\nSTART TRANSACTION;\n");
     for (int place = 0; place < plan.steps.size(); ++place) {
         const UndoStep &step = plan.steps.at(place);
-        const bool isLeft = !outcomes.isEmpty() && outcomes.at(place) == UndoStatement::Beside;
-        script += QStringLiteral("\n-- ") + stepText(step)
-            + (isLeft ? Text::tr(" (left alone: changed since)") : QString()) + QLatin1Char('\n');
+        script += QStringLiteral("\n-- ") + wholeStepText(step)
+            + (outcomes.isEmpty() ? QString() : markText(outcomes.at(place))) + QLatin1Char('\n');
         for (const UndoStatement &statement : step.statements)
             script += statement.sql + QStringLiteral(";\n");
     }
-    script += QStringLiteral("\nCOMMIT;\n");
-    if (!outcomes.isEmpty())
-        script += comment(Text::tr("Taken back: %1, left alone: %2.")
-                              .arg(plan.steps.size() - leftAlone(outcomes))
-                              .arg(leftAlone(outcomes)));
-    return script;
+    return script + QStringLiteral("\nCOMMIT;\n");
 }
 
 QString outcomeText(const UndoPlan &plan, const UndoOutcomes &outcomes, int width)
 {
     QString text;
-    const QVector<CountedTable> tables = countedTables();
-    for (const CountedTable &counted : tables) {
-        const int number = count(plan, outcomes, counted.table, counted.effect);
-        if (number > 0)
-            text += QStringLiteral("  %1: %2\n").arg(counted.label).arg(number);
-    }
+    const QStringList counts = countLines(plan, outcomes);
+    for (const QString &line : counts)
+        text += QStringLiteral("  %1\n").arg(line);
     if (leftAlone(outcomes) == 0)
         return text;
-    text += wrapped(
-                isForeign(plan, outcomes)
-                    ? Text::tr("All of it is left alone: the database does not hold what this "
-                               "pass has left. Is it the right database, has the pass run there, "
-                               "and was it not taken back before?")
-                    : Text::tr("Left alone, for somebody has changed it since:"),
-                width, 0)
+    text += wrapped(isForeign(plan, outcomes)
+                        ? Text::tr("All of it is left alone: the database does not hold what this "
+                                   "pass has left. Is it the right database, and has the pass run "
+                                   "there?")
+                        : Text::tr(
+                            "Left alone, for somebody has changed it since (what the pass has left "
+                            "-> what is there now):"),
+                    width, 0)
         + QLatin1Char('\n');
     for (int place = 0; place < plan.steps.size(); ++place) {
-        if (outcomes.at(place) == UndoStatement::Beside)
-            text += QStringLiteral("  ") + wrapped(stepText(plan.steps.at(place)), width - 2, 4)
+        if (outcomes.at(place).isLeftAlone())
+            text += QStringLiteral("  ")
+                + wrapped(leftText(plan.steps.at(place), outcomes.at(place)), width - 2, 4)
                 + QLatin1Char('\n');
     }
     return text;
@@ -192,5 +271,5 @@ QString afterwardsText(const UndoPlan &plan, const UndoOutcomes &outcomes, int w
     QString text;
     for (const QString &sentence : plan.stays + goingOn(plan, outcomes))
         text += wrapped(oneLine(sentence), width, 0) + QLatin1Char('\n');
-    return text;
+    return text + settlingCommand(plan);
 }

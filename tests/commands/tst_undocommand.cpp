@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // `talvenhr undo`: printed, looked at, applied.
+#include "host/gate/gaterecord.h"
 #include "host/server/privatedatabase.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
 
 #include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <memory>
@@ -23,6 +26,9 @@ private Q_SLOTS:
     void loginThatOnlyReads_takesNothingBack();
     void apply_takesBackWhatNobodyChanged();
     void rehearsedChanges_takeTheRealPassBack();
+    void script_doesTheSameAsApply();
+    void configuration_namesTheDatabase_data();
+    void configuration_namesTheDatabase();
     void anotherRun_keepsItAway();
 
 private:
@@ -42,6 +48,9 @@ private:
         return login("root") + QStringList {QStringLiteral("--data-dir"), site.dataDir()};
     }
     QString run(const QString &folder) const;
+    QString archived(const QString &name) const;
+    void feed(const QString &script) const;
+    static void setVariables(const QString &variables, TalvenhrProcess *program);
     QString sql(const QString &statement) const;
     QString rows() const;
     QStringList undo(const QString &file, const QStringList &others) const
@@ -85,6 +94,50 @@ QString tst_UndoCommand::rows() const
         "SELECT * FROM brape WHERE uid > 10; SELECT * FROM people_term WHERE uid > 10; "
         "SELECT * FROM people_pam WHERE uid > 10; SELECT * FROM admins_people ORDER BY 1, 2; "
         "SELECT value FROM vars WHERE name = 'exportPam.1.selPeople'"));
+}
+
+/// The path of the changes, as the archive of a gate has them.
+QString tst_UndoCommand::archived(const QString &name) const
+{
+    QDir().mkpath(site.path(QStringLiteral("archive")));
+    GateRecord record;
+    record.name = name;
+    record.outcome = GateRecord::Passed;
+    record.when = record.fileTime = QDateTime::currentDateTimeUtc();
+    record.exported.name = QStringLiteral("ron.data");
+    record.exported.digest = record.placedDigest = QString(64, QLatin1Char('a'));
+    const QString stem = site.path(QStringLiteral("archive/")) + name;
+    const Failure failure = writeGateRecord(record, stem + recordEnding());
+    if (failure)
+        QTest::qFail(qPrintable(failure.text), __FILE__, __LINE__);
+    const QString path = stem + QStringLiteral(".changes.json");
+    if (!QFile::copy(changes, path))
+        QTest::qFail("no copy", __FILE__, __LINE__);
+    return path;
+}
+
+/// To a client that takes all texts for those of another alphabet.
+void tst_UndoCommand::feed(const QString &script) const
+{
+    const ConnectionParameters parameters = server->parameters();
+    QProcess client;
+    client.start(QStringLiteral("mariadb"),
+                 {QStringLiteral("--no-defaults"), QStringLiteral("--default-character-set=latin1"),
+                  QStringLiteral("--user=root"), QStringLiteral("--socket=") + parameters.socket,
+                  parameters.database});
+    client.write(script.toUtf8());
+    client.closeWriteChannel();
+    QVERIFY(client.waitForFinished(longestWait));
+    QVERIFY2(client.exitCode() == 0, client.readAllStandardError().constData());
+}
+
+/// NAME=VALUE, with blanks between them.
+void tst_UndoCommand::setVariables(const QString &variables, TalvenhrProcess *program)
+{
+    const QStringList words = variables.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString &word : words)
+        program->setEnvironment(word.section(QLatin1Char('='), 0, 0),
+                                word.section(QLatin1Char('='), 1));
 }
 
 void tst_UndoCommand::initTestCase()
@@ -140,7 +193,16 @@ void tst_UndoCommand::withoutDatabase_statementsArePrinted()
     QCOMPARE(whole.finish(), 0);
     const QString script = whole.output();
     QVERIFY(script.startsWith(QStringLiteral("-- Takes back the pass that ended at ")));
+    QVERIFY(script.contains(QStringLiteral("-- What is taken back, by kind:\n"
+                                           "--   people who were added, made inactive: 1\n"
+                                           "--   people's own rows: 1\n")));
     QVERIFY(script.contains(QStringLiteral("-- How to go on: ")));
+    QVERIFY(!script.contains(QStringLiteral("touch")));
+    TalvenhrProcess archive(undo(archived(QStringLiteral("20261122T124002Z-1")), {}));
+    QCOMPARE(archive.finish(), 0);
+    QVERIFY(archive.output().contains(
+        QStringLiteral("\n--   touch '%1'\n\nSET NAMES")
+            .arg(site.path(QStringLiteral("archive/20261122T124002Z-1.settled")))));
     QVERIFY(script.contains(QStringLiteral("\n-- 1001.1 Iný Novák: own row: name\nSET @uid = ")));
     // Nobody knows what refers to somebody.
     QVERIFY(script.contains(QStringLiteral("\n-- 7101.1 Nová Novák: added person\nUPDATE ")));
@@ -159,9 +221,10 @@ void tst_UndoCommand::look_tellsWhatIsLeftAlone()
     TalvenhrProcess program(undo(changes, login("reader")));
     QCOMPARE(program.finish(), 1);
     QVERIFY(program.output().contains(
-        QStringLiteral("-- 1001.1 Iný Novák: own row: name (left alone: changed since)\n")));
+        QStringLiteral("-- 1001.1 Iný Novák: own row: name (left alone, changed since: phone ''"
+                       " -> '77')\n")));
     QVERIFY(program.output().contains(QStringLiteral("\nDELETE FROM `people` ")));
-    QVERIFY(program.output().contains(QStringLiteral(", left alone: 1.\n")));
+    QVERIFY(program.output().contains(QStringLiteral("\n--   left alone: 1\n")));
     QVERIFY(program.output().contains(QStringLiteral("-- Restart the attendance server before ")));
     QCOMPARE(rows(), now);
     sql(QStringLiteral("UPDATE people SET phone = '' WHERE pid = 10011"));
@@ -173,9 +236,16 @@ void tst_UndoCommand::loginThatOnlyReads_takesNothingBack()
     TalvenhrProcess program(
         undo(changes, login("reader") + QStringList(QStringLiteral("--apply"))));
     QCOMPARE(program.finish(), 3);
-    QVERIFY2(program.lastLine().contains(QStringLiteral("nothing was taken back: ")),
+    QVERIFY2(program.lastLine().contains(QStringLiteral("nothing was taken back: "))
+                 && program.lastLine().contains(QStringLiteral(" --user reader_undo ")),
              qPrintable(program.lastLine()));
     QCOMPARE(rows(), now);
+    // Nor does one that may not enter the database.
+    sql(QStringLiteral("CREATE USER stranger_undo@localhost"));
+    TalvenhrProcess stranger(undo(changes, login("stranger_undo")));
+    QCOMPARE(stranger.finish(), 3);
+    QVERIFY2(stranger.lastLine().contains(QStringLiteral("'stranger_undo' lacks a right: ")),
+             qPrintable(stranger.lastLine()));
 }
 
 void tst_UndoCommand::apply_takesBackWhatNobodyChanged()
@@ -192,10 +262,18 @@ void tst_UndoCommand::apply_takesBackWhatNobodyChanged()
     QCOMPARE(rows(), before);
 
     TalvenhrProcess again(undo(changes, apply));
-    QCOMPARE(again.finish(), 1);
-    QVERIFY(again.output().contains(QStringLiteral("All of it is left alone: ")));
-    QVERIFY(again.output().contains(QStringLiteral("\nDone. Taken back: 0, left alone: ")));
+    QCOMPARE(again.finish(), 0);
+    const QRegularExpression oneLine(QStringLiteral(
+        "\\AThere is nothing to do: the pass that ended at \\S+ over ron\\.data is taken back\\s"
+        "already\\.\\n\\z"));
+    QVERIFY2(oneLine.match(again.output()).hasMatch(), qPrintable(again.output()));
     QCOMPARE(rows(), before);
+
+    TalvenhrProcess look(undo(changes, login("reader")));
+    QCOMPARE(look.finish(), 0);
+    QVERIFY(look.output().contains(QStringLiteral("\n-- There is nothing to do: ")));
+    QVERIFY(look.output().contains(
+        QStringLiteral("-- 1001.1 Iný Novák: own row: name (taken back already)\n")));
 }
 
 /// Whoever is new has another id by then.
@@ -216,6 +294,79 @@ void tst_UndoCommand::rehearsedChanges_takeTheRealPassBack()
     QVERIFY2(program.output().startsWith(QStringLiteral("Taking back the pass that was rehearsed")),
              qPrintable(program.output()));
     QCOMPARE(rows(), before);
+}
+
+/// Texts of two alphabets and directions, with all that a client takes for something else.
+void tst_UndoCommand::script_doesTheSameAsApply()
+{
+    const QString odd = QString::fromUtf8("Ľ'\"`\\\\; -- /* שלום ") + QChar(0x202e)
+        + QStringLiteral("abc");
+    sql(QStringLiteral("UPDATE attendance.people SET name = _utf8mb4 x'%1' WHERE pid = 10011")
+            .arg(QString::fromLatin1(odd.toUtf8().toHex())));
+    const QString old = rows();
+    QVERIFY(old.contains(QStringLiteral("abc")));
+    site.writeFile(QStringLiteral("ron.data"),
+                   Site::employee(1001, QString::fromUtf8("محمد \"x\" `y`; DELIMITER /* "))
+                       + QLatin1Char('\n')
+                       + Site::employee(7101, QString::fromUtf8("שלום -- #\\g ")));
+    const auto pass = [&](const char *folder) {
+        const QString file = run(QLatin1String(folder));
+        if (rows() == old)
+            QTest::qFail("nothing has changed", __FILE__, __LINE__);
+        return undo(file, login("talvenhr_undo"));
+    };
+    const QStringList printed = pass("printed");
+    TalvenhrProcess program(printed);
+    QCOMPARE(program.finish(), 0);
+    feed(program.output());
+    QCOMPARE(rows(), old);
+    TalvenhrProcess applied(pass("applied") + QStringList {QStringLiteral("--apply")});
+    QCOMPARE(applied.finish(), 0);
+    QCOMPARE(rows(), old);
+}
+
+void tst_UndoCommand::configuration_namesTheDatabase_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("variables");
+    QTest::addColumn<int>("exitCode");
+    const auto row = [](const char *name, const char *file, const char *variables, int exitCode) {
+        QTest::newRow(name) << QString::fromLatin1(file) << QString::fromLatin1(variables)
+                            << exitCode;
+    };
+    row("file", "socket=HERE\nuser=talvenhr_undo\npassword-file=undo.password\n", "", 0);
+    row("variables", "", "TALVENHR_SOCKET=HERE TALVENHR_USER=talvenhr_undo TALVENHR_PASSWORD=back",
+        0);
+    row("file of the password in a variable", "socket=HERE\nuser=talvenhr_undo\n",
+        "TALVENHR_PASSWORD_FILE=undo.password", 0);
+    row("another user in a variable",
+        "socket=HERE\nuser=talvenhr_undo\npassword-file=undo.password\n", "TALVENHR_USER=nobody",
+        3);
+}
+
+/// With the pass taken back already, which nobody can know without the database.
+void tst_UndoCommand::configuration_namesTheDatabase()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, variables);
+    QFETCH(int, exitCode);
+    sql(QStringLiteral("ALTER USER talvenhr_undo@localhost IDENTIFIED BY 'back'; "
+                       "UPDATE attendance.people SET name = 'Ľubomír' WHERE pid = 10011"));
+    const QString socket = server->parameters().socket;
+    site.writeFile(QStringLiteral("undo.password"), QStringLiteral("back\n"));
+    site.writeFile(QStringLiteral("undo.conf"),
+                   QStringLiteral("[database]\n") + file.replace(QStringLiteral("HERE"), socket));
+    TalvenhrProcess program(undo(changes, {QStringLiteral("--apply")}), site.dataDir());
+    program.setEnvironment(QStringLiteral("TALVENHR_CONFIG"),
+                           site.path(QStringLiteral("undo.conf")));
+    setVariables(
+        variables.replace(QStringLiteral("HERE"), socket)
+            .replace(QStringLiteral("undo.password"), site.path(QStringLiteral("undo.password"))),
+        &program);
+    QVERIFY2(program.finish() == exitCode, qPrintable(program.lastLine()));
+    if (exitCode == 0)
+        QVERIFY2(program.output().startsWith(QStringLiteral("There is nothing to do: ")),
+                 qPrintable(program.output()));
 }
 
 void tst_UndoCommand::anotherRun_keepsItAway()

@@ -292,7 +292,7 @@ void tst_UndoCompanies::undo_leavesWhatWasThere()
     const QStringList after = UndoModel::lines(database->snapshot(SnapshotRows::All));
     QCOMPARE(contentDifference(model.lines(), after), QStringList());
     QCOMPARE(outcomes.size(), model.steps());
-    QCOMPARE(leftAlone(outcomes), model.leftAlone());
+    QCOMPARE(outcomes.count(UndoStatement::Beside) + wereBack(outcomes), model.leftAlone());
     if (way == 0 || way == 4) {
         QCOMPARE(leftAlone(outcomes), 0);
         QCOMPARE(contentDifference(whatComesBack(before),
@@ -302,13 +302,19 @@ void tst_UndoCompanies::undo_leavesWhatWasThere()
     }
     for (const UndoStep &step : qAsConst(plan.steps))
         ++stepsOfTable[step.table];
-    for (const UndoStatement::Effect outcome : qAsConst(outcomes))
-        ++stepsWithOutcome[outcome];
+    for (const UndoOutcome &outcome : qAsConst(outcomes)) {
+        ++stepsWithOutcome[outcome.effect];
+        QVERIFY(!outcome.isLeftAlone() || !outcome.since.isEmpty());
+    }
 
-    // A second time everything stands as it is.
+    // A second time everything stands as it is, and what was taken back is told from the rest.
+    const UndoOutcomes first = outcomes;
     failure = runUndo(handle, plan, {}, &outcomes);
     QVERIFY2(!failure, qPrintable(failure.text));
-    QCOMPARE(leftAlone(outcomes), static_cast<int>(outcomes.size()));
+    for (int place = 0; place < outcomes.size(); ++place) {
+        QCOMPARE(int(outcomes.at(place).effect), int(UndoStatement::Beside));
+        QCOMPARE(outcomes.at(place).isBack, !first.at(place).isLeftAlone());
+    }
     QCOMPARE(UndoModel::lines(database->snapshot(SnapshotRows::All)), after);
     handle.close();
 }

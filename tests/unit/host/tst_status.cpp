@@ -31,6 +31,7 @@ private Q_SLOTS:
     void pass_comesFromThePlace();
     void damagedFiles_areNamed();
     void rehearsals_areThoseOfExportsThatWereRead();
+    void settledFile_isThatOfAnExportThatPassed();
     void concerns_tellTheWorstFirst_data();
     void concerns_tellTheWorstFirst();
     void page_fitsAScreen();
@@ -311,6 +312,26 @@ void tst_Status::rehearsals_areThoseOfExportsThatWereRead()
     const QVector<RehearsedExport> later = readRehearsals(folder.status());
     QCOMPARE(later.size(), 1);
     QCOMPARE(later.constFirst().record, next.name);
+}
+
+/// Only what an export that went through has changed is ever looked for.
+void tst_Status::settledFile_isThatOfAnExportThatPassed()
+{
+    const GateFolder folder;
+    GateRecord record = folder.record(5, "a");
+    const QString stem = folder.path(QStringLiteral("archive/")) + record.name;
+    const QString changes = stem + QStringLiteral(".changes.json");
+    QCOMPARE(settledFileOf(changes), QString());
+    folder.keep(record);
+    QCOMPARE(settledFileOf(changes), stem + QStringLiteral(".settled"));
+    QCOMPARE(settledFileOf(stem + QStringLiteral(".export.gz")), QString());
+    folder.write(QStringLiteral("archive/%1.settled").arg(record.name), QByteArray());
+    QCOMPARE(settledFileOf(changes), QString());
+    record = folder.record(4, "b");
+    record.outcome = GateRecord::Superseded;
+    folder.keep(record);
+    QCOMPARE(settledFileOf(folder.path(QStringLiteral("archive/%1.changes.json").arg(record.name))),
+             QString());
 }
 
 void tst_Status::concerns_tellTheWorstFirst_data()

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void values_areSpelt_data();
     void values_areSpelt();
     void script_ofOnePerson();
+    void script_marksWhatWasFound();
     void text_tellsWhatIsLeftAlone();
     void addedPerson_isFoundByNumberAfterARehearsal();
     void rehearsedPerson_needsANumber();
@@ -66,6 +67,9 @@ void tst_UndoPlan::values_areSpelt_data()
         "BINARY CONVERT(`a``b` USING utf8mb4) <=> _utf8mb4 x'C5BE5C'");
     row("line end", QStringLiteral("a\n"),
         "BINARY CONVERT(`a``b` USING utf8mb4) <=> _utf8mb4 x'610A'");
+    row("direction", QString(QChar(0x5d0)) + QChar(0x202e),
+        "BINARY CONVERT(`a``b` USING utf8mb4) <=> _utf8mb4 x'D790E280AE'");
+    row("right to left", QString(QChar(0x5d0)), "BINARY CONVERT(`a``b` USING utf8mb4) <=> 'א'");
     row("bytes", QByteArray("\0'", 2), "HEX(`a``b`) <=> '0027'");
 }
 
@@ -106,7 +110,45 @@ void tst_UndoPlan::script_ofOnePerson()
           "CALL updateTermsSync(@uid, 2);\n"
           "\nCOMMIT;\n";
     QCOMPARE(statements, QString::fromUtf8(expected));
-    QVERIFY(script.contains(QStringLiteral("-- The marks of calculation stay as they are, ")));
+    QCOMPARE(script.left(script.indexOf(QStringLiteral("-- How to go on"))),
+             QString::fromUtf8(
+                 "-- Takes back the pass that ended at 2026-11-22T12:00:00+01:00 over no export.\n"
+                 "-- Each statement finds its row only as the pass has left it: what somebody has "
+                 "changed since is\n-- left alone.\n"
+                 "-- No database was looked at: what is left alone is not known.\n"
+                 "-- What is taken back, by kind:\n"
+                 "--   people's own rows: 1\n"
+                 "--   memberships of branches: 1\n"
+                 "--   places on terminals: 1\n"
+                 "-- The marks of calculation stay as they are, of people: 1.\n"
+                 "-- Rows that changed as no pass changes them stay, for that was somebody else: "
+                 "1.\n"));
+}
+
+/// What the statements would find is known once they have been tried.
+void tst_UndoPlan::script_marksWhatWasFound()
+{
+    const Changes changes = changesOfOne();
+    UndoPlan plan = planOf(changes);
+    plan.settledFile = QStringLiteral("/srv/it's/1.settled");
+    UndoOutcomes outcomes(3);
+    outcomes[0].isBack = true;
+    outcomes[1].since = QString::fromUtf8("since 9 -> 10\n");
+    outcomes[2].effect = UndoStatement::TakesBack;
+    const QString script = undoScript(changes, plan, outcomes);
+    for (
+        const char *line :
+        {"-- What is taken back, by kind:\n--   people's own rows: 1\n"
+         "--   taken back already: 1\n--   left alone: 1\n",
+         "\n-- 1001.1 Eva Malá: place on terminal Dvere (taken back already)\n",
+         "\n-- 1001.1 Eva Malá: membership of branch 200 Druhá (left alone, changed since: since 9 "
+         "-> 10\\n)\n",
+         "\n-- 1001.1 Eva Malá: own row: phone\n",
+         "\n-- exports, tell it:\n--   touch '/srv/it'\\''s/1.settled'\n\nSET NAMES"})
+        QVERIFY2(script.contains(QString::fromUtf8(line)), line);
+    outcomes.fill(outcomes.first());
+    QVERIFY(undoScript(changes, plan, outcomes)
+                .contains(QStringLiteral("\n-- There is nothing to do: the pass that ended at ")));
 }
 
 void tst_UndoPlan::text_tellsWhatIsLeftAlone()
@@ -117,9 +159,10 @@ void tst_UndoPlan::text_tellsWhatIsLeftAlone()
     QCOMPARE(outcomeText(plan, outcomes, 100),
              QString::fromUtf8("  people's own rows: 1\n"
                                "  places on terminals: 1\n"
-                               "Left alone, for somebody has changed it since:\n"
+                               "Left alone, for somebody has changed it since (what the pass has "
+                               "left -> what is there now):\n"
                                "  1001.1 Eva Malá: membership of branch 200 Druhá\n"));
-    const UndoOutcomes none(3, UndoStatement::Beside);
+    const UndoOutcomes none(3);
     QVERIFY(outcomeText(plan, none, 100).startsWith(QStringLiteral("All of it is left alone: ")));
     QVERIFY(!afterwardsText(plan, outcomes, 100).contains(QStringLiteral("inactive")));
 }
