@@ -232,8 +232,8 @@ private:
         const LeaveCorrection correction {leftCondition(change, origin), sqlValue(cell("day")),
                                           sqlValue(was), sqlValue(cell("value"))};
         const auto laterOf = [&](const QString &who) {
-            return QStringLiteral("(SELECT COALESCE(SUM(`value`), 0) FROM `funds_move` WHERE `uid` "
-                                  "= %1 AND `fid` = %2 AND `type` = %3 AND `day` > %4)")
+            return QStringLiteral("SELECT COALESCE(SUM(`value`), 0) FROM `funds_move` WHERE `uid` "
+                                  "= %1 AND `fid` = %2 AND `type` = %3 AND `day` > %4")
                 .arg(who, sqlValue(cell("fid")), sqlValue(cell("type")), correction.day);
         };
         UndoStep &step = addStep(
@@ -242,7 +242,9 @@ private:
                 .arg(cellText(*change.table, QStringLiteral("day"), cell("day")),
                      daysText(cell("value").toLongLong() - was.toLongLong())),
             leaveStatements(correction, laterOf(uid())));
-        step.row.isBack = QStringLiteral("`value` <=> %1 OR %2 = %1 - (%3)")
+        // A correction that was taken back stays, with the value of before.
+        step.row.hasCome = false;
+        step.row.isBack = QStringLiteral("`value` <=> %1 OR (%2) = %1 - (%3)")
                               .arg(correction.was, laterOf(foundUid()), correction.now);
         if (!added)
             step.row.otherwise = Text::tr("leave was corrected again on a later day");

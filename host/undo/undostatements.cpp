@@ -12,7 +12,7 @@ QVector<UndoStatement> leaveStatements(const LeaveCorrection &correction, const 
         {QStringLiteral("UPDATE `funds_move` SET `value` = %1 WHERE %2 AND `day` >= %3")
              .arg(correction.was, correction.condition, today),
          UndoStatement::TakesBack},
-        {QStringLiteral("SET @later = ") + later, UndoStatement::Beside},
+        {QStringLiteral("SET @later = (%1)").arg(later), UndoStatement::Beside},
         {QStringLiteral("INSERT INTO `funds_move` (type, day, month, value, fid, uid) "
                         "SELECT 3, %1, monthFromTimestamp(UNIX_TIMESTAMP()), %2 - (%3), fid, uid "
                         "FROM `funds_move` was WHERE %4 AND `day` < %1 AND @later = 0 "

@@ -15,7 +15,7 @@ struct LeaveCorrection
 };
 
 /// On the day of the correction its row gets the value of before. Later a move of that day makes
-/// up for it, unless `later`, SQL for what later corrections come to, is something: then the
+/// up for it, unless `later`, a SELECT of what later corrections come to, is something: then the
 /// balance is that of another export, or was given back before.
 QVector<UndoStatement> leaveStatements(const LeaveCorrection &correction, const QString &later);
 

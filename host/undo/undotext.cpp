@@ -220,10 +220,18 @@ QString passText(const ChangesHeader &header)
 
 QString alreadyBackText(const UndoPlan &plan, const ChangesHeader &header)
 {
+    const QString pass = passText(header);
+    // What has never happened looks the same.
+    if (header.how == ChangesHeader::Rehearsed)
+        return plan.isPart ? Text::tr("There is nothing to do: what was named of %1 is taken back "
+                                      "already, unless that has never run here.")
+                                 .arg(pass)
+                           : Text::tr("There is nothing to do: %1 is taken back already, unless it "
+                                      "has never run here.")
+                                 .arg(pass);
     return plan.isPart
-        ? Text::tr("There is nothing to do: what was named of %1 is taken back already.")
-              .arg(passText(header))
-        : Text::tr("There is nothing to do: %1 is taken back already.").arg(passText(header));
+        ? Text::tr("There is nothing to do: what was named of %1 is taken back already.").arg(pass)
+        : Text::tr("There is nothing to do: %1 is taken back already.").arg(pass);
 }
 
 QString undoScript(const Changes &changes, const UndoPlan &plan, const UndoOutcomes &outcomes)

@@ -1,40 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The statements that take a pass back: they find what the pass has left, and nothing else.
-#include "host/changes/changesbuilder.h"
-#include "host/changes/changesjson.h"
 #include "host/undo/undofacts.h"
-#include "host/undo/undorun.h"
 #include "host/undo/undotext.h"
-#include "support/databasefixture.h"
 #include "support/localseconds.h"
+#include "support/undofixture.h"
 
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QtTest>
 
-namespace {
-
-/// Columns that an attendance system may have beside those of a pass.
-const char *const oddColumns
-    = "ALTER TABLE people ADD ratio FLOAT DEFAULT 0.1234567, ADD exact DOUBLE DEFAULT 1.1e-300, "
-      "ADD total DECIMAL(12, 4) DEFAULT -12345678.0125, "
-      "ADD met DATETIME(6) DEFAULT '2023-10-29 02:30:00.123456', "
-      "ADD seen TIMESTAMP(6) NULL DEFAULT '2026-01-02 03:04:05.000001', ADD born DATE DEFAULT "
-      "'1970-02-28', ADD wakes TIME(2) DEFAULT '-12:30:00.55', "
-      "ADD note VARCHAR(40) CHARACTER SET latin2 DEFAULT 'Ľúbi čaj ', "
-      "ADD kind ENUM('a''b', 'ž') DEFAULT 'ž', ADD bits BIT(12) DEFAULT 2050, "
-      "ADD photo BLOB DEFAULT X'00270a5c1aff0d22', ADD nothing INT, "
-      "ADD code VARCHAR(40) DEFAULT 'a\\\\b''c\n\\0\\Z%_;-- #'";
-
-} // namespace
-
-class tst_Undo : public DatabaseFixture
+class tst_Undo : public UndoFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
     void cleanup();
 
     void oddColumns_areFound();
@@ -42,6 +20,7 @@ private Q_SLOTS:
     void foreignEdits_areLeftAlone();
     void script_doesTheSameInAClient();
     void marks_giveWayToAnotherSupervisor();
+    void marks_giveWayToOneNamedMeanwhile();
     void addedPerson_staysInactiveWhereAnythingRefers_data();
     void addedPerson_staysInactiveWhereAnythingRefers();
     void addedPerson_isInactiveForALoginThatDoesNotSeeAll();
@@ -49,95 +28,17 @@ private Q_SLOTS:
     void leave_isGivenBackOnceAndNotTwice();
     void kinds_takeBackTheirPart_data();
     void kinds_takeBackTheirPart();
-    void leftAlone_tellsWhatHasChanged_data();
-    void leftAlone_tellsWhatHasChanged();
-    void second_findsAllBack_data();
-    void second_findsAllBack();
-    void deniedRight_namesTheAccount_data();
-    void deniedRight_namesTheAccount();
     void failure_leavesEverything();
 
 private:
-    void prepare() override;
-    void release() override;
-    Changes passOf(const QStringList &statements);
-    UndoOutcomes undo(const Changes &changes, const UndoSelection &selection = {});
-    UndoPlan planOf(const Changes &changes, const UndoSelection &selection = {});
-    QStringList rows(const char *statement) { return database->rows(str(statement)); }
-    void execute(const char *statement) { database->execute(str(statement)); }
-
-    QSqlDatabase handle; ///< of the login for undo
     QStringList made; ///< tables of a test's own
 };
-
-void tst_Undo::init()
-{
-    database->clear();
-    execute("INSERT INTO branches (bid, number, name) VALUES (1, 100, 'Prvá'), (2, 200, 'Druhá')");
-    execute("INSERT INTO term (tid, name, bid, status, flags) VALUES (1, 'Dvere', 1, 1, 2)");
-    execute("INSERT INTO admins (aid, personalNumber) VALUES (1, 9001), (2, 9002), (3, 9003)");
-    execute("INSERT INTO people (uid, pid, pamId, name, surname, phone, bid, end) VALUES "
-            "(1, 10011, '1001.1', 'Eva', 'Malá', '1', 1, NULL)");
-    execute("INSERT INTO people_term VALUES (1, 1)");
-}
 
 void tst_Undo::cleanup()
 {
     for (const QString &table : qAsConst(made))
         database->execute(QStringLiteral("DROP TABLE `%1`").arg(table));
     made.clear();
-}
-
-/// The changes that these statements make, as they are read from their file.
-Changes tst_Undo::passOf(const QStringList &statements)
-{
-    const Snapshot before = database->snapshot(SnapshotRows::Touchable);
-    for (const QString &statement : statements)
-        database->execute(statement);
-    ChangesHeader header;
-    header.when = QDateTime::currentDateTime();
-    QByteArray file;
-    writeChanges(changesBetween(before, database->snapshot(SnapshotRows::Touchable), {}, header),
-                 [&file](const QByteArray &bytes) { file += bytes; });
-    Changes changes;
-    const Failure failure = readChanges(file, str("test"), &changes);
-    if (failure)
-        qFatal("%s", qPrintable(failure.text));
-    return changes;
-}
-
-void tst_Undo::prepare()
-{
-    execute(oddColumns);
-    handle = database->handle();
-    handle.setUserName(str("talvenhr_undo"));
-    QVERIFY2(handle.open(), qPrintable(handle.lastError().text()));
-}
-
-void tst_Undo::release()
-{
-    handle.close();
-}
-
-UndoPlan tst_Undo::planOf(const Changes &changes, const UndoSelection &selection)
-{
-    UndoFacts facts;
-    UndoPlan plan;
-    Failure failure = readUndoFacts(handle, changes, {}, &facts);
-    if (!failure)
-        failure = makeUndoPlan(changes, selection, facts, &plan);
-    if (failure)
-        qFatal("%s", qPrintable(failure.text));
-    return plan;
-}
-
-UndoOutcomes tst_Undo::undo(const Changes &changes, const UndoSelection &selection)
-{
-    UndoOutcomes outcomes;
-    const Failure failure = runUndo(handle, planOf(changes, selection), {}, &outcomes);
-    if (failure)
-        qFatal("%s", qPrintable(failure.text));
-    return outcomes;
 }
 
 void tst_Undo::oddColumns_areFound()
@@ -219,6 +120,30 @@ void tst_Undo::marks_giveWayToAnotherSupervisor()
                                     str("INSERT INTO admins_people VALUES (2, 1, 1)")});
     execute("INSERT INTO admins_people VALUES (3, 1, 1)");
     QCOMPARE(undo(changes), (UndoOutcomes {UndoStatement::TakesBack, UndoStatement::Beside}));
+    QCOMPARE(rows("SELECT aid, request FROM admins_people ORDER BY aid"),
+             (QStringList {str("1|0"), str("3|1")}));
+}
+
+/// After the transaction has begun to read.
+void tst_Undo::marks_giveWayToOneNamedMeanwhile()
+{
+    execute("INSERT INTO people (uid, pid, pamId) VALUES (2, 10021, '1002.1')");
+    execute("INSERT INTO admins_people VALUES (1, 2, 1)");
+    const Changes changes = passOf({str("UPDATE people SET phone = '2' WHERE uid = 1"),
+                                    str("UPDATE admins_people SET request = 0")});
+    execute("UPDATE people SET phone = '3' WHERE uid = 1");
+    int steps = 0;
+    UndoOutcomes outcomes;
+    const Failure failure = runUndo(
+        handle, planOf(changes),
+        [&] {
+            if (++steps == 2)
+                execute("INSERT INTO admins_people VALUES (3, 2, 1)");
+            return false;
+        },
+        &outcomes);
+    QVERIFY2(!failure, qPrintable(failure.text));
+    QCOMPARE(outcomes, (UndoOutcomes {UndoStatement::Beside, UndoStatement::Beside}));
     QCOMPARE(rows("SELECT aid, request FROM admins_people ORDER BY aid"),
              (QStringList {str("1|0"), str("3|1")}));
 }
@@ -353,124 +278,6 @@ void tst_Undo::kinds_takeBackTheirPart()
     undo(changes, selection);
     QCOMPARE(rows("SELECT bid, end, phone FROM people"), QStringList {row});
     QCOMPARE(rows("SELECT * FROM brape").size(), members);
-}
-
-void tst_Undo::leftAlone_tellsWhatHasChanged_data()
-{
-    QTest::addColumn<QString>("pass");
-    QTest::addColumn<QString>("edit");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const char *pass, const char *edit, const char *text) {
-        QTest::newRow(name) << str(pass) << str(edit) << str(text);
-    };
-    row("another column", "UPDATE people SET phone = '2', bid = 2",
-        "UPDATE people SET title = 'Ing. \\'x', editor = 7",
-        "title '' -> 'Ing. \\'x', editor NULL -> 7");
-    row("the same column", "UPDATE people SET phone = '2'", "UPDATE people SET phone = '77'",
-        "phone '2' -> '77'");
-    row("a moment and a branch", "UPDATE people SET end = 82800, bid = 2",
-        "UPDATE people SET end = 169200, bid = 1",
-        "end 1970-01-02 -> 1970-01-03, bid 2 (200 Druhá) -> 1 (100 Prvá)");
-    row("a membership", "INSERT INTO brape VALUES (2, 1, 7)", "UPDATE brape SET since = 0",
-        "since 1970-01-01 01:00:07 -> 0");
-    row("a row that is gone", "UPDATE people SET phone = '2'", "DELETE FROM people", "it is gone");
-    row("a long text", "UPDATE people SET phone = '2'",
-        "UPDATE people SET rsText = REPEAT('x', 80)",
-        "rsText '' -> 'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx…");
-}
-
-void tst_Undo::leftAlone_tellsWhatHasChanged()
-{
-    QFETCH(QString, pass);
-    QFETCH(QString, edit);
-    QFETCH(QString, text);
-    const Changes changes = passOf({pass});
-    database->execute(edit);
-    const UndoOutcomes outcomes = undo(changes);
-    QCOMPARE(outcomes, UndoOutcomes {UndoStatement::Beside});
-    QCOMPARE(outcomes.first().since, text);
-}
-
-void tst_Undo::second_findsAllBack_data()
-{
-    QTest::addColumn<QStringList>("pass");
-    const auto row = [](const char *name, const QStringList &pass) { QTest::newRow(name) << pass; };
-    const QString newcomer = str(
-        "INSERT INTO people (uid, pid, pamId) VALUES (2, 10021, '1002.1')");
-    row("own row", {str("UPDATE people SET phone = '2', end = 5, editor = 0")});
-    row("membership", {str("INSERT INTO brape VALUES (2, 1, 7)")});
-    row("somebody new", {newcomer, str("INSERT INTO brape VALUES (1, 2, 7)")});
-    row("somebody new who stays inactive",
-        {newcomer, str("INSERT INTO atten (uid, date) VALUES (2, 5)")});
-    row("supervisor",
-        {str("UPDATE admins_people SET request = 0"),
-         str("INSERT INTO admins_people VALUES (2, 1, 1)")});
-    row("leave of today",
-        {str("INSERT INTO funds_move (uid, fid, day, type, month, value) VALUES "
-             "(1, 2, %1, 3, 202601, -250)")
-             .arg(seconds(today()))});
-    row("leave of another day",
-        {str("INSERT INTO funds_move (uid, fid, day, type, month, value) VALUES "
-             "(1, 2, %1, 3, 202601, -250)")
-             .arg(seconds(today().addDays(-3)))});
-    row("list", {str("UPDATE vars SET value = '5,10011' WHERE name = 'exportPam.1.selPeople'")});
-}
-
-/// And the changes of a rehearsal tell the same.
-void tst_Undo::second_findsAllBack()
-{
-    QFETCH(QStringList, pass);
-    execute("INSERT INTO admins_people VALUES (1, 1, 1)");
-    execute("INSERT INTO vars (name, value) VALUES ('exportPam.1.selPeople', '5')");
-    Changes changes = passOf(pass);
-    const UndoOutcomes first = undo(changes);
-    QVERIFY(!first.isEmpty());
-    for (const UndoOutcome &outcome : first)
-        QVERIFY(outcome.effect != UndoStatement::Beside);
-    QVERIFY(!isAllBack(first));
-    for (const ChangesHeader::How how : {ChangesHeader::Run, ChangesHeader::Rehearsed}) {
-        changes.header.how = how;
-        const UndoOutcomes second = undo(changes);
-        QCOMPARE(second.size(), first.size());
-        QVERIFY(isAllBack(second));
-        QCOMPARE(leftAlone(second), 0);
-    }
-}
-
-void tst_Undo::deniedRight_namesTheAccount_data()
-{
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("remedy");
-    QTest::newRow("reads") << "talvenhr_read"
-                           << "use the one for undo, with --user talvenhr_undo ";
-    QTest::newRow("another") << "hr"
-                             << "use the one for undo, with --user hr_undo ";
-    QTest::newRow("undo") << "other_undo"
-                          << "give it those that 'talvenhr doctor --grants' prints";
-}
-
-void tst_Undo::deniedRight_namesTheAccount()
-{
-    QFETCH(QString, user);
-    QFETCH(QString, remedy);
-    const Changes changes = passOf({str("INSERT INTO brape VALUES (2, 1, 7)")});
-    const UndoPlan plan = planOf(changes);
-    const QString account = QStringLiteral("'%1'@'localhost'").arg(user);
-    database->execute(QStringLiteral("CREATE USER IF NOT EXISTS ") + account);
-    database->execute(QStringLiteral("GRANT SELECT ON `%1`.* TO ").arg(database->databaseName())
-                      + account);
-    QSqlDatabase other = database->handle();
-    other.setUserName(user);
-    QVERIFY2(other.open(), qPrintable(other.lastError().text()));
-    UndoOutcomes outcomes;
-    const Failure failure = runUndo(other, plan, {}, &outcomes);
-    other.close();
-    QCOMPARE(int(failure.exitCode), int(ExitDatabase));
-    QVERIFY2(failure.text.startsWith(
-                 QStringLiteral("nothing was taken back: the account '%1' ").arg(user)),
-             qPrintable(failure.text));
-    QVERIFY2(failure.text.contains(remedy), qPrintable(failure.text));
-    QCOMPARE(rows("SELECT * FROM brape").size(), 1);
 }
 
 void tst_Undo::failure_leavesEverything()
