@@ -4,6 +4,7 @@
 #include "host/undo/sqlvalue.h"
 #include "host/undo/undotext.h"
 #include "support/passchanges.h"
+#include "support/scripteddatabase.h"
 
 #include <QtTest>
 
@@ -49,6 +50,7 @@ private Q_SLOTS:
     void addedPerson_isFoundByNumberAfterARehearsal();
     void rehearsedPerson_needsANumber();
     void kinds_thatStayAreRefused();
+    void commitWithoutAnAnswer_leavesItOpen();
 };
 
 void tst_UndoPlan::values_areSpelt_data()
@@ -218,6 +220,26 @@ void tst_UndoPlan::kinds_thatStayAreRefused()
     selection.people = QStringList {QStringLiteral("7.1")};
     QCOMPARE(int(checkSelection(selection, changesOfOne()).exitCode), int(ExitUsage));
     QCOMPARE(planOf(changesOfOne(), selection).steps.size(), 0);
+}
+
+/// The server may have taken it and been lost before it could say so.
+void tst_UndoPlan::commitWithoutAnAnswer_leavesItOpen()
+{
+    ScriptedDatabase database;
+    QSqlDatabase handle = database.handle();
+    QVERIFY(handle.open());
+    UndoOutcomes outcomes;
+    database.on(QStringLiteral("COMMIT")).withError(QStringLiteral("2013"), QStringLiteral("lost"));
+    Failure failure = runUndo(handle, UndoPlan(), {}, &outcomes);
+    QCOMPARE(int(failure.exitCode), int(ExitDatabase));
+    QVERIFY2(failure.text.startsWith(
+                 QStringLiteral("the database has not said whether the pass was taken back: lost")),
+             qPrintable(failure.text));
+    database.on(QStringLiteral("START")).withError(QStringLiteral("2013"), QStringLiteral("lost"));
+    failure = runUndo(handle, UndoPlan(), {}, &outcomes);
+    QVERIFY2(failure.text.startsWith(QStringLiteral("nothing was taken back: the database refused "
+                                                    "'START TRANSACTION': lost")),
+             qPrintable(failure.text));
 }
 
 QTEST_GUILESS_MAIN(tst_UndoPlan)
