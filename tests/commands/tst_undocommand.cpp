@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -219,7 +220,17 @@ void tst_UndoCommand::look_tellsWhatIsLeftAlone()
     sql(QStringLiteral("UPDATE people SET phone = '77' WHERE pid = 10011"));
     const QString now = rows();
     TalvenhrProcess program(undo(changes, login("reader")));
+    const QTemporaryDir scratch;
+    program.setEnvironment(QStringLiteral("TMPDIR"), scratch.path());
+    // One that was killed.
+    const QString left = scratch.filePath(QStringLiteral("talvenhr-scratch-aBcDeF"));
+    QVERIFY(QDir().mkdir(left));
+    QFile lock(left + QStringLiteral("/scratch.lock"));
+    QVERIFY(lock.open(QIODevice::WriteOnly));
+    lock.close();
     QCOMPARE(program.finish(), 1);
+    QCOMPARE(QDir(scratch.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList());
     QVERIFY(program.output().contains(
         QStringLiteral("-- 1001.1 Iný Novák: own row: name (left alone, changed since: phone ''"
                        " -> '77')\n")));
