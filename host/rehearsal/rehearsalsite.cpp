@@ -4,12 +4,13 @@
 #include "host/rehearsal/rehearsalsite.h"
 
 #include "host/base/ownerfile.h"
-#include "host/plugin/settingslines.h"
+#include "host/plugin/settingkeys.h"
+#include "host/plugin/settingsfile.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
+#include <QSettings>
 
 namespace {
 
@@ -18,13 +19,19 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(RehearsalSite)
 };
 
+/// A pipe would wait for its other end, for good.
+Failure checkKind(const QString &path)
+{
+    if (!QFileInfo::exists(path) || QFileInfo(path).isFile())
+        return {};
+    return {ExitUsage, Text::tr("'%1' is no regular file; the plugin reads no others").arg(path)};
+}
+
 Failure readFile(const QString &path, QByteArray *content)
 {
+    if (const Failure failure = checkKind(path))
+        return failure;
     QFile file(path);
-    // A pipe would wait for its other end, for good.
-    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
-        return {ExitUsage,
-                Text::tr("'%1' is no regular file; the plugin reads no others").arg(path)};
     if (!file.open(QIODevice::ReadOnly))
         return {ExitUsage, Text::tr("cannot read '%1': %2").arg(path, file.errorString())};
     *content = file.readAll();
@@ -36,11 +43,61 @@ Failure writeFile(const QString &path, const QByteArray &content)
     return writeOwnerFile(path, [&content](QIODevice *file) { file->write(content); });
 }
 
-/// The key of a line, as bytes; empty for a line that is none.
-QByteArray keyOf(const QByteArray &line)
+/// Every key that the plugin asks for: those of the table, and the group [MES].
+QStringList askedKeys(const SettingsFile &one, const SettingsFile &other)
 {
-    const int equals = line.indexOf('=');
-    return equals < 0 ? QByteArray() : line.left(equals).trimmed();
+    QStringList keys = settingKeyNames();
+    const QStringList all = one.keys() + other.keys();
+    for (const QString &key : all) {
+        if (key.startsWith(QLatin1String("MES/")))
+            keys.append(key);
+    }
+    keys.removeDuplicates();
+    return keys;
+}
+
+/// A key by which the plugin would get something else from the copy than it is to get; null if
+/// there is none.
+QString strayKey(const SettingsFile &original, const SettingsFile &copy,
+                 const QMap<QString, QVariant> &values)
+{
+    const QStringList keys = askedKeys(original, copy);
+    for (const QString &key : keys) {
+        const bool isRight = values.contains(key)
+            ? copy.holds(key) && copy.toString(key) == values.value(key).toString()
+            : copy.value(key) == original.value(key);
+        if (!isRight)
+            return key;
+    }
+    return {};
+}
+
+Failure notCopied(const QString &settingsFile, const QString &reason)
+{
+    return {ExitUsage,
+            Text::tr("the settings '%1' cannot be copied, so no pass was rehearsed: %2")
+                .arg(settingsFile, reason)};
+}
+
+/// Under a name that nobody reads: what was written is not taken from memory then. In ASCII: with a
+/// codec, QSettings writes each half of a letter beyond 16 bits for itself, and none can be read.
+Failure writeKeys(const SettingsFile &original, const QMap<QString, QVariant> &values,
+                  const QString &path)
+{
+    if (const Failure failure = writeFile(path, QByteArray()))
+        return failure;
+    QSettings copy(path, QSettings::IniFormat);
+    const QStringList keys = original.keys();
+    for (const QString &key : keys) {
+        if (!key.isEmpty())
+            copy.setValue(key, original.value(key));
+    }
+    for (auto value = values.cbegin(); value != values.cend(); ++value)
+        copy.setValue(value.key(), value.value());
+    copy.sync();
+    return copy.status() == QSettings::NoError
+        ? Failure()
+        : Failure {ExitUsage, Text::tr("cannot write '%1'").arg(path)};
 }
 
 } // namespace
@@ -49,17 +106,14 @@ Failure RehearsalSite::make(const QString &settingsFile, const QString &exportFi
 {
     if (!folder.failure().isEmpty())
         return {ExitUsage, folder.failure()};
-    QByteArray settings;
-    if (const Failure failure = readFile(settingsFile, &settings))
-        return failure;
-    if (const Failure failure = replaceExport(exportFile))
-        return failure;
-    return writeFile(
-        this->settingsFile(),
-        settingsWith(settings,
-                     {quotedSettingsLine(QStringLiteral("importFile"), this->exportFile()),
-                      QStringLiteral("deleteFile=false"), QStringLiteral("syncCommandRun=0"),
-                      QStringLiteral("timerInterval=1"), QStringLiteral("syncInterval=1")}));
+    const Failure failure = writeSettingsWith(
+        {{QStringLiteral("importFile"), this->exportFile()},
+         {QStringLiteral("deleteFile"), QStringLiteral("false")},
+         {QStringLiteral("syncCommandRun"), QStringLiteral("0")},
+         {QStringLiteral("timerInterval"), QStringLiteral("1")},
+         {QStringLiteral("syncInterval"), QStringLiteral("1")}},
+        settingsFile, this->settingsFile());
+    return failure ? failure : replaceExport(exportFile);
 }
 
 Failure RehearsalSite::replaceExport(const QString &file) const
@@ -75,22 +129,29 @@ Failure RehearsalSite::replaceExport(const QByteArray &content) const
     return writeFile(exportFile(), content);
 }
 
-QByteArray settingsWith(const QByteArray &settings, const QStringList &lines)
+Failure writeSettingsWith(const QMap<QString, QVariant> &values, const QString &settingsFile,
+                          const QString &path)
 {
-    // A mark of the encoding counts only as the first of all bytes.
-    const QByteArray mark = settings.startsWith("\xef\xbb\xbf") ? settings.left(3) : QByteArray();
-    QSet<QByteArray> replaced;
-    QByteArray result = mark;
-    for (const QString &line : lines) {
-        replaced.insert(keyOf(line.toUtf8()));
-        result += line.toUtf8() + '\n';
-    }
-    QString group;
-    const QList<QByteArray> old = settings.mid(mark.size()).split('\n');
-    for (const QByteArray &line : old) {
-        const bool isKey = !beginsGroup(QString::fromUtf8(line), &group);
-        if (!isKey || !group.isEmpty() || !replaced.contains(keyOf(line)))
-            result += line + '\n';
-    }
-    return result;
+    if (const Failure failure = checkKind(settingsFile))
+        return failure;
+    const SettingsFile original(settingsFile);
+    if (const Failure failure = original.check())
+        return failure;
+    const QString fresh = path + QStringLiteral(".new");
+    if (const Failure failure = writeKeys(original, values, fresh))
+        return notCopied(settingsFile, failure.text);
+    if (!QFile::rename(fresh, path))
+        return notCopied(settingsFile, Text::tr("cannot write '%1'").arg(path));
+    const SettingsFile copy(path);
+    Failure failure = copy.check();
+    const QString key = strayKey(original, copy, values);
+    if (!failure && !key.isNull())
+        failure = {ExitUsage,
+                   Text::tr("the plugin would get another '%1' from the copy; write this key as a "
+                            "plain line KEY=VALUE")
+                       .arg(key)};
+    if (!failure)
+        return {};
+    QFile::remove(path);
+    return notCopied(settingsFile, failure.text);
 }

@@ -6,7 +6,9 @@
 #include "host/base/failure.h"
 #include "host/base/scratchfolder.h"
 
+#include <QMap>
 #include <QString>
+#include <QVariant>
 
 /// A temporary folder for its owner only, with a copy of the export and the settings of the real
 /// plugin. Four things in them differ: the export is the copy and stays, no export command runs, a
@@ -32,6 +34,8 @@ private:
     ScratchFolder folder;
 };
 
-/// The settings with other values for these keys of the plugin, which stand in no group: lines
-/// KEY=VALUE. All other bytes stay as they are.
-QByteArray settingsWith(const QByteArray &settings, const QStringList &lines);
+/// Writes the settings of a file to another path, with other values for some keys. Both are read by
+/// the plugin's own reader: fails, and leaves nothing at `path`, unless the written file gives the
+/// plugin these values, and for every other key what the first one gives it.
+Failure writeSettingsWith(const QMap<QString, QVariant> &values, const QString &settingsFile,
+                          const QString &path);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // What a rehearsal reads, and the folder that its pass works in.
 #include "host/database/connection.h"
+#include "host/plugin/settingsfile.h"
 #include "host/rehearsal/pretendedday.h"
 #include "host/rehearsal/rehearsalinputs.h"
 #include "host/rehearsal/rehearsalsite.h"
@@ -10,13 +11,25 @@
 #include <QSqlQuery>
 #include <QtTest>
 
+namespace {
+
+void writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+
+} // namespace
+
 class tst_Rehearsal : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void settings_keepAllButTheseKeys_data();
-    void settings_keepAllButTheseKeys();
+    void settings_ofTheRealPassStayOut_data();
+    void settings_ofTheRealPassStayOut();
+    void settings_thatCannotBeCopied_areRefused();
     void site_isForItsOwnerOnly();
     void site_failsWithoutAnExport();
     void inputs_areNamedBeforeAnythingIsCopied_data();
@@ -26,33 +39,74 @@ private Q_SLOTS:
     void day_comesBesideTheSettingsOfTheLogin();
 };
 
-void tst_Rehearsal::settings_keepAllButTheseKeys_data()
+void tst_Rehearsal::settings_ofTheRealPassStayOut_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::newRow("nothing there")
-        << QByteArray("enabled=true\n") << QByteArray("deleteFile=false\nenabled=true\n\n");
-    QTest::newRow("there") << QByteArray("deleteFile=true\nenabled=true")
-                           << QByteArray("deleteFile=false\nenabled=true\n");
-    QTest::newRow("with blanks") << QByteArray(" deleteFile = true")
-                                 << QByteArray("deleteFile=false\n");
-    QTest::newRow("in [General]") << QByteArray("[General]\ndeleteFile=true")
-                                  << QByteArray("deleteFile=false\n[General]\n");
-    QTest::newRow("in [GENERAL]") << QByteArray("[MES]\n[GENERAL] ; all\ndeleteFile=true")
-                                  << QByteArray("deleteFile=false\n[MES]\n[GENERAL] ; all\n");
-    QTest::newRow("of another group") << QByteArray("[MES]\ndeleteFile=x")
-                                      << QByteArray("deleteFile=false\n[MES]\ndeleteFile=x\n");
-    QTest::newRow("mark of UTF-8")
-        << QByteArray("\xef\xbb\xbftestMode=true\n")
-        << QByteArray("\xef\xbb\xbf").append("deleteFile=false\ntestMode=true\n\n");
-    QTest::newRow("another encoding")
-        << QByteArray("[MES]\n21=\xe1\x9a") << QByteArray("deleteFile=false\n[MES]\n21=\xe1\x9a\n");
+    QTest::addColumn<QByteArray>("settings");
+    const auto row = [](const char *name, const QByteArray &settings) {
+        QTest::newRow(name) << settings;
+    };
+    row("nothing there", "");
+    row("there", "deleteFile=true\nsyncCommandRun=2");
+    row("twice", "deleteFile=true\nsyncCommandRun=2\ndeleteFile=true\nsyncCommandRun=2\n");
+    row("with blanks", " deleteFile = true\n\t syncCommandRun\t=\t2 ");
+    row("in [General]", "[General]\ndeleteFile=true\nsyncCommandRun=2");
+    row("in [GENERAL]", "[MES]\n[GENERAL] ; all\ndeleteFile=true\nsyncCommandRun=2");
+    row("in a group with blanks", "[MES]\n1=x\n [ general ] \ndeleteFile=true\nsyncCommandRun=2");
+    row("escaped", "%64eleteFile=true\nsync%43ommand%52un=2\n");
+    row("escaped as UTF-16", "%U0064eleteFile=true\n%U0073yncCommandRun=2\n");
+    row("with a backslash", "delete\\x46ile=true\nsync\\x43ommandRun=2\n");
+    row("on a line that goes on", "departmentId=1 \\\ndeleteFile=true\nsyncCommandRun=2\n");
+    row("the value on the next line", "deleteFile=\\\ntrue\nsyncCommandRun=\\\n2\n");
+    row("between quotes", "departmentId=\"1\ndeleteFile=true\"\nsyncCommandRun=2\n");
+    row("ends of lines of old", "deleteFile=true\rsyncCommandRun=2\r");
+    row("ends of lines of others", "deleteFile=true\r\nsyncCommandRun=2\r\n");
+    row("mark of UTF-8", QByteArray("\xef\xbb\xbf").append("deleteFile=true\nsyncCommandRun=2\n"));
+    row("behind a comment", "; a comment\n#another=1\ndeleteFile=true ; yes\nsyncCommandRun=2\n");
+    row("a list", "deleteFile=true, true\nsyncCommandRun=2, 2\nimportFile=a, b\n");
+    row("as a value of Qt", "deleteFile=@Variant(\\0\\0\\0\\x1\\x1)\nsyncCommandRun=2\n");
+    row("in other groups, too", "[MES]\ndeleteFile=x\n[%General]\ndeleteFile=y\n[x]\nimportFile=z");
 }
 
-void tst_Rehearsal::settings_keepAllButTheseKeys()
+/// However they are written: the real export would go, the real command would run.
+void tst_Rehearsal::settings_ofTheRealPassStayOut()
 {
-    QFETCH(QByteArray, before);
-    QTEST(settingsWith(before, {QStringLiteral("deleteFile=false")}), "after");
+    QFETCH(QByteArray, settings);
+    const QByteArray always
+        = "\n[General]\nenabled=true\nimportFile=/real\nsyncCommand=rm -r \"/real\"\n"
+          "[MES]\n21=Mate\xc5\x99sk\xc3\xa1; \"d\\\\o\"\n22=@x\n23=\xe1\x9a\n25=\xf0\x9f\x98\x80\n24=a, b\n";
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("TalvenHR.ini"));
+    writeFile(path, settings + always);
+    RehearsalSite site;
+    const Failure failure = site.make(path, path);
+    QVERIFY2(!failure, qPrintable(failure.text));
+    const SettingsFile real(path);
+    const SettingsFile rehearsed(site.settingsFile());
+    QCOMPARE(rehearsed.toString(QStringLiteral("importFile")), site.exportFile());
+    QCOMPARE(rehearsed.toBool(QStringLiteral("deleteFile")), false);
+    QCOMPARE(rehearsed.toUInt(QStringLiteral("syncCommandRun")), 0U);
+    QCOMPARE(rehearsed.toUInt(QStringLiteral("syncInterval")), 1U);
+    QVERIFY(rehearsed.values().tickMilliseconds == 1000);
+    for (const char *key : {"enabled", "syncCommand", "testMode", "departmentId"})
+        QCOMPARE(rehearsed.value(QString::fromLatin1(key)), real.value(QString::fromLatin1(key)));
+    QCOMPARE(rehearsed.stateTexts(), real.stateTexts());
+    QVERIFY(!real.stateTexts().isEmpty());
+}
+
+/// A list of nothing, which cannot be written as one.
+void tst_Rehearsal::settings_thatCannotBeCopied_areRefused()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("TalvenHR.ini"));
+    writeFile(path, "enabled=true\ndepartmentId=@Variant(\\0\\0\\0\\xb\\0\\0\\0\\0)\n");
+    const QString copy = folder.filePath(QStringLiteral("copy.ini"));
+    const Failure failure = writeSettingsWith({}, path, copy);
+    QCOMPARE(failure.text,
+             QStringLiteral("the settings '%1' cannot be copied, so no pass was rehearsed: the "
+                            "plugin would get another 'departmentId' from the copy; write this key "
+                            "as a plain line KEY=VALUE")
+                 .arg(path));
+    QVERIFY(!QFile::exists(copy));
 }
 
 void tst_Rehearsal::site_isForItsOwnerOnly()
@@ -79,13 +133,15 @@ void tst_Rehearsal::site_isForItsOwnerOnly()
 
 void tst_Rehearsal::site_failsWithoutAnExport()
 {
+    QTemporaryDir folder;
+    const QString settings = folder.filePath(QStringLiteral("TalvenHR.ini"));
+    writeFile(settings, "enabled=true\n");
     RehearsalSite site;
-    const Failure failure = site.make(QCoreApplication::applicationFilePath(),
-                                      QStringLiteral("/none/x.data"));
+    const Failure failure = site.make(settings, QStringLiteral("/none/x.data"));
     QCOMPARE(failure.exitCode, ExitUsage);
     QVERIFY(failure.text.startsWith(QStringLiteral("cannot read '/none/x.data': ")));
-    const Failure folder = site.make(QStringLiteral("/dev/zero"), QStringLiteral("/tmp"));
-    QCOMPARE(folder.text,
+    const Failure device = site.make(QStringLiteral("/dev/zero"), QStringLiteral("/tmp"));
+    QCOMPARE(device.text,
              QStringLiteral("'/dev/zero' is no regular file; the plugin reads no others"));
 }
 
