@@ -3,6 +3,7 @@
 // `talvenhr explain`: what the next pass would do with one person, and why.
 #include "host/commands/explaincommand.h"
 
+#include "host/base/shellword.h"
 #include "host/cli/databaseoptions.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
@@ -22,7 +23,12 @@ struct Text
 Failure read(const Options &options, ExplainOptions *explain)
 {
     explain->person = options.argument(0).trimmed();
-    if (const Failure failure = readWishes(options, &explain->wishes))
+    if (explain->person.isEmpty())
+        return options.usageFailure(
+            Text::tr("PERSON is empty; name somebody, such as 4711.1: talvenhr explain 4711.1"));
+    const QString otherExport = QStringLiteral("talvenhr explain %1 --export FILE")
+                                    .arg(shellWord(explain->person));
+    if (const Failure failure = readWishes(options, otherExport, &explain->wishes))
         return failure;
     explain->copy = readCopyWishes(options);
     explain->form = reportForm(options);
@@ -69,8 +75,8 @@ Command explainCommand()
         "Rehearses the next pass with one person only, on a copy of what concerns them, and tells "
         "it as a story: their line, their row, each decision and its reason, what is written, what "
         "waits, and what terminals are told. The database is only read.");
-    command.arguments = {
-        {QStringLiteral("PERSON"), Text::tr("a pamId such as 4711.1, a pid or a uid")}};
+    command.arguments = {{QStringLiteral("PERSON"),
+                          Text::tr("a pamId such as 4711.1, a pid, a uid, or a personal number")}};
     command.groups = {pluginOptions(), databaseOptions(), rehearsalOptions(), storyOptions()};
     command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
                          ExitDatabase, ExitRefused, ExitInterrupted};

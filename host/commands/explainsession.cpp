@@ -94,8 +94,11 @@ Failure ExplainSession::readExport(const QVector<KnownPerson> &people)
     ExportSource file(options.wishes.exportFile);
     if (const Failure failure = file.open())
         return failure;
-    const QSet<uint> pids = possiblePids(options.person, people);
-    lines = readPersonLines(file.device(), pids, personalNumbers(options.person, pids, people));
+    WantedLines wanted;
+    wanted.pids = possiblePids(options.person, people);
+    wanted.orphans = personalNumbers(options.person, wanted.pids, people);
+    wanted.number = options.person;
+    lines = readPersonLines(file.device(), wanted);
     facts.exportName = QFileInfo(options.wishes.exportFile).fileName();
     return {};
 }

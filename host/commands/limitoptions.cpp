@@ -93,8 +93,3 @@ Failure readLimits(const Options &options, QVector<Limit> *limits)
         setLimit(limit, limits);
     return failure;
 }
-
-bool areLimitsSet(const Options &options)
-{
-    return options.isSet(noLimitsName) || options.isSet(limitName) || options.isSet(allowName);
-}

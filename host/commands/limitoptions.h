@@ -18,5 +18,3 @@ Failure readLimitsOfFile(const Options &options, QVector<Limit> *limits);
 /// The limits of the defaults and talvenhr.conf, unless --no-limits drops them, then those of
 /// --limit and --allow.
 Failure readLimits(const Options &options, QVector<Limit> *limits);
-/// One of them stands on the command line.
-bool areLimitsSet(const Options &options);

@@ -3,7 +3,7 @@
 // People of the database whom an export does not have.
 #pragma once
 
-#include "host/explain/personchoice.h"
+#include "host/database/knownpeople.h"
 #include "host/exportcheck/exportdigest.h"
 
 #include <QDate>

@@ -12,6 +12,7 @@
 #include "host/cli/reportoptions.h"
 #include "host/commands/limitoptions.h"
 #include "host/commands/rehearsalsession.h"
+#include "host/commands/rehearsalwishes.h"
 #include "host/commands/runsession.h"
 #include "host/plugin/settingsfile.h"
 #include "host/rehearsal/plandifference.h"
@@ -80,8 +81,7 @@ QString rehearseCommandLine(const Options &options)
     QString line = QStringLiteral("talvenhr rehearse");
     QVector<Option> shared {{QStringLiteral("config"), QStringLiteral("FILE"), QString()},
                             {QStringLiteral("force"), QString(), QString()}};
-    for (const OptionGroup &group : {pluginOptions(), databaseOptions(), limitOptions()})
-        shared += group.options;
+    shared += pluginOptions().options + databaseOptions().options + planRehearsalOptions();
     for (const Option &option : qAsConst(shared)) {
         if (!options.isSet(option.name))
             continue;
@@ -118,34 +118,49 @@ Option planOption()
                      "file of its --changes")};
 }
 
+QVector<Option> planRehearsalOptions()
+{
+    return copyOptions() + limitOptions().options;
+}
+
 Failure checkPlanOptions(const Options &options, const RunOptions &run)
 {
-    if (!options.isSet(planName()))
-        return areLimitsSet(options) ? options.usageFailure(
-                   Text::tr("--limit, --allow and --no-limits take --plan beside them"))
-                                     : Failure();
+    if (!options.isSet(planName())) {
+        const QVector<Option> others = planRehearsalOptions();
+        for (const Option &option : others) {
+            if (options.isSet(option.name))
+                return options.usageFailure(
+                    Text::tr("--%1 takes --plan beside it").arg(option.name));
+        }
+        return {};
+    }
     if (run.passes != 1 || run.dataDirectory.isEmpty())
         return options.usageFailure(Text::tr("--plan takes --once and --data-dir beside it"));
     return {};
 }
 
-Failure checkPlan(const Options &options, const RunOptions &run)
+Failure checkPlan(const Options &options, RunLock *lock, RunOptions *run)
 {
     Plan plan;
     if (const Failure failure = readPlan(options, &plan))
         return failure;
     RehearsalOptions rehearsal;
-    rehearsal.wishes.pluginFile = run.pluginFile;
-    rehearsal.wishes.settingsFile = QDir(run.dataDirectory)
+    rehearsal.wishes.pluginFile = run->pluginFile;
+    rehearsal.wishes.settingsFile = QDir(run->dataDirectory)
                                         .filePath(QStringLiteral("TalvenHR.ini"));
-    rehearsal.wishes.force = run.force;
-    rehearsal.database = run.database;
+    rehearsal.wishes.force = run->force;
+    rehearsal.database = run->database;
+    rehearsal.copy = readCopyWishes(options);
     if (const Failure failure = readLimits(options, &rehearsal.limits))
         return failure;
     if (const Failure failure = checkSettings(rehearsal.wishes.settingsFile))
         return failure;
-    if (const Failure failure = checkInputs(&rehearsal.wishes))
+    if (const Failure failure = checkInputs(QString(), &rehearsal.wishes))
         return failure;
+    if (run->database.privateFolder.isEmpty()) {
+        if (const Failure failure = lock->take(run->database.connection))
+            return failure;
+    }
     RehearsalSession session(rehearsal);
     if (const Failure failure = session.rehearse())
         return failure;
@@ -156,6 +171,7 @@ Failure checkPlan(const Options &options, const RunOptions &run)
     const QVector<LimitOutcome> limits = exceededLimits(now);
     for (const LimitOutcome &outcome : limits)
         exceeded.append(exceededText(outcome));
+    run->plannedExport = now.header.exported.digest;
     if (exceeded.isEmpty())
         return {};
     return {ExitRefused,

@@ -7,7 +7,7 @@
 #include "host/changes/changes.h"
 #include "host/cli/databaseoptions.h"
 #include "host/copy/copyfacts.h"
-#include "host/explain/personchoice.h"
+#include "host/database/knownpeople.h"
 #include "host/rehearsal/limits.h"
 #include "host/rehearsal/rehearsal.h"
 #include "host/rehearsal/rehearsalinputs.h"

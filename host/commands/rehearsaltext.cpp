@@ -27,8 +27,7 @@ bool isMeant(const QString &text, const QString &pamId, qlonglong pid)
 {
     if (text.isEmpty())
         return false;
-    return text == pamId || text == pamId.section(QLatin1Char('.'), 0, 0)
-        || (pid != 0 && text == QString::number(pid));
+    return text == pamId || isNumberOf(text, pamId) || (pid != 0 && text == QString::number(pid));
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "host/changes/changes.h"
-#include "host/explain/personchoice.h"
+#include "host/database/knownpeople.h"
 #include "host/exportcheck/exportdigest.h"
 
 /// Grows part by part. Made and used on the stack of a command; the changes outlive it.

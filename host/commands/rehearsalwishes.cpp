@@ -46,7 +46,7 @@ QVector<Option> passOptions()
              Text::tr("rehearse the pass of another day, such as 2027-01-01")}};
 }
 
-Failure readWishes(const Options &options, RehearsalWishes *wishes)
+Failure readWishes(const Options &options, const QString &otherExport, RehearsalWishes *wishes)
 {
     QString directory;
     if (const Failure failure = readDataDirectory(options, &directory))
@@ -57,7 +57,7 @@ Failure readWishes(const Options &options, RehearsalWishes *wishes)
     wishes->force = options.isSet(QStringLiteral("force"));
     if (const Failure failure = readDay(options, &wishes->today))
         return failure;
-    return checkInputs(wishes);
+    return checkInputs(otherExport, wishes);
 }
 
 QVector<Option> copyOptions()

@@ -12,8 +12,9 @@ class Options;
 /// --export, --force, --today: which pass it is.
 QVector<Option> passOptions();
 /// What is rehearsed: the plugin, its real settings, and the export that is named, there or by the
-/// option. Takes the options of the plugin, too.
-Failure readWishes(const Options &options, RehearsalWishes *wishes);
+/// option. Takes the options of the plugin, too. `otherExport` is the command that names another
+/// export, for whoever has none.
+Failure readWishes(const Options &options, const QString &otherExport, RehearsalWishes *wishes);
 
 /// --whole, --without-triggers, --without-routines: what the copy holds.
 QVector<Option> copyOptions();

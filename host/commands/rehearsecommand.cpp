@@ -23,14 +23,17 @@ struct Text
 
 Failure read(const Options &options, RehearsalOptions *rehearsal)
 {
-    if (const Failure failure = readWishes(options, &rehearsal->wishes))
+    rehearsal->wishes.after = options.values(QStringLiteral("after"));
+    if (const Failure failure = readWishes(
+            options, QStringLiteral("talvenhr rehearse --export FILE"), &rehearsal->wishes))
         return failure;
     if (const Failure failure = readLimits(options, &rehearsal->limits))
         return failure;
-    rehearsal->wishes.after = options.values(QStringLiteral("after"));
     rehearsal->copy = readCopyWishes(options);
     rehearsal->keep = options.value(QStringLiteral("keep"));
-    rehearsal->person = options.value(QStringLiteral("person"));
+    rehearsal->person = options.value(QStringLiteral("person")).trimmed();
+    if (options.isSet(QStringLiteral("person")) && rehearsal->person.isEmpty())
+        return options.usageFailure(Text::tr("--person needs somebody, such as 4711.1"));
     rehearsal->changesFile = options.value(QStringLiteral("changes"));
     rehearsal->html = options.value(QStringLiteral("html"));
     rehearsal->isQuiet = isQuiet(options);

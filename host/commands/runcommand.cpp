@@ -6,7 +6,6 @@
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
-#include "host/commands/limitoptions.h"
 #include "host/commands/plancheck.h"
 #include "host/commands/runsession.h"
 
@@ -44,11 +43,9 @@ OptionGroup lengthOptions()
           Text::tr("end with exit code 1 also when there are warnings")}}};
 }
 
-OptionGroup planLimitOptions()
+OptionGroup rehearsalOptions()
 {
-    OptionGroup group = limitOptions();
-    group.title = Text::tr("Limits of the pass that --plan rehearses");
-    return group;
+    return {Text::tr("The pass that --plan rehearses"), planRehearsalOptions()};
 }
 
 OptionGroup changeOptions()
@@ -118,12 +115,13 @@ Failure run(const Options &options)
         return failure;
     if (const Failure failure = checkPlanOptions(options, runOptions))
         return failure;
+    RunLock lock;
     if (options.isSet(QStringLiteral("plan"))) {
-        if (const Failure failure = checkPlan(options, runOptions))
+        if (const Failure failure = checkPlan(options, &lock, &runOptions))
             return failure;
     }
     LogWriter writer(runOptions.logFormat);
-    return RunSession(runOptions, &writer).run();
+    return RunSession(runOptions, &lock, &writer).run();
 }
 
 } // namespace
@@ -138,7 +136,7 @@ Command runCommand()
         "the HR export. Without a database of your own, a private one with a sample company is "
         "made for you.");
     command.groups = {pluginOptions(),    databaseOptions(), lengthOptions(),
-                      planLimitOptions(), changeOptions(),   tracedLogOptions()};
+                      rehearsalOptions(), changeOptions(),   tracedLogOptions()};
     command.exitCodes = {ExitClean,   ExitErrors,  ExitUsage,      ExitDatabase,
                          ExitTimeout, ExitRefused, ExitInterrupted};
     command.sections = {

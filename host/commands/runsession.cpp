@@ -41,8 +41,9 @@ QString timeText(const QDateTime &moment)
 
 } // namespace
 
-RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
+RunSession::RunSession(const RunOptions &runOptions, RunLock *runLock, LogWriter *logWriter) :
     options(runOptions),
+    lock(runLock),
     writer(logWriter),
     plugin(pluginOptionsOf(runOptions), logWriter)
 {
@@ -62,6 +63,9 @@ RunSession::RunSession(const RunOptions &runOptions, LogWriter *logWriter) :
         listenForChanges();
     if (options.held)
         listenForPasses();
+    if (!options.plannedExport.isEmpty())
+        connect(&plugin, &PluginRun::exportSeen, this, &RunSession::refuseOtherExport,
+                Qt::DirectConnection);
 }
 
 RunSession::~RunSession() = default;
@@ -129,11 +133,11 @@ Failure RunSession::openDatabase()
     if (!failure)
         failure = checkAttendance(connection.handle());
     if (!failure)
-        failure = lock.take(parameters);
+        failure = lock->take(parameters);
     if (!failure && options.force)
         failure = forceNextPass(connection.handle());
     connection.close();
-    if (!failure && !lock.isHeld())
+    if (!failure && !lock->isHeld())
         warn(QStringLiteral("the server has no locks (GET_LOCK), so another 'talvenhr run' "
                             "on this database would go unnoticed"));
     if (!failure && options.changes.any())

@@ -38,6 +38,7 @@ struct RunOptions
     bool held = false; ///< between two passes, until a line comes
     ChangeWishes changes;
     QString trace; ///< file for all messages and calls; empty: none
+    QString plannedExport; ///< digest of the only export that may be taken; empty: any
     bool strict = false; ///< warnings count as errors
     int timeout = 0; ///< seconds, 0: none
     int grace = 10; ///< seconds that a pass has to come to its end, once it is to end in any case
@@ -54,7 +55,8 @@ class RunSession : public QObject
     Q_OBJECT
 
 public:
-    RunSession(const RunOptions &options, LogWriter *writer);
+    /// `lock` may be held already.
+    RunSession(const RunOptions &options, RunLock *lock, LogWriter *writer);
     ~RunSession() override;
 
     /// What goes wrong after the plugin has started is told by the writer, and comes back without
@@ -75,6 +77,7 @@ private Q_SLOTS:
     void identifyExport(int dropped);
     void lookAtChanges();
     void holdPlugin();
+    void refuseOtherExport();
 
     // The end (runsession_ending.cpp)
     void endForSignal();
@@ -105,17 +108,18 @@ private:
     Failure told(const Failure &failure);
     void cutAfterGrace(const RunEnding &ending);
     void cut(const RunEnding &ending);
+    void leave(const RunEnding &ending);
     QString whatIsWaitedFor() const;
     QString whatThePluginWaitsFor() const;
 
     const RunOptions options;
+    RunLock *const lock;
     LogWriter *const writer;
     QElapsedTimer clock;
     // In this order: the plugin goes before what it uses.
     SignalWatch signalWatch;
     QScopedPointer<PrivateDatabase> privateDatabase;
     std::atomic<qint64> serverProcess {0}; ///< of the private server
-    RunLock lock;
     Connection connection {QStringLiteral("talvenhr")};
     CallWatch callWatch; ///< over the connection, for the plugin to clone
     QScopedPointer<ChangeWatch> changes; ///< null unless they are wanted

@@ -32,6 +32,9 @@ RunEnding RunSession::ending(const Failure &failure) const
     if (figures.passes < options.passes)
         return {ExitErrors,
                 QStringLiteral("ended by a signal before pass %1").arg(figures.passes + 1)};
+    if (figures.missingExports > 0 && !options.plannedExport.isEmpty())
+        return {ExitRefused,
+                tr("the export that was rehearsed is gone, so no line of it was taken")};
     if (figures.errors > 0)
         return {ExitErrors, QString()};
     if (outputIsLost)
@@ -129,27 +132,42 @@ void RunSession::cutAfterGrace(const RunEnding &end)
     watchdog.arm(options.grace * 1000, [this, end] { cut(end); });
 }
 
-/// Ends the process, on the watchdog's thread: the main thread or the plugin's may hang for good.
-/// Leaves no server and no file of this process behind.
+/// Just before the plugin opens the file. It has written nothing yet, and there is no other way to
+/// keep it from that.
+void RunSession::refuseOtherExport()
+{
+    if (identityOf(plugin.settings().importFile).digest != options.plannedExport)
+        leave(
+            {ExitRefused,
+             tr("the export '%1' was replaced after its pass had been rehearsed, so no line of it "
+                "was taken; rehearse the new one")
+                 .arg(plugin.settings().importFile)});
+}
+
+/// On the watchdog's thread: the main thread or the plugin's may hang for good.
 void RunSession::cut(const RunEnding &end)
+{
+    const QString pass = plugin.isPassRunning()
+        ? QStringLiteral("the running pass was cut while waiting for ")
+        : QStringLiteral("while waiting for ");
+    leave({end.exitCode, end.reason + QStringLiteral(", ") + pass + whatIsWaitedFor()});
+}
+
+/// Ends the process, on any thread. Leaves no server and no file of this process behind.
+void RunSession::leave(const RunEnding &end)
 {
     // Whoever reads the log may stand still, and hold the locks of those who write.
     std::thread([end] {
         std::this_thread::sleep_for(std::chrono::seconds(2));
         std::_Exit(end.exitCode);
     }).detach();
-    const QString pass = plugin.isPassRunning()
-        ? QStringLiteral("the running pass was cut while waiting for ")
-        : QStringLiteral("while waiting for ");
-    const RunEnding told {end.exitCode,
-                          end.reason + QStringLiteral(", ") + pass + whatIsWaitedFor()};
-    const Report summary = runSummary(figures(), testMode, clock.elapsed(), told);
+    const Report summary = runSummary(figures(), testMode, clock.elapsed(), end);
     // Only now: the plugin would go on with errors.
     if (serverProcess > 0)
         ::kill(static_cast<pid_t>(serverProcess), SIGKILL);
     plugin.removeTraces();
     writer->summary(summary);
-    std::_Exit(told.exitCode);
+    std::_Exit(end.exitCode);
 }
 
 QString RunSession::whatIsWaitedFor() const

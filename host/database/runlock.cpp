@@ -73,6 +73,8 @@ RunLock::RunLock() :
 
 Failure RunLock::take(const ConnectionParameters &parameters)
 {
+    if (asked)
+        return {};
     if (const Failure failure = connection.open(parameters))
         return failure;
     const QSqlDatabase database = connection.handle();
@@ -88,7 +90,8 @@ Failure RunLock::take(const ConnectionParameters &parameters)
             answer = answerOf(database, question);
     }
     held = answer.value.toInt() == 1;
-    if (held || meansNoLocks(answer.error))
+    asked = held || meansNoLocks(answer.error);
+    if (asked)
         return {};
     if (answer.value.isNull())
         return {ExitDatabase,

@@ -15,13 +15,15 @@ class RunLock
 public:
     RunLock();
 
-    /// Fails with ExitRefused when another run has the lock, and tells who.
+    /// Fails with ExitRefused when another run has the lock, and tells who. Does nothing once it
+    /// has not failed.
     Failure take(const ConnectionParameters &parameters);
     /// False after take() where the server has no such locks: nobody is kept away then.
     bool isHeld() const { return held; }
 
 private:
     Connection connection;
+    bool asked = false; ///< without a failure
     bool held = false;
 };
 

@@ -4,9 +4,7 @@
 #include "host/doctor/contentparts.h"
 
 #include "host/catalogue/findings.h"
-
-#include "export/employeerecord.h"
-#include "export/exportcells.h"
+#include "host/database/knownpeople.h"
 
 #include <QCoreApplication>
 #include <QMultiHash>
@@ -30,17 +28,6 @@ struct Person
     uint key = 0; ///< by which the plugin files the row: what its pamId gives
 };
 
-uint keyOf(const QString &pamId)
-{
-    const int dot = pamId.indexOf(QLatin1Char('.'));
-    EmployeeRecord record;
-    record.osobniCislo = numberFromCell(pamId.leftRef(dot));
-    record.poradoveCisloPP = dot < 0
-        ? 0
-        : numberFromCell(pamId.midRef(pamId.lastIndexOf(QLatin1Char('.')) + 1));
-    return record.pid();
-}
-
 Person personFrom(const ContentRow &row)
 {
     Person person;
@@ -49,7 +36,7 @@ Person personFrom(const ContentRow &row)
     person.pid = row.at(1).toUInt();
     person.pamId = row.at(2).toString();
     person.isActive = row.at(3).toBool();
-    person.key = keyOf(person.pamId);
+    person.key = keyOfPamId(person.pamId);
     return person;
 }
 

@@ -3,13 +3,7 @@
 // Whom PERSON on the command line means.
 #include "host/explain/personchoice.h"
 
-#include "export/employeerecord.h"
-#include "export/exportcells.h"
-#include "host/database/errortext.h"
-
 #include <QCoreApplication>
-#include <QSqlQuery>
-#include <QVariant>
 
 #include <algorithm>
 
@@ -88,44 +82,11 @@ private:
 
 } // namespace
 
-uint keyOfPamId(const QString &pamId)
-{
-    const int dot = pamId.indexOf(QLatin1Char('.'));
-    EmployeeRecord record;
-    record.osobniCislo = numberFromCell(pamId.leftRef(dot));
-    record.poradoveCisloPP = dot < 0
-        ? 0
-        : numberFromCell(pamId.midRef(pamId.lastIndexOf(QLatin1Char('.')) + 1));
-    return record.pid();
-}
-
-Failure readKnownPeople(const QSqlDatabase &database, QVector<KnownPerson> *people)
-{
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    if (!query.exec(QStringLiteral("SELECT uid, pid, pamId, CONCAT_WS(' ', name, surname), status, "
-                                   "end FROM people ORDER BY uid")))
-        return {ExitDatabase,
-                Text::tr("the people cannot be read: %1").arg(errorText(query.lastError()))};
-    while (query.next()) {
-        KnownPerson person;
-        person.uid = query.value(0).toLongLong();
-        person.pid = query.value(1).toUInt();
-        person.pamId = query.value(2).toString();
-        person.key = keyOfPamId(person.pamId);
-        person.name = query.value(3).toString();
-        person.isActive = query.value(4).toBool();
-        person.end = query.value(5).toLongLong();
-        people->append(person);
-    }
-    return {};
-}
-
 QSet<uint> possiblePids(const QString &word, const QVector<KnownPerson> &people)
 {
     QSet<uint> pids {keyOfPamId(word), word.toUInt()};
     for (const KnownPerson &person : people) {
-        if (person.uid == word.toLongLong())
+        if (person.uid == word.toLongLong() || isNumberOf(word, person.pamId))
             pids.insert(pidOf(person));
     }
     pids.remove(0);
@@ -149,13 +110,21 @@ QVector<ChosenPerson> peopleMeant(const QString &word, const QVector<KnownPerson
         if (person.uid != 0 && QString::number(person.uid) == word)
             choice.add(ChosenPerson::Uid, pidOf(person));
     }
+    for (const KnownPerson &person : people) {
+        if (isNumberOf(word, person.pamId))
+            choice.add(ChosenPerson::Number, pidOf(person));
+    }
+    for (const LinePerson &line : lines) {
+        if (isNumberOf(word, line.pamId))
+            choice.add(ChosenPerson::Number, line.pid);
+    }
     return choice.result();
 }
 
 QString choiceText(const ChosenPerson &person)
 {
     const QString who = person.pamId.isEmpty() ? Text::tr("pid %1").arg(person.pid) : person.pamId;
-    return Text::tr("%1, whose %2 it is").arg(who, keyName(person.takenAs));
+    return Text::tr("%1, whose %2 it is").arg(who, keyTitle(person.takenAs));
 }
 
 QString keyName(ChosenPerson::Key key)
@@ -165,8 +134,15 @@ QString keyName(ChosenPerson::Key key)
         return QStringLiteral("pamId");
     case ChosenPerson::Pid:
         return QStringLiteral("pid");
+    case ChosenPerson::Number:
+        return QStringLiteral("number");
     case ChosenPerson::Uid:
         break;
     }
     return QStringLiteral("uid");
+}
+
+QString keyTitle(ChosenPerson::Key key)
+{
+    return key == ChosenPerson::Number ? Text::tr("personal number") : keyName(key);
 }

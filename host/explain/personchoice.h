@@ -3,25 +3,11 @@
 // Whom PERSON on the command line means.
 #pragma once
 
-#include "host/base/failure.h"
+#include "host/database/knownpeople.h"
 
 #include <QSet>
-#include <QStringList>
+#include <QString>
 #include <QVector>
-
-class QSqlDatabase;
-
-/// A row of `people`, as far as it tells who it is.
-struct KnownPerson
-{
-    qlonglong uid = 0;
-    uint pid = 0; ///< the column; 0 for NULL
-    uint key = 0; ///< by which the plugin files the row: what its pamId gives
-    QString pamId;
-    QString name; ///< first name and surname
-    bool isActive = false;
-    qlonglong end = 0; ///< of the employment, in seconds since the epoch; 0: it has none
-};
 
 /// A line of the export, as far as it tells who it is about.
 struct LinePerson
@@ -33,7 +19,12 @@ struct LinePerson
 /// Somebody whom a word may mean.
 struct ChosenPerson
 {
-    enum Key { PamId, Pid, Uid };
+    enum Key {
+        PamId,
+        Pid,
+        Uid,
+        Number, ///< the personal number, without an ordinal
+    };
 
     Key takenAs = PamId;
     uint pid = 0; ///< by which the plugin knows them, and all that concerns them
@@ -42,22 +33,18 @@ struct ChosenPerson
     QVector<qlonglong> uids; ///< of all rows that the plugin may take for theirs
 };
 
-/// The key that the plugin makes of a pamId; 0 for one that is none.
-uint keyOfPamId(const QString &pamId);
-
-/// All rows of `people`. Only reads.
-Failure readKnownPeople(const QSqlDatabase &database, QVector<KnownPerson> *people);
-
 /// The pids by which the word may mean a line of the export: as a pamId, as a pid, and of the rows
-/// that have it as their uid.
+/// that have it as their uid or personal number.
 QSet<uint> possiblePids(const QString &word, const QVector<KnownPerson> &people);
 
-/// Everybody whom the word means, each once, by pid: a pamId such as "4711.1", a pid or a uid, of
-/// somebody with a row or a line.
+/// Everybody whom the word means, each once, by pid: a pamId such as "4711.1", a pid, a uid or a
+/// personal number, of somebody with a row or a line.
 QVector<ChosenPerson> peopleMeant(const QString &word, const QVector<KnownPerson> &people,
                                   const QVector<LinePerson> &lines);
 
-/// "4711.1 (pid 47111), which is their pamId", for whoever has to choose.
+/// "4711.1, whose pid it is", for whoever has to choose.
 QString choiceText(const ChosenPerson &person);
-/// "pamId", "pid" or "uid".
+/// For machines: "pamId", "pid", "uid" or "number".
 QString keyName(ChosenPerson::Key key);
+/// For people: "personal number" for the last of these.
+QString keyTitle(ChosenPerson::Key key);

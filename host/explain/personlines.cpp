@@ -19,6 +19,12 @@ EmployeeRecord keyRecord(const ExportLine &line)
     return record;
 }
 
+bool isWanted(LineFate fate, const EmployeeRecord &key, const WantedLines &wanted)
+{
+    return wanted.pids.contains(key.pid()) || isNumberOf(wanted.number, key.pamId())
+        || (fate == LineFate::NoKey && wanted.orphans.contains(key.osobniCislo));
+}
+
 PersonLine personLine(const ExportLine &line, int number, const QByteArray &bytes)
 {
     PersonLine result;
@@ -34,8 +40,7 @@ PersonLine personLine(const ExportLine &line, int number, const QByteArray &byte
 
 } // namespace
 
-QVector<PersonLine> readPersonLines(QIODevice *device, const QSet<uint> &pids,
-                                    const QSet<uint> &personalNumbers)
+QVector<PersonLine> readPersonLines(QIODevice *device, const WantedLines &wanted)
 {
     QVector<PersonLine> found;
     ExportFile file(device);
@@ -46,9 +51,7 @@ QVector<PersonLine> readPersonLines(QIODevice *device, const QSet<uint> &pids,
         const int number = file.lineNumber();
         const bool header = number == 1 && line.fate != LineFate::Taken && isHeader(line);
         const EmployeeRecord key = keyRecord(line);
-        const bool isTheirs = pids.contains(key.pid())
-            || (line.fate == LineFate::NoKey && personalNumbers.contains(key.osobniCislo));
-        if (!header && !isTheirs)
+        if (!header && !isWanted(line.fate, key, wanted))
             continue;
         found.append(personLine(line, number, file.lineBytes()));
         found.last().isHeader = header;

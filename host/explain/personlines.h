@@ -24,10 +24,16 @@ struct PersonLine
     bool isHeader = false; ///< the first line, with the names of the columns
 };
 
-/// The header, if there is one, and the lines that have one of these pids; of dropped lines also
-/// those that have one of the personal numbers, but no ordinal. In the order of the file.
-QVector<PersonLine> readPersonLines(QIODevice *device, const QSet<uint> &pids,
-                                    const QSet<uint> &personalNumbers);
+/// Which lines are looked for.
+struct WantedLines
+{
+    QSet<uint> pids;
+    QSet<uint> orphans; ///< personal numbers of lines that have no ordinal
+    QString number; ///< the personal number of lines whatever their ordinal; empty for none
+};
+
+/// The header, if there is one, and the lines that are wanted, in the order of the file.
+QVector<PersonLine> readPersonLines(QIODevice *device, const WantedLines &wanted);
 
 /// Who the lines are about.
 QVector<LinePerson> peopleOf(const QVector<PersonLine> &lines);

@@ -28,7 +28,7 @@ QString titleOf(const ExplainFacts &facts)
         person.pamId.isEmpty() ? Text::tr("somebody without a number") : person.pamId, person.name);
     return oneLine(
         Text::tr("%1 (%2), taken by %3")
-            .arg(who.trimmed(), keys.join(QStringLiteral(", ")), keyName(person.takenAs)));
+            .arg(who.trimmed(), keys.join(QStringLiteral(", ")), keyTitle(person.takenAs)));
 }
 
 bool waits(const ChangedPerson &person)

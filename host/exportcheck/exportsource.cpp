@@ -4,6 +4,7 @@
 #include "host/exportcheck/exportsource.h"
 
 #include "export/exportfile.h"
+#include "host/base/regularfile.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -36,19 +37,9 @@ Failure ExportSource::open()
 {
     if (path == QLatin1String("-"))
         return spool();
+    if (const Failure failure = openRegularFile(&file))
+        return failure;
     const QFileInfo info(path);
-    if (!info.exists())
-        return {ExitUsage,
-                info.isSymLink() ? Text::tr("'%1' is a link to '%2', which is not there")
-                                       .arg(path, info.symLinkTarget())
-                                 : Text::tr("there is no file '%1'").arg(path)};
-    if (info.isDir())
-        return {ExitUsage, Text::tr("'%1' is a folder, not a file").arg(path)};
-    if (!info.isFile())
-        return {ExitUsage,
-                Text::tr("'%1' is no regular file; the plugin reads no others").arg(path)};
-    if (!file.open(QIODevice::ReadOnly))
-        return {ExitUsage, Text::tr("cannot read '%1': %2").arg(path, file.errorString())};
     sizeAtOpening = info.size();
     timeAtOpening = info.lastModified();
     return {};

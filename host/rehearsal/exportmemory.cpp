@@ -5,8 +5,8 @@
 
 #include "export/exportfile.h"
 #include "export/exportline.h"
+#include "host/base/regularfile.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -14,19 +14,14 @@
 
 namespace {
 
-struct Text
-{
-    Q_DECLARE_TR_FUNCTIONS(ExportMemory)
-};
-
 /// All lines that come to a record, as the plugin reads them.
 Failure readRecords(
     const QString &path,
     const std::function<void(const EmployeeRecord &record, const QByteArray &bytes)> &take)
 {
     QFile file(path);
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
-        return {ExitUsage, Text::tr("cannot read '%1': %2").arg(path, file.errorString())};
+    if (const Failure failure = openRegularFile(&file))
+        return failure;
     ExportFile lines(&file);
     LineReader reader;
     QString line;
@@ -43,7 +38,6 @@ Failure readRecords(
 Failure ExportMemory::take(const QString &path)
 {
     const QDateTime taken = QFileInfo(path).lastModified();
-    ++count;
     return readRecords(path, [this, &taken](const EmployeeRecord &record, const QByteArray &) {
         people.insert(record.pid(), {record, taken});
     });

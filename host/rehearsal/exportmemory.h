@@ -33,8 +33,6 @@ public:
     /// Whom a new export names and an earlier one has named, in the order of the file.
     Failure compare(const QString &path, QVector<SeenPerson> *seen) const;
 
-    int exports() const { return count; }
-
 private:
     struct Last
     {
@@ -43,5 +41,4 @@ private:
     };
 
     QHash<uint, Last> people; ///< by pid
-    int count = 0;
 };

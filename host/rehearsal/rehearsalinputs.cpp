@@ -3,6 +3,7 @@
 // What a rehearsal reads besides the database.
 #include "host/rehearsal/rehearsalinputs.h"
 
+#include "host/base/regularfile.h"
 #include "host/plugin/pluginfile.h"
 #include "host/plugin/settingscheck.h"
 #include "host/plugin/settingsfile.h"
@@ -30,14 +31,33 @@ Failure checkSettings(const SettingsFile &settings)
     return {};
 }
 
-Failure findExport(const SettingsFile &settings, QString *exportFile)
+/// `otherExport` may be empty in both.
+QString unnamedExport(const QString &settingsFile, const QString &otherExport)
+{
+    if (otherExport.isEmpty())
+        return Text::tr("'%1' does not say where the export lies; set importFile there")
+            .arg(settingsFile);
+    return Text::tr("'%1' does not say where the export lies; set importFile there, or name an "
+                    "export: %2")
+        .arg(settingsFile, otherExport);
+}
+
+QString missingExport(const QString &exportFile, const QString &settingsFile,
+                      const QString &otherExport)
+{
+    if (otherExport.isEmpty())
+        return Text::tr("there is no export at '%1', the importFile of '%2'; put one there")
+            .arg(exportFile, settingsFile);
+    return Text::tr("there is no export at '%1', the importFile of '%2'; put one there, or name "
+                    "another: %3")
+        .arg(exportFile, settingsFile, otherExport);
+}
+
+Failure findExport(const SettingsFile &settings, const QString &otherExport, QString *exportFile)
 {
     const bool isNamed = !exportFile->isEmpty();
     if (!isNamed && settings.toString(QStringLiteral("importFile")).isEmpty())
-        return {ExitUsage,
-                Text::tr("'%1' does not say where the export lies; set importFile there, or name "
-                         "an export: talvenhr rehearse --export FILE")
-                    .arg(settings.path())};
+        return {ExitUsage, unnamedExport(settings.path(), otherExport)};
     if (!isNamed)
         *exportFile = settings.values().importFile;
     const QFileInfo info(*exportFile);
@@ -49,31 +69,31 @@ Failure findExport(const SettingsFile &settings, QString *exportFile)
         return {};
     if (isNamed)
         return {ExitUsage, Text::tr("there is no export '%1'; correct --export").arg(*exportFile)};
-    return {ExitUsage,
-            Text::tr("there is no export at '%1', the importFile of '%2'; put one there, or name "
-                     "another: talvenhr rehearse --export FILE")
-                .arg(*exportFile, settings.path())};
+    return {ExitUsage, missingExport(*exportFile, settings.path(), otherExport)};
 }
 
 } // namespace
 
-Failure checkInputs(RehearsalWishes *wishes)
+Failure checkInputs(const QString &otherExport, RehearsalWishes *wishes)
 {
     const SettingsFile settings(wishes->settingsFile);
     if (const Failure failure = checkSettings(settings))
         return failure;
     if (const Failure failure = PluginFile(wishes->pluginFile).check())
         return failure;
-    return findExport(settings, &wishes->exportFile);
+    for (const QString &path : qAsConst(wishes->after)) {
+        QFile file(path);
+        if (const Failure failure = openRegularFile(&file))
+            return failure;
+    }
+    return findExport(settings, otherExport, &wishes->exportFile);
 }
 
 Failure lookAtExport(const RehearsalWishes &wishes, ExportLook *look)
 {
     QFile file(wishes.exportFile);
-    if (!file.open(QIODevice::ReadOnly))
-        return {ExitUsage,
-                Text::tr("the export '%1' cannot be read: %2")
-                    .arg(wishes.exportFile, file.errorString())};
+    if (const Failure failure = openRegularFile(&file))
+        return failure;
     ExportCheckSettings settings;
     settings.today = wishes.today.isValid() ? wishes.today : QDate::currentDate();
     ExportCheck check = checkExport(&file, settings);

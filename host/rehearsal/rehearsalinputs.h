@@ -9,8 +9,9 @@
 
 /// Looks at plugin and settings as `run` does before it touches anything, and names the export that
 /// the settings name where the wishes name none. Fails with what the plugin could not work with, by
-/// the names of the real files.
-Failure checkInputs(RehearsalWishes *wishes);
+/// the names of the real files; `otherExport` is the command that names another export, empty where
+/// there is none.
+Failure checkInputs(const QString &otherExport, RehearsalWishes *wishes);
 
 /// What is wrong with an export, and who stands in it.
 struct ExportLook

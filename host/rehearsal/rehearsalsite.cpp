@@ -4,12 +4,12 @@
 #include "host/rehearsal/rehearsalsite.h"
 
 #include "host/base/ownerfile.h"
+#include "host/base/regularfile.h"
 #include "host/plugin/settingkeys.h"
 #include "host/plugin/settingsfile.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QFileInfo>
 #include <QSettings>
 
 namespace {
@@ -18,25 +18,6 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(RehearsalSite)
 };
-
-/// A pipe would wait for its other end, for good.
-Failure checkKind(const QString &path)
-{
-    if (!QFileInfo::exists(path) || QFileInfo(path).isFile())
-        return {};
-    return {ExitUsage, Text::tr("'%1' is no regular file; the plugin reads no others").arg(path)};
-}
-
-Failure readFile(const QString &path, QByteArray *content)
-{
-    if (const Failure failure = checkKind(path))
-        return failure;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {ExitUsage, Text::tr("cannot read '%1': %2").arg(path, file.errorString())};
-    *content = file.readAll();
-    return {};
-}
 
 Failure writeFile(const QString &path, const QByteArray &content)
 {
@@ -118,10 +99,10 @@ Failure RehearsalSite::make(const QString &settingsFile, const QString &exportFi
 
 Failure RehearsalSite::replaceExport(const QString &file) const
 {
-    QByteArray content;
-    if (const Failure failure = readFile(file, &content))
+    QFile other(file);
+    if (const Failure failure = openRegularFile(&other))
         return failure;
-    return replaceExport(content);
+    return replaceExport(other.readAll());
 }
 
 Failure RehearsalSite::replaceExport(const QByteArray &content) const
@@ -132,8 +113,6 @@ Failure RehearsalSite::replaceExport(const QByteArray &content) const
 Failure writeSettingsWith(const QMap<QString, QVariant> &values, const QString &settingsFile,
                           const QString &path)
 {
-    if (const Failure failure = checkKind(settingsFile))
-        return failure;
     const SettingsFile original(settingsFile);
     if (const Failure failure = original.check())
         return failure;

@@ -147,6 +147,13 @@ void tst_Explain::person_isLookedForInExportAndDatabase()
     QVERIFY2(several.lastLine().contains(str("11 may mean several people: 1.1, whose pid it is; ")),
              qPrintable(several.lastLine()));
 
+    TalvenhrProcess byNumber(QStringList {str("explain"), str("1001"), str("--quiet")} + where);
+    QCOMPARE(byNumber.finish(), 0);
+    TalvenhrProcess empty(QStringList {str("explain"), QString()} + where);
+    QCOMPARE(empty.finish(), 2);
+    QVERIFY2(empty.lastLine().contains(str("PERSON is empty; name somebody, such as 4711.1")),
+             qPrintable(empty.lastLine()));
+
     TalvenhrProcess nobody(QStringList {str("explain"), str("9999.1")} + where);
     QCOMPARE(nobody.finish(), 1);
     QVERIFY(nobody.lastLine().contains(str("nor a row of the database is about 9999.1")));

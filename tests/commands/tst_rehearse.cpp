@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // `talvenhr rehearse` and `talvenhr run --plan`.
+#include "host/database/connection.h"
+#include "host/server/privatedatabase.h"
 #include "support/commands/jsonschema.h"
 #include "support/commands/site.h"
 #include "support/commands/talvenhrprocess.h"
@@ -9,6 +11,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSqlQuery>
 #include <QtTest>
 
 #include <csignal>
@@ -43,6 +46,9 @@ private Q_SLOTS:
     void whatCannotBe_isToldBeforeAnythingIsCopied();
     void page_hasTheNumbersOfTheDocument();
     void plan_letsOnlyTheSamePassThrough();
+    void plan_takesNoOtherExport_data();
+    void plan_takesNoOtherExport();
+    void plan_holdsTheLockAndGoesWithoutRights();
     void exportWithoutAUsableLine_isAnError();
     void configuration_namesTheSourceAndNeverTheCopy();
     void exportThatIsReplaced_isNotJudged();
@@ -64,6 +70,7 @@ private:
     Site site;
     QTemporaryDir scratchPlace;
     QString pagePlan; ///< of the page's rehearsal
+    QString laterPlan; ///< of the rows of plan_takesNoOtherExport()
 };
 
 QStringList tst_Rehearse::command(std::initializer_list<const char *> words) const
@@ -101,6 +108,9 @@ void tst_Rehearse::whatCannotBe_isToldBeforeAnythingIsCopied_data()
     }
     row({QStringLiteral("--keep"), site.dataDir()}, "holds something already; name another one");
     row({QStringLiteral("--export"), QStringLiteral("/none")}, "there is no export '/none'");
+    row({QStringLiteral("--after"), QStringLiteral("/no/x")}, "there is no file '/no/x'");
+    row({QStringLiteral("--after"), site.dataDir()}, "' is a folder, not a file");
+    row({QStringLiteral("--person"), QString()}, "--person needs somebody, such as 4711.1");
     row({QStringLiteral("--today"), QStringLiteral("1900-01-01")}, "from 1970-01-03 to 2038-01-17");
     row({QStringLiteral("--limit"), QStringLiteral("changed:surnam=1")},
         "has no column 'surnam' (did you mean 'surname'?)");
@@ -208,6 +218,95 @@ void tst_Rehearse::plan_letsOnlyTheSamePassThrough()
     TalvenhrProcess unplanned(command({"run", "--once", "--allow", "missing=90"}));
     QCOMPARE(unplanned.finish(), 2);
     TalvenhrProcess same(withPlan(plan));
+    QCOMPARE(same.finish(), 0);
+    QVERIFY2(same.lastLine().contains(QStringLiteral("1 pass")), qPrintable(same.lastLine()));
+}
+
+void tst_Rehearse::plan_takesNoOtherExport_data()
+{
+    QTest::addColumn<QString>("other");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("another") << Site::employee(7001, QStringLiteral("Intruder"))
+                             << QStringLiteral("so no line of it was taken; rehearse the new one");
+    QTest::newRow("gone") << QString()
+                          << QStringLiteral("the export that was rehearsed is gone, so no line of "
+                                            "it was taken");
+}
+
+/// It comes when the rehearsal is over, and the plugin waits for its first tick.
+void tst_Rehearse::plan_takesNoOtherExport()
+{
+    QFETCH(QString, other);
+    QFETCH(QString, reason);
+    site.set({QStringLiteral("syncCommandRun=0"), QStringLiteral("timerInterval=6")});
+    if (laterPlan.isEmpty()) {
+        TalvenhrProcess rehearse(command({"rehearse", "--quiet", "--no-limits"}));
+        QCOMPARE(rehearse.finish(), 0);
+        laterPlan = rehearse.output().section(QStringLiteral("plan: "), 1).trimmed();
+    }
+    QStringList planned = command({"run", "--once", "--no-limits", "--plan"});
+    planned.insert(4, laterPlan);
+    TalvenhrProcess run(planned);
+    run.start();
+    QVERIFY(run.waitForLine(QStringLiteral("the first pass begins at")));
+    if (other.isEmpty())
+        QVERIFY(QFile::remove(site.exportFile()));
+    else
+        site.writeFile(QStringLiteral("ron.data"), other);
+    QCOMPARE(run.finish(), 5);
+    QVERIFY2(run.lastLine().contains(reason), qPrintable(run.lastLine()));
+    TalvenhrProcess sql({QStringLiteral("sql"), QStringLiteral("--private-db"),
+                         site.path(QStringLiteral("db")), QStringLiteral("--execute"),
+                         QStringLiteral("SELECT COUNT(*) FROM people WHERE name = 'Intruder'")});
+    QCOMPARE(sql.finish(), 0);
+    QVERIFY2(sql.output().trimmed().endsWith(QLatin1Char('0')), qPrintable(sql.output()));
+}
+
+/// As far as a login may see what the copy is made of.
+void tst_Rehearse::plan_holdsTheLockAndGoesWithoutRights()
+{
+    PrivateDatabase database(site.path(QStringLiteral("db")));
+    QVERIFY(!database.start());
+    Connection administrator(QStringLiteral("administrator"));
+    QVERIFY(!administrator.open(database.administratorParameters()));
+    QSqlQuery query(administrator.handle());
+    QVERIFY(query.exec(QStringLiteral("CREATE USER IF NOT EXISTS poor@localhost")));
+    QVERIFY(query.exec(QStringLiteral("GRANT SELECT, INSERT, UPDATE, DELETE, EXECUTE, "
+                                      "CREATE TEMPORARY TABLES ON %1.* TO poor@localhost")
+                           .arg(database.parameters().database)));
+    QVERIFY(query.exec(QStringLiteral("GRANT SELECT ON mysql.proc TO poor@localhost")));
+    const ConnectionParameters parameters = database.administratorParameters();
+    const QStringList login {QStringLiteral("--data-dir"), site.dataDir(),
+                             QStringLiteral("--socket"),   parameters.socket,
+                             QStringLiteral("--database"), parameters.database,
+                             QStringLiteral("--user"),     QStringLiteral("poor"),
+                             QStringLiteral("--no-limits")};
+    const QString lacking = QStringLiteral("--without-triggers");
+    TalvenhrProcess rehearse(
+        QStringList {QStringLiteral("rehearse"), QStringLiteral("--quiet"), lacking} + login);
+    QCOMPARE(rehearse.finish(), 0);
+    const QString plan = rehearse.output().section(QStringLiteral("plan: "), 1).trimmed();
+    const QStringList planned = QStringList {QStringLiteral("run"), QStringLiteral("--once"),
+                                             QStringLiteral("--plan"), plan}
+        + login;
+
+    TalvenhrProcess whole(planned);
+    QCOMPARE(whole.finish(), 5);
+    QVERIFY2(whole.lastLine().contains(QStringLiteral("TRIGGER")), qPrintable(whole.lastLine()));
+    TalvenhrProcess unplanned(QStringList {QStringLiteral("run"), lacking} + login.mid(0, 8));
+    QCOMPARE(unplanned.finish(), 2);
+    QVERIFY(unplanned.lastLine().contains(QStringLiteral("--without-triggers takes --plan")));
+
+    // Who is at work is told before anything is rehearsed.
+    QVERIFY(
+        query.exec(QStringLiteral("DO GET_LOCK('talvenhr run %1', 0)").arg(parameters.database)));
+    TalvenhrProcess second(planned);
+    QCOMPARE(second.finish(), 5);
+    QVERIFY2(second.lastLine().contains(QStringLiteral("another 'talvenhr run' is at work")),
+             qPrintable(second.lastLine()));
+    QVERIFY(query.exec(QStringLiteral("DO RELEASE_ALL_LOCKS()")));
+
+    TalvenhrProcess same(planned + QStringList(lacking));
     QCOMPARE(same.finish(), 0);
     QVERIFY2(same.lastLine().contains(QStringLiteral("1 pass")), qPrintable(same.lastLine()));
 }

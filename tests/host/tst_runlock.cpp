@@ -51,6 +51,9 @@ void tst_RunLock::take_keepsASecondRunAway()
         QVERIFY2(!failure, qPrintable(failure.text));
         QVERIFY(lock.isHeld());
         QCOMPARE(database->value(holds), QStringLiteral("0"));
+        // It has it already, on the same connection.
+        QVERIFY(!lock.take(parameters()));
+        QVERIFY(lock.isHeld());
     }
     QTRY_COMPARE_WITH_TIMEOUT(database->value(holds), QStringLiteral("1"), longestWait);
 

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void activeRow_saysWhoItIs();
     void lines_areTheirsAndTheHeader();
     void orphanedLine_mayBeTheirs();
+    void linesOfANumber_haveAnyOrdinal();
     void exportOfLines_isByteForByte();
 };
 
@@ -72,6 +73,15 @@ void tst_PersonChoice::word_meansSomebody_data()
     // Rows of two uids that the plugin may mix up: by the column, and by the pamId.
     row("70.1", {"pamId 701 uids 20 21"});
     row("1234", {"pamId 12340 uids 30"});
+    // The personal number, of all who have it; of one it is the pid, of another the uid.
+    row("4711", {"number 47111 uids 3"});
+    row("12", {"number 121 uids 55"});
+    row("800", {"number 8001 uids"});
+    row("5", {"number 55 uids 9"});
+    row("1", {"number 701 uids 20 21"});
+    row("66", {"number 661 uids 40", "number 662 uids 41", "number 663 uids"});
+    row("661", {"pid 661 uids 40"});
+    row("77", {"pid 77 uids 42", "uid 9001 uids 77", "number 771 uids"});
     row("0", {});
     row("", {});
     row("99999999999", {});
@@ -85,8 +95,12 @@ void tst_PersonChoice::word_meansSomebody()
     const QVector<KnownPerson> people {
         known(QStringLiteral("3/47111/4711.1")), known(QStringLiteral("9/55/5.5")),
         known(QStringLiteral("55/121/12.1")),    known(QStringLiteral("20/701/1.1")),
-        known(QStringLiteral("21/900/70.1")),    known(QStringLiteral("30/12340/1234"))};
+        known(QStringLiteral("21/900/70.1")),    known(QStringLiteral("30/12340/1234")),
+        known(QStringLiteral("40/661/66.1")),    known(QStringLiteral("41/662/66.2")),
+        known(QStringLiteral("42/77/7.7")),      known(QStringLiteral("77/9001/900.1"))};
     const QVector<LinePerson> exported {{8001, QStringLiteral("800.1")},
+                                        {663, QStringLiteral("66.3")},
+                                        {771, QStringLiteral("77.1")},
                                         {47111, QStringLiteral("4711.1")}};
     QStringList meant;
     for (const ChosenPerson &person : peopleMeant(word, people, exported)) {
@@ -127,7 +141,7 @@ void tst_PersonChoice::lines_areTheirsAndTheHeader()
         + "4711|1|cut\n" + line("4711", "1", "");
     QBuffer file(&content);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    const QVector<PersonLine> found = readPersonLines(&file, {47111}, {4711});
+    const QVector<PersonLine> found = readPersonLines(&file, {{47111}, {4711}, QString()});
     QCOMPARE(numbersOf(found), lines({"1", "3", "5", "6", "7"}));
     QVERIFY(found.first().isHeader && !found.last().isHeader);
     QCOMPARE(found.at(2).record.pamId(), QStringLiteral("471.11"));
@@ -147,7 +161,7 @@ void tst_PersonChoice::orphanedLine_mayBeTheirs()
     QByteArray content = line("4711", "") + '\n' + line("4711", "2") + '\n';
     QBuffer file(&content);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    const QVector<PersonLine> found = readPersonLines(&file, {47111}, {4711});
+    const QVector<PersonLine> found = readPersonLines(&file, {{47111}, {4711}, QString()});
     QCOMPARE(numbersOf(found), lines({"1"}));
     QVERIFY(peopleOf(found).isEmpty());
     ChosenPerson person;
@@ -156,13 +170,23 @@ void tst_PersonChoice::orphanedLine_mayBeTheirs()
     QCOMPARE(linesOf(found, person).size(), 1);
 }
 
+void tst_PersonChoice::linesOfANumber_haveAnyOrdinal()
+{
+    QByteArray content = line("4711", "") + '\n' + line("4711", "2") + '\n' + line("47112", "")
+        + '\n' + line("4711", "1", "") + '\n' + line("471", "12") + '\n';
+    QBuffer file(&content);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(numbersOf(readPersonLines(&file, {{}, {}, QStringLiteral("4711")})),
+             lines({"1", "2", "4"}));
+}
+
 void tst_PersonChoice::exportOfLines_isByteForByte()
 {
     const QByteArray odd = "4711|1||\xe1\xff|B|||||||||||||\r";
     QByteArray content = odd + '\n' + line("12", "1") + '\n';
     QBuffer file(&content);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(exportOf(readPersonLines(&file, {47111}, {})), QByteArray(odd + '\n'));
+    QCOMPARE(exportOf(readPersonLines(&file, {{47111}, {}, QString()})), QByteArray(odd + '\n'));
 }
 
 QTEST_GUILESS_MAIN(tst_PersonChoice)

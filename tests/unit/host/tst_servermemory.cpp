@@ -96,7 +96,6 @@ void tst_ServerMemory::memory_holdsTheLastLineOfEach()
     QVERIFY(!memory.take(write(QStringLiteral("1"), line(1, "a", "1") + line(2, "a", "1"), first)));
     QVERIFY(!memory.take(
         write(QStringLiteral("2"), line(2, "b", "1") + line(3, "a", "1") + "x|y\n", lastExport)));
-    QCOMPARE(memory.exports(), 2);
     QVector<SeenPerson> people;
     QVERIFY(!memory.compare(write(QStringLiteral("3"),
                                   line(4, "a", "1") + line(3, "a", "2") + line(2, "b", "1")
