@@ -112,6 +112,13 @@ Failure DatabaseCopy::copy(const QSqlDatabase &source, const CopyWishes &wishes,
         failure = readCopiedSchema(source, wishes, &schema);
     facts->leftOut = schema.leftOut;
     facts->warnings = schema.warnings;
+    // Deliberate: the copy has it, too, so that the rehearsal loses what the pass will lose. Pinned
+    // by tst_Rehearse::withoutAutomaticCommit_nothingStays().
+    if (settings.session(QStringLiteral("autocommit")) == QLatin1String("OFF"))
+        facts->warnings.append(
+            tr("Sessions begin with autocommit = 0: when the connection closes, all that the pass "
+               "has written since the last supervisor's mark is undone, here and in the real one; "
+               "SET GLOBAL autocommit = 1."));
     if (!failure)
         failure = target.start(settings);
     if (!failure)

@@ -67,6 +67,8 @@ Failure ServerLife::prepare()
         return failure;
     if (const Failure failure = administrator.open(parameters))
         return failure;
+    if (const Failure failure = commitEach())
+        return failure;
     if (const Failure failure = readLeaveDoubts(administrator.handle(), seen, &doubts))
         return failure;
     // The earlier passes are forced as well then, which makes no difference to what is remembered
@@ -144,6 +146,17 @@ Failure ServerLife::runOtherwise(const QVector<LeaveDoubt> &open, Changes *other
     if (const Failure failure = plugin.waitForPass())
         return failure;
     return plugin.readChanges(otherwise);
+}
+
+/// Whatever sessions of the source begin with: the mark of a forced pass would be seen by nobody,
+/// and the plugin would wait for its row.
+Failure ServerLife::commitEach() const
+{
+    QSqlQuery query(administrator.handle());
+    if (query.exec(QStringLiteral("SET SESSION autocommit = 1")))
+        return {};
+    return {ExitDatabase,
+            Text::tr("the copy cannot be written: %1").arg(errorText(query.lastError()))};
 }
 
 /// From the connections on that are opened next, whosever they are. The plugin opens one for each

@@ -41,6 +41,7 @@ private:
     Failure noteUndone();
     Failure mark(Changes *changes);
     Failure runOtherwise(const QVector<LeaveDoubt> &doubts, Changes *otherwise);
+    Failure commitEach() const;
     Failure letWrite(bool write) const;
 
     const RehearsalWishes wishes;

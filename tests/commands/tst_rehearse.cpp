@@ -49,6 +49,7 @@ private Q_SLOTS:
     void plan_takesNoOtherExport_data();
     void plan_takesNoOtherExport();
     void plan_holdsTheLockAndGoesWithoutRights();
+    void withoutAutomaticCommit_nothingStays();
     void exportWithoutAUsableLine_isAnError();
     void configuration_namesTheSourceAndNeverTheCopy();
     void exportThatIsReplaced_isNotJudged();
@@ -309,6 +310,42 @@ void tst_Rehearse::plan_holdsTheLockAndGoesWithoutRights()
     TalvenhrProcess same(planned + QStringList(lacking));
     QCOMPARE(same.finish(), 0);
     QVERIFY2(same.lastLine().contains(QStringLiteral("1 pass")), qPrintable(same.lastLine()));
+}
+
+/// The source's sessions begin so. The rehearsal comes to its end, with what the real pass would
+/// keep.
+void tst_Rehearse::withoutAutomaticCommit_nothingStays()
+{
+    PrivateDatabase database(site.path(QStringLiteral("db")));
+    QVERIFY(!database.start());
+    const ConnectionParameters parameters = database.administratorParameters();
+    const QStringList login {QStringLiteral("--no-limits"),
+                             QStringLiteral("--data-dir"),
+                             site.dataDir(),
+                             QStringLiteral("--socket"),
+                             parameters.socket,
+                             QStringLiteral("--database"),
+                             parameters.database,
+                             QStringLiteral("--user"),
+                             QStringLiteral("root")};
+    {
+        Connection administrator(QStringLiteral("administrator"));
+        QVERIFY(!administrator.open(parameters));
+        QSqlQuery query(administrator.handle());
+        QVERIFY(query.exec(QStringLiteral("SET GLOBAL autocommit = 0")));
+    }
+    site.writeFile(QStringLiteral("next.data"), Site::employee(7001, QStringLiteral("Another")));
+    TalvenhrProcess rehearse(QStringList {QStringLiteral("rehearse"), QStringLiteral("--force"),
+                                          QStringLiteral("--after"), site.exportFile(),
+                                          QStringLiteral("--export"),
+                                          site.path(QStringLiteral("next.data"))}
+                             + login);
+    QCOMPARE(rehearse.finish(), 0);
+    const QString text = rehearse.output().simplified();
+    QVERIFY2(text.contains(QStringLiteral("Sessions begin with autocommit = 0: when the ")),
+             qPrintable(text));
+    QVERIFY2(text.contains(QStringLiteral("Nothing changes.")), qPrintable(text));
+    QVERIFY2(!text.contains(QStringLiteral("Another")), qPrintable(text));
 }
 
 void tst_Rehearse::exportWithoutAUsableLine_isAnError()
