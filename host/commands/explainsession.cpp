@@ -168,6 +168,7 @@ Failure ExplainSession::rehearseOn(const ConnectionParameters &copy,
         return failure;
     connection.close();
     RehearsalWishes wishes = options.wishes;
+    wishes.exportName = wishes.exportFile;
     wishes.exportFile = folder.filePath(QStringLiteral("export.data"));
     wishes.traced = true;
     if (const Failure failure = writeOwnerFile(
@@ -177,7 +178,6 @@ Failure ExplainSession::rehearseOn(const ConnectionParameters &copy,
     Rehearsal rehearsal(wishes);
     rehearsal.setInterruption(isInterrupted);
     const Failure failure = rehearsal.run(copy, administrator, &facts.changes);
-    facts.changes.header.exported.name = facts.exportName;
     facts.changes.header.state = QString::fromLatin1(facts.copied.digest);
     facts.steps = rehearsal.trace();
     return failure;

@@ -3,10 +3,10 @@
 // A plugin in a process of its own that lives for as many passes as are wanted.
 #include "host/rehearsal/heldrun.h"
 
-#include "host/changes/changesjson.h"
+#include "host/changes/changesfolder.h"
 #include "host/rehearsal/childwords.h"
 
-#include <QDir>
+#include <QCoreApplication>
 
 namespace {
 
@@ -56,11 +56,7 @@ Failure HeldRun::waitForPass()
 
 Failure HeldRun::readChanges(Changes *changes) const
 {
-    const QStringList names = QDir(folder).entryList(
-        {QStringLiteral("*-%1.changes.json").arg(passes)}, QDir::Files);
-    if (names.size() != 1)
-        return {ExitErrors, Text::tr("the rehearsed pass has left no changes")};
-    return readChangesFile(QDir(folder).filePath(names.constFirst()), changes);
+    return readChangesOfPass(folder, passes, changes);
 }
 
 void HeldRun::goOn()

@@ -4,16 +4,16 @@
 #include "host/rehearsal/rehearsal.h"
 
 #include "host/base/childprocess.h"
-#include "host/changes/changesjson.h"
+#include "host/changes/changesfolder.h"
 #include "host/changes/passnotes.h"
 #include "host/plugin/settingsfile.h"
 #include "host/rehearsal/childwords.h"
 #include "host/rehearsal/pretendedday.h"
+#include "host/rehearsal/realnames.h"
 #include "host/rehearsal/rehearsalsite.h"
 #include "host/rehearsal/serverlife.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 
 namespace {
@@ -24,24 +24,6 @@ struct Text
 };
 
 const int pollInterval = 50; // milliseconds
-
-/// The text with the files that people know, in place of their copies.
-QString withRealNames(QString text, const RehearsalSite &site, const RehearsalWishes &wishes)
-{
-    return text.replace(site.exportFile(), wishes.exportFile)
-        .replace(site.settingsFile(), wishes.settingsFile)
-        .replace(site.path(), QFileInfo(wishes.settingsFile).path());
-}
-
-/// The one file of changes in the folder.
-Failure readOnlyChanges(const QString &folder, Changes *changes)
-{
-    const QStringList names = QDir(folder).entryList({QStringLiteral("*.changes.json")},
-                                                     QDir::Files);
-    if (names.size() != 1)
-        return {ExitErrors, Text::tr("the rehearsed pass has left no changes")};
-    return readChangesFile(QDir(folder).filePath(names.constFirst()), changes);
-}
 
 QString tracePath(const QString &folder)
 {
@@ -58,31 +40,37 @@ Failure Rehearsal::run(const ConnectionParameters &copy, const ConnectionParamet
                        Changes *changes)
 {
     RehearsalSite site;
-    if (const Failure failure = site.make(wishes.settingsFile, wishes.exportFile))
+    Failure failure = site.make(wishes.settingsFile, wishes.exportFile);
+    if (!failure)
+        failure = runOn(copy, administrator, &site, changes);
+    const RealNames names(site, wishes);
+    failure.text = names.in(failure.text);
+    if (failure)
         return failure;
+    names.putInto(&steps);
+    names.putInto(changes);
+    changes->header.how = ChangesHeader::Rehearsed;
+    // That of the copy is another one each time, for the name of the export.
+    changes->header.settings = SettingsFile(wishes.settingsFile).values().digest;
+    changes->header.exported.name = QFileInfo(names.exportFile()).fileName();
+    for (const QString &file : wishes.after)
+        changes->header.after.append(identityOf(file));
+    return {};
+}
+
+Failure Rehearsal::runOn(const ConnectionParameters &copy,
+                         const ConnectionParameters &administrator, RehearsalSite *site,
+                         Changes *changes)
+{
     if (wishes.today.isValid()) {
         if (const Failure failure = pretendDay(administrator, wishes.today))
             return failure;
     }
     if (const Failure failure = wishes.after.isEmpty()
-            ? runFresh(copy, site, changes)
-            : runAfterOthers(copy, administrator, &site, changes))
+            ? runFresh(copy, *site, changes)
+            : runAfterOthers(copy, administrator, site, changes))
         return failure;
-    if (wishes.traced) {
-        if (const Failure failure = readTrace(tracePath(site.path()), &steps))
-            return failure;
-    }
-    changes->header.how = ChangesHeader::Rehearsed;
-    for (PassMessage &message : changes->messages)
-        message.text = withRealNames(message.text, site, wishes);
-    // That of the copy is another one each time, for the name of the export.
-    changes->header.settings = SettingsFile(wishes.settingsFile).values().digest;
-    changes->header.exported.name = wishes.exportName.isEmpty()
-        ? QFileInfo(wishes.exportFile).fileName()
-        : wishes.exportName;
-    for (const QString &file : wishes.after)
-        changes->header.after.append(identityOf(file));
-    return {};
+    return wishes.traced ? readTrace(tracePath(site->path()), &steps) : Failure();
 }
 
 Failure Rehearsal::runFresh(const ConnectionParameters &copy, const RehearsalSite &site,
@@ -90,7 +78,7 @@ Failure Rehearsal::runFresh(const ConnectionParameters &copy, const RehearsalSit
 {
     if (const Failure failure = runProcess(copy, site))
         return failure;
-    return readOnlyChanges(site.changesFolder(), changes);
+    return readChangesOfPass(site.changesFolder(), 1, changes);
 }
 
 Failure Rehearsal::runAfterOthers(const ConnectionParameters &copy,
@@ -147,5 +135,5 @@ Failure Rehearsal::runProcess(const ConnectionParameters &copy, const RehearsalS
         return {};
     return {code < 0 ? ExitErrors : static_cast<ExitCode>(code),
             Text::tr("the rehearsed pass did not come to its end: %1")
-                .arg(withRealNames(lastWords(process.readAllStandardError()), site, wishes))};
+                .arg(lastWords(process.readAllStandardError()))};
 }

@@ -22,7 +22,9 @@ struct RehearsalWishes
     QString pluginFile;
     QString settingsFile; ///< the real TalvenHR.ini
     QString exportFile;
-    QString exportName; ///< what it is called in the changes; empty: as the file
+    /// The name or path by which people know the export, where the file is a copy of it; empty:
+    /// that of the file.
+    QString exportName;
     /// Exports that the server has taken since its start, the oldest first; none for a freshly
     /// started one.
     QStringList after;
@@ -51,6 +53,8 @@ public:
     TraceSteps trace() const { return steps; }
 
 private:
+    Failure runOn(const ConnectionParameters &copy, const ConnectionParameters &administrator,
+                  RehearsalSite *site, Changes *changes);
     Failure runFresh(const ConnectionParameters &copy, const RehearsalSite &site, Changes *changes);
     Failure runAfterOthers(const ConnectionParameters &copy,
                            const ConnectionParameters &administrator, RehearsalSite *site,

@@ -89,8 +89,10 @@ Failure ServerLife::replay(const QStringList &arguments)
         else
             plugin.start(arguments, environmentOfDay(wishes.today));
         isRunning = true;
-        if (const Failure failure = plugin.waitForPass())
+        if (Failure failure = plugin.waitForPass()) {
+            failure.text.replace(site->exportFile(), file);
             return failure;
+        }
         if (const Failure failure = noteUndone())
             return failure;
     }

@@ -4,6 +4,7 @@
 #include "host/database/connection.h"
 #include "host/plugin/settingsfile.h"
 #include "host/rehearsal/pretendedday.h"
+#include "host/rehearsal/realnames.h"
 #include "host/rehearsal/rehearsalinputs.h"
 #include "host/rehearsal/rehearsalsite.h"
 #include "host/server/privateserver.h"
@@ -32,6 +33,7 @@ private Q_SLOTS:
     void settings_thatCannotBeCopied_areRefused();
     void site_isForItsOwnerOnly();
     void site_failsWithoutAnExport();
+    void names_areTheRealOnes();
     void inputs_areNamedBeforeAnythingIsCopied_data();
     void inputs_areNamedBeforeAnythingIsCopied();
     void export_isLookedAt();
@@ -145,6 +147,40 @@ void tst_Rehearsal::site_failsWithoutAnExport()
     const Failure device = RehearsalSite().make(settings, QStringLiteral("/dev/zero"));
     QCOMPARE(device.text,
              QStringLiteral("'/dev/zero' is no regular file; the plugin reads no others"));
+}
+
+void tst_Rehearsal::names_areTheRealOnes()
+{
+    QTemporaryDir folder;
+    const QString settings = folder.filePath(QStringLiteral("TalvenHR.ini"));
+    const QString data = folder.filePath(QStringLiteral("copy.data"));
+    writeFile(settings, "enabled=true\n");
+    writeFile(data, "");
+    RehearsalSite site;
+    QVERIFY(!site.make(settings, data));
+    RehearsalWishes wishes;
+    wishes.settingsFile = QStringLiteral("/srv/TalvenHR.ini");
+    wishes.exportFile = data;
+    QCOMPARE(RealNames(site, wishes).exportFile(), data);
+    wishes.exportName = QStringLiteral("/in/ron.data");
+    const RealNames names(site, wishes);
+    const QString text = QStringLiteral("%1, %2, %3/x")
+                             .arg(site.exportFile(), site.settingsFile(), site.path());
+    const QString real = QStringLiteral("/in/ron.data, /srv/TalvenHR.ini, /srv/x");
+    QCOMPARE(names.in(text), real);
+    Changes changes;
+    changes.messages.append({true, QDateTime(), text});
+    changes.people.resize(1);
+    changes.people.first().messages.append({false, QDateTime(), text});
+    changes.people.first().notDone.append({NotDone::Refused, text, QString(), QString()});
+    names.putInto(&changes);
+    QCOMPARE(changes.messages.first().text, real);
+    QCOMPARE(changes.people.first().messages.first().text, real);
+    QCOMPARE(changes.people.first().notDone.first().text, real);
+    TraceSteps steps(1);
+    steps.first().text = text;
+    names.putInto(&steps);
+    QCOMPARE(steps.first().text, real);
 }
 
 void tst_Rehearsal::inputs_areNamedBeforeAnythingIsCopied_data()
