@@ -22,13 +22,8 @@ QString key(const char *name)
 
 QVariantHash numberValues(const ChangedPerson &person)
 {
-    QStringList kinds;
-    for (const ChangeKind kind : changeKinds()) {
-        if (person.kinds.has(kind))
-            kinds.append(kindName(kind));
-    }
-    return {{key("number"), person.person.pamId},
-            {key("kinds"), kinds.join(QStringLiteral(", "))},
+    return {{key("number"), personNumber(person)},
+            {key("kinds"), kindNames(person.kinds).join(QStringLiteral(", "))},
             {key("marked"), !person.notDone.isEmpty() || !person.messages.isEmpty()}};
 }
 

@@ -4,6 +4,8 @@
 #include "host/changes/changesjson.h"
 
 #include "host/base/ownerfile.h"
+#include "host/changes/headerjson.h"
+#include "host/changes/rehearsaljson.h"
 
 #include <QHash>
 #include <QIODevice>
@@ -13,18 +15,6 @@
 namespace {
 
 const int partSize = 1 << 16; // bytes that are handed on at a time
-
-QByteArray textOrNull(const QString &text)
-{
-    return text.isEmpty() ? QByteArrayLiteral("null") : jsonValue(text);
-}
-
-QByteArray momentOrNull(const QDateTime &moment)
-{
-    if (!moment.isValid())
-        return "null";
-    return jsonValue(moment.toOffsetFromUtc(moment.offsetFromUtc()).toString(Qt::ISODateWithMs));
-}
 
 /// A cell: null, a number, a text; bytes as an object, for a text could say the same.
 QByteArray cellValue(const QVariant &cell)
@@ -67,22 +57,6 @@ TableForm formOf(const Change &change)
     return form;
 }
 
-QByteArray identity(const ExportIdentity &file)
-{
-    return jsonObject({{QStringLiteral("name"), jsonValue(file.name)},
-                       {QStringLiteral("digest"), jsonValue(file.digest)},
-                       {QStringLiteral("size"), jsonValue(file.size)},
-                       {QStringLiteral("lines"), jsonValue(file.lines)}});
-}
-
-QByteArray identities(const QVector<ExportIdentity> &files)
-{
-    QByteArrayList all;
-    for (const ExportIdentity &file : files)
-        all.append(identity(file));
-    return '[' + all.join(',') + ']';
-}
-
 /// Writes parts of a document, and hands them on when there is enough.
 class ChangesWriter
 {
@@ -94,12 +68,12 @@ public:
 
     void write()
     {
-        buffer = R"({"format":"talvenhr.changes/1","header":)" + header();
+        buffer = R"({"format":"talvenhr.changes/1","header":)" + headerJson(changes.header);
         buffer += R"(,"summary":)" + summary() + R"(,"totals":)" + totals();
         buffer += R"(,"plan":)"
-            + jsonObject({{QStringLiteral("read"), textOrNull(changes.plan.read)},
-                          {QStringLiteral("change"), textOrNull(changes.plan.change)},
-                          {QStringLiteral("hash"), textOrNull(changes.plan.hash)}});
+            + jsonObject({{QStringLiteral("read"), jsonText(changes.plan.read)},
+                          {QStringLiteral("change"), jsonText(changes.plan.change)},
+                          {QStringLiteral("hash"), jsonText(changes.plan.hash)}});
         buffer += R"(,"tables":)" + tables() + R"(,"names":)" + names() + R"(,"people":)";
         list(changes.people, [this](const ChangedPerson &person) { write(person); });
         buffer += R"(,"others":)";
@@ -107,7 +81,8 @@ public:
         buffer += R"(,"messages":)";
         list(changes.messages, [this](const PassMessage &message) { write(message); });
         buffer += R"(,"rehearsal":)";
-        writeRehearsal();
+        buffer += changes.header.how == ChangesHeader::Rehearsed ? rehearsalJson(changes.rehearsal)
+                                                                 : QByteArrayLiteral("null");
         buffer += "}\n";
         sink(buffer);
     }
@@ -127,29 +102,6 @@ private:
             }
         }
         buffer += separator == '[' ? "[]" : "]";
-    }
-
-    QByteArray header() const
-    {
-        const ChangesHeader &header = changes.header;
-        const ExportIdentity &file = header.exported;
-        const QByteArray exported = file.digest.isEmpty() ? QByteArrayLiteral("null")
-                                                          : identity(file);
-        const bool isRun = header.how == ChangesHeader::Run;
-        return jsonObject({{QStringLiteral("how"),
-                            jsonValue(isRun ? QStringLiteral("run") : QStringLiteral("rehearsed"))},
-                           {QStringLiteral("since"), momentOrNull(header.since)},
-                           {QStringLiteral("when"), momentOrNull(header.when)},
-                           {QStringLiteral("firstPass"), jsonValue(header.firstPass)},
-                           {QStringLiteral("lastPass"), jsonValue(header.lastPass)},
-                           {QStringLiteral("forced"), jsonValue(header.forced)},
-                           {QStringLiteral("withOthers"), jsonValue(isRun)},
-                           {QStringLiteral("export"), exported},
-                           {QStringLiteral("after"), identities(header.after)},
-                           {QStringLiteral("plugin"), textOrNull(header.plugin)},
-                           {QStringLiteral("server"), textOrNull(header.server)},
-                           {QStringLiteral("settings"), textOrNull(header.settings)},
-                           {QStringLiteral("state"), textOrNull(header.state)}});
     }
 
     QByteArray summary() const
@@ -217,10 +169,10 @@ private:
         const auto idOrNull = [](qlonglong id) {
             return id == 0 ? QByteArrayLiteral("null") : QByteArray::number(id);
         };
-        buffer += R"({"pamId":)" + textOrNull(person.person.pamId);
+        buffer += R"({"pamId":)" + jsonText(person.person.pamId);
         buffer += R"(,"pid":)" + idOrNull(person.pid);
         buffer += R"(,"uid":)" + idOrNull(person.person.uid);
-        buffer += R"(,"name":)" + textOrNull(person.person.name);
+        buffer += R"(,"name":)" + jsonText(person.person.name);
         buffer += R"(,"kinds":)" + jsonValue(kindNames(person.kinds)) + R"(,"fields":)";
         list(person.fields, [this](const ChangedField &field) { write(field); });
         buffer += R"(,"leave":)" + QByteArray::number(person.leave);
@@ -254,53 +206,17 @@ private:
     void write(const NotDone &notDone)
     {
         buffer += jsonObject({{QStringLiteral("what"), jsonValue(notDoneName(notDone.what))},
-                              {QStringLiteral("text"), textOrNull(notDone.text)},
-                              {QStringLiteral("statement"), textOrNull(notDone.statement)},
-                              {QStringLiteral("error"), textOrNull(notDone.error)}});
+                              {QStringLiteral("text"), jsonText(notDone.text)},
+                              {QStringLiteral("statement"), jsonText(notDone.statement)},
+                              {QStringLiteral("error"), jsonText(notDone.error)}});
     }
 
     void write(const PassMessage &message)
     {
         buffer += jsonObject(
             {{QStringLiteral("level"), message.isError ? R"("error")" : R"("warning")"},
-             {QStringLiteral("time"), momentOrNull(message.time)},
+             {QStringLiteral("time"), jsonMoment(message.time)},
              {QStringLiteral("text"), jsonValue(message.text)}});
-    }
-
-    void writeRehearsal()
-    {
-        if (changes.header.how != ChangesHeader::Rehearsed) {
-            buffer += "null";
-            return;
-        }
-        const RehearsalFacts &facts = changes.rehearsal;
-        buffer += R"({"limits":)";
-        list(facts.limits, [this](const LimitOutcome &outcome) { write(outcome); });
-        buffer += R"(,"leftOut":)" + jsonValue(facts.leftOut);
-        buffer += R"(,"warnings":)" + jsonValue(facts.warnings) + R"(,"findings":)";
-        list(facts.findings, [this](const Finding &finding) { write(finding); });
-        buffer += '}';
-    }
-
-    void write(const LimitOutcome &outcome)
-    {
-        const Limit &limit = outcome.limit;
-        buffer += jsonObject({{QStringLiteral("kind"), jsonValue(limit.kind)},
-                              {QStringLiteral("percent"),
-                               limit.isPercent ? jsonValue(limit.number) : QByteArray("null")},
-                              {QStringLiteral("allowed"), jsonValue(outcome.allowed)},
-                              {QStringLiteral("found"), jsonValue(outcome.found)},
-                              {QStringLiteral("exceeded"), jsonValue(outcome.isExceeded())}});
-    }
-
-    void write(const Finding &finding)
-    {
-        buffer += jsonObject(
-            {{QStringLiteral("code"), jsonValue(finding.code)},
-             {QStringLiteral("severity"), jsonValue(severityName(finding.severity))},
-             {QStringLiteral("text"), jsonValue(finding.text)},
-             {QStringLiteral("becomes"), textOrNull(finding.becomes)},
-             {QStringLiteral("remedy"), textOrNull(finding.remedy)}});
     }
 
     void writeRow(const Change &change)

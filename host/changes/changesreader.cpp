@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 // The file of changes, "talvenhr.changes/1": reading it.
 #include "host/changes/changesjson.h"
+#include "host/changes/headerjson.h"
 #include "host/changes/listedpeople.h"
+#include "host/changes/rehearsaljson.h"
 #include "host/database/value.h"
 
 #include <QCoreApplication>
@@ -20,17 +22,6 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(ChangesReader)
 };
 
-QDateTime momentOf(const QJsonValue &value)
-{
-    return QDateTime::fromString(value.toString(), Qt::ISODateWithMs);
-}
-
-/// A number of any size; QJsonValue has no way to ask for a whole one.
-qlonglong numberOf(const QJsonValue &value)
-{
-    return value.toVariant().toLongLong();
-}
-
 QVariant cellOf(const QJsonValue &value)
 {
     if (value.isObject())
@@ -42,92 +33,8 @@ QVariant cellOf(const QJsonValue &value)
 PassMessage messageOf(const QJsonObject &object)
 {
     return {object.value(QStringLiteral("level")).toString() == QLatin1String("error"),
-            momentOf(object.value(QStringLiteral("time"))),
+            momentIn(object.value(QStringLiteral("time"))),
             object.value(QStringLiteral("text")).toString()};
-}
-
-QStringList textsOf(const QJsonValue &value)
-{
-    QStringList texts;
-    const QJsonArray array = value.toArray();
-    for (const QJsonValue &text : array)
-        texts.append(text.toString());
-    return texts;
-}
-
-LimitOutcome outcomeOf(const QJsonObject &object)
-{
-    const QJsonValue percent = object.value(QStringLiteral("percent"));
-    const double allowed = object.value(QStringLiteral("allowed")).toDouble();
-    const bool isPercent = percent.isDouble();
-    return {{object.value(QStringLiteral("kind")).toString(),
-             isPercent ? percent.toInt() : static_cast<int>(allowed), isPercent},
-            allowed,
-            object.value(QStringLiteral("found")).toDouble()};
-}
-
-Finding findingOf(const QJsonObject &object)
-{
-    const auto text = [&object](const char *name) {
-        return object.value(QLatin1String(name)).toString();
-    };
-    Finding finding;
-    finding.code = text("code");
-    for (const Finding::Severity severity : {Finding::Warning, Finding::Error}) {
-        if (text("severity") == severityName(severity))
-            finding.severity = severity;
-    }
-    finding.text = text("text");
-    finding.becomes = text("becomes");
-    finding.remedy = text("remedy");
-    return finding;
-}
-
-RehearsalFacts rehearsalOf(const QJsonObject &object)
-{
-    RehearsalFacts facts;
-    const QJsonArray limits = object.value(QStringLiteral("limits")).toArray();
-    for (const QJsonValue &limit : limits)
-        facts.limits.append(outcomeOf(limit.toObject()));
-    facts.leftOut = textsOf(object.value(QStringLiteral("leftOut")));
-    facts.warnings = textsOf(object.value(QStringLiteral("warnings")));
-    const QJsonArray findings = object.value(QStringLiteral("findings")).toArray();
-    for (const QJsonValue &finding : findings)
-        facts.findings.append(findingOf(finding.toObject()));
-    return facts;
-}
-
-ExportIdentity identityIn(const QJsonValue &value)
-{
-    const QJsonObject file = value.toObject();
-    return {file.value(QStringLiteral("name")).toString(),
-            file.value(QStringLiteral("digest")).toString(),
-            numberOf(file.value(QStringLiteral("size"))),
-            file.value(QStringLiteral("lines")).toInt()};
-}
-
-ChangesHeader headerOf(const QJsonObject &object)
-{
-    const auto text = [&object](const char *name) {
-        return object.value(QLatin1String(name)).toString();
-    };
-    ChangesHeader header;
-    header.how = text("how") == QLatin1String("rehearsed") ? ChangesHeader::Rehearsed
-                                                           : ChangesHeader::Run;
-    header.since = momentOf(object.value(QStringLiteral("since")));
-    header.when = momentOf(object.value(QStringLiteral("when")));
-    header.firstPass = object.value(QStringLiteral("firstPass")).toInt();
-    header.lastPass = object.value(QStringLiteral("lastPass")).toInt();
-    header.forced = object.value(QStringLiteral("forced")).toBool();
-    header.plugin = text("plugin");
-    header.server = text("server");
-    header.settings = text("settings");
-    header.state = text("state");
-    header.exported = identityIn(object.value(QStringLiteral("export")));
-    const QJsonArray after = object.value(QStringLiteral("after")).toArray();
-    for (const QJsonValue &file : after)
-        header.after.append(identityIn(file));
-    return header;
 }
 
 /// Reads one document; what is wrong stays in `trouble`.
@@ -148,17 +55,17 @@ public:
     {
         if (part("format").toString() != QLatin1String("talvenhr.changes/1"))
             return Text::tr("its format is not 'talvenhr.changes/1'");
-        changes->header = headerOf(part("header").toObject());
+        changes->header = headerIn(part("header").toObject());
         const QJsonObject summary = part("summary").toObject();
         for (const ChangeKind kind : changeKinds())
-            changes->summary[kind] = numberOf(summary.value(kindName(kind)));
+            changes->summary[kind] = numberIn(summary.value(kindName(kind)));
         const QJsonObject totals = part("totals").toObject();
         changes->totals = {totals.value(QStringLiteral("activePeople")).toInt(),
                            totals.value(QStringLiteral("withoutBranch")).toInt(),
-                           numberOf(totals.value(QStringLiteral("leave"))),
-                           numberOf(totals.value(QStringLiteral("reopenedDays"))),
+                           numberIn(totals.value(QStringLiteral("leave"))),
+                           numberIn(totals.value(QStringLiteral("reopenedDays"))),
                            totals.value(QStringLiteral("missing")).toInt(-1)};
-        changes->rehearsal = rehearsalOf(part("rehearsal").toObject());
+        changes->rehearsal = rehearsalIn(part("rehearsal").toObject());
         const QJsonObject plan = part("plan").toObject();
         changes->plan = {plan.value(QStringLiteral("read")).toString(),
                          plan.value(QStringLiteral("change")).toString(),
@@ -186,7 +93,7 @@ private:
         for (const TouchedTable &table : touchedTables()) {
             const QJsonObject form = tables.value(table.name).toObject();
             if (!form.isEmpty())
-                columns.insert(table.name, textsOf(form.value(QStringLiteral("columns"))));
+                columns.insert(table.name, textsIn(form.value(QStringLiteral("columns"))));
         }
     }
 
@@ -204,11 +111,11 @@ private:
     ChangedPerson personOf(const QJsonObject &object)
     {
         ChangedPerson person;
-        person.person = {numberOf(object.value(QStringLiteral("uid"))),
+        person.person = {numberIn(object.value(QStringLiteral("uid"))),
                          object.value(QStringLiteral("pamId")).toString(),
                          object.value(QStringLiteral("name")).toString()};
-        person.pid = numberOf(object.value(QStringLiteral("pid")));
-        const QStringList kinds = textsOf(object.value(QStringLiteral("kinds")));
+        person.pid = numberIn(object.value(QStringLiteral("pid")));
+        const QStringList kinds = textsIn(object.value(QStringLiteral("kinds")));
         for (const QString &name : kinds) {
             ChangeKind kind;
             if (kindOfName(name, &kind))
@@ -249,7 +156,7 @@ private:
                 complain(Text::tr("'%1' is nothing that can be left undone").arg(what));
             person->notDone.append(one);
         }
-        person->uncertain = textsOf(object.value(QStringLiteral("uncertain")));
+        person->uncertain = textsIn(object.value(QStringLiteral("uncertain")));
         const QJsonArray messages = object.value(QStringLiteral("messages")).toArray();
         for (const QJsonValue &message : messages)
             person->messages.append(messageOf(message.toObject()));

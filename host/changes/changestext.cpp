@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 #include <vector>
 
@@ -68,7 +69,7 @@ QString exportText(const ExportIdentity &file)
 QString behindKind(const Changes &changes, ChangeKind kind)
 {
     if (kind == ChangeKind::Leave)
-        return Text::tr(", %1 in all").arg(daysText(changes.totals.leave).mid(1));
+        return Text::tr(", %1 in all").arg(daysText(changes.totals.leave));
     if (kind == ChangeKind::Reopened)
         return Text::tr(", %1 days in all").arg(changes.totals.reopenedDays);
     return QString();
@@ -177,13 +178,19 @@ QVector<int> worstFirst(const Changes &changes)
     return places;
 }
 
-QString personTitle(const ChangedPerson &changed)
+QString personNumber(const ChangedPerson &changed)
 {
     const Person &person = changed.person;
-    const QString number = !person.pamId.isEmpty() ? person.pamId
-        : person.uid != 0                          ? Text::tr("uid %1").arg(person.uid)
-                                                   : Text::tr("pid %1").arg(changed.pid);
-    return oneLine(QStringLiteral("%1 %2").arg(number, person.name).trimmed());
+    if (!person.pamId.isEmpty())
+        return person.pamId;
+    return person.uid != 0 ? Text::tr("uid %1").arg(person.uid)
+                           : Text::tr("pid %1").arg(changed.pid);
+}
+
+QString personTitle(const ChangedPerson &changed)
+{
+    return oneLine(
+        QStringLiteral("%1 %2").arg(personNumber(changed), changed.person.name).trimmed());
 }
 
 QString personText(const ChangedPerson &person, const IdNames &names, int width)
@@ -208,4 +215,24 @@ QString personText(const ChangedPerson &person, const IdNames &names, int width)
         add(Text::tr("if the server does otherwise, then also:"), 2);
     addRows(person.otherwise);
     return text;
+}
+
+QString daysText(qint64 hundredths)
+{
+    const qint64 size = std::abs(hundredths);
+    return Text::tr("%1%2.%3 days")
+        .arg(hundredths < 0 ? QStringLiteral("-") : QString(), QString::number(size / 100),
+             QString::number(size % 100).rightJustified(2, QLatin1Char('0')));
+}
+
+QString correctionText(qint64 hundredths)
+{
+    const QString days = daysText(hundredths);
+    return hundredths < 0 ? days : QLatin1Char('+') + days;
+}
+
+QString monthText(uint month)
+{
+    const QString digits = QString::number(month);
+    return digits.size() == 6 ? digits.left(4) + QLatin1Char('-') + digits.mid(4) : digits;
 }

@@ -19,6 +19,8 @@ bool isWorthTelling(const ChangedPerson &person);
 /// back, comes; people without any of these in their order.
 QVector<int> worstFirst(const Changes &changes);
 
+/// "4711.1", or another key of somebody who has no such number.
+QString personNumber(const ChangedPerson &changed);
 /// "4711.1 Eva Malá", in one line.
 QString personTitle(const ChangedPerson &changed);
 
@@ -28,5 +30,9 @@ QString personText(const ChangedPerson &person, const IdNames &names, int width)
 /// The words alone, a line each, not broken.
 QStringList personWords(const ChangedPerson &person, const IdNames &names);
 
-/// "+2.50 days"
+/// "2.50 days", "-2.50 days"
 QString daysText(qint64 hundredths);
+/// The same with a sign in any case: "+2.50 days".
+QString correctionText(qint64 hundredths);
+/// "2024-03" of 202403; any other number as it is, such as the 0 of a plan since ever.
+QString monthText(uint month);

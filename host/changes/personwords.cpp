@@ -10,21 +10,12 @@
 #include <QHash>
 #include <QSet>
 
-#include <cstdlib>
-
 namespace {
 
 struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(PersonWords)
 };
-
-/// "since 202403" is March 2024; 0 is since ever.
-QString monthText(const QVariant &month)
-{
-    const QString digits = month.toString();
-    return digits.size() == 6 ? digits.left(4) + QLatin1Char('-') + digits.mid(4) : digits;
-}
 
 /// Words about the rows of one person.
 class Words
@@ -41,9 +32,10 @@ public:
             tell(change);
         if (months > 0)
             add(Text::tr("group of %1 months, %2 to %3, follows the plan")
-                    .arg(QString::number(months), monthText(firstMonth), monthText(lastMonth)));
+                    .arg(QString::number(months), monthText(firstMonth.toUInt()),
+                         monthText(lastMonth.toUInt())));
         if (person.kinds.has(ChangeKind::Leave))
-            add(Text::tr("leave corrected by %1").arg(daysText(person.leave)));
+            add(Text::tr("leave corrected by %1").arg(correctionText(person.leave)));
         if (person.reopenedDays > 0)
             add(Text::tr("days to be calculated again: %1, since %2")
                     .arg(QString::number(person.reopenedDays),
@@ -153,7 +145,7 @@ private:
     {
         const bool goes = change.after.isEmpty();
         const TableRow &row = goes ? change.before : change.after;
-        const QString since = monthText(cellOf(change, row, QStringLiteral("since")));
+        const QString since = monthText(cellOf(change, row, QStringLiteral("since")).toUInt());
         add((goes ? Text::tr("group %1, from month %2 on, no longer planned")
                   : Text::tr("group %1 planned from month %2 on"))
                 .arg(named("gid", change, row), since));
@@ -231,13 +223,4 @@ private:
 QStringList personWords(const ChangedPerson &person, const IdNames &names)
 {
     return Words(person, names).lines();
-}
-
-QString daysText(qint64 hundredths)
-{
-    const qint64 size = std::abs(hundredths);
-    return Text::tr("%1%2.%3 days")
-        .arg(hundredths < 0 ? QStringLiteral("-") : QStringLiteral("+"),
-             QString::number(size / 100),
-             QString::number(size % 100).rightJustified(2, QLatin1Char('0')));
 }

@@ -11,6 +11,7 @@
 #include "host/report/console.h"
 #include "host/report/textreport.h"
 
+#include <QCoreApplication>
 #include <QMutexLocker>
 #include <QRegularExpression>
 #include <QSqlQuery>
@@ -19,24 +20,27 @@
 
 namespace {
 
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(ChangeWatch)
+};
+
 const int outputWidth = 100;
 const int continuation = 6; // blanks before what does not fit into a line
 
 /// "Pass 3", or "Passes 2 to 3".
 QString passesText(int first, int last)
 {
-    return first == last ? QStringLiteral("Pass %1").arg(last)
-                         : QStringLiteral("Passes %1 to %2").arg(first).arg(last);
+    return first == last ? Text::tr("Pass %1").arg(last)
+                         : Text::tr("Passes %1 to %2").arg(first).arg(last);
 }
 
-QString titleOf(const QString &passes, const QVector<Change> &changes)
+QString titleOf(const QString &passes, int rows)
 {
-    if (changes.isEmpty())
-        return passes + QStringLiteral(": no rows changed\n");
-    return QStringLiteral("%1: %2 changed\n")
-        .arg(passes,
-             changes.size() == 1 ? QStringLiteral("1 row")
-                                 : QStringLiteral("%1 rows").arg(changes.size()));
+    if (rows == 0)
+        return Text::tr("%1: no rows changed").arg(passes);
+    return rows == 1 ? Text::tr("%1: 1 row changed").arg(passes)
+                     : Text::tr("%1: %2 rows changed").arg(passes).arg(rows);
 }
 
 /// Broken between cells only.
@@ -67,7 +71,7 @@ bool hadNothingToDo(const PassTold &told)
 
 Failure cannotBeShown(Failure failure)
 {
-    failure.text.prepend(QStringLiteral("changes cannot be shown: "));
+    failure.text = Text::tr("changes cannot be shown: %1").arg(failure.text);
     return failure;
 }
 
@@ -162,13 +166,13 @@ QStringList ChangeWatch::tellOf(const Look &now, const ChangesHeader &known)
 
 Failure ChangeWatch::show(int pass, const QVector<Change> &changes, const IdNames &names)
 {
-    printText(titleOf(passesText(lastPass + 1, pass), changes) + pageOf(changeTexts(changes, names))
-              + QLatin1Char('\n'));
+    printText(titleOf(passesText(lastPass + 1, pass), changes.size()) + QLatin1Char('\n')
+              + pageOf(changeTexts(changes, names)) + QLatin1Char('\n'));
     if (outputTrouble().isEmpty())
         return {};
     outputLost = true;
     return {ExitErrors,
-            QStringLiteral("changes cannot be shown: standard output cannot be written: %1")
+            Text::tr("changes cannot be shown: standard output cannot be written: %1")
                 .arg(outputTrouble())};
 }
 
@@ -181,7 +185,7 @@ Failure ChangeWatch::write(const QVector<Change> &changes, const Look &now,
                                        newChangesPath(wishes.folder, header));
     if (failure) {
         fileMissing = true;
-        failure.text = QStringLiteral("the changes of pass %1 are lost: %2")
+        failure.text = Text::tr("the changes of pass %1 are lost: %2")
                            .arg(header.lastPass)
                            .arg(failure.text);
     }

@@ -6,9 +6,15 @@
 #include "host/base/silentmessages.h"
 #include "host/database/errortext.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 namespace {
+
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(Connection)
+};
 
 QString connectOptions(const ConnectionParameters &parameters)
 {
@@ -27,7 +33,7 @@ QString serverText(const ConnectionParameters &parameters)
     if (!parameters.socket.isEmpty())
         return parameters.socket;
     if (parameters.host.isEmpty())
-        return QStringLiteral("this machine");
+        return Text::tr("this machine");
     return parameters.port < 0 ? parameters.host
                                : QStringLiteral("%1:%2").arg(parameters.host).arg(parameters.port);
 }
@@ -65,8 +71,8 @@ Failure Connection::open(const ConnectionParameters &wanted)
     parameters = wanted;
     if (!QSqlDatabase::drivers().contains(parameters.driver))
         return {ExitDatabase,
-                QStringLiteral("the database driver '%1' is not installed (there are: %2); install "
-                               "it, or name another one with --driver")
+                Text::tr("the database driver '%1' is not installed (there are: %2); install "
+                         "it, or name another one with --driver")
                     .arg(parameters.driver, QSqlDatabase::drivers().join(QStringLiteral(", ")))};
 
     QSqlDatabase database = QSqlDatabase::addDatabase(parameters.driver, name);
@@ -88,8 +94,8 @@ Failure Connection::open()
     if (database.open())
         return {};
     return {ExitDatabase,
-            QStringLiteral("cannot open database '%1' on %2 as user '%3': %4; check the options of "
-                           "the database and that the server runs")
+            Text::tr("cannot open database '%1' on %2 as user '%3': %4; check the options of "
+                     "the database and that the server runs")
                 .arg(parameters.database, serverText(parameters), parameters.user,
                      errorText(database.lastError()))};
 }

@@ -3,6 +3,8 @@
 // A story's second chapter: what the database has of the person before the pass.
 #include "host/explain/storyparts.h"
 
+#include "host/changes/changestext.h"
+
 #include <QCoreApplication>
 
 namespace {

@@ -4,6 +4,7 @@
 #include "host/explain/passteller.h"
 
 #include "host/catalogue/messages.h"
+#include "host/changes/changestext.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -108,8 +109,7 @@ void PassTeller::complain(const PluginMessage *known, const TraceStep &step)
     record.rowIsTold = record.rowIsTold || known->event == MessageEvent::PersonNotAdded
         || known->event == MessageEvent::PersonNotUpdated;
     record.balance.reset();
-    if (record.plan && qstrcmp(known->text, "THRWorker::dbCheckGroupsPlan() - SQL ERROR [%s]: %s"))
-        record.plan.reset();
+    record.plan.reset();
 }
 
 void PassTeller::passBegins(const Values &values)
@@ -210,8 +210,8 @@ void PassTeller::passEnds(const Values &values)
 {
     endRecord();
     if (values.last().toInt() > 0)
-        chapter.say(Text::tr("At the end of the pass %1 of their records wait for branch and "
-                             "calendar.")
+        chapter.say(Text::tr("Records of theirs that wait for branch and calendar at the end of "
+                             "the pass: %1.")
                         .arg(values.last()));
 }
 
@@ -248,7 +248,7 @@ void PassTeller::settleRow()
     if (record.balance) {
         chapter.say(Text::tr("The leave fund holds %1, of moves before this month and of "
                              "corrections, as the line says: nothing is corrected.")
-                        .arg(balanceText(*record.balance)),
+                        .arg(daysText(*record.balance)),
                     record.balanceStatements);
         record.balance.reset();
     }

@@ -3,6 +3,7 @@
 // A story's chapter about the pass itself: what the plugin asks of the database.
 #include "host/explain/passteller.h"
 
+#include "host/changes/changestext.h"
 #include "host/changes/personkinds.h"
 #include "host/database/changetext.h"
 
@@ -165,8 +166,8 @@ void PassTeller::correctionWritten(const ClassifiedStatement &statement)
     record.balance.reset();
     chapter.say(Text::tr("The leave fund holds %1, of moves before this month and of corrections, "
                          "and the line says %2: a correction of %3 is written for today.")
-                    .arg(balanceText(balance), balanceText(static_cast<qint64>(balance) + value),
-                         balanceText(value)),
+                    .arg(daysText(balance), daysText(static_cast<qint64>(balance) + value),
+                         daysText(value)),
                 record.balanceStatements + takeStatements());
 }
 

@@ -46,16 +46,6 @@ bool hasErrors(const ExplainFacts &facts)
     return facts.changes.summary[ChangeKind::Errors] > 0;
 }
 
-QString kindsOf(const ChangedPerson &person)
-{
-    QStringList names;
-    for (const ChangeKind kind : changeKinds()) {
-        if (person.kinds.has(kind))
-            names.append(kindName(kind));
-    }
-    return names.join(QStringLiteral(", "));
-}
-
 bool hasDropped(const ExplainFacts &facts)
 {
     for (const PersonLine &line : facts.lines) {
@@ -68,7 +58,8 @@ bool hasDropped(const ExplainFacts &facts)
 QString verdictOf(const ExplainFacts &facts, const PersonBefore &before)
 {
     const ChangedPerson *const changed = changedPerson(facts);
-    const QString kinds = changed ? kindsOf(*changed) : QString();
+    const QString kinds = changed ? kindNames(changed->kinds).join(QStringLiteral(", "))
+                                  : QString();
     if (hasErrors(facts))
         return Text::tr("The pass has errors about them.");
     if (takenLines(facts).isEmpty())

@@ -4,14 +4,11 @@
 #include "host/explain/storyjson.h"
 
 #include "host/changes/changesjson.h"
+#include "host/changes/headerjson.h"
+#include "host/changes/rehearsaljson.h"
 #include "host/exportcheck/cellform.h"
 
 namespace {
-
-QByteArray textOrNull(const QString &text)
-{
-    return jsonValue(text.isEmpty() ? QVariant() : QVariant(text));
-}
 
 /// An array of values that are made already.
 QByteArray arrayOf(const QVector<QByteArray> &values)
@@ -42,10 +39,10 @@ QByteArray person(const ChosenPerson &person)
     QVector<QByteArray> uids;
     for (const qlonglong uid : person.uids)
         uids.append(QByteArray::number(uid));
-    return jsonObject({{QStringLiteral("pamId"), textOrNull(person.pamId)},
+    return jsonObject({{QStringLiteral("pamId"), jsonText(person.pamId)},
                        {QStringLiteral("pid"), QByteArray::number(person.pid)},
                        {QStringLiteral("uids"), arrayOf(uids)},
-                       {QStringLiteral("name"), textOrNull(person.name)},
+                       {QStringLiteral("name"), jsonText(person.name)},
                        {QStringLiteral("takenAs"), jsonValue(keyName(person.takenAs))}});
 }
 
@@ -55,13 +52,7 @@ QByteArray findingsOf(const ExplainFacts &facts, int line)
     for (const ExportFinding &found : facts.findings) {
         if (found.line != line && !found.lines.contains(line))
             continue;
-        const Finding finding = told(found, facts.texts);
-        findings.append(
-            jsonObject({{QStringLiteral("code"), jsonValue(finding.code)},
-                        {QStringLiteral("severity"), jsonValue(severityName(finding.severity))},
-                        {QStringLiteral("text"), jsonValue(finding.text)},
-                        {QStringLiteral("becomes"), textOrNull(finding.becomes)},
-                        {QStringLiteral("remedy"), textOrNull(finding.remedy)}}));
+        findings.append(findingJson(told(found, facts.texts)));
     }
     return arrayOf(findings);
 }

@@ -12,7 +12,6 @@
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
 
@@ -138,23 +137,9 @@ QString namedId(const IdNames &names, const char *column, const QVariant &id)
     return name.isEmpty() ? Text::tr("number %1").arg(id.toString()) : oneLine(name);
 }
 
-QString balanceText(qint64 hundredths)
-{
-    const qint64 size = std::abs(hundredths);
-    return Text::tr("%1%2.%3 days")
-        .arg(hundredths < 0 ? QStringLiteral("-") : QString(), QString::number(size / 100),
-             QString::number(size % 100).rightJustified(2, QLatin1Char('0')));
-}
-
 QString dateText(const QDate &date)
 {
     return date.isValid() ? date.toString(Qt::ISODate) : Text::tr("none");
-}
-
-QString monthText(uint month)
-{
-    const QString digits = QString::number(month);
-    return digits.size() == 6 ? digits.left(4) + QLatin1Char('-') + digits.mid(4) : digits;
 }
 
 QString plainText(const char *markdown)

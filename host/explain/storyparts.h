@@ -62,12 +62,8 @@ private:
 
 /// The name of what an id stands for, or "number 7".
 QString namedId(const IdNames &names, const char *column, const QVariant &id);
-/// "12.50 days"
-QString balanceText(qint64 hundredths);
 /// "2026-11-22", or "none".
 QString dateText(const QDate &date);
-/// "2024-03" of 202403; "ever" of 0.
-QString monthText(uint month);
 /// Without the signs of Markdown.
 QString plainText(const char *markdown);
 /// What is filled in stays out of it, but for numbers.

@@ -240,7 +240,7 @@ private:
             change,
             Text::tr("leave correction of %1, %2")
                 .arg(cellText(*change.table, QStringLiteral("day"), cell("day")),
-                     daysText(cell("value").toLongLong() - was.toLongLong())),
+                     correctionText(cell("value").toLongLong() - was.toLongLong())),
             leaveStatements(correction, laterOf(uid())));
         // A correction that was taken back stays, with the value of before.
         step.row.hasCome = false;

@@ -285,9 +285,13 @@ void tst_ChangesText::summary_fitsAScreen()
 
 void tst_ChangesText::days_haveTwoPlaces()
 {
-    QCOMPARE(daysText(250), QStringLiteral("+2.50 days"));
-    QCOMPARE(daysText(-5), QStringLiteral("-0.05 days"));
-    QCOMPARE(daysText(0), QStringLiteral("+0.00 days"));
+    QCOMPARE(correctionText(250), QStringLiteral("+2.50 days"));
+    QCOMPARE(correctionText(-5), QStringLiteral("-0.05 days"));
+    QCOMPARE(correctionText(0), QStringLiteral("+0.00 days"));
+    QCOMPARE(daysText(250), QStringLiteral("2.50 days"));
+    QCOMPARE(daysText(-250), QStringLiteral("-2.50 days"));
+    QCOMPARE(monthText(202403), QStringLiteral("2024-03"));
+    QCOMPARE(monthText(0), QStringLiteral("0"));
 }
 
 QTEST_GUILESS_MAIN(tst_ChangesText)

@@ -357,16 +357,17 @@ void tst_Story::waitingRecord_hasItsRemedy()
                                               .say("THRWorker: END synchronization #1 (waiting "
                                                    "records: 1)"),
                                           said));
-    QCOMPARE(told(story, "pass"),
-             lines({"A forced pass of a freshly started server, which remembers no export: each "
-                    "line is new to it.",
-                    "Their row is written.", compared,
-                    "  no column differs: after a start everybody is written once",
-                    "Warning: THRWorker: Branch '99' NOT FOUND for employee: '1001.1 Malá Eva'",
-                    "  No branch has the number. The record waits. By itself it would make the "
-                    "person a member, but leave people.bid empty. Make the branch or enter the "
-                    "number, then force a pass.",
-                    "At the end of the pass 1 of their records wait for branch and calendar."}));
+    QCOMPARE(
+        told(story, "pass"),
+        lines({"A forced pass of a freshly started server, which remembers no export: each "
+               "line is new to it.",
+               "Their row is written.", compared,
+               "  no column differs: after a start everybody is written once",
+               "Warning: THRWorker: Branch '99' NOT FOUND for employee: '1001.1 Malá Eva'",
+               "  No branch has the number. The record waits. By itself it would make the "
+               "person a member, but leave people.bid empty. Make the branch or enter the "
+               "number, then force a pass.",
+               "Records of theirs that wait for branch and calendar at the end of the pass: 1."}));
     QVERIFY(told(story, "waiting").first().startsWith(str("The record waits, for no branch ")));
     QCOMPARE(story.verdict, str("Something waits; what changes: waiting."));
     QCOMPARE(story.next, str("Make the branch or enter the number, then force a pass."));
