@@ -97,10 +97,15 @@ void hideChanged(ChangedPerson *changed, PersonalTexts texts)
 
 QString statementText(const TraceStep &step, PersonalTexts texts)
 {
+    const bool isHidden = texts == PersonalTexts::Hidden;
     QStringList values;
-    for (const QVariant &value : step.values)
-        values.append(value.isNull() ? QStringLiteral("NULL") : value.toString());
-    const QString text = texts == PersonalTexts::Hidden ? withoutTexts(step.text) : step.text;
+    for (const QVariant &value : step.values) {
+        const bool isText = value.userType() == QMetaType::QString;
+        values.append(value.isNull()           ? QStringLiteral("NULL")
+                          : isHidden && isText ? ellipsis()
+                                               : value.toString());
+    }
+    const QString text = isHidden ? withoutTexts(step.text) : step.text;
     return values.isEmpty() ? text
                             : Text::tr("%1 with %2").arg(text, values.join(QStringLiteral(", ")));
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // What a pass does with one person, as it is told.
-#include "host/explain/story.h"
+#include "host/explain/storyparts.h"
 #include "support/eventlog.h"
 #include "support/localseconds.h"
 #include "support/passchanges.h"
@@ -501,6 +501,13 @@ void tst_Story::hiddenNames_areNowhere()
     for (const char *part : {"1001.1 …", "name: … becomes …", "Branch '99' NOT FOUND", "'1001.1 …'",
                              "SET pamId=1001.1, title='…'", "leave 12.5"})
         QVERIFY2(text.contains(str(part)), qPrintable(text + str(part)));
+    TraceStep step;
+    step.text = str("SELECT 'Eva', ?, ?, ?");
+    step.values = {str("Malá"), 7.0, QVariant()};
+    QCOMPARE(statementText(step, PersonalTexts::Hidden),
+             str("SELECT '…', ?, ?, ? with …, 7, NULL"));
+    QCOMPARE(statementText(step, PersonalTexts::Shown),
+             str("SELECT 'Eva', ?, ?, ? with Malá, 7, NULL"));
 }
 
 QTEST_GUILESS_MAIN(tst_Story)
