@@ -68,8 +68,8 @@ QString dateText(const QDate &date);
 QString plainText(const char *markdown);
 /// What is filled in stays out of it, but for numbers.
 QString messageText(const PluginMessage *known, const QString &text, PersonalTexts texts);
-/// The statement with the values bound to it; where texts are hidden, without those among the values,
-/// and without all that stands between its first apostrophe and its last one.
+/// The statement with the values bound to it; where texts are hidden, without those among the
+/// values, and without all that stands between its first apostrophe and its last one.
 QString statementText(const TraceStep &step, PersonalTexts texts);
 
 StoryChapter exportChapter(const ExplainFacts &facts);
