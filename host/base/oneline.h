@@ -8,3 +8,6 @@
 /// The text in one line that no terminal takes for commands: control characters in their visible
 /// form, a line end as \n.
 QString oneLine(const QString &text);
+
+/// A mark after which a terminal or a browser may show what follows from right to left.
+bool turnsDirection(QChar character);

@@ -3,6 +3,8 @@
 // Pages for a browser.
 #include "host/report/htmlpage.h"
 
+#include "host/base/oneline.h"
+
 #include <grantlee/context.h>
 #include <grantlee/engine.h>
 #include <grantlee/template.h>
@@ -24,7 +26,8 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(HtmlPage)
 };
 
-/// What XML cannot hold, nor a browser show, becomes its picture.
+/// What XML cannot hold, nor a browser show, becomes its picture; what would turn the text around
+/// it, too.
 QVariant shown(const QVariant &value)
 {
     switch (static_cast<QMetaType::Type>(value.type())) {
@@ -33,7 +36,7 @@ QVariant shown(const QVariant &value)
         for (QChar &letter : text) {
             if (letter < QLatin1Char(' ') && letter != QLatin1Char('\n'))
                 letter = QChar(0x2400 + letter.unicode());
-            else if (letter.unicode() >= 0xfffe)
+            else if (letter.unicode() >= 0xfffe || turnsDirection(letter))
                 letter = QChar(QChar::ReplacementCharacter);
         }
         return text;
