@@ -115,6 +115,7 @@ struct ChangeTotals
     /// People whose employment has not ended and who stand in no line of the export; -1 where
     /// nobody has looked, as after a pass on the database itself.
     int missing = -1;
+    int statements = -1; ///< of the plugin in the pass; -1 where nobody has counted
 };
 
 /// What a rehearsal knows beside the changes. Sentences end with a full stop.

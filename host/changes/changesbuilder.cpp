@@ -212,6 +212,7 @@ void count(const PassTold &told, Changes *changes)
     if (told.waiting >= 0)
         summary[ChangeKind::Waiting] = told.waiting;
     summary[ChangeKind::Dropped] = told.dropped;
+    changes->totals.statements = told.statements;
     summary[ChangeKind::Errors] = std::count_if(
         told.messages.cbegin(), told.messages.cend(),
         [](const ToldMessage &message) { return message.message.isError; });

@@ -115,13 +115,16 @@ private:
     QByteArray totals() const
     {
         const ChangeTotals &totals = changes.totals;
+        const auto orNull = [](int number) {
+            return number < 0 ? QByteArrayLiteral("null") : jsonValue(number);
+        };
         return jsonObject(
             {{QStringLiteral("activePeople"), jsonValue(totals.activePeople)},
              {QStringLiteral("withoutBranch"), jsonValue(totals.withoutBranch)},
              {QStringLiteral("leave"), QByteArray::number(totals.leave)},
              {QStringLiteral("reopenedDays"), QByteArray::number(totals.reopenedDays)},
-             {QStringLiteral("missing"),
-              totals.missing < 0 ? QByteArrayLiteral("null") : jsonValue(totals.missing)}});
+             {QStringLiteral("missing"), orNull(totals.missing)},
+             {QStringLiteral("statements"), orNull(totals.statements)}});
     }
 
     /// Of the tables that have rows here, the order of the columns, which objects do not keep.

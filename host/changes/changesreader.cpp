@@ -64,7 +64,8 @@ public:
                            totals.value(QStringLiteral("withoutBranch")).toInt(),
                            numberIn(totals.value(QStringLiteral("leave"))),
                            numberIn(totals.value(QStringLiteral("reopenedDays"))),
-                           totals.value(QStringLiteral("missing")).toInt(-1)};
+                           totals.value(QStringLiteral("missing")).toInt(-1),
+                           totals.value(QStringLiteral("statements")).toInt(-1)};
         changes->rehearsal = rehearsalIn(part("rehearsal").toObject());
         const QJsonObject plan = part("plan").toObject();
         changes->plan = {plan.value(QStringLiteral("read")).toString(),

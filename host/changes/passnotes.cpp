@@ -37,6 +37,8 @@ void append(const PassTold &pass, PassTold *all)
     all->forced = all->forced || pass.forced;
     all->waiting = pass.waiting;
     all->dropped += pass.dropped;
+    if (pass.statements >= 0)
+        all->statements = qMax(all->statements, 0) + pass.statements;
     all->messages += pass.messages;
     all->leave += pass.leave;
     all->refused += pass.refused;
@@ -73,9 +75,10 @@ void PassNotes::message(QtMsgType type, const QString &text)
 
 void PassNotes::call(const DatabaseCall &call, const CallOutcome &outcome)
 {
-    const bool isStatement = call.kind == DatabaseCall::Exec || call.kind == DatabaseCall::Run
-        || call.kind == DatabaseCall::Prepare;
-    if (outcome.done || !isStatement)
+    const bool isRun = call.kind == DatabaseCall::Exec || call.kind == DatabaseCall::Run;
+    if (isRun)
+        countStatement();
+    if (outcome.done || (!isRun && call.kind != DatabaseCall::Prepare))
         return;
     QVariantList bound;
     for (const DatabaseCall::Value &value : call.values)
@@ -89,6 +92,13 @@ void PassNotes::call(const DatabaseCall &call, const CallOutcome &outcome)
     if (refused.about.named.key == NamedPeople::Nobody)
         refused.about = aboutNow();
     current.refused.append(refused);
+}
+
+void PassNotes::countStatement()
+{
+    const QMutexLocker locker(&mutex);
+    if (current.statements >= 0 && !currentIsOver)
+        ++current.statements;
 }
 
 void PassNotes::exportRead(const ExportIdentity &exported)
@@ -144,6 +154,7 @@ void PassNotes::beginPass(bool forced)
     }
     currentIsOver = false;
     current.forced = forced;
+    current.statements = 0;
     naming = nullptr;
 }
 

@@ -51,6 +51,7 @@ struct PassTold
     bool forced = false;
     int waiting = -1; ///< records at the end, as the plugin says; -1: it has not said
     int dropped = 0; ///< lines
+    int statements = -1; ///< that were run between begin and end of the pass; -1: it has not begun
     QVector<ToldMessage> messages;
     QVector<RestingLeave> leave;
     QVector<RefusedStatement> refused;
@@ -76,6 +77,7 @@ public:
     PassTold take();
 
 private:
+    void countStatement();
     AboutPeople aboutNow() const;
     void noteLeave(const PluginMessage &known, const QString &text);
     void beginPass(bool forced);

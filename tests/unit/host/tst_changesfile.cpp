@@ -83,6 +83,7 @@ Changes fullChanges()
     changes.people.first().otherwise = changes.people.first().rows.mid(0, 1);
     changes.header.after = {{QStringLiteral("old.data"), digest(), 90, 2}};
     changes.totals.missing = 3;
+    changes.totals.statements = 12;
     changes.rehearsal.limits = {{{QStringLiteral("ended"), 5, true}, 2, 3},
                                 {{QStringLiteral("leave-days-each"), 60, false}, 60, 2.5}};
     changes.rehearsal.leftOut = lines({"There is no trigger \"x\"."});

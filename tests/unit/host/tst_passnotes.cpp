@@ -44,6 +44,7 @@ private Q_SLOTS:
     void whatWasNotDone_isTold();
     void refusedStatements_comeFromTheCalls();
     void passesAreToldApart();
+    void statements_areCountedFromBeginToEnd();
     void signs_standInTheCatalogue();
     void exports_areIdentified();
 };
@@ -218,6 +219,37 @@ void tst_PassNotes::passesAreToldApart()
     QVERIFY(both.forced);
     QCOMPARE(both.exported.name, QString());
     QCOMPARE(notes.take().waiting, -1);
+}
+
+void tst_PassNotes::statements_areCountedFromBeginToEnd()
+{
+    PassNotes notes;
+    const auto run = [&notes](DatabaseCall::Kind kind, bool done = true) {
+        CallOutcome outcome;
+        outcome.done = done;
+        notes.call({kind, QStringLiteral("SELECT 1"), {}}, outcome);
+    };
+    const auto pass = [&notes, &run](int number, int statements) {
+        notes.message(
+            QtDebugMsg,
+            QStringLiteral("THRWorker: BEGIN synchronization #%1 (force: NO)").arg(number));
+        run(DatabaseCall::Open);
+        run(DatabaseCall::Prepare);
+        for (int i = 0; i < statements; ++i)
+            run(i % 2 ? DatabaseCall::Exec : DatabaseCall::Run, i != 1);
+        notes.message(
+            QtDebugMsg,
+            QStringLiteral("THRWorker: END synchronization #%1 (waiting records: 0)").arg(number));
+        run(DatabaseCall::Exec);
+    };
+    run(DatabaseCall::Exec);
+    QCOMPARE(notes.take().statements, -1);
+    pass(1, 5);
+    QCOMPARE(notes.take().statements, 5);
+    run(DatabaseCall::Exec); // of a tick without a pass
+    pass(2, 3);
+    pass(3, 4);
+    QCOMPARE(notes.take().statements, 7);
 }
 
 void tst_PassNotes::signs_standInTheCatalogue()
