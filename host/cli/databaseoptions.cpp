@@ -155,6 +155,13 @@ OptionGroup databaseOptions()
             QVector<Option> {privateDatabaseOption()} + serverOptions()};
 }
 
+OptionGroup lookedAtDatabaseOptions()
+{
+    OptionGroup group = databaseOptions();
+    group.title = Text::tr("Database (none of these: none is looked at)");
+    return group;
+}
+
 Failure readPrivateFolder(const Options &options, QString *folder)
 {
     *folder = options.isSet(privateOption()) ? options.value(privateOption())

@@ -20,6 +20,8 @@ struct DatabaseChoice
 Option privateDatabaseOption();
 /// --private-db, and all that names a database on a server
 OptionGroup databaseOptions();
+/// The same for a command that looks at no database unless one is named.
+OptionGroup lookedAtDatabaseOptions();
 
 /// The folder of the private database that --private-db names, or the default one.
 Failure readPrivateFolder(const Options &options, QString *folder);

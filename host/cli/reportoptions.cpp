@@ -37,9 +37,27 @@ Option quietOption()
     return {QStringLiteral("quiet"), QString(), Text::tr("show the verdict only")};
 }
 
+OptionGroup quietReportOptions()
+{
+    OptionGroup group = reportOptions();
+    group.options.append(quietOption());
+    return group;
+}
+
 bool isQuiet(const Options &options)
 {
     return options.isSet(QStringLiteral("quiet")) && reportForm(options) == ReportForm::Text;
+}
+
+Option noNamesOption()
+{
+    return {QStringLiteral("no-names"), QString(),
+            Text::tr("show no texts of people, only their numbers")};
+}
+
+bool hidesNames(const Options &options)
+{
+    return options.isSet(QStringLiteral("no-names"));
 }
 
 OptionGroup logOptions()

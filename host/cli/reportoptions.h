@@ -15,8 +15,14 @@ ReportForm reportForm(const Options &options);
 
 /// --quiet, for a command whose report ends with a verdict.
 Option quietOption();
+/// --json and --quiet
+OptionGroup quietReportOptions();
 /// Nothing but the verdict is to be told to people. Machines get the whole document.
 bool isQuiet(const Options &options);
+
+/// --no-names, for a command that tells of many people.
+Option noNamesOption();
+bool hidesNames(const Options &options);
 
 /// --log-level and --log-format, for a command that runs the plugin.
 OptionGroup logOptions();

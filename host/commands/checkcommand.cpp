@@ -62,7 +62,7 @@ Failure read(const Options &options, CheckOptions *check)
         check->shownInHtml = check->style.shown = std::numeric_limits<int>::max();
     check->style.colour = outputTakesColour();
     check->style.headOnly = isQuiet(options);
-    if (options.isSet(QStringLiteral("no-names")))
+    if (hidesNames(options))
         check->texts = PersonalTexts::Hidden;
     if (const Failure failure = readDataDirectory(options, &check->dataDirectory))
         return failure;
@@ -217,8 +217,7 @@ OptionGroup checkOptions()
               Text::tr("the last good export: people gained and lost, columns changed")},
              {QStringLiteral("all"), QString(),
               Text::tr("show every finding, not ten of a kind (JSON always has all)")},
-             {QStringLiteral("no-names"), QString(),
-              Text::tr("show no texts of people, only their numbers")},
+             noNamesOption(),
              {QStringLiteral("html"), QStringLiteral("FILE"),
               Text::tr("write a page for a browser there, with a hundred of a kind and the columns "
                        "as charts")},
@@ -227,19 +226,10 @@ OptionGroup checkOptions()
                        "HR department")}}};
 }
 
-OptionGroup lookedAtDatabase()
-{
-    OptionGroup group = databaseOptions();
-    group.title = Text::tr("Database (none of these: none is looked at)");
-    return group;
-}
-
 } // namespace
 
 Command checkCommand()
 {
-    OptionGroup forms = reportOptions();
-    forms.options.append(quietOption());
     Command command;
     command.name = QStringLiteral("check");
     command.summary = Text::tr("tell what the plugin will make of an export");
@@ -248,8 +238,10 @@ Command checkCommand()
         "become, and what in it is damaged, worst first. Changes nothing. docs/findings.md "
         "explains each code.");
     command.arguments = {{QStringLiteral("FILE"), Text::tr("the export; - for standard input")}};
-    command.groups = {
-        checkOptions(), {Text::tr("Plugin"), {dataDirectoryOption()}}, lookedAtDatabase(), forms};
+    command.groups = {checkOptions(),
+                      {Text::tr("Plugin"), {dataDirectoryOption()}},
+                      lookedAtDatabaseOptions(),
+                      quietReportOptions()};
     command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
                          ExitDatabase, ExitRefused, ExitInterrupted};
     command.sections = {

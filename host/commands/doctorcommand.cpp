@@ -196,8 +196,7 @@ Command doctorCommand()
         "tells everything that can be known to go wrong before the first pass: what is wrong, what "
         "the plugin would make of it, and the exact line that mends it. What cannot be seen is "
         "named, too. Only reads; a private database that does not run is started for the look.");
-    OptionGroup forms = reportOptions();
-    forms.options.append(quietOption());
+    OptionGroup forms = quietReportOptions();
     forms.options.append({QStringLiteral("html"), QStringLiteral("FILE"),
                           Text::tr("write a page for a browser there")});
     forms.options.append(

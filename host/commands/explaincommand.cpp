@@ -34,7 +34,7 @@ Failure read(const Options &options, ExplainOptions *explain)
     explain->form = reportForm(options);
     explain->isQuiet = isQuiet(options);
     explain->withStatements = options.isSet(QStringLiteral("statements"));
-    if (options.isSet(QStringLiteral("no-names")))
+    if (hidesNames(options))
         explain->texts = PersonalTexts::Hidden;
     return readDatabaseOptions(options, &explain->database);
 }
