@@ -14,6 +14,8 @@
 
 #include <QCoreApplication>
 
+#include <limits>
+
 namespace {
 
 struct Text
@@ -29,7 +31,7 @@ Failure read(const Options &options, StatusSettings *settings)
     settings->sources.changesFolders = options.values(QStringLiteral("changes"));
     settings->site.folder = options.value(QStringLiteral("html"));
     settings->metricsFile = options.value(QStringLiteral("metrics"));
-    if (options.isSet(QStringLiteral("no-names")))
+    if (hidesNames(options))
         settings->site.texts = PersonalTexts::Hidden;
     return checkTargets(
         *settings,
@@ -38,7 +40,7 @@ Failure read(const Options &options, StatusSettings *settings)
 
 PersonalTexts shownTexts(const Options &options)
 {
-    return options.isSet(QStringLiteral("no-names")) ? PersonalTexts::Hidden : PersonalTexts::Shown;
+    return hidesNames(options) ? PersonalTexts::Hidden : PersonalTexts::Shown;
 }
 
 void print(const Options &options, const Status &status)
@@ -51,8 +53,10 @@ void print(const Options &options, const Status &status)
         printText(verdictOf(concernsOf(status)) + QLatin1Char('\n'));
         return;
     }
-    printReport(statusPage(status, shownTexts(options)), ReportForm::Text);
-    const QString recovery = recoveryText(status);
+    const int shownPeople = options.isSet(QStringLiteral("all")) ? std::numeric_limits<int>::max()
+                                                                 : 10;
+    printReport(statusPage(status, shownTexts(options), shownPeople), ReportForm::Text);
+    const QString recovery = recoveryText(status, shownTexts(options));
     if (!recovery.isEmpty())
         printText(QLatin1Char('\n') + recovery);
 }
@@ -66,14 +70,14 @@ Failure ending(Level level)
 Failure runCheck(const Options &options)
 {
     StatusSettings settings;
-    Failure failure = read(options, &settings);
+    const Failure failure = read(options, &settings);
     if (!failure) {
-        const Status status = takeStatus(settings);
-        failure = publishStatus(status, settings);
-        if (!failure) {
-            printText(checkLine(status) + QLatin1Char('\n'));
-            return ending(levelOf(concernsOf(status)));
-        }
+        Status status = takeStatus(settings);
+        // What is critical is so on a full disk, too.
+        if (const Failure unwritten = publishStatus(status, settings))
+            status.unknown.append({Text::tr("site and figures"), unwritten.text, true});
+        printText(checkLine(status) + QLatin1Char('\n'));
+        return ending(levelOf(concernsOf(status)));
     }
     printText(unknownCheckLine(failure.text) + QLatin1Char('\n'));
     return ending(Level::Unknown);
@@ -111,23 +115,16 @@ OptionGroup statusOptions()
              {QStringLiteral("metrics"), QStringLiteral("FILE"),
               Text::tr("write figures in the text format of Prometheus there, for everybody to "
                        "read")},
-             {QStringLiteral("no-names"), QString(),
-              Text::tr("show no texts of people, only their numbers")}}};
-}
-
-OptionGroup lookedAtDatabase()
-{
-    OptionGroup group = databaseOptions();
-    group.title = Text::tr("Database (none of these: none is looked at)");
-    return group;
+             {QStringLiteral("all"), QString(),
+              Text::tr("show everybody who is lost or waits, not ten of each (JSON always has "
+                       "all)")},
+             noNamesOption()}};
 }
 
 } // namespace
 
 Command statusCommand()
 {
-    OptionGroup forms = reportOptions();
-    forms.options.append(quietOption());
     Command command;
     command.name = QStringLiteral("status");
     command.summary = Text::tr("tell when what ran, how it ended, and what waits");
@@ -140,8 +137,8 @@ Command statusCommand()
     command.groups = {statusOptions(),
                       gateFolderOptions(),
                       {Text::tr("Plugin"), {dataDirectoryOption()}},
-                      lookedAtDatabase(),
-                      forms};
+                      lookedAtDatabaseOptions(),
+                      quietReportOptions()};
     command.fileSettings = publishingSettings();
     command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
                          ExitDatabase, ExitRefused, ExitInterrupted};

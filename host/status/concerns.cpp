@@ -116,7 +116,7 @@ private:
         const GateRecord *const passed = lastPassed(status.records);
         if (passed && passed->fates.dropped > 0)
             add(Level::Warning,
-                Text::tr("lines of the last export that come to nothing: %1")
+                Text::tr("lines of the last export that passed, which come to nothing: %1")
                     .arg(passed->fates.dropped),
                 Text::tr("see %1.check.html in the archive").arg(passed->name));
     }
@@ -152,7 +152,8 @@ private:
         const auto waiting = std::count_if(status.waiting.cbegin(), status.waiting.cend(),
                                            waitsForSomebody);
         if (waiting > 0)
-            add(Level::Warning, Text::tr("left undone by the last pass: %1").arg(waiting));
+            add(Level::Warning, Text::tr("left undone by the last pass: %1").arg(waiting),
+                Text::tr("see below who waits, and for what"));
         const bool isOwn = pass.source == PassStatus::FromChanges;
         const qint64 interval = status.sources.passSeconds;
         if (isOwn && interval > 0 && pass.when.secsTo(status.now) > 2 * interval + graceSeconds)

@@ -55,9 +55,12 @@ bool CurrentRows::hasLaterMove(const Change &change, qlonglong uid) const
         return row.value(content->indexOf(QLatin1String(column)));
     };
     const qlonglong day = cellOf(change, change.after, QStringLiteral("day")).toLongLong();
-    const QVariant fund = cellOf(change, change.after, QStringLiteral("fid"));
+    const auto isAlike = [&](const TableRow &row, const char *column) {
+        return compareValues(cell(row, column), cellOf(change, change.after, QLatin1String(column)))
+            == 0;
+    };
     return std::any_of(content->rows.cbegin(), content->rows.cend(), [&](const TableRow &row) {
-        return cell(row, "uid").toLongLong() == uid && compareValues(cell(row, "fid"), fund) == 0
+        return cell(row, "uid").toLongLong() == uid && isAlike(row, "fid") && isAlike(row, "type")
             && cell(row, "day").toLongLong() > day;
     });
 }

@@ -18,7 +18,7 @@ public:
     qlonglong uidOf(const ChangedPerson &person) const;
     /// The row with the key of the change, in its columns; empty if there is none.
     TableRow find(const Change &change, qlonglong uid) const;
-    /// A correction of the same fund on a later day: the pass ran past midnight, or another one
+    /// A move of the same fund and type on a later day: the pass ran past midnight, or another one
     /// after it.
     bool hasLaterMove(const Change &change, qlonglong uid) const;
 

@@ -214,8 +214,11 @@ void readPass(Status *status)
     status->pass = passOfRecord(*newest, *status);
     Changes changes;
     status->waiting.clear();
-    if (!readChangesFile(rehearsalFile(status->sources, *newest), &changes))
-        status->waiting = waitingOf(changes);
+    if (readChangesFile(rehearsalFile(status->sources, *newest), &changes))
+        return;
+    status->waiting = waitingOf(changes);
+    status->pass.errors = errorsOf(changes);
+    status->pass.statements = changes.totals.statements;
 }
 
 } // namespace
@@ -255,6 +258,12 @@ QStringList readExports(const Status &status)
     return names;
 }
 
+bool newestIsJudged(const Status &status)
+{
+    const GateRecord *const newest = lastPassed(status.records);
+    return !newest || newestIsRead(status, *newest);
+}
+
 int lossDays()
 {
     return daysBack;
@@ -266,13 +275,10 @@ QVector<RehearsedExport> readRehearsals(const Status &status)
     const QDateTime since = status.now.addDays(-daysBack);
     QVector<RehearsedExport> exports;
     for (const GateRecord &record : status.records) {
-        // A person has said that all is as it should be.
-        const bool isSettled = QFileInfo::exists(settledFile(status.sources, record));
-        if (isSettled)
-            exports.clear();
-        if (isSettled || record.when < since || !names.contains(record.name))
+        if (record.when < since || !names.contains(record.name))
             continue;
-        RehearsedExport exported {record.name, {}};
+        RehearsedExport exported {record.name, {}, false};
+        exported.isSettled = QFileInfo::exists(settledFile(status.sources, record));
         if (!readChangesFile(rehearsalFile(status.sources, record), &exported.changes))
             exports.append(exported);
     }

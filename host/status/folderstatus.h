@@ -11,10 +11,13 @@ Status readStatus(const StatusSources &sources, const QDateTime &now);
 /// Names of the records whose export a pass has read, as far as can be known, oldest first. The
 /// newest counts some minutes after it is gone, when its pass is over.
 QStringList readExports(const Status &status);
+/// The newest export that went through counts among them; true without one.
+bool newestIsJudged(const Status &status);
 
-/// What was rehearsed of the exports that have been read in the last days, oldest first.
+/// What was rehearsed of the exports that have been read in the last days, oldest first, with those
+/// that are settled.
 QVector<RehearsedExport> readRehearsals(const Status &status);
-/// A person makes this file in the archive to say that what this export and older ones have left is
+/// A person makes this file in the archive to say that all that this export should have changed is
 /// as it should be; its content does not matter.
 QString settledFile(const StatusSources &sources, const GateRecord &record);
 /// The same for an export whose changes lie in a file of the archive of a gate; absolute. Empty for

@@ -28,6 +28,7 @@ struct RowHope
 {
     Change last; ///< of the last export that says something of it
     QString record;
+    QStringList uncertain;
     bool wasThere = false; ///< before the first of them
     QHash<QString, CellHope> cells;
 };
@@ -36,10 +37,7 @@ struct RowHope
 struct PersonHope
 {
     ChangedPerson person; ///< as the last export has it, without rows
-    QString record;
-    IdNames names;
     QDateTime when;
-    QStringList uncertain;
     QVector<QString> order; ///< keys of `rows`
     QHash<QString, RowHope> rows;
 
@@ -97,7 +95,8 @@ void hopeForCells(const Change &change, RowHope *row)
     }
 }
 
-void hopeFor(const Change &change, const QString &record, PersonHope *person)
+void hopeFor(const Change &change, const QString &record, const QStringList &uncertain,
+             PersonHope *person)
 {
     const QString key = keyOf(change);
     const bool isNew = !person->rows.contains(key);
@@ -108,6 +107,7 @@ void hopeFor(const Change &change, const QString &record, PersonHope *person)
     }
     row.last = change;
     row.record = record;
+    row.uncertain = uncertain;
     if (!change.after.isEmpty())
         hopeForCells(change, &row);
 }
@@ -214,8 +214,6 @@ bool judge(const PersonHope &hope, const CurrentRows &now, LostPerson *lost)
     lost->person.uid = uid;
     lost->missing.person = hope.person.person;
     lost->missing.pid = hope.person.pid;
-    lost->names = hope.names;
-    lost->uncertain = hope.uncertain;
     for (const QString &key : hope.order) {
         const RowHope &row = hope.rows[key];
         Change missing;
@@ -223,12 +221,37 @@ bool judge(const PersonHope &hope, const CurrentRows &now, LostPerson *lost)
             continue;
         lost->missing.rows.append(missing);
         lost->record = qMax(lost->record, row.record);
+        lost->uncertain += row.uncertain;
     }
     if (lost->missing.rows.isEmpty())
         return false;
+    lost->uncertain.removeDuplicates();
     tellKinds(hope.when, &lost->missing);
     findRemedies(lost);
     return true;
+}
+
+/// Nothing is wanted any more of the rows of which the export says something.
+void settle(const Changes &changes, QHash<QString, PersonHope> *hopes)
+{
+    for (const ChangedPerson &changed : changes.people) {
+        const auto hope = hopes->find(keyOf(changed));
+        if (hope == hopes->end())
+            continue;
+        for (const Change &change : changed.rows) {
+            const QString key = keyOf(change);
+            hope->rows.remove(key);
+            hope->order.removeOne(key);
+        }
+    }
+}
+
+void addNames(const IdNames &names, IdNames *all)
+{
+    for (auto column = names.begin(); column != names.end(); ++column) {
+        for (auto name = column->begin(); name != column->end(); ++name)
+            (*all)[column.key()].insert(name.key(), name.value());
+    }
 }
 
 void hopeForPeople(const RehearsedExport &exported, QHash<QString, PersonHope> *hopes)
@@ -240,10 +263,8 @@ void hopeForPeople(const RehearsedExport &exported, QHash<QString, PersonHope> *
             PersonHope &hope = (*hopes)[keyOf(changed)];
             hope.person.person = changed.person;
             hope.person.pid = changed.pid;
-            hope.names = exported.changes.names;
             hope.when = exported.changes.header.when;
-            hope.uncertain = changed.uncertain;
-            hopeFor(change, exported.record, &hope);
+            hopeFor(change, exported.record, changed.uncertain, &hope);
         }
     }
 }
@@ -277,12 +298,19 @@ bool lossIsSeen(const TouchedTable &table)
 QVector<LostPerson> lostPeople(const QVector<RehearsedExport> &exports, const Snapshot &now)
 {
     QHash<QString, PersonHope> hopes;
-    for (const RehearsedExport &exported : exports)
-        hopeForPeople(exported, &hopes);
+    IdNames names;
+    for (const RehearsedExport &exported : exports) {
+        addNames(exported.changes.names, &names);
+        if (exported.isSettled)
+            settle(exported.changes, &hopes);
+        else
+            hopeForPeople(exported, &hopes);
+    }
     const CurrentRows current(now);
     QVector<LostPerson> people;
     for (const PersonHope &hope : qAsConst(hopes)) {
         LostPerson lost;
+        lost.names = names;
         if (judge(hope, current, &lost))
             people.append(lost);
     }

@@ -23,7 +23,7 @@ struct LostPerson
     Person person; ///< as in the rehearsal, with the uid of the database; 0: not there
     QString record; ///< the export that was the last to change what is missing
     ChangedPerson missing; ///< the rows that are not as they should be, with their kinds
-    IdNames names; ///< of the ids in these rows
+    IdNames names; ///< of the ids in these rows, and of others
     QVector<Remedy> remedies; ///< each once
     QStringList uncertain; ///< why the real pass may have done otherwise
 };
@@ -33,6 +33,7 @@ struct RehearsedExport
 {
     QString record;
     Changes changes;
+    bool isSettled = false; ///< a person has said that what it wrote is as it should be
 };
 
 /// Tables of which a later look tells nothing are left out: what is calculated or fetched since
@@ -40,5 +41,6 @@ struct RehearsedExport
 bool lossIsSeen(const TouchedTable &table);
 
 /// What the exports, oldest first, should have changed and is still as it was. What somebody else
-/// has changed since is not lost. People in the order of difference().
+/// has changed since is not lost, nor is a row of which a settled export or an older one says
+/// something. People in the order of difference().
 QVector<LostPerson> lostPeople(const QVector<RehearsedExport> &exports, const Snapshot &now);

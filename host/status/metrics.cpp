@@ -132,14 +132,36 @@ void addTotals(const Status &status, Families *families)
     addMap(reasons, "reason", families);
 }
 
+/// Beside a server that is not ours, what the pass was rehearsed to.
+void addWork(const PassStatus &pass, Families *families)
+{
+    const bool isReal = pass.source == PassStatus::FromChanges;
+    if (pass.statements >= 0 && isReal)
+        families->single("pass_statements", "Statements that the last pass has run.",
+                         pass.statements);
+    else if (pass.statements >= 0)
+        families->single("rehearsal_statements",
+                         "Statements that the last pass has run in its rehearsal.",
+                         pass.statements);
+    if (pass.errors.isEmpty())
+        return;
+    if (isReal)
+        families->begin("pass_errors", gauge, "Errors of the last pass by code of the database.");
+    else
+        families->begin("rehearsal_errors", gauge,
+                        "Errors in the rehearsal of the last pass by code of the database.");
+    addMap(pass.errors, "code", families);
+}
+
 void addPass(const PassStatus &pass, Families *families)
 {
-    families->moment("last_pass_timestamp_seconds", "When the last pass that is known of ran.",
-                     pass.when);
+    families->moment("last_pass_timestamp_seconds",
+                     "When the last pass that is known of ran, at the latest.", pass.when);
     const bool isReal = pass.source == PassStatus::FromChanges;
     if (isReal && pass.summary && (*pass.summary)[ChangeKind::Errors] == 0)
         families->moment("last_success_timestamp_seconds",
                          "When the last pass ran, unless it had errors.", pass.when);
+    addWork(pass, families);
     if (!isReal)
         return;
     families->single("pass_seconds", "How long the last pass took with the looks around it.",
@@ -147,10 +169,6 @@ void addPass(const PassStatus &pass, Families *families)
     if (pass.summary) {
         families->begin("pass_changes", gauge, "What the last pass changed, by kind.");
         addCounts(*pass.summary, families);
-    }
-    if (!pass.errors.isEmpty()) {
-        families->begin("pass_errors", gauge, "Errors of the last pass by code of the database.");
-        addMap(pass.errors, "code", families);
     }
     if (!pass.rows.isEmpty()) {
         families->begin("pass_rows", gauge, "Rows that the last pass changed, by table.");

@@ -37,6 +37,7 @@ PassStatus passOfChanges(const Changes &changes, const QString &file)
     pass.exported = changes.header.exported;
     pass.summary = changes.summary;
     pass.errors = errorsOf(changes);
+    pass.statements = changes.totals.statements;
     for (const ChangedPerson &person : changes.people)
         countRows(person.rows, &pass.rows);
     countRows(changes.others, &pass.rows);

@@ -38,29 +38,39 @@ QVector<LostPerson> lostUnreleased(const Status &status)
     return people;
 }
 
-/// Who has let through what is lost, and why.
-QStringList releaseSteps(const Status &status)
+bool isMissed(const GateRecord &record, const QVector<LostPerson> &people)
+{
+    return std::any_of(people.cbegin(), people.cend(),
+                       [&record](const LostPerson &lost) { return lost.record == record.name; });
+}
+
+/// Who has let through what is lost, and why; the reason may name people.
+QStringList releaseSteps(const Status &status, PersonalTexts texts)
 {
     QStringList steps;
     for (const GateRecord &record : status.records) {
-        const auto isOfRecord = [&record](const LostPerson &lost) {
-            return lost.record == record.name;
-        };
-        if (record.release && std::any_of(status.lost.cbegin(), status.lost.cend(), isOfRecord))
-            steps.append(Text::tr("# Export %1 was let through by %2: %3")
-                             .arg(record.name, oneLine(record.release->by),
-                                  oneLine(record.release->reason)));
+        if (!record.release || !isMissed(record, status.lost))
+            continue;
+        const QString by = oneLine(record.release->by);
+        steps.append(texts == PersonalTexts::Hidden
+                         ? Text::tr("# Export %1 was let through by %2").arg(record.name, by)
+                         : Text::tr("# Export %1 was let through by %2: %3")
+                               .arg(record.name, by, oneLine(record.release->reason)));
     }
     return steps;
 }
 
+/// One line for each export of which something is lost.
 QStringList settlingSteps(const Status &status)
 {
-    const GateRecord *const passed = lastPassed(status.records);
-    if (!passed)
-        return {};
-    return {Text::tr("# Was this pass taken back, or is all as it should be? Then: touch %1")
-                .arg(shellWord(settledFile(status.sources, *passed)))};
+    QStringList steps;
+    for (const GateRecord &record : status.records) {
+        if (isMissed(record, status.lost))
+            steps.append(Text::tr("# Was the pass over export %1 taken back, or is all of it as it "
+                                  "should be? Then: touch %2")
+                             .arg(record.name, shellWord(settledFile(status.sources, record))));
+    }
+    return steps;
 }
 
 bool needs(const QVector<LostPerson> &people, Remedy remedy)
@@ -84,10 +94,7 @@ QString uidsOf(const QVector<LostPerson> &people, Remedy remedy)
 QString unpacking(const Status &status, const QString &file)
 {
     const GateRecord *const passed = lastPassed(status.records);
-    const bool isLost = passed
-        && std::any_of(status.lost.cbegin(), status.lost.cend(),
-                       [passed](const LostPerson &lost) { return lost.record == passed->name; });
-    if (passed && !(passed->release && isLost)) {
+    if (passed && !(passed->release && isMissed(*passed, status.lost))) {
         const QString archived = QDir(status.sources.archive)
                                      .filePath(passed->name + QStringLiteral(".export.gz"));
         if (QFileInfo::exists(archived))
@@ -96,15 +103,41 @@ QString unpacking(const Status &status, const QString &file)
     return Text::tr("# Let the HR system leave a new export, and copy it to %1").arg(file);
 }
 
-/// What brings back what these people lack.
-QStringList importSteps(const Status &status, const QVector<LostPerson> &people)
+QString placing(const Status &status, const QString &file)
 {
-    QStringList steps;
-    const QString file = QStringLiteral("again.data");
     const QString place = status.sources.place;
-    steps.append(unpacking(status, file));
+    const QString beside = place + QStringLiteral(".new");
+    return place.isEmpty() ? Text::tr("# Put %1 where the plugin reads it").arg(file)
+                           : QStringLiteral("cp %1 %2 && mv %2 %3")
+                                 .arg(shellWord(file), shellWord(beside), shellWord(place));
+}
+
+QStringList forceSteps(const Status &status, const QString &file)
+{
+    return {QStringLiteral("talvenhr rehearse --force --export %1").arg(shellWord(file)),
+            placing(status, file),
+            QStringLiteral("INSERT INTO vars (name, value) VALUES ('OQS.THRWorker.forceSync', 1) "
+                           "ON DUPLICATE KEY UPDATE value = 1;")};
+}
+
+/// A server that runs would read the export before its restart.
+QStringList restartSteps(const Status &status, const QString &file)
+{
+    return {QStringLiteral("talvenhr rehearse --export %1").arg(shellWord(file)),
+            Text::tr("# Stop the attendance server"), placing(status, file),
+            Text::tr("# Start the attendance server")};
+}
+
+/// The pass that brings back what these people lack; none if none does.
+QStringList passSteps(const Status &status, const QVector<LostPerson> &people)
+{
+    const bool restarts = needs(people, Remedy::Restart);
     const bool replans = needs(people, Remedy::Replan);
     const bool rejoins = needs(people, Remedy::Rejoin);
+    if (!restarts && !replans && !rejoins && !needs(people, Remedy::Force))
+        return {};
+    const QString file = QStringLiteral("again.data");
+    QStringList steps {unpacking(status, file)};
     if (rejoins)
         steps.append(QStringLiteral("DELETE brape FROM brape JOIN people ON people.uid = brape.uid "
                                     "AND people.bid = brape.bid WHERE brape.uid IN (%1);")
@@ -115,31 +148,18 @@ QStringList importSteps(const Status &status, const QVector<LostPerson> &people)
                                     "ON newest.uid = plan.uid AND newest.since = plan.since "
                                     "WHERE plan.uid IN (%1);")
                          .arg(uidsOf(people, Remedy::Replan)));
-    if (rejoins || replans || needs(people, Remedy::Force)) {
-        steps.append(QStringLiteral("talvenhr rehearse --force --export %1").arg(shellWord(file)));
-        const QString beside = place + QStringLiteral(".new");
-        steps.append(place.isEmpty()
-                         ? Text::tr("# Put %1 where the plugin reads it").arg(file)
-                         : QStringLiteral("cp %1 %2 && mv %2 %3")
-                               .arg(shellWord(file), shellWord(beside), shellWord(place)));
-        steps.append(QStringLiteral("INSERT INTO vars (name, value) VALUES "
-                                    "('OQS.THRWorker.forceSync', 1) ON DUPLICATE KEY UPDATE "
-                                    "value = 1;"));
-    }
-    if (needs(people, Remedy::Restart))
-        steps.append(Text::tr("# Restart the attendance server, with this export in place"));
-    if (needs(people, Remedy::ByHand))
-        steps.append(Text::tr("# Enrol in PaM by hand those of whom that is missing"));
-    return steps;
+    // The first pass after a restart brings all that a forced one does.
+    return steps + (restarts ? restartSteps(status, file) : forceSteps(status, file));
 }
 
 } // namespace
 
-QStringList recoverySteps(const Status &status)
+QStringList recoverySteps(const Status &status, PersonalTexts texts)
 {
-    if (status.lost.isEmpty())
-        return {};
-    QStringList steps = releaseSteps(status) + settlingSteps(status);
     const QVector<LostPerson> people = lostUnreleased(status);
-    return people.isEmpty() ? steps : steps + importSteps(status, people);
+    QStringList steps = releaseSteps(status, texts) + settlingSteps(status)
+        + passSteps(status, people);
+    if (needs(people, Remedy::ByHand))
+        steps.append(Text::tr("# Enrol in PaM by hand those of whom that is missing"));
+    return steps;
 }

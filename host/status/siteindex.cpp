@@ -58,10 +58,9 @@ QVariantList lostValues(const Status &status, PersonalTexts texts)
         QStringList remedies;
         for (const Remedy remedy : lost.remedies)
             remedies.append(remedyText(remedy));
-        values.append(
-            QVariantHash {{key("person"), personText(lost.person, texts)},
-                          {key("remedies"), remedies.join(QStringLiteral("; "))},
-                          {key("missing"), missingWords(lost, texts).join(QStringLiteral("; "))}});
+        values.append(QVariantHash {{key("person"), personText(lost.person, texts)},
+                                    {key("remedies"), remedies.join(QStringLiteral("; "))},
+                                    {key("missing"), missingText(lost, texts)}});
     }
     return values;
 }
@@ -146,7 +145,7 @@ QVariantHash siteIndexValues(const Status &status, const QVector<SiteEntry> &ent
             {key("timeline"), timelineValues(daysOf(status, entries, notes))},
             {key("figures"), figures},
             {key("lost"), lostValues(status, texts)},
-            {key("recovery"), recoverySteps(status).join(QLatin1Char('\n'))},
+            {key("recovery"), recoverySteps(status, texts).join(QLatin1Char('\n'))},
             {key("waiting"), waitingValues(status, texts)},
             {key("entries"), entryValues(entries, notes)}};
 }

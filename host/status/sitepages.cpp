@@ -96,7 +96,14 @@ QString severityOf(const GateRecord &record)
     return hasErrors || record.fates.dropped > 0 ? key("warning") : key("good");
 }
 
-void tellRecord(const GateRecord &record, SitePage *page)
+/// The reason may name people.
+QString releaseText(const Release &release, PersonalTexts texts)
+{
+    return texts == PersonalTexts::Hidden ? Text::tr("by %1").arg(release.by)
+                                          : Text::tr("by %1: %2").arg(release.by, release.reason);
+}
+
+void tellRecord(const GateRecord &record, PersonalTexts texts, SitePage *page)
 {
     page->note.severity = severityOf(record);
     page->note.what = record.exported.name;
@@ -127,8 +134,7 @@ void tellRecord(const GateRecord &record, SitePage *page)
     if (record.mendedCells > 0)
         addFigure(Text::tr("Mended cells"), QString::number(record.mendedCells), &figures);
     if (record.release)
-        addFigure(Text::tr("Let through"),
-                  Text::tr("by %1: %2").arg(record.release->by, record.release->reason), &figures);
+        addFigure(Text::tr("Let through"), releaseText(*record.release, texts), &figures);
     QVariantHash &values = page->values;
     values.insert(key("title"), Text::tr("Export of %1").arg(momentText(record.when)));
     values.insert(key("verdict"), outcomeText(record));
@@ -196,7 +202,7 @@ SitePage sitePage(const SiteEntry &entry, PersonalTexts texts)
     const bool isRead = !entry.changesFile.isEmpty()
         && !readChangesFile(entry.changesFile, &changes);
     if (entry.record) {
-        tellRecord(*entry.record, &page);
+        tellRecord(*entry.record, texts, &page);
     } else if (isRead) {
         tellPass(changes, &page);
     } else {

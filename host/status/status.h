@@ -39,6 +39,7 @@ struct PassStatus
     std::optional<KindCounts> summary;
     QMap<QString, int> errors; ///< by the database's code, "other" for those without one
     QMap<QString, int> rows; ///< that differ, by table
+    int statements = -1; ///< that it has run, or was rehearsed to; -1: nobody has counted
 };
 
 /// Something that the last pass has left undone.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 // A status as a report: "talvenhr.status/1".
 #include "host/status/statusreport.h"
+
+#include "host/status/folderstatus.h"
 #include "host/status/statustexts.h"
 
 namespace {
@@ -134,15 +136,17 @@ Section passSection(const PassStatus &pass)
 {
     Section section;
     section.name = key("lastPass");
-    section.figures = {figure("source", sourceValue(pass.source)),
-                       figure("notBefore", moment(pass.notBefore)),
-                       figure("when", moment(pass.when)),
-                       figure("forced", pass.forced),
-                       figure("file", textOrNull(pass.file)),
-                       figure("digest", textOrNull(pass.exported.digest)),
-                       figure("summary", countsValue(pass.summary)),
-                       figure("errors", countMap(pass.errors)),
-                       figure("rows", countMap(pass.rows))};
+    section.figures = {
+        figure("source", sourceValue(pass.source)),
+        figure("notBefore", moment(pass.notBefore)),
+        figure("when", moment(pass.when)),
+        figure("forced", pass.forced),
+        figure("file", textOrNull(pass.file)),
+        figure("digest", textOrNull(pass.exported.digest)),
+        figure("summary", countsValue(pass.summary)),
+        figure("errors", countMap(pass.errors)),
+        figure("rows", countMap(pass.rows)),
+        figure("statements", pass.statements < 0 ? QVariant() : QVariant(pass.statements))};
     return section;
 }
 
@@ -194,11 +198,12 @@ Figure databaseFigure(const std::optional<DatabaseStatus> &database)
                      {key("run"), textOrNull(database->run)}});
 }
 
-Section endSection(const Status &status)
+Section endSection(const Status &status, PersonalTexts texts)
 {
     Section section;
     section.figures = {figure("lossesAreKnown", status.lossesAreKnown),
-                       figure("recovery", QVariant(recoverySteps(status)).toList()),
+                       figure("newestIsJudged", newestIsJudged(status)),
+                       figure("recovery", QVariant(recoverySteps(status, texts)).toList()),
                        databaseFigure(status.database)};
     return section;
 }
@@ -231,15 +236,10 @@ Report statusDocument(const Status &status, PersonalTexts texts)
     const QVector<Concern> concerns = concernsOf(status);
     Report report;
     report.format = key("talvenhr.status/1");
-    report.sections = {headSection(status, concerns),
-                       concernsSection(concerns),
-                       placeSection(status),
-                       passSection(status.pass),
-                       waitingSection(status, texts),
-                       lostSection(status, texts),
-                       endSection(status),
-                       foldersSection(status),
-                       unknownSection(status)};
+    report.sections = {
+        headSection(status, concerns), concernsSection(concerns),     placeSection(status),
+        passSection(status.pass),      waitingSection(status, texts), lostSection(status, texts),
+        endSection(status, texts),     foldersSection(status),        unknownSection(status)};
     report.verdict.exitCode = exitCodeOf(status);
     return report;
 }

@@ -4,6 +4,7 @@
 #include "host/status/statusreport.h"
 
 #include "host/base/oneline.h"
+#include "host/status/folderstatus.h"
 #include "host/status/statustexts.h"
 
 #include <QCoreApplication>
@@ -16,8 +17,6 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(StatusReport)
 };
-
-const int shownPeople = 10;
 
 QString ago(const QDateTime &moment, const Status &status)
 {
@@ -47,17 +46,29 @@ QString placeText(const Status &status)
                             : Text::tr("%1, since %2").arg(what, ago(place.since, status));
 }
 
+/// " (by code: 2006 12, other 1)"; empty without errors.
+QString errorsText(const QMap<QString, int> &errors)
+{
+    QStringList texts;
+    for (auto it = errors.begin(); it != errors.end(); ++it)
+        texts.append(QStringLiteral("%1 %2").arg(it.key()).arg(it.value()));
+    return texts.isEmpty()
+        ? QString()
+        : Text::tr(" (errors by code: %1)").arg(texts.join(QStringLiteral(", ")));
+}
+
 QString passText(const Status &status)
 {
     const PassStatus &pass = status.pass;
     const QString figures = pass.summary ? figuresText(*pass.summary) : QString();
     switch (pass.source) {
     case PassStatus::FromChanges:
-        return pass.forced ? Text::tr("%1, forced: %2").arg(ago(pass.when, status), figures)
-                           : Text::tr("%1: %2").arg(ago(pass.when, status), figures);
+        return (pass.forced ? Text::tr("%1, forced: %2") : Text::tr("%1: %2"))
+            .arg(ago(pass.when, status), figures + errorsText(pass.errors));
     case PassStatus::FromPlace: {
         const QString when = pass.when.isValid()
-            ? Text::tr("%1, when the export was gone").arg(ago(pass.when, status))
+            ? Text::tr("between %1 and %2, when the export was gone")
+                  .arg(momentText(pass.notBefore), ago(pass.when, status))
             : Text::tr("after %1, when the export went into place").arg(momentText(pass.notBefore));
         return figures.isEmpty() ? when : Text::tr("%1; as rehearsed: %2").arg(when, figures);
     }
@@ -126,10 +137,10 @@ Section headSection(const QVector<Concern> &concerns)
 
 QString moreText(int count)
 {
-    return Text::tr("… and %1 more; --json has all of them").arg(count - shownPeople);
+    return Text::tr("… and %1 more; --all shows them").arg(count);
 }
 
-Section lostSection(const Status &status, PersonalTexts texts)
+Section lostSection(const Status &status, PersonalTexts texts, int shownPeople)
 {
     Section section;
     section.title = Text::tr("Lost by a pass");
@@ -140,20 +151,29 @@ Section lostSection(const Status &status, PersonalTexts texts)
         QStringList remedies;
         for (const Remedy remedy : lost.remedies)
             remedies.append(remedyText(remedy));
-        QStringList words = missingWords(lost, texts);
-        if (!lost.uncertain.isEmpty())
-            words.append(Text::tr("not certain: %1").arg(lost.uncertain.join(QLatin1Char(' '))));
         section.table.rows.append({personText(lost.person, texts),
-                                   remedies.join(QStringLiteral("; ")),
-                                   words.join(QStringLiteral("; "))});
+                                   remedies.join(QStringLiteral("; ")), missingText(lost, texts)});
     }
     if (status.lost.size() > shownPeople)
-        section.table.rows.append({QStringLiteral("…"), QString(), moreText(status.lost.size())});
+        section.table.rows.append(
+            {QStringLiteral("…"), QString(), moreText(status.lost.size() - shownPeople)});
     return section;
 }
 
+/// Zero means little before the newest export is looked at.
+QString lostText(const Status &status)
+{
+    if (!status.lossesAreKnown)
+        return Text::tr("unknown");
+    return newestIsJudged(status)
+        ? Text::tr("people: %1").arg(status.lost.size())
+        : Text::tr("people: %1; the newest export is not looked at yet: its pass may still be to "
+                   "come, or at work")
+              .arg(status.lost.size());
+}
+
 /// Those who wait for somebody.
-Section waitingSection(const Status &status, PersonalTexts texts)
+Section waitingSection(const Status &status, PersonalTexts texts, int shownPeople)
 {
     Section section;
     section.title = Text::tr("Waiting for somebody");
@@ -164,7 +184,7 @@ Section waitingSection(const Status &status, PersonalTexts texts)
             section.table.rows.append({personText(waiting.person, texts), whatText(waiting.what)});
     }
     if (count > shownPeople)
-        section.table.rows.append({QStringLiteral("…"), moreText(count)});
+        section.table.rows.append({QStringLiteral("…"), moreText(count - shownPeople)});
     return section;
 }
 
@@ -183,12 +203,13 @@ Section statusFigures(const Status &status)
         add(Text::tr("Last passed"), exportText(*passed, status));
     add(Text::tr("In place"), placeText(status));
     if (!status.sources.incoming.isEmpty())
-        add(Text::tr("Incoming"), Text::tr("files: %1").arg(status.incomingFiles));
+        add(Text::tr("Incoming"),
+            status.gate.isAtWork
+                ? Text::tr("files: %1; the gate is at work").arg(status.incomingFiles)
+                : Text::tr("files: %1").arg(status.incomingFiles));
     add(Text::tr("Last pass"), passText(status));
     add(Text::tr("Waiting"), waitingText(status));
-    add(Text::tr("Lost"),
-        status.lossesAreKnown ? Text::tr("people: %1").arg(status.lost.size())
-                              : Text::tr("unknown"));
+    add(Text::tr("Lost"), lostText(status));
     add(Text::tr("Next pass"), nextText(status));
     if (status.database) {
         add(Text::tr("Terminals"),
@@ -206,24 +227,25 @@ Section statusFigures(const Status &status)
     return section;
 }
 
-Report statusPage(const Status &status, PersonalTexts texts)
+Report statusPage(const Status &status, PersonalTexts texts, int shownPeople)
 {
     Report report;
     report.sections = {headSection(concernsOf(status)), statusFigures(status)};
-    const Section waiting = waitingSection(status, texts);
+    const Section waiting = waitingSection(status, texts, shownPeople);
     if (!waiting.table.rows.isEmpty())
         report.sections.append(waiting);
     if (!status.lost.isEmpty())
-        report.sections.append(lostSection(status, texts));
+        report.sections.append(lostSection(status, texts, shownPeople));
     report.verdict.exitCode = exitCodeOf(status);
     return report;
 }
 
-QString recoveryText(const Status &status)
+QString recoveryText(const Status &status, PersonalTexts texts)
 {
-    const QStringList steps = recoverySteps(status);
+    const QStringList steps = recoverySteps(status, texts);
     return steps.isEmpty() ? QString()
-                           : Text::tr("To bring back what is lost:\n\n    %1\n")
+                           : Text::tr("To bring back what is lost, in this order (SQL is for "
+                                      "mariadb, as an administrator of the server):\n\n    %1\n")
                                  .arg(steps.join(QStringLiteral("\n    ")));
 }
 

@@ -8,10 +8,10 @@
 
 /// What there is to say, with labels; names nobody.
 Section statusFigures(const Status &status);
-/// One screen, but for the people who are lost or wait: ten of each.
-Report statusPage(const Status &status, PersonalTexts texts);
+/// One screen, but for the people who are lost or wait: so many of each.
+Report statusPage(const Status &status, PersonalTexts texts, int shownPeople = 10);
 /// The commands that bring back what is lost, whole lines to be copied; empty if nothing is.
-QString recoveryText(const Status &status);
+QString recoveryText(const Status &status, PersonalTexts texts);
 /// All of it; docs/status.schema.json describes it.
 Report statusDocument(const Status &status, PersonalTexts texts);
 

@@ -165,6 +165,14 @@ QStringList missingWords(const LostPerson &lost, PersonalTexts texts)
     return kinds;
 }
 
+QString missingText(const LostPerson &lost, PersonalTexts texts)
+{
+    QStringList words = missingWords(lost, texts);
+    if (!lost.uncertain.isEmpty())
+        words.append(Text::tr("not certain: %1").arg(lost.uncertain.join(QLatin1Char(' '))));
+    return words.join(QStringLiteral("; "));
+}
+
 QString remedyText(Remedy remedy)
 {
     switch (remedy) {

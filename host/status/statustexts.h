@@ -28,8 +28,10 @@ QString personText(const Person &person, PersonalTexts texts);
 
 /// What is missing of somebody: in words, or, without names, in kinds.
 QStringList missingWords(const LostPerson &lost, PersonalTexts texts);
+/// The same in one line, with what is not certain of it.
+QString missingText(const LostPerson &lost, PersonalTexts texts);
 /// What brings it back, in a few words.
 QString remedyText(Remedy remedy);
 /// The commands and statements that bring back all that is lost, in their order; a line that
 /// begins with "#" is for the reader. Empty if nothing is lost.
-QStringList recoverySteps(const Status &status);
+QStringList recoverySteps(const Status &status, PersonalTexts texts);

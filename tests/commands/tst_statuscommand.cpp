@@ -22,6 +22,7 @@ private Q_SLOTS:
     void initTestCase();
     void lostPeople_areTold();
     void check_hasTheCodesOfMonitoring();
+    void configuration_saysWhereToLook();
     void siteAndMetrics_areWrittenWhereAsked();
     void forcedPass_bringsBackWhatIsLost();
     void status_withoutADatabase();
@@ -126,6 +127,53 @@ void tst_StatusCommand::check_hasTheCodesOfMonitoring()
         check + QStringList {QStringLiteral("--socket"), site.path(QStringLiteral("none"))}));
     QCOMPARE(unseen.finish(), 3);
     QVERIFY(unseen.output().startsWith(QStringLiteral("TALVENHR UNKNOWN - cannot open database")));
+}
+
+/// A file that is named or the user's own, the environment before it, and options before both.
+void tst_StatusCommand::configuration_saysWhereToLook()
+{
+    const QString lines = QStringLiteral("[plugin]\ndata-dir=%1\n"
+                                         "[gate]\narchive=%1/archive\nlate-after=1\n"
+                                         "[database]\nsocket=none\n"
+                                         "[metrics]\nfile=%1/own.prom\n")
+                              .arg(site.dataDir());
+    site.writeFile(QStringLiteral("named.conf"), lines);
+    QVERIFY(QDir(site.dataDir()).mkpath(QStringLiteral(".config/talvenhr")));
+    site.writeFile(
+        QStringLiteral(".config/talvenhr/talvenhr.conf"),
+        QString(lines).replace(QStringLiteral("late-after=1"), QStringLiteral("late-after=26")));
+    const auto check = [this](const QStringList &arguments, const char *config, const char *late) {
+        TalvenhrProcess program(QStringList {QStringLiteral("status"), QStringLiteral("--check")}
+                                    + arguments,
+                                site.dataDir());
+        if (config)
+            program.setEnvironment(QStringLiteral("TALVENHR_CONFIG"),
+                                   site.path(QLatin1String(config)));
+        if (late)
+            program.setEnvironment(QStringLiteral("TALVENHR_LATE_AFTER"), QLatin1String(late));
+        const int code = program.finish();
+        return QStringLiteral("%1 %2").arg(code).arg(program.output());
+    };
+    const QString late = QStringLiteral("2 TALVENHR CRITICAL - no export has come for 2 h 0 min; "
+                                        "cannot open database");
+    const QString unseen = QStringLiteral("3 TALVENHR UNKNOWN - cannot open database");
+    const QString named = check({}, "named.conf", nullptr);
+    QVERIFY2(named.startsWith(late), qPrintable(named));
+    QVERIFY2(check({}, nullptr, nullptr).startsWith(unseen), "the user's own");
+    QVERIFY2(check({}, "named.conf", "26").startsWith(unseen), "the environment goes before");
+    QVERIFY2(check({QStringLiteral("--late-after=1")}, "named.conf", "26").startsWith(late),
+             "the option goes before");
+    const QString database = check(
+        {QStringLiteral("--private-db"), site.path(QStringLiteral("db"))}, "named.conf", "26");
+    QVERIFY2(database.startsWith(QStringLiteral("2 TALVENHR CRITICAL - people whom a pass has")),
+             qPrintable(database));
+    // That is for the gate to write.
+    QVERIFY(!QFile::exists(site.path(QStringLiteral("own.prom"))));
+    // What cannot be written hides nothing.
+    const QString unwritten = check(
+        {QStringLiteral("--html"), site.path(QStringLiteral("archive"))}, "named.conf", nullptr);
+    QVERIFY2(unwritten.startsWith(late) && unwritten.contains(QStringLiteral("site and figures")),
+             qPrintable(unwritten));
 }
 
 void tst_StatusCommand::siteAndMetrics_areWrittenWhereAsked()

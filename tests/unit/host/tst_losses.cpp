@@ -19,6 +19,9 @@ private Q_SLOTS:
     void newcomer_isLostWithAll();
     void person_whoIsGoneSince_isNotLost();
     void laterExport_saysWhatIsWanted();
+    void settledExport_settlesItsOwnRows();
+    void settledExport_ofSomebodyNewSettlesAll();
+    void doubtsAndNames_areThoseOfTheMissingRows();
     void correction_ofALaterDayCounts();
     void whatIsFetchedOrCalculated_isNotLookedAt();
     void uncertainPeople_areToldAsSuch();
@@ -191,6 +194,59 @@ void tst_Losses::laterExport_saysWhatIsWanted()
         QStringLiteral("1001.1: restart (updated)"));
 }
 
+/// Two passes are lost; the second one was taken back.
+void tst_Losses::settledExport_settlesItsOwnRows()
+{
+    const QString brape = QStringLiteral("brape: bid|uid");
+    const Snapshot now = evaWith(QString(), QString());
+    QVector<RehearsedExport> exports {
+        rehearsed(now, evaWith(brape, QStringLiteral("6|1")), "20261121T120000Z-1"),
+        rehearsed(now, eva("Nová|5|1|0"), "20261122T120000Z-1")};
+    QCOMPARE(lostText(lostPeople(exports, now)),
+             QStringLiteral("1001.1: force (updated memberships)"));
+    exports[1].isSettled = true;
+    const QVector<LostPerson> left = lostPeople(exports, now);
+    QCOMPARE(lostText(left), QStringLiteral("1001.1: force (memberships)"));
+    QCOMPARE(left.constFirst().record, QStringLiteral("20261121T120000Z-1"));
+    exports[0].isSettled = true;
+    QCOMPARE(lostText(lostPeople(exports, now)), QString());
+
+    // What comes after a settled one is looked for.
+    exports.append(rehearsed(now, eva("Iná|5|1|0"), "20261123T120000Z-1"));
+    QCOMPARE(lostText(lostPeople(exports, now)), QStringLiteral("1001.1: force (updated)"));
+    // The older of two that want something of the same row says nothing any more.
+    exports[2].isSettled = true;
+    exports[1].isSettled = false;
+    QCOMPARE(lostText(lostPeople(exports, now)), QString());
+}
+
+void tst_Losses::settledExport_ofSomebodyNewSettlesAll()
+{
+    const Snapshot added = SnapshotBuilder()
+                               .with(row, {"9|10011|1001.1|Malá|5|1|0"})
+                               .with("people_term: tid|uid", {"3|9"});
+    QVector<RehearsedExport> exports {rehearsed(SnapshotBuilder(), added),
+                                      rehearsed(SnapshotBuilder(), added)};
+    exports[1].isSettled = true;
+    QCOMPARE(lostText(lostPeople(exports, SnapshotBuilder())), QString());
+}
+
+void tst_Losses::doubtsAndNames_areThoseOfTheMissingRows()
+{
+    const QString brape = QStringLiteral("brape: bid|uid");
+    QVector<RehearsedExport> exports {
+        rehearsed(evaWith(brape, QString()), evaWith(brape, QStringLiteral("6|1"))),
+        rehearsed(eva("Malá|5|1|0"), eva("Nová|5|1|0"))};
+    exports[0].changes.people[0].uncertain = QStringList {QStringLiteral("twice in the export")};
+    exports[0].changes.names[QStringLiteral("bid")].insert(6, QStringLiteral("Depo"));
+    const QVector<LostPerson> half = lostPeople(exports, eva("Nová|5|1|0"));
+    QCOMPARE(half.constFirst().uncertain, QStringList {QStringLiteral("twice in the export")});
+    QCOMPARE(half.constFirst().names.value(QStringLiteral("bid")).value(6), QStringLiteral("Depo"));
+    const QVector<LostPerson> other = lostPeople(exports, evaWith(brape, QStringLiteral("6|1")));
+    QCOMPARE(lostText(other), QStringLiteral("1001.1: force (updated)"));
+    QCOMPARE(other.constFirst().uncertain, QStringList());
+}
+
 /// The pass ran past midnight.
 void tst_Losses::correction_ofALaterDayCounts()
 {
@@ -200,6 +256,7 @@ void tst_Losses::correction_ofALaterDayCounts()
     QCOMPARE(lostPeople(exports, evaWith(moves, QStringLiteral("1|2|101|3|50"))).size(), 0);
     QCOMPARE(lostPeople(exports, evaWith(moves, QStringLiteral("1|2|99|3|50"))).size(), 1);
     QCOMPARE(lostPeople(exports, evaWith(moves, QStringLiteral("1|3|101|3|50"))).size(), 1);
+    QCOMPARE(lostPeople(exports, evaWith(moves, QStringLiteral("1|2|101|4|50"))).size(), 1);
 }
 
 void tst_Losses::whatIsFetchedOrCalculated_isNotLookedAt()

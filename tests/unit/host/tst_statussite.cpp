@@ -6,7 +6,7 @@
 #include "host/status/siteentries.h"
 #include "host/status/statussite.h"
 #include "support/passchanges.h"
-#include "support/status/gatefolder.h"
+#include "support/status/madestatus.h"
 
 #include <QDir>
 #include <QtTest>
@@ -19,6 +19,9 @@ class tst_StatusSite : public QObject
 private Q_SLOTS:
     void pages_tellOfExportsAndPasses();
     void hostileNames_stayTexts();
+    void namesThatTurnText_doNot();
+    void lostAndWaiting_standOnTheIndex();
+    void siteCutOff_isCompletedLater();
     void onlyNewPages_areWritten();
     void withoutNames_noneStays();
     void people_goWithTheirChanges();
@@ -144,6 +147,87 @@ void tst_StatusSite::hostileNames_stayTexts()
         QVERIFY(html.contains("{{ x }}{% now %}"));
         QVERIFY(!html.contains("<script"));
     }
+}
+
+void tst_StatusSite::namesThatTurnText_doNot()
+{
+    const GateFolder folder;
+    const QString name = QString::fromUtf8("Vlk \u202egnp.exe\u2066");
+    const GateRecord record = folder.record(2, "a");
+    folder.keep(record);
+    folder.keep(record, newcomer(name));
+    Status status = folder.status();
+    status.lost = {lostEva()};
+    status.lost[0].person.name = name;
+    QVERIFY(!writeSite(status, target(folder)));
+    for (const QString &page :
+         {record.name + QStringLiteral(".html"), QStringLiteral("index.html")}) {
+        const QString text = QString::fromUtf8(folder.read(QStringLiteral("www/") + page));
+        QVERIFY(text.contains(QStringLiteral("gnp.exe")));
+        QVERIFY2(!text.contains(QChar(0x202e)) && !text.contains(QChar(0x2066)), qPrintable(page));
+    }
+}
+
+void tst_StatusSite::lostAndWaiting_standOnTheIndex()
+{
+    const GateFolder folder;
+    GateRecord record = folder.record(2, "a");
+    record.release = Release {QStringLiteral("anna"), QStringLiteral("Vlk leaves"), {}};
+    folder.keep(record);
+    Status status = folder.status();
+    status.lost = {lostEva()};
+    status.lost[0].record = record.name;
+    status.lost[0].uncertain = QStringList {QStringLiteral("Twice there.")};
+    status.waiting = {{lostEva().person, NotDone::Group, QStringLiteral("Malá")}};
+    SiteTarget site = target(folder);
+    QVERIFY(!writeSite(status, site));
+    const QString page = QStringLiteral("www/%1.html").arg(record.name);
+    QString index = QString::fromUtf8(folder.read(QStringLiteral("www/index.html")));
+    for (const char *text : {"Lost by a pass", "Twice there.", "a forced pass", "Vlk leaves",
+                             "Waiting for somebody", ".settled"})
+        QVERIFY2(index.contains(QLatin1String(text)), text);
+    QCOMPARE(index.count(QStringLiteral("1001.1 Eva Malá")), 2);
+    QVERIFY(folder.read(page).contains("Vlk leaves"));
+
+    site.texts = PersonalTexts::Hidden;
+    QVERIFY(!writeSite(status, site));
+    index = QString::fromUtf8(folder.read(QStringLiteral("www/index.html")))
+        + QString::fromUtf8(folder.read(page));
+    QCOMPARE(index.count(QStringLiteral("1001.1")), 2);
+    for (const char *text : {"Mal", "Vlk"})
+        QVERIFY2(!index.contains(QLatin1String(text)), text);
+}
+
+/// A page cannot be written, as on a full disk.
+void tst_StatusSite::siteCutOff_isCompletedLater()
+{
+    const GateFolder folder;
+    const GateRecord older = folder.record(30, "a");
+    const GateRecord newer = folder.record(2, "b");
+    folder.keep(older);
+    folder.keep(newer);
+    write(folder, target(folder));
+    const QByteArray index = folder.read(QStringLiteral("www/index.html"));
+    const QString blocked = QStringLiteral("www/%1.html").arg(older.name);
+    QVERIFY(QFile::remove(folder.path(blocked)));
+    QVERIFY(QDir(folder.path(QString())).mkpath(blocked + QStringLiteral("/in the way")));
+    folder.keep(refused(folder.record(1, "c", GateRecord::Refused)));
+    GateRecord changed = older;
+    changed.mendedCells = 77;
+    folder.keep(changed);
+    QVERIFY(writeSite(folder.status(), target(folder)));
+    // What was there is whole; the index is the old one.
+    QCOMPARE(folder.read(QStringLiteral("www/index.html")), index);
+    const QStringList rest = QDir(folder.path(QStringLiteral("www")))
+                                 .entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    for (const QString &file : rest)
+        QVERIFY2(file.endsWith(QLatin1String(".html")) || file == QLatin1String("site.json"),
+                 qPrintable(file));
+
+    QVERIFY(QDir(folder.path(blocked)).removeRecursively());
+    write(folder, target(folder));
+    QVERIFY(folder.read(blocked).contains("77"));
+    QCOMPARE(pages(folder).size(), 5);
 }
 
 void tst_StatusSite::onlyNewPages_areWritten()
