@@ -2,7 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The TalvenHR authors
 # SPDX-License-Identifier: MIT
 # Runs the commands of docs/operations.md in a temporary folder and compares what they print. After a build, in the
-# root of the sources. --write puts what they really print into the document.
+# root of the sources. --write puts what they really print into the document. Where there is a browser, it lays out the
+# site that they leave.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,9 +16,15 @@ cleanup() {
 trap cleanup EXIT
 
 checker=$PWD/tools/check-console.py
+pages=$PWD/tools/check-pages.py
 document=$PWD/docs/operations.md
 mkdir "$folder/bin"
 ln -s "$PWD/build/release/bin/talvenhr" "$folder/bin/talvenhr"
 export PATH=$folder/bin:$PATH HOME=$folder LC_ALL=C.UTF-8
 cd "$folder"
 "$checker" "$document" --folder "$folder" --shown-folder /home/me "$@"
+if command -v chromium >/dev/null; then
+    "$pages" company/site/*.html
+else
+    echo 'check-operations: there is no chromium: no page was laid out' >&2
+fi
