@@ -176,6 +176,14 @@ bool newestIsRead(const Status &status, const GateRecord &record)
     return age > longest || status.place.folderChanged.secsTo(status.now) > timeOfAPass;
 }
 
+/// The plugin has taken the newest export out of its place, and its pass may not be over.
+bool mayBeAtWork(const Status &status, const GateRecord &record)
+{
+    const bool liesThere = status.place.isThere && status.place.record == record.name
+        && !status.sources.staysInPlace;
+    return !liesThere && !newestIsRead(status, record);
+}
+
 /// The export of the last pass that is known of, if it is not over yet, too; empty for none.
 QString lastTaken(const Status &status)
 {
@@ -273,12 +281,15 @@ QVector<RehearsedExport> readRehearsals(const Status &status)
 {
     const QStringList names = readExports(status);
     const QDateTime since = status.now.addDays(-daysBack);
+    const GateRecord *const newest = lastPassed(status.records);
     QVector<RehearsedExport> exports;
     for (const GateRecord &record : status.records) {
-        if (record.when < since || !names.contains(record.name))
+        const bool isBeingRead = &record == newest && mayBeAtWork(status, record);
+        if (record.when < since || (!isBeingRead && !names.contains(record.name)))
             continue;
-        RehearsedExport exported {record.name, {}, false};
-        exported.isSettled = QFileInfo::exists(settledFile(status.sources, record));
+        RehearsedExport exported {record.name, {}, isBeingRead};
+        if (QFileInfo::exists(settledFile(status.sources, record)))
+            exported.isSettled = true;
         if (!readChangesFile(rehearsalFile(status.sources, record), &exported.changes))
             exports.append(exported);
     }

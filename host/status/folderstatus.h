@@ -14,8 +14,8 @@ QStringList readExports(const Status &status);
 /// The newest export that went through counts among them; true without one.
 bool newestIsJudged(const Status &status);
 
-/// What was rehearsed of the exports that have been read in the last days, oldest first, with those
-/// that are settled.
+/// What was rehearsed of the exports that have been read in the last days, oldest first. Settled
+/// are those of which a person has said so, and one whose pass may still be at work.
 QVector<RehearsedExport> readRehearsals(const Status &status);
 /// A person makes this file in the archive to say that all that this export should have changed is
 /// as it should be; its content does not matter.

@@ -33,7 +33,9 @@ struct RehearsedExport
 {
     QString record;
     Changes changes;
-    bool isSettled = false; ///< a person has said that what it wrote is as it should be
+    /// What it should have changed is not looked for: a person has said that it is as it should be,
+    /// or its pass may still be at work.
+    bool isSettled = false;
 };
 
 /// Tables of which a later look tells nothing are left out: what is calculated or fetched since

@@ -14,7 +14,7 @@
 
 namespace {
 
-const char *const layout = "1"; // of the pages; another one writes them all anew
+const char *const layout = "2"; // of the pages; another one writes them all anew
 
 QString ifThere(const QString &path)
 {

@@ -23,14 +23,12 @@ QString ago(const QDateTime &moment, const Status &status)
     return Text::tr("%1 (%2 ago)").arg(momentText(moment), ageText(moment, status.now));
 }
 
+/// Why one was refused stands in the head.
 QString exportText(const GateRecord &record, const Status &status)
 {
-    QString text = Text::tr("%1, %2: %3, %4, lines: %5")
-                       .arg(ago(record.when, status), outcomeText(record),
-                            oneLine(record.exported.name), sizeText(record.exported.size),
-                            QString::number(record.exported.lines));
-    const QString reason = reasonText(record);
-    return reason.isEmpty() ? text : Text::tr("%1; %2").arg(text, reason);
+    return Text::tr("%1, %2: %3, %4, lines: %5")
+        .arg(ago(record.when, status), outcomeText(record), oneLine(record.exported.name),
+             sizeText(record.exported.size), QString::number(record.exported.lines));
 }
 
 QString placeText(const Status &status)

@@ -344,6 +344,8 @@ void tst_Cli::oneLine_showsControlCharacters()
 {
     QCOMPARE(oneLine(QStringLiteral("a\nb\tc\rd\x1b[31m\u009b\u007fŽ")),
              QStringLiteral("a\\nb\\tc\\rd\\x1b[31m\\x9b\\x7fŽ"));
+    QCOMPARE(oneLine(QStringLiteral("exe\u202egnp\u2069\u200f\u2013")),
+             QStringLiteral("exe\\u202egnp\\u2069\\u200f\u2013"));
 }
 
 QTEST_GUILESS_MAIN(tst_Cli)

@@ -10,6 +10,8 @@
 #include "host/status/statustexts.h"
 #include "support/status/madestatus.h"
 
+#include <QFile>
+#include <QRegularExpression>
 #include <QtTest>
 
 class tst_StatusPage : public QObject
@@ -27,6 +29,7 @@ private Q_SLOTS:
     void pass_tellsErrorsByTheirCodes();
     void doubts_standBesideWhatIsMissing();
     void recovery_leavesAloneWhatWasReleased();
+    void document_showsWhatThePageTells();
     void durations_haveTwoPartsAtMost();
 };
 
@@ -262,6 +265,38 @@ void tst_StatusPage::recovery_leavesAloneWhatWasReleased()
     QCOMPARE(more.at(2), steps.at(1));
     QVERIFY(more.at(3).startsWith(QStringLiteral("# Let the HR system leave a new export")));
     QVERIFY(more.at(4).endsWith(QStringLiteral("IN (8);")));
+}
+
+void tst_StatusPage::document_showsWhatThePageTells()
+{
+    QFile file(QStringLiteral(TALVENHR_SOURCE_FOLDER "/docs/status.md"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    const GateFolder folder;
+    const GateRecord record = folder.record(3, "a");
+    folder.keep(record);
+    folder.write(QStringLiteral("archive/") + record.name + QStringLiteral(".export.gz"), "z");
+    Status status = folder.status();
+    status.database = DatabaseStatus {false, 12, {}};
+    status.lossesAreKnown = true;
+    status.lost = {lostEva()};
+    status.lost[0].record = record.name;
+    const Section figures = statusFigures(status);
+    for (const Figure &figure : figures.figures)
+        QVERIFY2(text.contains(QStringLiteral("\n%1 ").arg(figure.label)),
+                 qPrintable(figure.label));
+    // All that is no name, moment or path.
+    static const QRegularExpression own(QStringLiteral("'[^'\\n]*'|\\b[0-9TZa-f-]{20,}\\b"));
+    const auto plain = [](QString words) { return words.replace(own, QStringLiteral("X")); };
+    const QString shown = plain(text);
+    const QStringList steps = recoveryText(status, PersonalTexts::Shown)
+                                  .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(steps.size(), 6);
+    for (const QString &step : steps.mid(0, 4))
+        QVERIFY2(shown.contains(plain(step)), qPrintable(plain(step)));
+    QVERIFY(shown.contains(QStringLiteral("TALVENHR CRITICAL - ")
+                           + concernsOf(status).constFirst().text
+                           + QStringLiteral(" | export_age=")));
 }
 
 void tst_StatusPage::durations_haveTwoPartsAtMost()
