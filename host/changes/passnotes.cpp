@@ -76,8 +76,7 @@ void PassNotes::message(QtMsgType type, const QString &text)
 void PassNotes::call(const DatabaseCall &call, const CallOutcome &outcome)
 {
     const bool isRun = call.kind == DatabaseCall::Exec || call.kind == DatabaseCall::Run;
-    if (isRun)
-        countStatement();
+    countStatement(call);
     if (outcome.done || (!isRun && call.kind != DatabaseCall::Prepare))
         return;
     QVariantList bound;
@@ -94,10 +93,11 @@ void PassNotes::call(const DatabaseCall &call, const CallOutcome &outcome)
     current.refused.append(refused);
 }
 
-void PassNotes::countStatement()
+void PassNotes::countStatement(const DatabaseCall &call)
 {
+    const bool isRun = call.kind == DatabaseCall::Exec || call.kind == DatabaseCall::Run;
     const QMutexLocker locker(&mutex);
-    if (current.statements >= 0 && !currentIsOver)
+    if (isRun && current.statements >= 0 && !currentIsOver)
         ++current.statements;
 }
 

@@ -68,6 +68,8 @@ public:
     void message(QtMsgType type, const QString &text);
     /// A call of the plugin's connection and what became of it.
     void call(const DatabaseCall &call, const CallOutcome &outcome);
+    /// A call of which nothing else is to be told; call() counts by itself.
+    void countStatement(const DatabaseCall &call);
     /// The pass that runs has read this.
     void exportRead(const ExportIdentity &exported);
     /// So many lines of it come to nothing.
@@ -77,7 +79,6 @@ public:
     PassTold take();
 
 private:
-    void countStatement();
     AboutPeople aboutNow() const;
     void noteLeave(const PluginMessage &known, const QString &text);
     void beginPass(bool forced);

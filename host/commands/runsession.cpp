@@ -144,6 +144,10 @@ Failure RunSession::openDatabase()
         failure = watchChanges();
     if (!failure && !options.trace.isEmpty())
         failure = openTrace();
+    if (options.changes.any() || !options.trace.isEmpty())
+        callWatch.listen([this](const DatabaseCall &call, const CallOutcome &outcome) {
+            hearCall(call, outcome);
+        });
     return failure;
 }
 
@@ -176,12 +180,7 @@ Failure RunSession::watchChanges()
 
 Failure RunSession::openTrace()
 {
-    if (const Failure failure = trace.open(options.trace))
-        return failure;
-    callWatch.listen([this](const DatabaseCall &call, const CallOutcome &outcome) {
-        trace.call(call, outcome);
-    });
-    return {};
+    return trace.open(options.trace);
 }
 
 /// On any thread.
@@ -191,6 +190,15 @@ void RunSession::hear(QtMsgType type, const QString &text)
         notes.message(type, text);
     if (!options.trace.isEmpty())
         trace.message(type, text);
+}
+
+/// On the thread that has made the call.
+void RunSession::hearCall(const DatabaseCall &call, const CallOutcome &outcome)
+{
+    if (options.changes.any())
+        notes.countStatement(call);
+    if (!options.trace.isEmpty())
+        trace.call(call, outcome);
 }
 
 void RunSession::closeTrace()

@@ -96,6 +96,7 @@ private:
     Failure startPrivateDatabase();
     Failure watchChanges();
     Failure openTrace();
+    void hearCall(const DatabaseCall &call, const CallOutcome &outcome);
     void hear(QtMsgType type, const QString &text);
     void closeTrace();
     Failure runPlugin();

@@ -149,10 +149,10 @@ private:
                 isRehearsed ? Text::tr("errors in the rehearsal of the last pass: %1").arg(errors)
                             : Text::tr("errors of the last pass: %1").arg(errors),
                 Text::tr("docs/recovery.md tells what each of them costs"));
-        const auto waiting = std::count_if(status.waiting.cbegin(), status.waiting.cend(),
-                                           waitsForSomebody);
+        const int waiting = waitingForSomebody(status).size();
         if (waiting > 0)
-            add(Level::Warning, Text::tr("left undone by the last pass: %1").arg(waiting),
+            add(Level::Warning,
+                Text::tr("people of whom the last pass has left something undone: %1").arg(waiting),
                 Text::tr("see below who waits, and for what"));
         const bool isOwn = pass.source == PassStatus::FromChanges;
         const qint64 interval = status.sources.passSeconds;

@@ -68,11 +68,10 @@ QVariantList lostValues(const Status &status, PersonalTexts texts)
 QVariantList waitingValues(const Status &status, PersonalTexts texts)
 {
     QVariantList values;
-    for (const WaitingPerson &waiting : status.waiting) {
-        if (waitsForSomebody(waiting))
-            values.append(QVariantHash {{key("person"), personText(waiting.person, texts)},
-                                        {key("what"), whatText(waiting.what)}});
-    }
+    const QVector<WaitingFor> people = waitingForSomebody(status);
+    for (const WaitingFor &waiting : people)
+        values.append(QVariantHash {{key("person"), personText(waiting.person, texts)},
+                                    {key("what"), waiting.whats.join(QStringLiteral("; "))}});
     return values;
 }
 

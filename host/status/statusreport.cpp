@@ -176,13 +176,12 @@ Section waitingSection(const Status &status, PersonalTexts texts, int shownPeopl
     Section section;
     section.title = Text::tr("Waiting for somebody");
     section.table.columns = {{QString(), Text::tr("Person")}, {QString(), Text::tr("For")}};
-    int count = 0;
-    for (const WaitingPerson &waiting : status.waiting) {
-        if (waitsForSomebody(waiting) && ++count <= shownPeople)
-            section.table.rows.append({personText(waiting.person, texts), whatText(waiting.what)});
-    }
-    if (count > shownPeople)
-        section.table.rows.append({QStringLiteral("…"), moreText(count - shownPeople)});
+    const QVector<WaitingFor> people = waitingForSomebody(status);
+    for (const WaitingFor &waiting : people.mid(0, shownPeople))
+        section.table.rows.append(
+            {personText(waiting.person, texts), waiting.whats.join(QStringLiteral("; "))});
+    if (people.size() > shownPeople)
+        section.table.rows.append({QStringLiteral("…"), moreText(people.size() - shownPeople)});
     return section;
 }
 

@@ -7,6 +7,7 @@
 #include "host/changes/changestext.h"
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QLocale>
 
 #include <algorithm>
@@ -138,7 +139,7 @@ QString whatText(NotDone::What what)
     case NotDone::Refused:
         break;
     }
-    return Text::tr("somebody who mends what the database has refused");
+    return Text::tr("recovery, as the database did not take it");
 }
 
 QString personText(const Person &person, PersonalTexts texts)
@@ -148,6 +149,25 @@ QString personText(const Person &person, PersonalTexts texts)
     return texts == PersonalTexts::Hidden || person.name.isEmpty()
         ? number
         : QStringLiteral("%1 %2").arg(number, oneLine(person.name));
+}
+
+QVector<WaitingFor> waitingForSomebody(const Status &status)
+{
+    QVector<WaitingFor> people;
+    QHash<QString, int> places;
+    for (const WaitingPerson &waiting : status.waiting) {
+        if (!waitsForSomebody(waiting))
+            continue;
+        const QString key = personText(waiting.person, PersonalTexts::Hidden);
+        if (!places.contains(key)) {
+            places.insert(key, people.size());
+            people.append({waiting.person, {}});
+        }
+        QStringList &whats = people[places.value(key)].whats;
+        if (!whats.contains(whatText(waiting.what)))
+            whats.append(whatText(waiting.what));
+    }
+    return people;
 }
 
 QStringList missingWords(const LostPerson &lost, PersonalTexts texts)

@@ -26,6 +26,16 @@ QString whatText(NotDone::What what);
 /// The person's number, and the name unless it is to be left out.
 QString personText(const Person &person, PersonalTexts texts);
 
+/// Somebody, and what they wait for: each thing once.
+struct WaitingFor
+{
+    Person person;
+    QStringList whats;
+};
+
+/// Those who wait for somebody, each once.
+QVector<WaitingFor> waitingForSomebody(const Status &status);
+
 /// What is missing of somebody: in words, or, without names, in kinds.
 QStringList missingWords(const LostPerson &lost, PersonalTexts texts);
 /// The same in one line, with what is not certain of it.

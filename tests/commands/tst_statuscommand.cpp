@@ -211,6 +211,7 @@ void tst_StatusCommand::forcedPass_bringsBackWhatIsLost()
     QCOMPARE(pass.value(QStringLiteral("source")).toString(), QStringLiteral("changes"));
     QCOMPARE(pass.value(QStringLiteral("forced")).toBool(), true);
     QCOMPARE(pass.value(QStringLiteral("summary"))[QStringLiteral("added")].toInt(), 2);
+    QVERIFY(pass.value(QStringLiteral("statements")).toInt() > 10);
 }
 
 void tst_StatusCommand::status_withoutADatabase()

@@ -60,7 +60,7 @@ void tst_StatusConcerns::concerns_tellTheWorstFirst_data()
     add("unwritable", "UNKNOWN site and figures: the disk is full");
     add("errors", "CRITICAL errors of the last pass: 1");
     add("rehearsed errors", "CRITICAL errors in the rehearsal of the last pass: 2");
-    add("waiting", "WARNING left undone by the last pass: 1");
+    add("waiting", "WARNING people of whom the last pass has left something undone: 1");
     add("lost", "CRITICAL people whom a pass has lost: 1");
     add("perhaps lost", "WARNING people whom a pass may have lost: 1");
     add("no database", "UNKNOWN it does not answer");
