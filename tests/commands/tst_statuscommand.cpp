@@ -5,6 +5,7 @@
 #include "host/gate/gaterecord.h"
 #include "support/commands/jsonschema.h"
 #include "support/commands/site.h"
+#include "support/commands/smalldisk.h"
 #include "support/commands/talvenhrprocess.h"
 
 #include <QDir>
@@ -12,6 +13,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTemporaryDir>
 #include <QtTest>
 
 class tst_StatusCommand : public QObject
@@ -24,6 +26,7 @@ private Q_SLOTS:
     void check_hasTheCodesOfMonitoring();
     void configuration_saysWhereToLook();
     void siteAndMetrics_areWrittenWhereAsked();
+    void siteOnAFullDisk_isWhole();
     void forcedPass_bringsBackWhatIsLost();
     void status_withoutADatabase();
 
@@ -31,8 +34,14 @@ private:
     QStringList options(const QStringList &others) const;
     QJsonObject document(int exitCode);
 
+    QString diskPath() const { return diskFolder.filePath(QStringLiteral("disk")); }
+
     Site site;
     QString record;
+    QTemporaryDir diskFolder;
+    // Made before any thread of the test library is there.
+    const bool hasFolder = QDir().mkdir(diskPath());
+    const SmallDisk disk {diskPath(), 128};
 };
 
 QStringList tst_StatusCommand::options(const QStringList &others) const
@@ -194,6 +203,41 @@ void tst_StatusCommand::siteAndMetrics_areWrittenWhereAsked()
     QCOMPARE(wrong.finish(), 2);
     QVERIFY(wrong.lastLine().contains(QStringLiteral("is where the plugin reads its export")));
     QVERIFY(!QFile::exists(site.exportFile()));
+}
+
+/// Each page is the old one, the new one, or not there.
+void tst_StatusCommand::siteOnAFullDisk_isWhole()
+{
+    QVERIFY2(disk.failure().isEmpty(), qPrintable(disk.failure()));
+    const QString folder = diskPath() + QStringLiteral("/www");
+    const QStringList publish {QStringLiteral("--quiet"), QStringLiteral("--html"), folder};
+    const auto faultOf = [&folder] {
+        const QStringList files = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+        for (const QString &name : files) {
+            QFile file(folder + QLatin1Char('/') + name);
+            if (!file.open(QIODevice::ReadOnly)
+                || !(name == QLatin1String("site.json") ? file.readAll().endsWith("}}\n")
+                                                        : file.readAll().contains("</html>")))
+                return name;
+        }
+        return QString();
+    };
+    for (const int left : {4, 8, 12, 16, 24}) {
+        QVERIFY(disk.fillUpTo(left));
+        TalvenhrProcess program(options(publish));
+        const int code = program.finish();
+        QVERIFY2(code == 0 || program.lastLine().contains(QStringLiteral("No space left")),
+                 qPrintable(program.lastLine()));
+        QCOMPARE(faultOf(), QString());
+        if (left == 4)
+            QCOMPARE(code, int(ExitUsage));
+        QVERIFY(QFile::remove(diskPath() + QStringLiteral("/filling")));
+    }
+    TalvenhrProcess program(options(publish));
+    QCOMPARE(program.finish(), 0);
+    QCOMPARE(faultOf(), QString());
+    QVERIFY(QFile::exists(folder + QStringLiteral("/index.html")));
+    QVERIFY(QFile::exists(folder + QStringLiteral("/%1.html").arg(record)));
 }
 
 void tst_StatusCommand::forcedPass_bringsBackWhatIsLost()
