@@ -71,7 +71,7 @@ QVariantList waitingValues(const Status &status, PersonalTexts texts)
     const QVector<WaitingFor> people = waitingForSomebody(status);
     for (const WaitingFor &waiting : people)
         values.append(QVariantHash {{key("person"), personText(waiting.person, texts)},
-                                    {key("what"), waiting.whats.join(QStringLiteral("; "))}});
+                                    {key("what"), waiting.reasons.join(QStringLiteral("; "))}});
     return values;
 }
 

@@ -179,7 +179,7 @@ Section waitingSection(const Status &status, PersonalTexts texts, int shownPeopl
     const QVector<WaitingFor> people = waitingForSomebody(status);
     for (const WaitingFor &waiting : people.mid(0, shownPeople))
         section.table.rows.append(
-            {personText(waiting.person, texts), waiting.whats.join(QStringLiteral("; "))});
+            {personText(waiting.person, texts), waiting.reasons.join(QStringLiteral("; "))});
     if (people.size() > shownPeople)
         section.table.rows.append({QStringLiteral("…"), moreText(people.size() - shownPeople)});
     return section;

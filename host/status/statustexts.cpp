@@ -163,9 +163,9 @@ QVector<WaitingFor> waitingForSomebody(const Status &status)
             places.insert(key, people.size());
             people.append({waiting.person, {}});
         }
-        QStringList &whats = people[places.value(key)].whats;
-        if (!whats.contains(whatText(waiting.what)))
-            whats.append(whatText(waiting.what));
+        QStringList &reasons = people[places.value(key)].reasons;
+        if (!reasons.contains(whatText(waiting.what)))
+            reasons.append(whatText(waiting.what));
     }
     return people;
 }

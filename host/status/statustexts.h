@@ -30,7 +30,7 @@ QString personText(const Person &person, PersonalTexts texts);
 struct WaitingFor
 {
     Person person;
-    QStringList whats;
+    QStringList reasons;
 };
 
 /// Those who wait for somebody, each once.
