@@ -10,8 +10,8 @@ In talvenhr.conf, with a copy of this file where it may be run:
     passed=/etc/talvenhr/mail.py it@example.org
     late=/etc/talvenhr/mail.py --late hr@example.org
 
-The gate's record comes on standard input. It holds no names of people; what the mail says is enough to
-find the reports.
+The gate's record comes on standard input, or null where late means that no export ever came. It holds no
+names of people; what the mail says is enough to find the reports.
 """
 
 import argparse
@@ -31,12 +31,17 @@ def one_line(text):
 
 def subject(record, late):
     """What has happened, with the file that it happened to."""
+    if record is None:
+        return f'[talvenhr {socket.gethostname()}] no export yet'
     what = 'no export since' if late else f'export {record["outcome"]}:'
     return one_line(f'[talvenhr {socket.gethostname()}] {what} {record["export"]["file"]}')
 
 
 def paragraphs(record, late):
     """The text of the mail, for somebody who has to do something."""
+    if record is None:
+        yield 'No export was ever delivered. Look whether the HR system writes any.'
+        return
     exported = record['export']
     yield f'{exported["file"]}, {exported["lines"]} lines, {exported["size"]} bytes'
     if late:

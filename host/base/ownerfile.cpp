@@ -11,7 +11,10 @@
 
 #include <cerrno>
 #include <cstring>
+
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -19,6 +22,8 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(OwnerFile)
 };
+
+const int partSize = 1 << 20; // bytes
 
 Failure cannotWrite(const QString &path, const QString &reason)
 {
@@ -98,6 +103,36 @@ Failure makeOwnerFolder(const QString &folder)
                 Text::tr("the folder '%1' is closed to this user; it belongs to %2")
                     .arg(folder, info.owner())};
     return {};
+}
+
+Failure copyToOwnerFile(const QString &source, const QString &target)
+{
+    QFile from(source);
+    if (!from.open(QIODevice::ReadOnly))
+        return {ExitUsage, Text::tr("cannot read '%1': %2").arg(source, from.errorString())};
+    return fillOwnerFile(target, [&from](QIODevice *file) {
+        while (!from.atEnd()) {
+            const QByteArray part = from.read(partSize);
+            // A file that cannot be read is never at its end.
+            if (part.isEmpty())
+                return Failure {
+                    ExitUsage,
+                    Text::tr("cannot read '%1': %2").arg(from.fileName(), from.errorString())};
+            if (file->write(part) < 0)
+                return Failure(); // the file knows why
+        }
+        return Failure();
+    });
+}
+
+void writeFolderOut(const QString &folder)
+{
+    const int handle = ::open(QFile::encodeName(folder).constData(),
+                              O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0)
+        return;
+    ::fsync(handle);
+    ::close(handle);
 }
 
 Failure writeOwnerFile(const QString &path, const std::function<void(QIODevice *file)> &write,

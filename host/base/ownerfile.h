@@ -20,6 +20,12 @@ Failure checkOutputFiles(const QStringList &outputs, const QStringList &inputs);
 /// as it is. Fails where no file can be made in it.
 Failure makeOwnerFolder(const QString &folder);
 
+/// Copies a file into one that only its owner reads, whole or not at all.
+Failure copyToOwnerFile(const QString &source, const QString &target);
+
+/// What was renamed in the folder outlives a power cut from now on.
+void writeFolderOut(const QString &folder);
+
 /// Who may read a file besides its owner.
 enum class FileReaders {
     Nobody,

@@ -35,6 +35,15 @@ QString parserError(const QCommandLineParser &parser)
 
 } // namespace
 
+std::optional<bool> readYesOrNo(const QString &word)
+{
+    if (word == QLatin1String("yes") || word == QLatin1String("true"))
+        return true;
+    if (word == QLatin1String("no") || word == QLatin1String("false"))
+        return false;
+    return {};
+}
+
 OptionGroup commonOptions()
 {
     return {Text::tr("Other"),
@@ -184,6 +193,21 @@ Failure Options::number(const QString &name, int least, int most, int *result) c
                                 .arg(most)
                                 .arg(value(name)));
     *result = number;
+    return {};
+}
+
+Failure Options::yesOrNo(const QString &setting, bool *result) const
+{
+    const Configuration::Entry entry = file.entry(setting);
+    if (entry.value.isEmpty())
+        return {};
+    const std::optional<bool> read = readYesOrNo(entry.value);
+    if (!read)
+        return usageFailure(Text::tr("'%1' in %2, line %3, takes yes or no, not '%4'")
+                                .arg(setting.section(QLatin1Char('/'), 1), file.path())
+                                .arg(entry.line)
+                                .arg(entry.value));
+    *result = *read;
     return {};
 }
 

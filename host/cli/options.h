@@ -8,6 +8,8 @@
 
 #include <QCommandLineParser>
 
+#include <optional>
+
 /// Takes each option from the command line, else from the environment, else from talvenhr.conf,
 /// else its default. Made and used on the stack of the shell.
 class Options
@@ -45,6 +47,9 @@ public:
     QString placeOf(const QString &name) const;
     /// A whole number between the limits; `result` stays as it is if the option is not given.
     Failure number(const QString &name, int least, int most, int *result) const;
+    /// A switch that only talvenhr.conf can set: yes or no, and true or false, too. `result` stays as
+    /// it is where it is not set, or empty.
+    Failure yesOrNo(const QString &setting, bool *result) const;
     /// The words that are no options, in the order of the command's arguments.
     QString argument(int index) const { return parser.positionalArguments().value(index); }
 
@@ -72,6 +77,9 @@ private:
     QCommandLineParser parser;
     Configuration file;
 };
+
+/// The one reader of switches: yes or true, no or false; nothing for another word.
+std::optional<bool> readYesOrNo(const QString &word);
 
 /// What every command has besides its own options.
 OptionGroup commonOptions();

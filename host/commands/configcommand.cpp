@@ -7,6 +7,7 @@
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
+#include "host/commands/gatefolders.h"
 #include "host/database/connection.h"
 #include "host/plugin/pluginfile.h"
 #include "host/report/report.h"
@@ -21,6 +22,13 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(ConfigCommand)
 };
 
+QString lineText(const Options &options, const QString &setting)
+{
+    return Text::tr("%1, line %2")
+        .arg(options.configuration().path())
+        .arg(options.configuration().entry(setting).line);
+}
+
 /// Where a value comes from, for people.
 QString originText(const Options &options, const Option &setting)
 {
@@ -30,9 +38,7 @@ QString originText(const Options &options, const Option &setting)
     case Options::Environment:
         return Text::tr("environment, %1").arg(Options::variable(setting.name));
     case Options::File:
-        return Text::tr("%1, line %2")
-            .arg(options.configuration().path())
-            .arg(options.configuration().entry(setting.setting).line);
+        return lineText(options, setting.setting);
     case Options::Default:
         break;
     }
@@ -76,9 +82,11 @@ Section settingsSection(const Options &options, bool forPeople)
     if (!forPeople)
         section.table.columns.append({QStringLiteral("variable"), QString()});
     for (const Option &setting : options.allSettings()) {
-        QVariantList row {setting.setting, options.value(setting.name)};
+        const std::optional<GateStandard> standard = gateStandard(options, setting.name);
+        QVariantList row {setting.setting,
+                          standard ? standard->value : options.value(setting.name)};
         if (forPeople)
-            row.append(originText(options, setting));
+            row.append(standard ? standard->origin : originText(options, setting));
         else
             row << originName(options.origin(setting.name)) << Options::variable(setting.name);
         section.table.rows.append(row);
@@ -88,7 +96,7 @@ Section settingsSection(const Options &options, bool forPeople)
         const Configuration::Entry entry = options.configuration().entry(setting);
         QVariantList row {setting, entry.value};
         if (forPeople)
-            row.append(Text::tr("file, line %1").arg(entry.line));
+            row.append(lineText(options, setting));
         else
             row << QStringLiteral("file") << QVariant();
         section.table.rows.append(row);

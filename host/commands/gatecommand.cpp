@@ -99,7 +99,7 @@ void limitDecisions(const GateOptions &gate, Watchdog *watchdog, Gate *road)
     road->setStepWatch([&gate, watchdog](const char *step) {
         if (qstrcmp(step, "take") == 0)
             armTimeLimit(gate, watchdog);
-        else if (qstrcmp(step, "hook") == 0)
+        else if (qstrcmp(step, "hook") == 0 || qstrcmp(step, "late") == 0)
             watchdog->disarm();
     });
 }

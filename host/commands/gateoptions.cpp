@@ -6,6 +6,8 @@
 #include "host/base/nearest.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
+#include "host/commands/gatefolders.h"
+#include "host/commands/gateowner.h"
 #include "host/commands/limitoptions.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/settingsfile.h"
@@ -13,8 +15,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-
-#include <algorithm>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -27,42 +27,7 @@ struct Text
 };
 
 const int mostDays = 36500;
-const int mostHours = 8760;
 const int longestLimit = 86400; // seconds
-
-/// An option of [gate].
-Option gateOption(const char *name, const char *valueName, const QString &text,
-                  const char *standard = "", Option::Kind kind = Option::Plain)
-{
-    return {QLatin1String(name),
-            QLatin1String(valueName),
-            text,
-            QLatin1String("gate/") + QLatin1String(name),
-            QLatin1String(standard),
-            kind};
-}
-
-OptionGroup folderOptions()
-{
-    return {
-        Text::tr("Folders"),
-        {gateOption("incoming", "DIR", Text::tr("where exports are delivered"), "", Option::Path),
-         gateOption("place", "FILE",
-                    Text::tr("where the plugin finds its export (default: importFile of "
-                             "TalvenHR.ini)"),
-                    "", Option::Path),
-         gateOption("archive", "DIR",
-                    Text::tr("keeps what went through (default: archive, beside incoming)"), "",
-                    Option::Path),
-         gateOption("refused", "DIR",
-                    Text::tr("keeps what was refused (default: refused, beside incoming)"), "",
-                    Option::Path),
-         gateOption("state", "DIR",
-                    Text::tr("lock and work of the gate (default: state, beside incoming)"), "",
-                    Option::Path),
-         gateOption("keep-days", "DAYS",
-                    Text::tr("how long exports and reports are kept (default: 90)"), "90")}};
-}
 
 OptionGroup roadOptions()
 {
@@ -84,10 +49,7 @@ OptionGroup roadOptions()
                     "pass"),
          gateOption("rehearse", "WHEN",
                     Text::tr("yes, no, or auto (default): where a database is named"), "auto"),
-         gateOption("late-after", "HOURS",
-                    Text::tr("without a delivery; then the hook 'late' is called (default: 0, "
-                             "never)"),
-                    "0"),
+         latenessOption(),
          gateOption("time-limit", "SECONDS",
                     Text::tr("for all of it; the plugin waits without one (default: 1800)"),
                     "1800")}};
@@ -100,6 +62,8 @@ OptionGroup releaseOptions()
               Text::tr("let this one through, as it is, in spite of all that was found")},
              {QStringLiteral("allow"), QStringLiteral("LIMIT=N"),
               Text::tr("decide about FILE again, with this limit for once; may be repeated")},
+             {QStringLiteral("over-newer"), QString(),
+              Text::tr("with --release: also in place of a newer one that was not read yet")},
              {QStringLiteral("reason"), QStringLiteral("TEXT"),
               Text::tr("why; it is kept with the export")}}};
 }
@@ -117,19 +81,6 @@ Failure readWord(const Options &options, const char *name, const QStringList &wo
                                          didYouMean(options.value(option), words)));
 }
 
-/// A folder, or one of this name beside `incoming`.
-QString folderOf(const Options &options, const char *name, const QString &incoming)
-{
-    const QString option = QLatin1String(name);
-    return options.isGiven(option) ? options.value(option)
-                                   : QFileInfo(incoming).dir().filePath(option);
-}
-
-Failure readLateness(const Options &options, int *hours)
-{
-    return options.number(QStringLiteral("late-after"), 0, mostHours, hours);
-}
-
 Failure readFolders(const Options &options, GateSettings *settings)
 {
     const QString incoming = options.value(QStringLiteral("incoming"));
@@ -138,9 +89,9 @@ Failure readFolders(const Options &options, GateSettings *settings)
             Text::tr("no folder of deliveries is named; set 'incoming' in [gate] of talvenhr.conf, "
                      "or use --incoming"));
     settings->incoming.folder = QFileInfo(incoming).absoluteFilePath();
-    settings->archive = folderOf(options, "archive", settings->incoming.folder);
-    settings->refused = folderOf(options, "refused", settings->incoming.folder);
-    settings->state = folderOf(options, "state", settings->incoming.folder);
+    settings->archive = gateFolder(options, "archive", settings->incoming.folder);
+    settings->refused = gateFolder(options, "refused", settings->incoming.folder);
+    settings->state = gateFolder(options, "state", settings->incoming.folder);
     settings->place = options.value(QStringLiteral("place"));
     QStringList folders {settings->incoming.folder, settings->archive, settings->refused,
                          settings->state};
@@ -150,6 +101,18 @@ Failure readFolders(const Options &options, GateSettings *settings)
         return options.usageFailure(
             Text::tr("incoming, archive, refused and state have to be four folders"));
     return options.number(QStringLiteral("keep-days"), 1, mostDays, &settings->keepDays);
+}
+
+Failure readRehearsal(const Options &options, GateRehearsal *rehearsal)
+{
+    const QString option = QStringLiteral("rehearse");
+    if (const std::optional<bool> isWished = readYesOrNo(options.value(option))) {
+        *rehearsal = *isWished ? GateRehearsal::Yes : GateRehearsal::No;
+        return {};
+    }
+    int place = 0;
+    return readWord(options, "rehearse",
+                    {QStringLiteral("auto"), QStringLiteral("yes"), QStringLiteral("no")}, &place);
 }
 
 Failure readRoad(const Options &options, GateOptions *gate)
@@ -170,11 +133,8 @@ Failure readRoad(const Options &options, GateOptions *gate)
                                          {QStringLiteral("pass"), QStringLiteral("hold")}, &place))
         return failure;
     settings.holdsFirst = place == 1;
-    if (const Failure failure = readWord(
-            options, "rehearse",
-            {QStringLiteral("auto"), QStringLiteral("yes"), QStringLiteral("no")}, &place))
+    if (const Failure failure = readRehearsal(options, &gate->rehearsal))
         return failure;
-    gate->rehearsal = static_cast<GateRehearsal>(place);
     if (const Failure failure = options.number(QStringLiteral("still-for"), 0, longestLimit,
                                                &settings.incoming.stillFor))
         return failure;
@@ -200,7 +160,6 @@ Failure readRefusals(const Options &options, JudgeSettings *judge)
 
 Failure readMend(const Options &options, MendWishes *mend)
 {
-    const Configuration &file = options.configuration();
     const struct
     {
         const char *key;
@@ -208,13 +167,10 @@ Failure readMend(const Options &options, MendWishes *mend)
     } switches[] = {
         {"mend/apostrophe", &mend->apostrophe}, {"mend/bom", &mend->bom}, {"mend/cr", &mend->cr}};
     for (const auto &one : switches) {
-        const QString value = file.entry(QLatin1String(one.key)).value;
-        if (!value.isEmpty() && value != QLatin1String("yes") && value != QLatin1String("no"))
-            return options.usageFailure(Text::tr("'%1' of '%2' is yes or no, not '%3'")
-                                            .arg(QLatin1String(one.key), file.path(), value));
-        *one.wish = value == QLatin1String("yes");
+        if (const Failure failure = options.yesOrNo(QLatin1String(one.key), one.wish))
+            return failure;
     }
-    mend->encoding = file.entry(QStringLiteral("mend/encoding")).value;
+    mend->encoding = options.configuration().entry(QStringLiteral("mend/encoding")).value;
     return checkWishes(*mend);
 }
 
@@ -231,6 +187,9 @@ Failure readRelease(const Options &options, std::optional<ReleaseWish> *release)
     const QStringList allowed = options.values(QStringLiteral("allow"));
     const QString file = options.argument(0);
     const QString reason = options.value(QStringLiteral("reason"));
+    const bool replacesNewer = options.isSet(QStringLiteral("over-newer"));
+    if (replacesNewer && released.isEmpty())
+        return options.usageFailure(Text::tr("--over-newer goes with --release"));
     if (released.isEmpty() && allowed.isEmpty() && file.isEmpty() && reason.isEmpty())
         return {};
     if (released.isEmpty() == (allowed.isEmpty() && file.isEmpty()))
@@ -247,7 +206,8 @@ Failure readRelease(const Options &options, std::optional<ReleaseWish> *release)
         if (const Failure failure = readLimit(text, &limit))
             return options.usageFailure(failure.text);
     }
-    *release = ReleaseWish {released.isEmpty() ? file : released, {whoAmI(), reason, allowed}};
+    *release = ReleaseWish {
+        released.isEmpty() ? file : released, {whoAmI(), reason, allowed}, replacesNewer};
     return {};
 }
 
@@ -295,41 +255,9 @@ bool GateOptions::rehearses() const
         || (rehearsal == GateRehearsal::Auto && !database.isDefault);
 }
 
-OptionGroup gateFolderOptions()
-{
-    OptionGroup group = folderOptions();
-    group.title = Text::tr("Gate");
-    group.options += roadOptions().options;
-    const QStringList wanted {QStringLiteral("incoming"), QStringLiteral("place"),
-                              QStringLiteral("archive"),  QStringLiteral("refused"),
-                              QStringLiteral("state"),    QStringLiteral("late-after")};
-    const auto unwanted = std::remove_if(
-        group.options.begin(), group.options.end(),
-        [&wanted](const Option &option) { return !wanted.contains(option.name); });
-    group.options.erase(unwanted, group.options.end());
-    return group;
-}
-
-Failure readGateFolders(const Options &options, GateFolders *folders)
-{
-    folders->incoming = options.value(QStringLiteral("incoming"));
-    folders->place = options.value(QStringLiteral("place"));
-    const struct
-    {
-        const char *name;
-        QString *folder;
-    } others[] = {
-        {"archive", &folders->archive}, {"refused", &folders->refused}, {"state", &folders->state}};
-    for (const auto &other : others)
-        *other.folder = folders->incoming.isEmpty()
-            ? options.value(QLatin1String(other.name))
-            : folderOf(options, other.name, QFileInfo(folders->incoming).absoluteFilePath());
-    return readLateness(options, &folders->lateAfter);
-}
-
 QVector<OptionGroup> gateOptionGroups()
 {
-    return {folderOptions(), roadOptions(), releaseOptions()};
+    return {gateFolderOptions(), roadOptions(), releaseOptions()};
 }
 
 QStringList gateFileSettings()
@@ -368,5 +296,5 @@ Failure readGateOptions(const Options &options, GateOptions *gate)
     if (gate->rehearsal == GateRehearsal::Yes && gate->database.isDefault)
         return options.usageFailure(
             Text::tr("rehearse=yes takes a database; name one in [database]"));
-    return {};
+    return checkGateOwner(settings);
 }

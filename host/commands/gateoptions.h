@@ -30,22 +30,6 @@ struct GateOptions
     bool rehearses() const;
 };
 
-/// What others have to know of the gate. Paths that nobody has named are empty.
-struct GateFolders
-{
-    QString incoming;
-    QString archive;
-    QString refused;
-    QString state;
-    QString place; ///< the file that the plugin reads
-    int lateAfter = 0; ///< hours without a delivery; 0: never late
-};
-
-/// --incoming, --place, --archive, --refused, --state, --late-after, for a command that looks at
-/// the gate.
-OptionGroup gateFolderOptions();
-Failure readGateFolders(const Options &options, GateFolders *folders);
-
 /// The folders, the road and the measures; for --help and talvenhr.conf.
 QVector<OptionGroup> gateOptionGroups();
 /// What only talvenhr.conf can set, as SECTION/KEY.

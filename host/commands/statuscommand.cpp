@@ -6,7 +6,7 @@
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
-#include "host/commands/gateoptions.h"
+#include "host/commands/gatefolders.h"
 #include "host/commands/statussettings.h"
 #include "host/report/console.h"
 #include "host/status/checkline.h"
@@ -135,7 +135,7 @@ Command statusCommand()
         "a database if one is named. Only reads, but for the site and the figures that it is asked "
         "to write.");
     command.groups = {statusOptions(),
-                      gateFolderOptions(),
+                      watchedGateOptions(),
                       {Text::tr("Plugin"), {dataDirectoryOption()}},
                       lookedAtDatabaseOptions(),
                       quietReportOptions()};

@@ -6,7 +6,7 @@
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/commands/databaselook.h"
-#include "host/commands/gateoptions.h"
+#include "host/commands/gatefolders.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/settingsfile.h"
 #include "host/status/databasestatus.h"
@@ -61,14 +61,11 @@ Failure readPublishing(const Options &options, StatusSettings *settings)
 {
     settings->site.folder = filePath(options, QStringLiteral("status/html"));
     settings->metricsFile = filePath(options, QStringLiteral("metrics/file"));
-    const QString noNames = fileValue(options, QStringLiteral("status/no-names"));
-    if (noNames == QLatin1String("yes") || noNames == QLatin1String("true"))
+    bool hidesNames = false;
+    if (const Failure failure = options.yesOrNo(QStringLiteral("status/no-names"), &hidesNames))
+        return failure;
+    if (hidesNames)
         settings->site.texts = PersonalTexts::Hidden;
-    else if (!noNames.isEmpty() && noNames != QLatin1String("no")
-             && noNames != QLatin1String("false"))
-        return {ExitUsage,
-                Text::tr("'no-names' of [status] in %1 takes yes or no, not '%2'")
-                    .arg(options.configuration().path(), noNames)};
     return readReaders(options, &settings->site.readers);
 }
 

@@ -4,9 +4,10 @@
 #include "host/gate/gate.h"
 
 #include "host/base/ownerfile.h"
+#include "host/gate/exportdate.h"
+#include "host/gate/lateness.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -31,12 +32,13 @@ Gate::Gate(const GateSettings &gateSettings) :
     settings(gateSettings),
     archive(gateSettings.archive, gateSettings.refused),
     placement(gateSettings.place),
-    work(gateSettings.state)
+    work(gateSettings.state),
+    lock(gateSettings.state)
 { }
 
 Gate::~Gate()
 {
-    if (lockFile && lockFile->isLocked())
+    if (lock.isHeld())
         work.remove();
 }
 
@@ -56,6 +58,8 @@ Failure Gate::release(const ReleaseWish &wish, GateResult *result)
 {
     if (const Failure failure = open(result))
         return failure;
+    if (const Failure failure = refuseForeign(result))
+        return failure;
     const GateRecord *record = recordOf(wish.what);
     Delivery delivery = deliveryOf(record ? archive.path(*record, QStringLiteral(".export"))
                                           : wish.what);
@@ -64,11 +68,16 @@ Failure Gate::release(const ReleaseWish &wish, GateResult *result)
                 Text::tr("'%1' is neither the name of a refused export nor a file; 'talvenhr "
                          "status' shows what was refused")
                     .arg(wish.what)};
-    delivery.stays = QFileInfo(delivery.path).absolutePath()
-        != QFileInfo(settings.incoming.folder).absoluteFilePath();
+    delivery.stays = QFileInfo(QFileInfo(delivery.path).absolutePath()).canonicalFilePath()
+        != QFileInfo(settings.incoming.folder).canonicalFilePath();
     if (record) {
         delivery.name = record->exported.name;
         delivery.time = record->fileTime;
+        delivery.rights = record->rights;
+    }
+    if (!wish.replacesNewer && wish.release.allowed.isEmpty()) {
+        if (const Failure failure = checkReplaced(delivery))
+            return failure;
     }
     return decide(delivery, wish.release, result);
 }
@@ -88,37 +97,25 @@ Failure Gate::open(GateResult *result)
 {
     if (const Failure failure = makeOwnerFolder(settings.state))
         return failure;
-    if (const Failure failure = lock())
+    if (const Failure failure = lock.take())
+        return failure;
+    if (const Failure failure = noteGateBegin(settings.state, QDateTime::currentDateTime()))
         return failure;
     if (const Failure failure = archive.open())
         return failure;
     for (const QString &path : archive.unreadable())
-        result->warnings.append(Text::tr("the record '%1' cannot be read; its export counts as "
-                                         "never seen")
-                                    .arg(path));
+        result->warnings.append(
+            QFileInfo(path).isReadable()
+                ? Text::tr("the record '%1' is damaged; its export counts as never seen").arg(path)
+                : Text::tr("the record '%1' is closed to this user; its export counts as never "
+                           "seen; give it back with 'sudo chown %2 %1'")
+                      .arg(path, QFileInfo(settings.state).owner()));
+    const QVector<GateRecord> &records = archive.records();
+    if (!records.isEmpty() && records.constLast().when > QDateTime::currentDateTime())
+        result->warnings.append(Text::tr("the last record is of %1, which is still to come; see "
+                                         "whether the clock of this machine is right")
+                                    .arg(records.constLast().when.toString(Qt::ISODate)));
     return recover(result);
-}
-
-Failure Gate::lock()
-{
-    lockFile.reset(new QLockFile(QDir(settings.state).filePath(QStringLiteral("lock"))));
-    lockFile->setStaleLockTime(0);
-    if (lockFile->tryLock(0))
-        return {};
-    qint64 pid = 0;
-    QString host;
-    QString program;
-    if (!lockFile->getLockInfo(&pid, &host, &program))
-        return {ExitUsage,
-                Text::tr("cannot lock the folder '%1': it cannot be written").arg(settings.state)};
-    const QDateTime since = QFileInfo(QDir(settings.state).filePath(QStringLiteral("lock")))
-                                .lastModified();
-    return {ExitRefused,
-            Text::tr("another gate is at work since %1: process %2 on %3; try again when it has "
-                     "ended")
-                .arg(since.toString(Qt::ISODate))
-                .arg(pid)
-                .arg(host)};
 }
 
 /// Ends what a gate that was killed has begun. What it has prepared, but not put in place, begins
@@ -141,7 +138,10 @@ Failure Gate::recover(GateResult *result)
                                 .arg(record.exported.name));
     }
     placement.removePrepared();
-    return work.make();
+    if (const Failure failure = work.make())
+        return failure;
+    tellAgain(result);
+    return {};
 }
 
 /// What somebody else has put in place goes the way of a delivery that was refused: the plugin
@@ -166,6 +166,25 @@ Failure Gate::refuseForeign(GateResult *result)
     if (const Failure failure = refuse(&record))
         return failure;
     return finish(delivery, record, result);
+}
+
+/// Whoever releases an export may not know what has come since. What is in place unread would never
+/// be read.
+Failure Gate::checkReplaced(const Delivery &delivery) const
+{
+    const QString digest = placement.digest();
+    const GateRecord *unread = digest.isEmpty() || !settings.isRemovedWhenRead
+        ? nullptr
+        : archive.passedWith(digest);
+    if (!unread
+        || !isOlder({delivery.name, delivery.time}, {unread->exported.name, unread->fileTime}))
+        return {};
+    return {ExitRefused,
+            Text::tr("'%1' of %2 is older than what lies in place and was not read yet, '%3' of %4 "
+                     "(%5); wait until the plugin has read that, or put this one in its place with "
+                     "--over-newer")
+                .arg(delivery.name, delivery.time.toString(Qt::ISODate), unread->exported.name,
+                     unread->fileTime.toString(Qt::ISODate), unread->name)};
 }
 
 Failure Gate::takeDeliveries(GateResult *result)

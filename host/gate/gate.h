@@ -6,13 +6,11 @@
 #include "host/base/failure.h"
 #include "host/gate/exportjudge.h"
 #include "host/gate/gatearchive.h"
+#include "host/gate/gatelock.h"
 #include "host/gate/gatework.h"
 #include "host/gate/incoming.h"
 #include "host/gate/mend.h"
 #include "host/gate/placement.h"
-
-#include <QLockFile>
-#include <QScopedPointer>
 
 #include <functional>
 
@@ -43,6 +41,7 @@ struct ReleaseWish
 {
     QString what; ///< the name of a refused one, or a path
     Release release;
+    bool replacesNewer = false; ///< also a newer one that lies in place unread
 };
 
 /// What a gate has come to.
@@ -80,9 +79,9 @@ private:
     // gate.cpp
     const GateRecord *recordOf(const QString &what) const;
     Failure open(GateResult *result);
-    Failure lock();
     Failure recover(GateResult *result);
     Failure refuseForeign(GateResult *result);
+    Failure checkReplaced(const Delivery &delivery) const;
     Failure takeDeliveries(GateResult *result);
     void step(const char *name) const;
 
@@ -90,27 +89,31 @@ private:
     Failure decide(const Delivery &delivery, const std::optional<Release> &release,
                    GateResult *result);
     Failure takeIn(const Delivery &delivery, GateRecord *record);
-    Failure judge(const std::optional<Release> &release, GateRecord *record);
+    Failure judge(const std::optional<Release> &release, GateRecord *record, GateResult *result);
+    void judgeAge(GateRecord *record) const;
     Failure unpackLastGood(const GateRecord &last, JudgedFiles *files, GateRecord *record) const;
-    Failure unpackTaken(QStringList *files) const;
+    Failure unpackTaken(QStringList *files, GateResult *result) const;
 
     // gate_filing.cpp
-    Failure letThrough(const Delivery &delivery, GateRecord *record);
+    Failure letThrough(GateRecord *record);
+    Failure checkPlace() const;
     Failure supersede(GateRecord *record);
     Failure refuse(GateRecord *record);
     Failure fileReports(const GateRecord &record);
 
     // gate_telling.cpp
-    Failure finish(const Delivery &delivery, const GateRecord &record, GateResult *result);
+    Failure finish(const Delivery &delivery, GateRecord record, GateResult *result);
     Failure finishAgain(const Delivery &delivery, const GateRecord &record, GateResult *result);
-    Failure end(const Delivery &delivery, const GateRecord &record, GateResult *result);
-    void callHook(const GateRecord &record, GateResult *result) const;
+    Failure remove(const Delivery &delivery);
+    void tell(GateRecord *record, GateResult *result);
+    void tellAgain(GateResult *result);
+    void runHook(const QString &command, const QByteArray &json, GateResult *result) const;
     void lookForLateness(GateResult *result);
 
     const GateSettings settings;
     GateArchive archive;
     Placement placement;
     const GateWork work;
-    QScopedPointer<QLockFile> lockFile;
+    GateLock lock;
     std::function<void(const char *step)> atStep;
 };

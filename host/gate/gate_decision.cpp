@@ -24,6 +24,13 @@ struct Text
 
 const int digestLetters = 12; // of a record's name
 
+/// Later than all records, also where the clock was set back: their order is that of the exports.
+QDateTime nextMoment(const QVector<GateRecord> &records)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    return records.isEmpty() ? now : qMax(now, records.constLast().when.toLocalTime().addMSecs(1));
+}
+
 /// One that no record has yet: the same export may come twice in a second.
 QString newRecordName(const GateArchive &archive, QDateTime moment, const QString &digest)
 {
@@ -36,6 +43,16 @@ QString newRecordName(const GateArchive &archive, QDateTime moment, const QStrin
     return name;
 }
 
+/// Expands what stood in place. ExitErrors: it is not what it was.
+Failure unpack(const QString &packed, const QString &target, const QString &digest)
+{
+    if (const Failure failure = readGzip(packed, target))
+        return failure;
+    if (digest.isEmpty() || digestOfFile(target) == digest)
+        return {};
+    return {ExitErrors, Text::tr("'%1' is damaged: it is not what was put there").arg(packed)};
+}
+
 } // namespace
 
 Failure Gate::decide(const Delivery &delivery, const std::optional<Release> &release,
@@ -44,7 +61,6 @@ Failure Gate::decide(const Delivery &delivery, const std::optional<Release> &rel
     QElapsedTimer clock;
     clock.start();
     GateRecord record;
-    step("take");
     if (const Failure failure = takeIn(delivery, &record))
         return failure;
     record.release = release;
@@ -57,11 +73,11 @@ Failure Gate::decide(const Delivery &delivery, const std::optional<Release> &rel
         return finish(delivery, record, result);
     }
     step("judge");
-    if (const Failure failure = judge(release, &record))
+    if (const Failure failure = judge(release, &record, result))
         return failure;
     record.seconds = static_cast<int>(clock.elapsed() / 1000);
     const bool passes = record.reasons.isEmpty() || (release && release->allowed.isEmpty());
-    if (const Failure failure = passes ? letThrough(delivery, &record) : refuse(&record))
+    if (const Failure failure = passes ? letThrough(&record) : refuse(&record))
         return failure;
     return finish(delivery, record, result);
 }
@@ -69,6 +85,7 @@ Failure Gate::decide(const Delivery &delivery, const std::optional<Release> &rel
 /// A copy that nobody else writes to, mended where that is wished.
 Failure Gate::takeIn(const Delivery &delivery, GateRecord *record)
 {
+    step("take");
     const QString taken = work.delivered();
     const Delivery before = delivery.stays ? deliveryOf(delivery.path) : delivery;
     if (const Failure failure = work.takeIn(delivery.path))
@@ -77,10 +94,13 @@ Failure Gate::takeIn(const Delivery &delivery, GateRecord *record)
         return {ExitErrors,
                 Text::tr("'%1' was written to while it was read; it is looked at the next time")
                     .arg(delivery.path)};
-    record->when = QDateTime::currentDateTime();
+    record->when = nextMoment(archive.records());
     record->fileTime = delivery.time;
+    record->rights = delivery.rights;
     record->exported = identityOf(taken);
     record->exported.name = delivery.name;
+    if (record->exported.digest.isEmpty())
+        return {ExitUsage, Text::tr("cannot read the copy '%1'").arg(taken)};
     record->name = newRecordName(archive, record->when, record->exported.digest);
     step("mend");
     QVector<MendedCell> cells;
@@ -94,28 +114,11 @@ Failure Gate::takeIn(const Delivery &delivery, GateRecord *record)
                           [&cells](QIODevice *file) { file->write(mendedText(cells)); });
 }
 
-Failure Gate::judge(const std::optional<Release> &release, GateRecord *record)
+Failure Gate::judge(const std::optional<Release> &release, GateRecord *record, GateResult *result)
 {
     const GateRecord *last = archive.lastPassed();
-    const GateRecord *seen = archive.passedWith(record->exported.digest);
     const bool isReleased = release && release->allowed.isEmpty();
-    if (seen)
-        record->reasons.append(
-            {QStringLiteral("seen"),
-             seen == last
-                 ? Text::tr("nothing has changed since the last export: the same bytes went "
-                            "through on %1")
-                       .arg(seen->when.toString(Qt::ISODate))
-                 : Text::tr("an old export: the same bytes went through on %1, and others since")
-                       .arg(seen->when.toString(Qt::ISODate)),
-             Text::tr("look whether the HR system has written a new export")});
-    else if (last
-             && isOlder({record->exported.name, record->fileTime},
-                        {last->exported.name, last->fileTime}))
-        record->reasons.append({QStringLiteral("older"),
-                                Text::tr("it is older than the export that went through last, '%1'")
-                                    .arg(last->exported.name),
-                                Text::tr("deliver the newest export")});
+    judgeAge(record);
     if (!record->reasons.isEmpty() && !isReleased)
         return {};
     JudgedFiles files {work.mended(), QString(), {}, work.folder()};
@@ -138,34 +141,71 @@ Failure Gate::judge(const std::optional<Release> &release, GateRecord *record)
         }
     }
     if (measures.rehearse) {
-        if (const Failure failure = unpackTaken(&files.after))
+        if (const Failure failure = unpackTaken(&files.after, result))
             return failure;
     }
     return judgeExport(measures, files, isReleased, record);
 }
 
-/// Somebody may have cleared the archive: what was cut off would then pass unseen.
+void Gate::judgeAge(GateRecord *record) const
+{
+    const GateRecord *last = archive.lastPassed();
+    const GateRecord *seen = archive.passedWith(record->exported.digest);
+    if (seen)
+        record->reasons.append(
+            {QStringLiteral("seen"),
+             seen == last
+                 ? Text::tr("nothing has changed since the last export: the same bytes went "
+                            "through on %1")
+                       .arg(seen->when.toString(Qt::ISODate))
+                 : Text::tr("an old export: the same bytes went through on %1, and others since")
+                       .arg(seen->when.toString(Qt::ISODate)),
+             Text::tr("look whether the HR system has written a new export")});
+    else if (last
+             && isOlder({record->exported.name, record->fileTime},
+                        {last->exported.name, last->fileTime}))
+        record->reasons.append({QStringLiteral("older"),
+                                Text::tr("it is older than the export that went through last, '%1'")
+                                    .arg(last->exported.name),
+                                Text::tr("deliver the newest export")});
+}
+
+/// Somebody may have cleared the archive, or a disk has damaged it: what was cut off would then
+/// pass unseen, or nothing would pass any more.
 Failure Gate::unpackLastGood(const GateRecord &last, JudgedFiles *files, GateRecord *record) const
 {
     const QString packed = archive.path(last, QStringLiteral(".export.gz"));
+    const QString remedy = Text::tr("look at its report; if all is right, release it");
     if (!QFileInfo::exists(packed)) {
         record->reasons.append(
             {QStringLiteral("uncompared"),
              Text::tr("'%1' is gone, the export that went through last: there is none to compare "
                       "it with")
                  .arg(packed),
-             Text::tr("look at its report; if all is right, release it")});
+             remedy});
         return {};
     }
+    const Failure failure = unpack(packed, work.lastGood(), last.placedDigest);
+    if (failure.exitCode == ExitErrors) {
+        record->reasons.append(
+            {QStringLiteral("uncompared"),
+             Text::tr("%1; it is the export that went through last, and there is none to compare "
+                      "this one with")
+                 .arg(failure.text),
+             remedy});
+        return {};
+    }
+    if (failure)
+        return failure;
     record->comparedWith = last.name;
     files->lastGood = work.lastGood();
-    return readGzip(packed, files->lastGood);
+    return {};
 }
 
 /// The exports that the running server has read, the oldest first, with the times at which they
-/// came in place. Those that are too old to be kept are left out: only people who stand in no later
-/// one are concerned.
-Failure Gate::unpackTaken(QStringList *files) const
+/// came in place. Those that are too old to be kept are left out, and so are damaged ones: only
+/// people who stand in no later one are concerned.
+Failure Gate::unpackTaken(QStringList *files, GateResult *result) const
 {
     if (!settings.serverSince)
         return {};
@@ -182,7 +222,13 @@ Failure Gate::unpackTaken(QStringList *files) const
         if (!isTaken || !QFileInfo::exists(packed))
             continue;
         const QString path = work.path(record.name);
-        if (const Failure failure = readGzip(packed, path))
+        const Failure failure = unpack(packed, path, record.placedDigest);
+        if (failure.exitCode == ExitErrors) {
+            result->warnings.append(
+                Text::tr("%1; the rehearsal is without this export").arg(failure.text));
+            continue;
+        }
+        if (failure)
             return failure;
         QFile file(path);
         if (file.open(QIODevice::ReadWrite))

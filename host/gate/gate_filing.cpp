@@ -11,6 +11,10 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
 namespace {
 
 struct Text
@@ -36,20 +40,25 @@ QVector<KeptFile> keptReports()
             {QStringLiteral("rehearsal.html"), QStringLiteral(".rehearsal.html")}};
 }
 
-/// As good as a rename, also onto another file system: the record that follows says that it is
-/// whole.
+/// Another file system takes a copy.
 Failure move(const QString &source, const QString &target)
 {
-    QFile file(source);
-    QFile::remove(target);
-    if (file.rename(target))
+    if (std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData())
+        == 0)
         return {};
-    return {ExitUsage, Text::tr("cannot write '%1': %2").arg(target, file.errorString())};
+    if (errno != EXDEV)
+        return {ExitUsage,
+                Text::tr("cannot write '%1': %2")
+                    .arg(target, QString::fromLocal8Bit(std::strerror(errno)))};
+    if (const Failure failure = copyToOwnerFile(source, target))
+        return failure;
+    QFile::remove(source);
+    return {};
 }
 
 } // namespace
 
-Failure Gate::letThrough(const Delivery &delivery, GateRecord *record)
+Failure Gate::letThrough(GateRecord *record)
 {
     const QString digest = placement.digest();
     const GateRecord *unread = digest.isEmpty() || !settings.isRemovedWhenRead
@@ -65,20 +74,41 @@ Failure Gate::letThrough(const Delivery &delivery, GateRecord *record)
                                           archive.path(*record, QStringLiteral(".export.gz"))))
         return failure;
     step("prepare");
-    if (const Failure failure = placement.prepare(record->name, work.mended(),
-                                                  QFile::permissions(delivery.path)))
+    if (const Failure failure = placement.prepare(record->name, work.mended(), record->rights))
         return failure;
     step("passing");
-    if (const Failure failure = archive.keep(*record))
-        return failure;
+    Failure failure = archive.keep(*record);
     step("put");
-    if (const Failure failure = placement.put(record->name)) {
+    if (!failure)
+        failure = checkPlace();
+    if (!failure)
+        failure = placement.put(record->name);
+    if (failure) {
         archive.forget(*record);
+        placement.drop(record->name);
         return failure;
     }
     step("passed");
     record->outcome = GateRecord::Passed;
     return archive.keep(*record);
+}
+
+/// Somebody may have put a file of their own there since the gate has begun: nobody would see it
+/// again.
+Failure Gate::checkPlace() const
+{
+    const QString digest = placement.digest();
+    if (digest.isEmpty() && placement.exists())
+        return {ExitUsage,
+                Text::tr("what lies at '%1' cannot be read, and would be lost; see whose it is, "
+                         "and take it away")
+                    .arg(placement.path())};
+    if (digest.isEmpty() || archive.passedWith(digest))
+        return {};
+    return {ExitErrors,
+            Text::tr("somebody has put a file at '%1' while the gate was at work; the next gate "
+                     "looks at it")
+                .arg(placement.path())};
 }
 
 Failure Gate::supersede(GateRecord *record)

@@ -66,7 +66,7 @@ const GateRecord *GateArchive::find(const QString &name) const
 const GateRecord *GateArchive::passedWith(const QString &digest) const
 {
     return lastOf(all, [&digest](const GateRecord &record) {
-        return record.outcome == GateRecord::Passed
+        return !digest.isEmpty() && record.outcome == GateRecord::Passed
             && (record.exported.digest == digest || record.placedDigest == digest);
     });
 }
@@ -96,6 +96,7 @@ Failure GateArchive::keep(const GateRecord &record)
 {
     if (const Failure failure = writeGateRecord(record, path(record, recordEnding())))
         return failure;
+    writeFolderOut(folder(record.outcome));
     const auto same = std::find_if(all.begin(), all.end(), [&record](const GateRecord &other) {
         return other.name == record.name;
     });

@@ -30,7 +30,8 @@ public:
     const GateRecord *lastPassed() const;
     /// Null if there is none.
     const GateRecord *find(const QString &name) const;
-    /// The last one that went through with these bytes, as they came or as they stood in place.
+    /// The last one that went through with these bytes, as they came or as they stood in place;
+    /// null for an empty digest.
     const GateRecord *passedWith(const QString &digest) const;
     /// These bytes are what the gate has put in place last.
     bool wasPlacedLast(const QString &digest) const;

@@ -41,6 +41,12 @@ QVariant moment(const QDateTime &time)
     return time.isValid() ? QVariant(time.toUTC().toString(Qt::ISODateWithMs)) : QVariant();
 }
 
+QVariant rightsValue(int rights)
+{
+    return rights == 0 ? QVariant()
+                       : QVariant(QStringLiteral("%1").arg(rights, 4, 8, QLatin1Char('0')));
+}
+
 QVariantMap exportMap(const ExportIdentity &exported)
 {
     return {{QStringLiteral("file"), exported.name},
@@ -211,6 +217,7 @@ QString readMembers(const Members &members, GateRecord *record)
     const Members exported(members.value("export"));
     record->exported = {exported.text("file"), exported.text("digest"), exported.big("size"),
                         exported.number("lines")};
+    record->rights = members.text("rights").toInt(nullptr, 8);
     record->placedDigest = members.text("placedDigest");
     record->comparedWith = members.text("comparedWith");
     record->replaced = members.text("replaced");
@@ -231,6 +238,8 @@ QString readMembers(const Members &members, GateRecord *record)
             record->release->allowed.append(limit.toString());
     }
     record->seconds = members.number("seconds");
+    // Those who wrote none had told it.
+    record->isTold = members.value("told").toBool(true);
     return {};
 }
 
@@ -259,6 +268,7 @@ QByteArray gateRecordJson(const GateRecord &record)
                {member("format", format), member("name", record.name),
                 member("outcome", outcomeName(record.outcome)), member("when", moment(record.when)),
                 member("fileTime", moment(record.fileTime)),
+                member("rights", rightsValue(record.rights)),
                 member("export", exportMap(record.exported)),
                 member("placedDigest", textOrNull(record.placedDigest)),
                 member("comparedWith", textOrNull(record.comparedWith)),
@@ -269,7 +279,8 @@ QByteArray gateRecordJson(const GateRecord &record)
                 member("limits", limitList(record.limits)),
                 member("reasons", reasonList(record.reasons)),
                 member("mendedCells", record.mendedCells),
-                member("release", releaseValue(record.release)), member("seconds", record.seconds)})
+                member("release", releaseValue(record.release)), member("seconds", record.seconds),
+                member("told", record.isTold)})
         + '\n';
 }
 

@@ -62,6 +62,7 @@ struct GateRecord
     Outcome outcome = Refused;
     QDateTime when; ///< of the decision
     QDateTime fileTime; ///< of the file's last writing
+    int rights = 0; ///< of the file, as chmod takes them; 0: not known
     ExportIdentity exported; ///< the file as it came
     QString placedDigest; ///< of what stood in place; differs where cells were mended
     QString comparedWith; ///< name of the record of the last good export; empty: there was none
@@ -76,6 +77,7 @@ struct GateRecord
     int mendedCells = 0;
     std::optional<Release> release;
     int seconds = 0; ///< that the decision took
+    bool isTold = false; ///< its hook was called, if there is one
 };
 
 /// "passing", "passed", "refused", "superseded".

@@ -5,20 +5,7 @@
 
 #include "host/base/ownerfile.h"
 
-#include <QCoreApplication>
 #include <QDir>
-#include <QFile>
-
-namespace {
-
-struct Text
-{
-    Q_DECLARE_TR_FUNCTIONS(GateWork)
-};
-
-const int partSize = 1 << 20; // bytes
-
-} // namespace
 
 GateWork::GateWork(const QString &stateFolder) :
     place(QDir(stateFolder).filePath(QStringLiteral("work")))
@@ -37,20 +24,7 @@ void GateWork::remove() const
 
 Failure GateWork::takeIn(const QString &delivery) const
 {
-    QFile from(delivery);
-    if (!from.open(QIODevice::ReadOnly))
-        return {ExitUsage, Text::tr("cannot read '%1': %2").arg(delivery, from.errorString())};
-    return fillOwnerFile(delivered(), [&from, &delivery](QIODevice *file) {
-        while (!from.atEnd()) {
-            const QByteArray part = from.read(partSize);
-            // A file that cannot be read is never at its end.
-            if (part.isEmpty())
-                return Failure {ExitUsage,
-                                Text::tr("cannot read '%1': %2").arg(delivery, from.errorString())};
-            file->write(part);
-        }
-        return Failure();
-    });
+    return copyToOwnerFile(delivery, delivered());
 }
 
 QString GateWork::path(const QString &name) const

@@ -123,10 +123,10 @@ Failure Expansion::trouble(int result) const
 {
     const QString name = source->fileName();
     if (result == Z_BUF_ERROR)
-        return {ExitUsage, Text::tr("'%1' is damaged: it ends too early").arg(name)};
+        return {ExitErrors, Text::tr("'%1' is damaged: it ends too early").arg(name)};
     if (result == Z_STREAM_END)
-        return {ExitUsage, Text::tr("'%1' is damaged: it goes on behind its end").arg(name)};
-    return {ExitUsage,
+        return {ExitErrors, Text::tr("'%1' is damaged: it goes on behind its end").arg(name)};
+    return {ExitErrors,
             Text::tr("'%1' is damaged, or no compressed file: %2")
                 .arg(name, stream.msg ? QString::fromLatin1(stream.msg) : QString::number(result))};
 }

@@ -13,5 +13,5 @@
 /// Compresses a file. The same bytes give the same file: it holds no time and no name.
 Failure writeGzip(const QString &source, const QString &target);
 
-/// Expands a file of any gzip. One that is cut off or damaged gives nothing.
+/// Expands a file of any gzip. One that is cut off or damaged gives nothing, and ExitErrors.
 Failure readGzip(const QString &source, const QString &target);

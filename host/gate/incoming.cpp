@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
 namespace {
 
 struct Text
@@ -35,6 +37,14 @@ bool standsStill(const QFileInfo &file, int seconds, const QDateTime &now)
 {
     const QDateTime last = qMax(file.lastModified(), file.metadataChangeTime());
     return last.secsTo(now) >= seconds;
+}
+
+int rightsOf(const QString &path)
+{
+    struct stat found;
+    return ::stat(QFile::encodeName(path).constData(), &found) == 0
+        ? static_cast<int>(found.st_mode & 0777U)
+        : 0;
 }
 
 bool isComplete(const QFileInfo &file, const IncomingWishes &wishes, const QDateTime &now)
@@ -97,8 +107,8 @@ Failure findDeliveries(const IncomingWishes &wishes, const QDateTime &now,
 Delivery deliveryOf(const QString &path)
 {
     const QFileInfo file(path);
-    return {path, file.fileName(), file.lastModified(), file.metadataChangeTime(), file.size(),
-            false};
+    return {path,        file.fileName(), file.lastModified(), file.metadataChangeTime(),
+            file.size(), rightsOf(path),  false};
 }
 
 bool isUnchanged(const Delivery &delivery)

@@ -37,6 +37,7 @@ struct Delivery
     QDateTime time; ///< of its last writing
     QDateTime changed; ///< of its last change, also of name or rights
     qint64 size = 0; ///< bytes
+    int rights = 0; ///< as chmod takes them
     bool stays = false; ///< where it lies, when all is done
 };
 

@@ -53,7 +53,5 @@ Failure mendExport(const QString &source, const QString &target, const MendWishe
 Failure mendExport(QIODevice *source, QIODevice *target, const MendWishes &wishes,
                    QVector<MendedCell> *mended);
 
-/// A line for each, for people. Both hold names.
+/// A line for each, for people. It holds names.
 QByteArray mendedText(const QVector<MendedCell> &mended);
-/// "talvenhr.mended/1", in one line.
-QByteArray mendedJson(const QVector<MendedCell> &mended);

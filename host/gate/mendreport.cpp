@@ -1,10 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// What was mended, in words and as JSON.
+// What was mended, in words.
 #include "host/base/oneline.h"
 #include "host/gate/mend.h"
-#include "host/report/jsonreport.h"
-#include "host/report/report.h"
 
 #include <QCoreApplication>
 
@@ -52,16 +50,6 @@ QString lineOf(const MendedCell &cell)
         .arg(placeOf(cell), kindName(cell.kind), oneLine(cell.before), oneLine(cell.after));
 }
 
-QVariant cellMap(const MendedCell &cell)
-{
-    return QVariantMap {{QStringLiteral("kind"), kindName(cell.kind)},
-                        {QStringLiteral("line"), cell.line == 0 ? QVariant() : cell.line},
-                        {QStringLiteral("column"), textOrNull(cell.column)},
-                        {QStringLiteral("before"), textOrNull(cell.before)},
-                        {QStringLiteral("after"), textOrNull(cell.after)},
-                        {QStringLiteral("count"), cell.count}};
-}
-
 } // namespace
 
 QByteArray mendedText(const QVector<MendedCell> &mended)
@@ -70,14 +58,4 @@ QByteArray mendedText(const QVector<MendedCell> &mended)
     for (const MendedCell &cell : mended)
         text += lineOf(cell).toUtf8() + '\n';
     return text;
-}
-
-QByteArray mendedJson(const QVector<MendedCell> &mended)
-{
-    QVariantList cells;
-    for (const MendedCell &cell : mended)
-        cells.append(cellMap(cell));
-    return jsonObject({{QStringLiteral("format"), jsonValue(QStringLiteral("talvenhr.mended/1"))},
-                       {QStringLiteral("mended"), jsonValue(cells)}})
-        + '\n';
 }

@@ -3,6 +3,8 @@
 // The place where the plugin finds its export.
 #include "host/gate/placement.h"
 
+#include "host/base/ownerfile.h"
+
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
@@ -13,6 +15,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -24,14 +27,20 @@ struct Text
 
 const QString opening = QStringLiteral(".talvenhr-gate-");
 
-/// A rename outlives a power cut once its folder is written.
-void writeFolderOut(const QString &folder)
+/// Of the last call that failed.
+QString systemWord()
 {
-    const int handle = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
-    if (handle < 0)
-        return;
-    ::fsync(handle);
-    ::close(handle);
+    return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+/// Only the administrator can give files away, and only they have to.
+bool giveToKeeper(int handle, const QString &place)
+{
+    struct stat folder;
+    const QByteArray path = QFile::encodeName(QFileInfo(place).path());
+    if (::geteuid() != 0 || ::stat(path.constData(), &folder) != 0 || folder.st_uid == 0)
+        return true;
+    return ::fchown(handle, folder.st_uid, folder.st_gid) == 0;
 }
 
 Failure cannotPut(const QString &place, const QString &reason)
@@ -57,23 +66,41 @@ QString Placement::digest() const
     return digestOfFile(place);
 }
 
-Failure Placement::prepare(const QString &name, const QString &source,
-                           QFileDevice::Permissions permissions)
+Failure Placement::prepare(const QString &name, const QString &source, int rights)
 {
     QFile from(source);
-    QFile to(preparedPath(name));
     if (!from.open(QIODevice::ReadOnly))
-        return cannotPut(place, from.errorString());
-    if (!to.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return cannotPut(place, to.errorString());
-    to.setPermissions(permissions);
-    while (!from.atEnd()) {
-        const QByteArray part = from.read(1 << 20);
-        if (part.isEmpty() || to.write(part) != part.size())
-            return cannotPut(place, part.isEmpty() ? from.errorString() : to.errorString());
+        return {ExitUsage, Text::tr("cannot read '%1': %2").arg(source, from.errorString())};
+    const QString path = preparedPath(name);
+    QFile::remove(path);
+    const int handle = ::open(QFile::encodeName(path).constData(),
+                              O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    QFile to;
+    if (handle < 0 || !to.open(handle, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle))
+        return cannotPut(place, systemWord());
+    const Failure failure = fill(&from, &to, rights);
+    if (failure)
+        drop(name);
+    return failure;
+}
+
+/// Others may read it when it is whole.
+Failure Placement::fill(QFile *from, QFile *to, int rights) const
+{
+    while (!from->atEnd()) {
+        const QByteArray part = from->read(1 << 20);
+        if (part.isEmpty())
+            return {ExitUsage,
+                    Text::tr("cannot read '%1': %2").arg(from->fileName(), from->errorString())};
+        if (to->write(part) != part.size())
+            return cannotPut(place, to->errorString());
     }
-    if (!to.flush() || ::fsync(to.handle()) != 0)
-        return cannotPut(place, to.errorString());
+    const auto mode = static_cast<mode_t>(rights) | S_IRUSR | S_IWUSR;
+    const int handle = to->handle();
+    if (!to->flush())
+        return cannotPut(place, to->errorString());
+    if (!giveToKeeper(handle, place) || ::fchmod(handle, mode) != 0 || ::fsync(handle) != 0)
+        return cannotPut(place, systemWord());
     return {};
 }
 
@@ -88,9 +115,14 @@ Failure Placement::put(const QString &name)
     if (std::rename(QFile::encodeName(preparedPath(name)).constData(),
                     QFile::encodeName(place).constData())
         != 0)
-        return cannotPut(place, QString::fromLocal8Bit(std::strerror(errno)));
+        return cannotPut(place, systemWord());
     writeFolderOut(QFileInfo(place).path());
     return {};
+}
+
+void Placement::drop(const QString &name)
+{
+    QFile::remove(preparedPath(name));
 }
 
 void Placement::removePrepared()

@@ -5,6 +5,7 @@
 
 #include "host/changes/changesjson.h"
 #include "host/changes/passnotes.h"
+#include "host/gate/lateness.h"
 #include "host/status/gatestate.h"
 #include "host/status/passfacts.h"
 
@@ -149,13 +150,12 @@ void readPlace(Status *status)
 bool isLate(const Status &status)
 {
     const StatusSources &sources = status.sources;
-    const GateRecord *const last = status.records.isEmpty() ? nullptr : &status.records.constLast();
     // The gate's mark stays, with the export after which none had come.
-    QFile mark(QDir(sources.state).filePath(QStringLiteral("late")));
-    if (!sources.state.isEmpty() && last && mark.open(QIODevice::ReadOnly)
-        && mark.readAll().trimmed() == last->name.toUtf8())
+    if (wasLatenessTold(status.records, sources.state))
         return true;
-    return sources.lateAfter > 0 && last && last->when.secsTo(status.now) > sources.lateAfter;
+    const QDateTime since = nothingSince(status.records, sources.state);
+    return sources.lateAfter > 0 && since.isValid()
+        && since.secsTo(status.now) > sources.lateAfter;
 }
 
 /// The newest export that went into place: its pass is over.

@@ -61,14 +61,6 @@ bool isRefusedByDefault(const QString &finding)
         || reasonFor(finding) != finding;
 }
 
-QStringList codesOf(const GateRecord &record)
-{
-    QStringList codes;
-    for (const RefusalReason &reason : record.reasons)
-        codes.append(reason.code);
-    return codes;
-}
-
 bool hasFinding(const GateRecord &record, const QString &code)
 {
     return std::any_of(record.findings.cbegin(), record.findings.cend(),

@@ -124,3 +124,26 @@ GateResult GateSite::taken(const std::function<Failure(Gate *, GateResult *)> &w
         qFatal("%s", qPrintable(found.text));
     return result;
 }
+
+QByteArray cutOff(const QByteArray &content, int lines)
+{
+    return content.split('\n').mid(0, lines).join('\n') + '\n';
+}
+
+QStringList codesOf(const GateRecord &record)
+{
+    QStringList codes;
+    for (const RefusalReason &reason : record.reasons)
+        codes.append(reason.code);
+    return codes;
+}
+
+QStringList endingsOf(const GateRecord &record, const QString &folder)
+{
+    QStringList endings;
+    const QStringList files = QDir(folder).entryList({record.name + QStringLiteral("*")},
+                                                     QDir::Files, QDir::Name);
+    for (const QString &file : files)
+        endings.append(file.mid(record.name.size()));
+    return endings;
+}

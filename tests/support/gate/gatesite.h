@@ -50,3 +50,10 @@ private:
     Life life;
     QDateTime lastDelivery;
 };
+
+/// The first lines of an export.
+QByteArray cutOff(const QByteArray &content, int lines);
+/// Of its reasons.
+QStringList codesOf(const GateRecord &record);
+/// The endings of all files about a record.
+QStringList endingsOf(const GateRecord &record, const QString &folder);

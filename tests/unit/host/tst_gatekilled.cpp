@@ -68,6 +68,8 @@ private Q_SLOTS:
     void killedAtAStep_isMended();
     void fullDisk_isMended_data();
     void fullDisk_isMended();
+    void fullDisk_isToldWithItsFolder_data();
+    void fullDisk_isToldWithItsFolder();
 
 private:
     static void addSteps(bool isSound);
@@ -128,6 +130,7 @@ void tst_GateKilled::checkAllIsMended(GateSite *site, const Days &days, bool isS
     const QVector<GateRecord> records = site->records();
     QCOMPARE(records.size(), 2);
     QCOMPARE(records.at(1).outcome, isSound ? GateRecord::Passed : GateRecord::Refused);
+    QVERIFY(records.at(1).isTold);
     const QFileInfo place(site->settings.place);
     QCOMPARE(place.dir().entryList(QDir::Files | QDir::Hidden), QStringList {place.fileName()});
     // And once more: nothing is left to do.
@@ -191,6 +194,61 @@ void tst_GateKilled::fullDisk_isMended()
     QVERIFY(WIFEXITED(status));
     checkNothingIsHalf(site, days, isSound);
     checkAllIsMended(&site, days, isSound);
+}
+
+void tst_GateKilled::fullDisk_isToldWithItsFolder_data()
+{
+    QTest::addColumn<QString>("step");
+    QTest::addColumn<QString>("folder");
+    const auto row = [](const char *step, const char *folder) {
+        QTest::newRow(step) << QString::fromLatin1(step) << QString::fromLatin1(folder);
+    };
+    row("", "state"); // the lock
+    row("take", "state/work");
+    row("mend", "state/work");
+    row("judge", "state/work");
+    row("archive", "archive");
+    row("prepare", "place");
+    row("passing", "archive");
+    row("passed", "archive");
+    row("told", "archive");
+}
+
+/// Another one may be asked to make room.
+void tst_GateKilled::fullDisk_isToldWithItsFolder()
+{
+    QFETCH(QString, step);
+    QFETCH(QString, folder);
+    GateSite site;
+    begin(&site, true);
+    int ends[2];
+    QCOMPARE(::pipe(ends), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (step.isEmpty())
+            refuseToWriteBeyond(0);
+        Gate gate(site.settings);
+        gate.setStepWatch([&step](const char *reached) {
+            if (step == QLatin1String(reached))
+                refuseToWriteBeyond(0);
+        });
+        GateResult result;
+        const Failure failure = gate.run(&result);
+        const QByteArray text = (failure.text + result.warnings.join(QLatin1Char('\n'))).toUtf8();
+        const ssize_t written = ::write(ends[1], text.constData(), static_cast<size_t>(text.size()));
+        ::_exit(written < 0 ? ExitInterrupted : failure.exitCode);
+    }
+    ::close(ends[1]);
+    QFile told;
+    QVERIFY(told.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+    const QString text = QString::fromUtf8(told.readAll());
+    int status = 0;
+    QCOMPARE(::waitpid(child, &status, 0), child);
+    QVERIFY2(text.contains(site.path(folder)), qPrintable(text));
+    QVERIFY2(text.contains(step.isEmpty() ? QStringLiteral("disk")
+                                          : QStringLiteral("File too large")),
+             qPrintable(text));
+    QCOMPARE(WEXITSTATUS(status), step == QLatin1String("told") ? ExitClean : ExitUsage);
 }
 
 QTEST_GUILESS_MAIN(tst_GateKilled)

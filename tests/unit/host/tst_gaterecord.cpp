@@ -55,6 +55,8 @@ GateRecord tst_GateRecord::fullRecord()
     record.release = Release {
         QStringLiteral("anna"), QStringLiteral("branch closed"), {QStringLiteral("ended=3")}};
     record.seconds = 11;
+    record.rights = 0640;
+    record.isTold = true;
     return record;
 }
 
@@ -83,6 +85,7 @@ void tst_GateRecord::allMembers_comeBack()
     QCOMPARE(read.findings.constLast().severity, Finding::Error);
     QCOMPARE(read.release->allowed, QStringList {QStringLiteral("ended=3")});
     QCOMPARE(read.when, fullRecord().when);
+    QCOMPARE(read.rights, 0640);
 }
 
 void tst_GateRecord::smallestRecord_comesBack()

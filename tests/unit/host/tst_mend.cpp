@@ -6,16 +6,12 @@
 #include "host/company/damage.h"
 #include "host/company/exportwriter.h"
 #include "host/exportcheck/exportcheck.h"
-#include "host/gate/mend.h"
+#include "support/gate/mendtrial.h"
 #include "support/hostiletexts.h"
 
 #include <QBuffer>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
-#include <QTextCodec>
 #include <QtTest>
 
 #include <algorithm>
@@ -33,12 +29,6 @@ private Q_SLOTS:
     void mark_isDroppedBeforeTheFirstLine();
     void carriageReturn_isDroppedBeforeLineFeeds_data();
     void carriageReturn_isDroppedBeforeLineFeeds();
-    void foreignEncoding_isRecoded_data();
-    void foreignEncoding_isRecoded();
-    void otherFile_isNotRecoded_data();
-    void otherFile_isNotRecoded();
-    void unknownEncoding_isRefused_data();
-    void unknownEncoding_isRefused();
     void nothing_isMendedUnasked();
     void damage_isMendedOnceAndNothingElse_data();
     void damage_isMendedOnceAndNothingElse();
@@ -49,8 +39,6 @@ private Q_SLOTS:
     void report_namesEachPlace();
 
 private:
-    QByteArray mended(QByteArray content, const MendWishes &wishes,
-                      QVector<MendedCell> *cells = nullptr);
     void verifyMending(const QByteArray &content);
     QString path(const char *name) const { return folder.filePath(QLatin1String(name)); }
 
@@ -92,27 +80,6 @@ MendWishes apostropheOnly()
     MendWishes wishes;
     wishes.apostrophe = true;
     return wishes;
-}
-
-MendWishes encodingOnly(const QString &name)
-{
-    MendWishes wishes;
-    wishes.encoding = name;
-    return wishes;
-}
-
-QByteArray companyExport(quint32 seed)
-{
-    CompanyPlan plan;
-    plan.people = 40 + static_cast<int>(seed % 60);
-    plan.seed = seed;
-    plan.day = today;
-    return exportText(generatedCompany(plan));
-}
-
-QByteArray encoded(const QByteArray &utf8, const char *encoding)
-{
-    return QTextCodec::codecForName(encoding)->fromUnicode(QString::fromUtf8(utf8));
 }
 
 void write(const QString &path, const QByteArray &bytes)
@@ -160,68 +127,11 @@ QByteArray plainForm(const QByteArray &content)
     return plain;
 }
 
-/// A cell with the column's name, if there is one for each.
-MendedCell cellAt(int lineNumber, const QList<QByteArray> &cells, int column)
-{
-    MendedCell cell;
-    cell.line = lineNumber;
-    if (cells.size() == 18)
-        cell.column = QString::fromLatin1(headerLine().split('|').at(column));
-    return cell;
-}
-
-/// Where two contents of the same lines and cells differ; nothing fits if they have others.
-QVector<MendedCell> differences(const QByteArray &before, const QByteArray &after)
-{
-    QVector<MendedCell> found;
-    const QList<QByteArray> old = before.split('\n');
-    const QList<QByteArray> now = after.split('\n');
-    for (int i = 0; i < qMax(old.size(), now.size()); ++i) {
-        const QList<QByteArray> oldCells = old.value(i).split('|');
-        const QList<QByteArray> cells = now.value(i).split('|');
-        for (int column = 0; column < qMax(oldCells.size(), cells.size()); ++column) {
-            if (oldCells.value(column) == cells.value(column))
-                continue;
-            MendedCell cell = cellAt(i + 1, oldCells, column);
-            cell.before = QString::fromUtf8(oldCells.value(column));
-            cell.after = QString::fromUtf8(cells.value(column));
-            found.append(cell);
-        }
-    }
-    return found;
-}
-
-QStringList sorted(const QVector<MendedCell> &cells)
-{
-    QStringList texts;
-    for (const MendedCell &cell : cells) {
-        if (cell.line != 0)
-            texts.append(
-                QStringLiteral("%1 %2: %3 > %4")
-                    .arg(QString::number(cell.line), cell.column, cell.before, cell.after));
-    }
-    texts.sort();
-    return texts;
-}
-
 } // namespace
 
 void tst_Mend::initTestCase()
 {
     QVERIFY(folder.isValid());
-}
-
-QByteArray tst_Mend::mended(QByteArray content, const MendWishes &wishes,
-                            QVector<MendedCell> *cells)
-{
-    QBuffer source(&content);
-    source.open(QIODevice::ReadOnly);
-    QByteArray written;
-    QBuffer target(&written);
-    target.open(QIODevice::WriteOnly);
-    QVector<MendedCell> dropped;
-    const Failure failure = mendExport(&source, &target, wishes, cells ? cells : &dropped);
-    return failure ? failure.text.toUtf8() : written;
 }
 
 void tst_Mend::apostrophe_isReplacedWhereItBreaks_data()
@@ -331,89 +241,6 @@ void tst_Mend::carriageReturn_isDroppedBeforeLineFeeds()
     QCOMPARE(cells.size(), count == 0 ? 0 : 1);
     if (count != 0)
         QCOMPARE(cells.constFirst().count, count);
-}
-
-void tst_Mend::foreignEncoding_isRecoded_data()
-{
-    QTest::addColumn<QString>("encoding");
-    for (const char *name : {"windows-1250", "cp1250", "WINDOWS-1250", "ISO-8859-2", "IBM852"})
-        QTest::newRow(name) << QString::fromLatin1(name);
-}
-
-void tst_Mend::foreignEncoding_isRecoded()
-{
-    QFETCH(QString, encoding);
-    for (quint32 seed = 1; seed <= 3; ++seed) {
-        const QByteArray utf8 = companyExport(seed);
-        const QByteArray foreign = encoded(utf8, encoding.toLatin1().constData());
-        QVERIFY(foreign != utf8);
-        QVector<MendedCell> cells;
-        QVERIFY(mended(foreign, encodingOnly(encoding), &cells) == utf8);
-        QCOMPARE(sorted(cells), sorted(differences(foreign, utf8)));
-    }
-}
-
-void tst_Mend::otherFile_isNotRecoded_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("encoding");
-    const QByteArray utf8 = companyExport(1);
-    const QString windows = QStringLiteral("windows-1250");
-    QTest::newRow("UTF-8") << utf8 << windows;
-    QTest::newRow("ASCII") << QByteArray("a|b\n") << windows;
-    for (const char *damage : {"bad-utf8", "bad-utf8-surrogates", "windows-1250-line"})
-        QTest::newRow(damage) << damaged(utf8, QLatin1String(damage), 1).text << windows;
-    for (const char *damage : {"utf-16", "utf-16-without-mark", "utf-16-big-endian"})
-        QTest::newRow(damage) << damaged(utf8, QLatin1String(damage), 1).text << windows;
-    QTest::newRow("marked as UTF-8") << "\xef\xbb\xbf" + utf8 + "\xe1\n" << windows;
-    QTest::newRow("another encoding, by its controls")
-        << encoded(utf8, "windows-1250") << QStringLiteral("ISO-8859-2");
-    QTest::newRow("no sign of the encoding") << encoded(utf8, "windows-1250") + "\x81\n" << windows;
-}
-
-void tst_Mend::otherFile_isNotRecoded()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QString, encoding);
-    QVector<MendedCell> cells;
-    QVERIFY(mended(content, encodingOnly(encoding), &cells) == content);
-    QVERIFY(cells.isEmpty());
-}
-
-void tst_Mend::unknownEncoding_isRefused_data()
-{
-    QTest::addColumn<QString>("encoding");
-    QTest::addColumn<QString>("fault");
-    const auto row = [](const char *name, const char *rest) {
-        QTest::newRow(name) << QString::fromLatin1(name)
-                            << QStringLiteral("'%1' is no encoding of eight bits%2")
-                                   .arg(QLatin1String(name), QLatin1String(rest));
-    };
-    row("vindows-1250", " (did you mean 'windows-1250'?)");
-    row("iso-8859-22", " (did you mean 'ISO-8859-2'?)");
-    row("nothing-like-it", "");
-    row("UTF-8", "");
-    row("UTF-16", "");
-    row("Shift_JIS", "");
-    row("GB18030", "");
-    row("EUC-JP", "");
-}
-
-void tst_Mend::unknownEncoding_isRefused()
-{
-    QFETCH(QString, encoding);
-    QFETCH(QString, fault);
-    write(path("source"), "a\xe1\n");
-    QFile::remove(path("target"));
-    QVector<MendedCell> cells;
-    const Failure failure = mendExport(path("source"), path("target"), encodingOnly(encoding),
-                                       &cells);
-    QCOMPARE(failure.text, fault);
-    QCOMPARE(failure.exitCode, ExitUsage);
-    QCOMPARE(checkWishes(encodingOnly(encoding)).text, fault);
-    QVERIFY(!QFile::exists(path("target")));
-    QVERIFY(!checkWishes(encodingOnly(QStringLiteral("windows-1250"))));
-    QVERIFY(!checkWishes(MendWishes()));
 }
 
 void tst_Mend::nothing_isMendedUnasked()
@@ -531,18 +358,6 @@ void tst_Mend::report_namesEachPlace()
                             "line 7, Prijmeni (apostrophe): 'O'%1\\n' becomes 'O’%1\\n'\n"
                             "line 8 (encoding): 'Nov\ufffd' becomes 'Nová'\n"
                             "carriage returns before line ends are dropped: 12\n"));
-    const QJsonObject json = QJsonDocument::fromJson(mendedJson(cells)).object();
-    QCOMPARE(json.value(QLatin1String("format")).toString(), QStringLiteral("talvenhr.mended/1"));
-    const QJsonArray list = json.value(QLatin1String("mended")).toArray();
-    QCOMPARE(list.size(), cells.size());
-    const QJsonObject first {{QStringLiteral("kind"), QStringLiteral("apostrophe")},
-                             {QStringLiteral("line"), 7},
-                             {QStringLiteral("column"), QStringLiteral("Prijmeni")},
-                             {QStringLiteral("before"), QStringLiteral("O'%1\n")},
-                             {QStringLiteral("after"), QStringLiteral("O’%1\n")},
-                             {QStringLiteral("count"), 1}};
-    QCOMPARE(list.at(1).toObject(), first);
-    QVERIFY(list.at(0).toObject().value(QLatin1String("line")).isNull());
 }
 
 QTEST_GUILESS_MAIN(tst_Mend)
