@@ -47,8 +47,8 @@ public:
     QString placeOf(const QString &name) const;
     /// A whole number between the limits; `result` stays as it is if the option is not given.
     Failure number(const QString &name, int least, int most, int *result) const;
-    /// A switch that only talvenhr.conf can set: yes or no, and true or false, too. `result` stays as
-    /// it is where it is not set, or empty.
+    /// A switch that only talvenhr.conf can set: yes or no, and true or false, too. `result` stays
+    /// as it is where it is not set, or empty.
     Failure yesOrNo(const QString &setting, bool *result) const;
     /// The words that are no options, in the order of the command's arguments.
     QString argument(int index) const { return parser.positionalArguments().value(index); }

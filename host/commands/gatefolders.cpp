@@ -120,9 +120,9 @@ std::optional<GateStandard> gateStandard(const Options &options, const QString &
     const QString incoming = options.value(QStringLiteral("incoming"));
     if (incoming.isEmpty() || !besideIncoming().contains(name))
         return {};
-    return GateStandard {gateFolder(options, name.toLatin1().constData(),
-                                    QFileInfo(incoming).absoluteFilePath()),
-                         Text::tr("default, beside incoming")};
+    return GateStandard {
+        gateFolder(options, name.toLatin1().constData(), QFileInfo(incoming).absoluteFilePath()),
+        Text::tr("default, beside incoming")};
 }
 
 Failure readGateFolders(const Options &options, GateFolders *folders)

@@ -264,23 +264,27 @@ QByteArray gateRecordJson(const GateRecord &record)
     const auto member = [](const char *name, const QVariant &value) {
         return qMakePair(QString::fromLatin1(name), jsonValue(value));
     };
-    return jsonObject(
-               {member("format", format), member("name", record.name),
-                member("outcome", outcomeName(record.outcome)), member("when", moment(record.when)),
-                member("fileTime", moment(record.fileTime)),
-                member("rights", rightsValue(record.rights)),
-                member("export", exportMap(record.exported)),
-                member("placedDigest", textOrNull(record.placedDigest)),
-                member("comparedWith", textOrNull(record.comparedWith)),
-                member("replaced", textOrNull(record.replaced)),
-                member("fates", fatesMap(record.fates)), member("lost", record.lost),
-                member("gained", record.gained), member("findings", findingList(record.findings)),
-                member("rehearsal", rehearsalValue(record.rehearsal)),
-                member("limits", limitList(record.limits)),
-                member("reasons", reasonList(record.reasons)),
-                member("mendedCells", record.mendedCells),
-                member("release", releaseValue(record.release)), member("seconds", record.seconds),
-                member("told", record.isTold)})
+    return jsonObject({member("format", format),
+                       member("name", record.name),
+                       member("outcome", outcomeName(record.outcome)),
+                       member("when", moment(record.when)),
+                       member("fileTime", moment(record.fileTime)),
+                       member("rights", rightsValue(record.rights)),
+                       member("export", exportMap(record.exported)),
+                       member("placedDigest", textOrNull(record.placedDigest)),
+                       member("comparedWith", textOrNull(record.comparedWith)),
+                       member("replaced", textOrNull(record.replaced)),
+                       member("fates", fatesMap(record.fates)),
+                       member("lost", record.lost),
+                       member("gained", record.gained),
+                       member("findings", findingList(record.findings)),
+                       member("rehearsal", rehearsalValue(record.rehearsal)),
+                       member("limits", limitList(record.limits)),
+                       member("reasons", reasonList(record.reasons)),
+                       member("mendedCells", record.mendedCells),
+                       member("release", releaseValue(record.release)),
+                       member("seconds", record.seconds),
+                       member("told", record.isTold)})
         + '\n';
 }
 

@@ -107,8 +107,13 @@ Failure findDeliveries(const IncomingWishes &wishes, const QDateTime &now,
 Delivery deliveryOf(const QString &path)
 {
     const QFileInfo file(path);
-    return {path,        file.fileName(), file.lastModified(), file.metadataChangeTime(),
-            file.size(), rightsOf(path),  false};
+    return {path,
+            file.fileName(),
+            file.lastModified(),
+            file.metadataChangeTime(),
+            file.size(),
+            rightsOf(path),
+            false};
 }
 
 bool isUnchanged(const Delivery &delivery)

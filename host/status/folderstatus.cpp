@@ -154,8 +154,7 @@ bool isLate(const Status &status)
     if (wasLatenessTold(status.records, sources.state))
         return true;
     const QDateTime since = nothingSince(status.records, sources.state);
-    return sources.lateAfter > 0 && since.isValid()
-        && since.secsTo(status.now) > sources.lateAfter;
+    return sources.lateAfter > 0 && since.isValid() && since.secsTo(status.now) > sources.lateAfter;
 }
 
 /// The newest export that went into place: its pass is over.

@@ -137,9 +137,9 @@ void tst_GateFolders::lastGoodExportDamaged_holdsTheNext()
     site.deliver(next);
     const GateRecord held = site.run().decided.value(0);
     QCOMPARE(codesOf(held), QStringList {QStringLiteral("uncompared")});
-    QVERIFY2(held.reasons.constFirst().text.startsWith(
-                 QStringLiteral("'%1' is damaged: ").arg(packed)),
-             qPrintable(held.reasons.constFirst().text));
+    QVERIFY2(
+        held.reasons.constFirst().text.startsWith(QStringLiteral("'%1' is damaged: ").arg(packed)),
+        qPrintable(held.reasons.constFirst().text));
     QCOMPARE(held.comparedWith, QString());
     QVERIFY(!site.isDelivered());
     QCOMPARE(site.release({held.name, byHand}).decided.value(0).outcome, GateRecord::Passed);
@@ -198,8 +198,8 @@ void tst_GateFolders::clockSetBack_keepsTheOrder()
     site.deliver(site.nextExport());
     GateRecord first = site.run().decided.value(0);
     first.when = QDateTime::currentDateTime().addYears(4);
-    QVERIFY(!writeGateRecord(first,
-                             QDir(site.settings.archive).filePath(first.name + recordEnding())));
+    QVERIFY(
+        !writeGateRecord(first, QDir(site.settings.archive).filePath(first.name + recordEnding())));
     const QByteArray content = site.nextExport();
     site.deliver(content);
     const GateResult second = site.run();

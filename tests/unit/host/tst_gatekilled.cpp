@@ -235,7 +235,8 @@ void tst_GateKilled::fullDisk_isToldWithItsFolder()
         GateResult result;
         const Failure failure = gate.run(&result);
         const QByteArray text = (failure.text + result.warnings.join(QLatin1Char('\n'))).toUtf8();
-        const ssize_t written = ::write(ends[1], text.constData(), static_cast<size_t>(text.size()));
+        const ssize_t written = ::write(ends[1], text.constData(),
+                                        static_cast<size_t>(text.size()));
         ::_exit(written < 0 ? ExitInterrupted : failure.exitCode);
     }
     ::close(ends[1]);
@@ -245,9 +246,9 @@ void tst_GateKilled::fullDisk_isToldWithItsFolder()
     int status = 0;
     QCOMPARE(::waitpid(child, &status, 0), child);
     QVERIFY2(text.contains(site.path(folder)), qPrintable(text));
-    QVERIFY2(text.contains(step.isEmpty() ? QStringLiteral("disk")
-                                          : QStringLiteral("File too large")),
-             qPrintable(text));
+    QVERIFY2(
+        text.contains(step.isEmpty() ? QStringLiteral("disk") : QStringLiteral("File too large")),
+        qPrintable(text));
     QCOMPARE(WEXITSTATUS(status), step == QLatin1String("told") ? ExitClean : ExitUsage);
 }
 

@@ -96,10 +96,7 @@ void tst_GateTelling::noDeliveryAtAll_isLateSinceTheGateBegan()
     QVERIFY(!site.run().isLate);
     QFile begun(QDir(site.settings.state).filePath(QStringLiteral("begun")));
     QVERIFY(begun.open(QIODevice::WriteOnly));
-    begun.write(QDateTime::currentDateTimeUtc()
-                    .addSecs(-27 * 3600)
-                    .toString(Qt::ISODate)
-                    .toUtf8()
+    begun.write(QDateTime::currentDateTimeUtc().addSecs(-27 * 3600).toString(Qt::ISODate).toUtf8()
                 + '\n');
     begun.close();
     const GateResult late = site.run();

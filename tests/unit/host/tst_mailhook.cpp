@@ -23,7 +23,7 @@ private Q_SLOTS:
     void missingSendmail_isAWarning();
 
 private:
-    QString sent(const GateRecord &record, const QString &options = QString());
+    QString sent(const QByteArray &json, const QString &options = QString());
     QString path(const char *name) const { return folder.filePath(QLatin1String(name)); }
     void writeSendmail(const QByteArray &script) const;
 
@@ -75,19 +75,19 @@ void tst_MailHook::writeSendmail(const QByteArray &script) const
 }
 
 /// The mail that the machine's sendmail gets.
-QString tst_MailHook::sent(const GateRecord &record, const QString &options)
+QString tst_MailHook::sent(const QByteArray &json, const QString &options)
 {
     qputenv("PATH", folder.path().toUtf8() + ':' + systemPath);
     trouble = runHook(QStringLiteral("%1/examples/hooks/mail.py %2 hr@example.org it@example.org")
                           .arg(QStringLiteral(TALVENHR_SOURCE_FOLDER), options),
-                      gateRecordJson(record), 60);
+                      json, 60);
     QFile file(path("mail"));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 void tst_MailHook::refusal_tellsWhatToDo()
 {
-    const QString mail = sent(refusedRecord());
+    const QString mail = sent(gateRecordJson(refusedRecord()));
     QCOMPARE(trouble, QString());
     const QStringList parts = mail.split(QStringLiteral("\n\n"));
     QVERIFY(parts.constFirst().contains(QStringLiteral("To: hr@example.org, it@example.org\n")));
@@ -112,7 +112,7 @@ void tst_MailHook::release_tellsWhoAndWhy()
     GateRecord record = refusedRecord();
     record.outcome = GateRecord::Passed;
     record.release = Release {QStringLiteral("anna"), QStringLiteral("branch closed"), {}};
-    const QString mail = sent(record);
+    const QString mail = sent(gateRecordJson(record));
     QVERIFY(mail.contains(QStringLiteral("] export passed: ron.data\n")));
     QVERIFY(mail.contains(QStringLiteral("\nLet through by anna: branch closed\n")));
     QVERIFY(!mail.contains(QStringLiteral("--release")));
@@ -120,10 +120,14 @@ void tst_MailHook::release_tellsWhoAndWhy()
 
 void tst_MailHook::lateness_isNoRefusal()
 {
-    const QString mail = sent(refusedRecord(), QStringLiteral("--late"));
+    const QString mail = sent(gateRecordJson(refusedRecord()), QStringLiteral("--late"));
     QVERIFY(mail.contains(QStringLiteral("] no export since ron.data\n")));
     QVERIFY(mail.contains(QStringLiteral("was delivered at 2026-11-22T12:40:02.345Z.")));
     QVERIFY(!mail.contains(QStringLiteral("refused")));
+    const QString never = sent("null\n", QStringLiteral("--late"));
+    QCOMPARE(trouble, QString());
+    QVERIFY(never.contains(QStringLiteral("] no export yet\n")));
+    QVERIFY(never.contains(QStringLiteral("No export was ever delivered.")));
 }
 
 /// Whoever may deliver a file gives it its name.
@@ -131,7 +135,7 @@ void tst_MailHook::strangeName_makesNoHeader()
 {
     GateRecord record = refusedRecord();
     record.exported.name = QStringLiteral("ron\nBcc: other@example.org");
-    const QString header = sent(record).section(QStringLiteral("\n\n"), 0, 0);
+    const QString header = sent(gateRecordJson(record)).section(QStringLiteral("\n\n"), 0, 0);
     QCOMPARE(trouble, QString());
     QVERIFY(header.contains(QStringLiteral("ron?Bcc: other@example.org")));
     QVERIFY(!header.contains(QStringLiteral("\nBcc")));
@@ -144,7 +148,7 @@ void tst_MailHook::sendmailThatFails_isAWarning()
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }();
     writeSendmail("#!/bin/sh\ncat > /dev/null\necho queue is full >&2\nexit 75\n");
-    sent(refusedRecord());
+    sent(gateRecordJson(refusedRecord()));
     writeSendmail(kept);
     QCOMPARE(trouble, QStringLiteral("exit code 75: queue is full"));
 }
@@ -154,7 +158,7 @@ void tst_MailHook::missingSendmail_isAWarning()
     if (QFile::exists(QStringLiteral("/usr/sbin/sendmail")))
         QSKIP("this machine has one", );
     QVERIFY(QFile::rename(path("sendmail"), path("kept")));
-    sent(refusedRecord());
+    sent(gateRecordJson(refusedRecord()));
     QVERIFY(QFile::rename(path("kept"), path("sendmail")));
     QCOMPARE(trouble, QStringLiteral("exit code 1: there is no sendmail"));
 }

@@ -108,8 +108,7 @@ void tst_MendEncoding::unknownEncoding_isRefused()
     QCOMPARE(source.write("a\xe1\n"), Q_INT64_C(3));
     source.close();
     QVector<MendedCell> cells;
-    const Failure failure = mendExport(source.fileName(), target, encodingOnly(encoding),
-                                       &cells);
+    const Failure failure = mendExport(source.fileName(), target, encodingOnly(encoding), &cells);
     QCOMPARE(failure.text, fault);
     QCOMPARE(failure.exitCode, ExitUsage);
     QCOMPARE(checkWishes(encodingOnly(encoding)).text, fault);

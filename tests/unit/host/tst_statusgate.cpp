@@ -27,6 +27,7 @@ private Q_SLOTS:
     void stoppedGate_isAWarningWithoutRecords();
     void gateAtWork_isNotStopped();
     void gateThatIsDead_isStopped();
+    void noDeliveryAtAll_isLate();
     void deliveryThatWaits_isAWarning();
     void refusal_hasTheRemedyOfItsReason();
     void gateThatHasNotRun_missesNoFolders();
@@ -150,6 +151,28 @@ void tst_StatusGate::gateThatIsDead_isStopped()
     // Nobody here knows.
     folder.write(QStringLiteral("state/lock"), "99999999\ntalvenhr\nelsewhere.invalid\n");
     QVERIFY(folder.status().gate.isAtWork);
+}
+
+/// As long as none has come, the gate's first run counts.
+void tst_StatusGate::noDeliveryAtAll_isLate()
+{
+    const GateFolder folder;
+    StatusSources sources = folder.sources();
+    sources.lateAfter = 26 * 3600;
+    QVERIFY(!readStatus(sources, folder.now()).isLate);
+    const auto begin = [&folder](int hoursAgo) {
+        const QDateTime time = folder.now().addSecs(-3600 * hoursAgo);
+        folder.write(QStringLiteral("state/begun"), time.toString(Qt::ISODate).toUtf8() + '\n');
+    };
+    begin(25);
+    QVERIFY(!readStatus(sources, folder.now()).isLate);
+    begin(27);
+    const Status status = readStatus(sources, folder.now());
+    QVERIFY(status.isLate);
+    QCOMPARE(concernTexts(status).constFirst(),
+             QStringLiteral("CRITICAL no export has come yet, and one is late"));
+    folder.keep(folder.record(1, "a"));
+    QVERIFY(!readStatus(sources, folder.now()).isLate);
 }
 
 void tst_StatusGate::deliveryThatWaits_isAWarning()
