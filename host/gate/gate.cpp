@@ -138,6 +138,11 @@ Failure Gate::recover(GateResult *result)
                                 .arg(record.exported.name));
     }
     placement.removePrepared();
+    const auto isDecided = [this](const Delivery &delivery) {
+        return archive.madeOf(delivery.name, delivery.time, digestOfFile(delivery.path)) != nullptr;
+    };
+    returnTaken(settings.incoming.folder, isDecided);
+    returnTaken(QFileInfo(placement.path()).path(), isDecided);
     if (const Failure failure = work.make())
         return failure;
     tellAgain(result);

@@ -11,8 +11,12 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -58,6 +62,28 @@ bool isComplete(const QFileInfo &file, const IncomingWishes &wishes, const QDate
         break;
     }
     return standsStill(file, wishes.stillFor, now);
+}
+
+QString takenFolder(const QString &folder)
+{
+    return QDir(folder).filePath(QStringLiteral(".talvenhr-taken"));
+}
+
+bool isRenamed(const QString &path, const QString &target)
+{
+    return std::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData())
+        == 0;
+}
+
+/// One that was delivered since under its name is newer, and has taken its place.
+void putBack(const QString &taken, const QString &path)
+{
+    const QByteArray from = QFile::encodeName(taken);
+    const QByteArray to = QFile::encodeName(path);
+    if (::link(from.constData(), to.constData()) == 0 || errno == EEXIST)
+        ::unlink(from.constData());
+    else // a file system without links
+        isRenamed(taken, path);
 }
 
 } // namespace
@@ -125,13 +151,43 @@ bool isUnchanged(const Delivery &delivery)
 
 Failure removeDelivery(const Delivery &delivery)
 {
-    const QString done = delivery.path + doneEnding;
-    if (QFile::exists(done))
-        QFile::remove(done);
-    QFile file(delivery.path);
-    if (!file.exists() || file.remove())
+    const QFileInfo file(delivery.path);
+    const QString folder = takenFolder(file.path());
+    const QString taken = QDir(folder).filePath(file.fileName());
+    // First of all: the next one of the name, half written, must not find it.
+    QFile::remove(delivery.path + doneEnding);
+    errno = 0;
+    const bool isTaken = file.isSymLink()
+        ? QFile::remove(delivery.path) // what it leads to is not the gate's
+        : QDir().mkpath(folder) && isRenamed(delivery.path, taken);
+    const QString reason = QString::fromLocal8Bit(std::strerror(errno));
+    if (QFileInfo::exists(taken)) {
+        const Delivery found = deliveryOf(taken);
+        // Its last change is the renaming.
+        if (found.time == delivery.time && found.size == delivery.size)
+            QFile::remove(taken);
+        else
+            putBack(taken, delivery.path);
+    }
+    QDir().rmdir(folder);
+    if (isTaken || !QFileInfo::exists(delivery.path))
         return {};
     return {ExitUsage,
             Text::tr("cannot remove '%1': %2; remove it by hand, or it will be looked at again")
-                .arg(delivery.path, file.errorString())};
+                .arg(delivery.path, reason)};
+}
+
+void returnTaken(const QString &folder,
+                 const std::function<bool(const Delivery &delivery)> &isDecided)
+{
+    const QDir taken(takenFolder(folder));
+    const QFileInfoList files = taken.entryInfoList(QDir::Files | QDir::Hidden);
+    for (const QFileInfo &file : files) {
+        const QString path = QDir(folder).filePath(file.fileName());
+        if (isDecided(deliveryOf(file.filePath())))
+            QFile::remove(file.filePath());
+        else
+            putBack(file.filePath(), path);
+    }
+    QDir().rmdir(taken.path());
 }

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 /// How the gate knows that a delivered file is whole.
 enum class Completeness {
     Rename, ///< whoever delivers writes it under another name, and renames it
@@ -53,5 +55,11 @@ Delivery deliveryOf(const QString &path);
 /// Nobody has written to it, or put another one there.
 bool isUnchanged(const Delivery &delivery);
 
-/// Removes it, with its ".done".
+/// Removes it, with its ".done". Another one that comes under its name at any moment stays: what is
+/// removed is renamed first, into the hidden folder ".talvenhr-taken" beside it, and looked at
+/// there.
 Failure removeDelivery(const Delivery &delivery);
+
+/// Ends what was killed in the midst of that: what was decided on goes, all else comes back.
+void returnTaken(const QString &folder,
+                 const std::function<bool(const Delivery &delivery)> &isDecided);

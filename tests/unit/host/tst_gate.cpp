@@ -34,6 +34,10 @@ private Q_SLOTS:
     void unwholeDelivery_waits_data();
     void unwholeDelivery_waits();
     void deliveryWrittenAnew_isNotRemoved();
+    void linkThatIsDelivered_isRemovedAndNotItsFile();
+    void anotherOneInTheLastMoment_stays();
+    void killedWhileItRemoved_nothingIsLost_data();
+    void killedWhileItRemoved_nothingIsLost();
 };
 
 void tst_Gate::nothingDelivered_nothingHappens()
@@ -259,6 +263,71 @@ void tst_Gate::unwholeDelivery_waits()
     QVERIFY(!site.isDelivered(name));
     QCOMPARE(done.exists(),
              complete != int(Completeness::Done) && complete != int(Completeness::Still));
+}
+
+void tst_Gate::linkThatIsDelivered_isRemovedAndNotItsFile()
+{
+    GateSite site;
+    site.deliver(site.nextExport(), QStringLiteral("../real.data"));
+    const QString link = QDir(site.settings.incoming.folder).filePath(QStringLiteral("ron.data"));
+    QVERIFY(QFile::link(QStringLiteral("../real.data"), link));
+    QCOMPARE(site.run().decided.value(0).outcome, GateRecord::Passed);
+    QVERIFY(!QFileInfo(link).isSymLink());
+    QVERIFY(QFileInfo::exists(site.path(QStringLiteral("real.data"))));
+}
+
+/// Between the last look and the removal.
+void tst_Gate::anotherOneInTheLastMoment_stays()
+{
+    GateSite site;
+    site.deliver(site.nextExport());
+    const Delivery old = deliveryOf(
+        QDir(site.settings.incoming.folder).filePath(QStringLiteral("ron.data")));
+    const QByteArray newer = site.nextExport() + '\n';
+    site.deliver(newer);
+    QVERIFY(!removeDelivery(old));
+    QFile file(old.path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), newer);
+    QCOMPARE(QDir(site.settings.incoming.folder)
+                 .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
+             QStringList {QStringLiteral("ron.data")});
+}
+
+void tst_Gate::killedWhileItRemoved_nothingIsLost_data()
+{
+    QTest::addColumn<bool>("isDecided");
+    QTest::newRow("the one decided on") << true;
+    QTest::newRow("another one that had come") << false;
+}
+
+/// What a gate that was killed has left in its hidden folder.
+void tst_Gate::killedWhileItRemoved_nothingIsLost()
+{
+    QFETCH(bool, isDecided);
+    GateSite site;
+    const QDir incoming(site.settings.incoming.folder);
+    const QByteArray first = site.nextExport();
+    const QByteArray next = site.nextExport();
+    const QString taken = QStringLiteral(".talvenhr-taken/ron.data");
+    site.deliver(first);
+    {
+        Gate gate(site.settings);
+        gate.setStepWatch([&](const char *step) {
+            if (qstrcmp(step, "remove") == 0 && incoming.mkdir(QStringLiteral(".talvenhr-taken")))
+                QFile::rename(incoming.filePath(QStringLiteral("ron.data")),
+                              incoming.filePath(taken));
+        });
+        GateResult result;
+        QVERIFY(!gate.run(&result));
+    }
+    QVERIFY(QFileInfo::exists(incoming.filePath(taken)));
+    if (!isDecided)
+        site.deliver(next, taken);
+    const GateResult result = site.run();
+    QCOMPARE(result.decided.size(), isDecided ? 0 : 1);
+    QCOMPARE(site.inPlace(), isDecided ? first : next);
+    QVERIFY(incoming.isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
 }
 
 void tst_Gate::deliveryWrittenAnew_isNotRemoved()
