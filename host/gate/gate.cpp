@@ -19,6 +19,8 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(Gate)
 };
 
+const int clockTolerance = 60; // seconds
+
 } // namespace
 
 bool GateResult::hasRefused() const
@@ -111,7 +113,8 @@ Failure Gate::open(GateResult *result)
                            "seen; give it back with 'sudo chown %2 %1'")
                       .arg(path, QFileInfo(settings.state).owner()));
     const QVector<GateRecord> &records = archive.records();
-    if (!records.isEmpty() && records.constLast().when > QDateTime::currentDateTime())
+    const QDateTime soon = QDateTime::currentDateTime().addSecs(clockTolerance);
+    if (!records.isEmpty() && records.constLast().when > soon)
         result->warnings.append(Text::tr("the last record is of %1, which is still to come; see "
                                          "whether the clock of this machine is right")
                                     .arg(records.constLast().when.toString(Qt::ISODate)));
@@ -161,6 +164,9 @@ Failure Gate::refuseForeign(GateResult *result)
     if (digest.isEmpty() || archive.wasPlacedLast(digest))
         return {};
     const Delivery delivery = deliveryOf(placement.path());
+    const GateRecord *known = archive.madeOf(delivery.name, delivery.time, digest);
+    if (known && known->outcome == GateRecord::Refused)
+        return finishAgain(delivery, GateRecord(*known), result);
     GateRecord record;
     if (const Failure failure = takeIn(delivery, &record))
         return failure;

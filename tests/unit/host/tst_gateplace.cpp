@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // What lies in place, and who has put it there.
 #include "support/gate/gatesite.h"
+#include "support/unprivileged.h"
 
 #include <QDir>
 #include <QFile>
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void unreadExport_isReplaced();
     void exportThatStays_isNotCalledUnread();
     void refusedExport_leavesWhatLiesInPlace();
+    void foreignFileThatCannotBeRemoved_isRecordedOnce();
     void fileThatCameMeanwhile_isNotLost();
     void placedExport_hasTheRightsOfTheDelivery_data();
     void placedExport_hasTheRightsOfTheDelivery();
@@ -132,6 +134,31 @@ void tst_GatePlace::refusedExport_leavesWhatLiesInPlace()
     QFile text(QDir(site.settings.refused).filePath(record.name + QStringLiteral(".txt")));
     QVERIFY(text.open(QIODevice::ReadOnly));
     QVERIFY(text.readAll().contains("talvenhr gate --release " + record.name.toUtf8()));
+}
+
+void tst_GatePlace::foreignFileThatCannotBeRemoved_isRecordedOnce()
+{
+    GateSite site;
+    QFile file(site.settings.place);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("somebody's own\n");
+    file.close();
+    const QByteArray place = QFile::encodeName(QFileInfo(site.settings.place).path());
+    QCOMPARE(::chmod(QFile::encodeName(site.path(QString())).constData(), 0777), 0);
+    QCOMPARE(::chmod(place.constData(), 0555), 0);
+    {
+        const Unprivileged ordinary;
+        if (!ordinary.isBound())
+            QSKIP("this user keeps all rights", );
+        for (int run = 0; run < 2; ++run) {
+            Failure failure;
+            const GateResult result = site.run(&failure);
+            QCOMPARE(failure.exitCode, ExitUsage);
+            QVERIFY(result.hasRefused());
+        }
+    }
+    QCOMPARE(::chmod(place.constData(), 0755), 0);
+    QCOMPARE(site.records().size(), 1);
 }
 
 void tst_GatePlace::fileThatCameMeanwhile_isNotLost()
