@@ -13,7 +13,7 @@ Usage: ./test.sh [--all] [PRESET]
 Builds with a preset of CMakePresets.json (release, debug or sanitize; release if none is given) and
 runs all its tests. The build stays in build/PRESET and is quick when run again.
 
-  --all   everything that CI runs: release and sanitize with their tests, a build with clang,
+  --all   everything that CI runs: release and sanitize, which is built with clang, with their tests,
           the checks of the sources, two builds compared, promtool's view of the figures, the
           commands of docs/operations.md, and the fuzz targets, side by side, for a minute
 EOF
@@ -21,6 +21,7 @@ EOF
 
 # run_tests PRESET
 run_tests() {
+    [ "$1" != sanitize ] || ensure_packages "${clang_packages[@]}"
     cmake --preset "$1" >build/configure.log || { cat build/configure.log; return 1; }
     cmake --build --preset "$1"
     ctest --preset "$1" -j "$(nproc)"
@@ -39,10 +40,8 @@ esac
 ensure_packages "${build_packages[@]}"
 mkdir -p build
 if $all; then
-    ensure_packages clang clang-format codespell reuse shellcheck
+    ensure_packages clang-format codespell reuse shellcheck
     tools/check-sources.sh
-    cmake --preset clang >build/configure.log || { cat build/configure.log; exit 1; }
-    cmake --build --preset clang
 fi
 for preset in "${presets[@]}"; do
     echo "== $preset"

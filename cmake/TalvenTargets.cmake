@@ -66,7 +66,7 @@ function(talven_target_defaults target)
 endfunction()
 
 # talven_add_precompiled_headers(<target> <header>...): headers for talven_reuse_headers(), with
-# TALVENHR_PRECOMPILE. The build with clang has none, so that each file names what it uses.
+# TALVENHR_PRECOMPILE. The builds with clang have none, so that each file names what it uses.
 function(talven_add_precompiled_headers target)
     file(GENERATE OUTPUT "${target}.cpp" CONTENT "")
     add_library(${target} OBJECT EXCLUDE_FROM_ALL "${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp")

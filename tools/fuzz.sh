@@ -36,7 +36,7 @@ while [ $# -gt 0 ]; do
 done
 [ ${#targets[@]} -gt 0 ] || targets=(import settings pass)
 
-ensure_packages "${build_packages[@]}" clang libclang-rt-14-dev
+ensure_packages "${build_packages[@]}" "${clang_packages[@]}"
 mkdir -p build
 cmake --preset fuzz >build/configure.log || { cat build/configure.log; exit 1; }
 cmake --build --preset fuzz

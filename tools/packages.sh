@@ -10,6 +10,10 @@ build_packages=(g++ cmake ninja-build qtbase5-dev libqt5sql5-mysql libqt5sql5-sq
                 tzdata libfaketime mariadb-server-core mariadb-client-core
                 python3-jsonschema zlib1g-dev)
 
+# What it takes beyond that to build with clang and sanitizers, and to have lines named in what they report.
+# shellcheck disable=SC2034
+clang_packages=(clang libclang-rt-14-dev llvm)
+
 # ensure_packages PACKAGE...: installs those that are missing; says nothing when all are there.
 ensure_packages() {
     local missing=() package
