@@ -26,6 +26,13 @@ QString connectOptions(const ConnectionParameters &parameters)
     return options.join(QLatin1Char(';'));
 }
 
+/// Without a word, the client library reaches "localhost" through its socket, whatever the port.
+bool isPortIgnored(const ConnectionParameters &parameters)
+{
+    return parameters.socket.isEmpty() && parameters.port >= 0
+        && (parameters.host.isEmpty() || parameters.host == QLatin1String("localhost"));
+}
+
 } // namespace
 
 QString serverText(const ConnectionParameters &parameters)
@@ -93,11 +100,17 @@ Failure Connection::open()
     QSqlDatabase database = handle();
     if (database.open())
         return {};
+    const QString trouble = Text::tr("cannot open database '%1' on %2 as user '%3': %4; check the "
+                                     "options of the database and that the server runs")
+                                .arg(parameters.database, serverText(parameters), parameters.user,
+                                     errorText(database.lastError()));
+    if (!isPortIgnored(parameters))
+        return {ExitDatabase, trouble};
     return {ExitDatabase,
-            Text::tr("cannot open database '%1' on %2 as user '%3': %4; check the options of "
-                     "the database and that the server runs")
-                .arg(parameters.database, serverText(parameters), parameters.user,
-                     errorText(database.lastError()))};
+            Text::tr("%1. This host is reached through the socket of this machine, and port %2 is "
+                     "not used: for that port, name 127.0.0.1 as the host")
+                .arg(trouble)
+                .arg(parameters.port)};
 }
 
 void Connection::close()

@@ -254,6 +254,9 @@ void tst_Cli::databaseErrors_data()
                             << "cannot open database 'attendance' on /none as user 'talvenhr'";
     QTest::newRow("host") << "--host 127.0.0.1 --port 9 --database d --user u"
                           << "cannot open database 'd' on 127.0.0.1:9 as user 'u'";
+    QTest::newRow("port beside the socket")
+        << "--host localhost --port 9"
+        << "port 9 is not used: for that port, name 127.0.0.1 as the host";
     QTest::newRow("foreign folder") << "--private-db /usr"
                                     << "'/usr' holds other files and no private database";
     QTest::newRow("file") << "--private-db /dev/null"
