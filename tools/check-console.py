@@ -23,7 +23,7 @@ RECORD = re.compile(r'\d{8}T\d{6}Z-[0-9a-f]{12}')
 END_MARK = '\x01'
 MASKS = (
     (RECORD, 'RECORD'),
-    (re.compile(r'\d{4}-\d\d-\d\d(?:[T ]\d\d:\d\d(?::\d\d)?Z?)?'), 'MOMENT'),
+    (re.compile(r'\d{4}-\d\d-\d\d(?:[T ]\d\d:\d\d(?::\d\d)?(?:Z|[+-]\d\d:\d\d)?)?'), 'MOMENT'),
     (re.compile(r'\d[\d.]* (?:bytes|kB|MB)\b'), 'SIZE'),
     (re.compile(r'\b\d+ (?:s|min|h|d)\b(?: \d+ (?:s|min|h)\b)?'), 'SPAN'),
     (re.compile(r'(?<==)\d+(?:s|B)\b'), 'FIGURE'),

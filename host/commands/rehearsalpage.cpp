@@ -3,6 +3,7 @@
 // A rehearsal as a page for a browser.
 #include "host/commands/rehearsalpage.h"
 
+#include "host/base/zonedtext.h"
 #include "host/changes/changeshtml.h"
 #include "host/rehearsal/limits.h"
 #include "host/rehearsal/verdict.h"
@@ -87,7 +88,7 @@ QVariantHash rehearsalHtmlValues(const Changes &changes)
             {key("severity"), key(isGood ? "good" : "error")},
             {key("verdict"), verdictText(changes)},
             {key("export"), changes.header.exported.name},
-            {key("when"), changes.header.when.toString(Qt::ISODate)},
+            {key("when"), zonedText(changes.header.when)},
             {key("forced"), changes.header.forced},
             {key("server"), serverOf(changes.header)},
             {key("plan"), exceeded.isEmpty() ? changes.plan.hash : QString()},

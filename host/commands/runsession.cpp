@@ -3,6 +3,7 @@
 // `talvenhr run` at work: a run of the plugin, with signals, a timeout and a private server.
 #include "host/commands/runsession.h"
 
+#include "host/base/zonedtext.h"
 #include "host/catalogue/findings.h"
 #include "host/database/attendance.h"
 #include "host/doctor/machinecheck.h"
@@ -34,9 +35,7 @@ PluginRunOptions pluginOptionsOf(const RunOptions &options)
 QString timeText(const QDateTime &moment)
 {
     const qint64 wait = QDateTime::currentDateTime().msecsTo(moment);
-    return QStringLiteral("%1, in %2 s")
-        .arg(moment.toOffsetFromUtc(moment.offsetFromUtc()).toString(Qt::ISODate))
-        .arg((wait + 500) / 1000);
+    return QStringLiteral("%1, in %2 s").arg(zonedText(moment)).arg((wait + 500) / 1000);
 }
 
 } // namespace

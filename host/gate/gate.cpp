@@ -4,6 +4,7 @@
 #include "host/gate/gate.h"
 
 #include "host/base/ownerfile.h"
+#include "host/base/zonedtext.h"
 #include "host/gate/exportdate.h"
 #include "host/gate/lateness.h"
 
@@ -117,7 +118,7 @@ Failure Gate::open(GateResult *result)
     if (!records.isEmpty() && records.constLast().when > soon)
         result->warnings.append(Text::tr("the last record is of %1, which is still to come; see "
                                          "whether the clock of this machine is right")
-                                    .arg(records.constLast().when.toString(Qt::ISODate)));
+                                    .arg(zonedText(records.constLast().when)));
     return recover(result);
 }
 
@@ -194,8 +195,8 @@ Failure Gate::checkReplaced(const Delivery &delivery) const
             Text::tr("'%1' of %2 is older than what lies in place and was not read yet, '%3' of %4 "
                      "(%5); wait until the plugin has read that, or put this one in its place with "
                      "--over-newer")
-                .arg(delivery.name, delivery.time.toString(Qt::ISODate), unread->exported.name,
-                     unread->fileTime.toString(Qt::ISODate), unread->name)};
+                .arg(delivery.name, zonedText(delivery.time), unread->exported.name,
+                     zonedText(unread->fileTime), unread->name)};
 }
 
 Failure Gate::takeDeliveries(GateResult *result)

@@ -4,6 +4,7 @@
 #include "host/gate/gate.h"
 
 #include "host/base/ownerfile.h"
+#include "host/base/zonedtext.h"
 #include "host/changes/passnotes.h"
 #include "host/gate/exportdate.h"
 #include "host/gate/gzip.h"
@@ -157,9 +158,9 @@ void Gate::judgeAge(GateRecord *record) const
              seen == last
                  ? Text::tr("nothing has changed since the last export: the same bytes went "
                             "through on %1")
-                       .arg(seen->when.toString(Qt::ISODate))
+                       .arg(zonedText(seen->when))
                  : Text::tr("an old export: the same bytes went through on %1, and others since")
-                       .arg(seen->when.toString(Qt::ISODate)),
+                       .arg(zonedText(seen->when)),
              Text::tr("look whether the HR system has written a new export")});
     else if (last
              && isOlder({record->exported.name, record->fileTime},

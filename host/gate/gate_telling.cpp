@@ -3,6 +3,7 @@
 // The gate: the end of a road, and who is told of it.
 #include "host/gate/gate.h"
 
+#include "host/base/zonedtext.h"
 #include "host/gate/hook.h"
 #include "host/gate/lateness.h"
 
@@ -102,7 +103,7 @@ void Gate::lookForLateness(GateResult *result)
     result->isLate = true;
     if (wasLatenessTold(records, settings.state))
         return;
-    const QString when = since.toLocalTime().toString(Qt::ISODate);
+    const QString when = zonedText(since);
     result->warnings.append(
         records.isEmpty()
             ? Text::tr("no export was delivered for %1 hours, since the gate first ran on %2")

@@ -3,6 +3,8 @@
 // One gate at a time in a state folder.
 #include "host/gate/gatelock.h"
 
+#include "host/base/zonedtext.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -54,7 +56,7 @@ Failure GateLock::take()
 
 Failure GateLock::refusal() const
 {
-    const QString since = QFileInfo(path).lastModified().toString(Qt::ISODate);
+    const QString since = zonedText(QFileInfo(path).lastModified());
     qint64 pid = 0;
     QString host;
     QString program;

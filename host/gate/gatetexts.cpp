@@ -3,6 +3,8 @@
 // What the gate tells people.
 #include "host/gate/gatetexts.h"
 
+#include "host/base/zonedtext.h"
+
 #include <QCoreApplication>
 #include <QDir>
 
@@ -99,8 +101,8 @@ QString refusalText(const GateRecord &record, const QString &folder)
 {
     QString text = Text::tr(
                        "The export '%1' of %2 was refused on %3. The plugin does not see it.\n\n")
-                       .arg(record.exported.name, record.fileTime.toString(Qt::ISODate),
-                            record.when.toString(Qt::ISODate));
+                       .arg(record.exported.name, zonedText(record.fileTime),
+                            zonedText(record.when));
     text += Text::tr("Reasons:\n");
     for (const RefusalReason &reason : record.reasons)
         text += reasonText(reason);
