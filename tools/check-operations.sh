@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 # Runs the commands of docs/operations.md in a temporary folder and compares what they print. After a build, in the
 # root of the sources. --write puts what they really print into the document. Where there is a browser, it lays out the
-# site that they leave.
+# site that they leave. The configuration that the document gives for a real server has to be one without a fault.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,12 +15,28 @@ cleanup() {
 }
 trap cleanup EXIT
 
+# Its paths lead below the folder, where all that they name lies as the document says.
+check_configuration() {
+    local root=$folder/real sources=$1 document=$2
+    mkdir -p "$root"/{etc/talvenhr,opt/attendance/plugins,srv/attendance,srv/hr/incoming}
+    cp "$sources/build/release/plugin/libTalvenHR.so" "$root/opt/attendance/plugins"
+    cp "$sources/examples/TalvenHR.ini" "$root/srv/attendance"
+    install "$sources/examples/hooks/mail.py" "$root/etc/talvenhr"
+    install -m 0600 /dev/null "$root/etc/talvenhr/read.password"
+    echo look >"$root/etc/talvenhr/read.password"
+    awk '/^## /{ real = /real server/ } /^```/{ block = 0 } real && block; /^```ini$/ && real { block = !given++ }' \
+        "$document" | sed "s|=/|=$root/|" >"$root/etc/talvenhr/talvenhr.conf"
+    grep -q '^incoming=' "$root/etc/talvenhr/talvenhr.conf"
+    talvenhr config --config "$root/etc/talvenhr/talvenhr.conf" >/dev/null
+}
+
 checker=$PWD/tools/check-console.py
 pages=$PWD/tools/check-pages.py
 document=$PWD/docs/operations.md
 mkdir "$folder/bin"
 ln -s "$PWD/build/release/bin/talvenhr" "$folder/bin/talvenhr"
 export PATH=$folder/bin:$PATH HOME=$folder LC_ALL=C.UTF-8
+check_configuration "$PWD" "$document"
 cd "$folder"
 "$checker" "$document" --folder "$folder" --shown-folder /home/me "$@"
 if command -v chromium >/dev/null; then
