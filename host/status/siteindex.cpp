@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The pages of a site as values for their templates: the index.
+#include "host/base/zonedtext.h"
 #include "host/status/sitepages.h"
 #include "host/status/statusreport.h"
 #include "host/status/statustexts.h"
@@ -139,7 +140,7 @@ QVariantHash siteIndexValues(const Status &status, const QVector<SiteEntry> &ent
         figures.append(QVariantHash {{key("label"), figure.label}, {key("text"), figure.shown}});
     return {{key("title"), Text::tr("Exports and passes")},
             {key("days"), siteDays},
-            {key("when"), momentText(status.now)},
+            {key("when"), zonedText(status.now)},
             {key("concerns"), concernValues(concernsOf(status))},
             {key("timeline"), timelineValues(daysOf(status, entries, notes))},
             {key("figures"), figures},

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The site of a status.
+#include "host/base/zonedtext.h"
 #include "host/changes/changesjson.h"
 #include "host/status/folderstatus.h"
 #include "host/status/siteentries.h"
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void lostAndWaiting_standOnTheIndex();
     void siteCutOff_isCompletedLater();
     void onlyNewPages_areWritten();
+    void index_saysItsTimeZone();
     void withoutNames_noneStays();
     void people_goWithTheirChanges();
     void oldPages_go();
@@ -252,6 +254,15 @@ void tst_StatusSite::onlyNewPages_areWritten()
     QVERIFY(QFile::remove(folder.path(first)));
     write(folder, target(folder));
     QVERIFY(folder.read(first).contains("77"));
+}
+
+void tst_StatusSite::index_saysItsTimeZone()
+{
+    const GateFolder folder;
+    write(folder, target(folder));
+    const QString taken = QStringLiteral("Taken at %1; all moments are of this time zone.")
+                              .arg(zonedText(folder.now()));
+    QVERIFY(folder.read(QStringLiteral("www/index.html")).contains(taken.toUtf8()));
 }
 
 void tst_StatusSite::withoutNames_noneStays()
