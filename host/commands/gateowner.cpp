@@ -3,6 +3,7 @@
 // Whose gate it is.
 #include "host/commands/gateowner.h"
 
+#include "host/base/shellword.h"
 #include "host/gate/gate.h"
 #include "host/server/folderowner.h"
 
@@ -30,10 +31,11 @@ QString existingAbove(const QString &folder)
 Failure foreign(const QString &folder)
 {
     const QString owner = ownerOf(folder);
-    return {ExitUsage,
-            Text::tr("the folder '%1' belongs to %2, and you are %3: %2 could not read what this "
-                     "gate leaves there; run it as 'sudo -u %2 talvenhr gate ...'")
-                .arg(folder, owner, currentUser())};
+    return {
+        ExitUsage,
+        Text::tr("the folder '%1' belongs to %2, and you are %3: %2 could not read what this "
+                 "gate leaves there; run it as: sudo -u %2 %4 gate ...")
+            .arg(folder, owner, currentUser(), shellWord(QCoreApplication::applicationFilePath()))};
 }
 
 } // namespace
