@@ -96,8 +96,11 @@ const GateRecord *Gate::recordOf(const QString &what) const
     return isMeant ? record : nullptr;
 }
 
+/// Nothing is made beside a folder that somebody has misspelt.
 Failure Gate::open(GateResult *result)
 {
+    if (const Failure failure = checkIncoming(settings.incoming.folder))
+        return failure;
     if (const Failure failure = makeOwnerFolder(settings.state))
         return failure;
     if (const Failure failure = lock.take())

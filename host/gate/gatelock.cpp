@@ -3,6 +3,7 @@
 // One gate at a time in a state folder.
 #include "host/gate/gatelock.h"
 
+#include "host/base/ownerfile.h"
 #include "host/base/zonedtext.h"
 
 #include <QCoreApplication>
@@ -39,19 +40,21 @@ Failure GateLock::take()
 {
     if (file.tryLock(0) || (removeBroken() && file.tryLock(0)))
         return {};
-    switch (file.error()) {
-    case QLockFile::PermissionError:
-        return {ExitUsage,
-                Text::tr("cannot lock the folder '%1': it cannot be written").arg(folder)};
-    case QLockFile::NoError:
-    case QLockFile::UnknownError:
-        return {ExitUsage,
-                Text::tr("cannot write the lock '%1'; see whether the disk of its folder is full")
-                    .arg(path)};
-    case QLockFile::LockFailedError:
-        break;
-    }
-    return refusal();
+    if (file.error() == QLockFile::LockFailedError)
+        return refusal();
+    return {ExitUsage,
+            Text::tr("cannot lock the folder '%1': %2; no export passes until the gate can write "
+                     "there")
+                .arg(folder, systemWord())};
+}
+
+/// Why no lock could be written, for QLockFile forgets it: what another file there meets.
+QString GateLock::systemWord() const
+{
+    const QString probe = path + QStringLiteral(".probe");
+    const Failure failure = writeOwnerFile(probe, [](QIODevice *written) { written->write("\n"); });
+    QFile::remove(probe);
+    return failure ? failure.text : Text::tr("the lock '%1' could not be written").arg(path);
 }
 
 Failure GateLock::refusal() const

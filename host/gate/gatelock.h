@@ -19,6 +19,7 @@ public:
     bool isHeld() const { return file.isLocked(); }
 
 private:
+    QString systemWord() const;
     Failure refusal() const;
     bool removeBroken() const;
 

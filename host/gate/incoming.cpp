@@ -98,19 +98,27 @@ bool completenessOfName(const QString &name, Completeness *complete)
     return place >= 0;
 }
 
-Failure findDeliveries(const IncomingWishes &wishes, const QDateTime &now,
-                       QVector<Delivery> *deliveries, QStringList *waiting)
+Failure checkIncoming(const QString &path)
 {
-    const QDir folder(wishes.folder);
+    const QDir folder(path);
     if (!folder.exists())
         return {ExitUsage,
                 Text::tr("there is no folder of deliveries '%1'; make it, or correct 'incoming' in "
                          "[gate]")
-                    .arg(wishes.folder)};
+                    .arg(path)};
     if (!folder.isReadable())
         return {ExitUsage,
                 Text::tr("the folder of deliveries '%1' is closed to this user; it belongs to %2")
-                    .arg(wishes.folder, QFileInfo(wishes.folder).owner())};
+                    .arg(path, QFileInfo(path).owner())};
+    return {};
+}
+
+Failure findDeliveries(const IncomingWishes &wishes, const QDateTime &now,
+                       QVector<Delivery> *deliveries, QStringList *waiting)
+{
+    if (const Failure failure = checkIncoming(wishes.folder))
+        return failure;
+    const QDir folder(wishes.folder);
     const QFileInfoList files = folder.entryInfoList({wishes.pattern}, QDir::Files);
     for (const QFileInfo &file : files) {
         if (isSideFile(file.fileName()))

@@ -43,6 +43,9 @@ struct Delivery
     bool stays = false; ///< where it lies, when all is done
 };
 
+/// Fails where the folder of deliveries is not there, or cannot be read.
+Failure checkIncoming(const QString &folder);
+
 /// The deliveries that are whole, newest first, by the date in the name or the time. Those that
 /// are not whole yet are named in `waiting`. Hidden files, and the names that programs give to what
 /// they are still writing, do not count.

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void oldExports_goButRecordsStay();
     void secondGate_isRefused();
     void foldersAndFiles_areTheOwnersOnly();
+    void misspeltIncoming_makesNoFolders();
     void lastGoodExportGone_holdsTheNext();
     void lastGoodExportDamaged_holdsTheNext_data();
     void lastGoodExportDamaged_holdsTheNext();
@@ -94,6 +95,24 @@ void tst_GateFolders::foldersAndFiles_areTheOwnersOnly()
         const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files);
         for (const QFileInfo &file : files)
             QVERIFY2(!(file.permissions() & others), qPrintable(file.filePath()));
+    }
+}
+
+void tst_GateFolders::misspeltIncoming_makesNoFolders()
+{
+    GateSite site;
+    const QStringList before = QDir(site.path(QString())).entryList();
+    site.settings.incoming.folder = site.path(QStringLiteral("incoming2"));
+    for (const QString &what : {QString(), QStringLiteral("20261122T010003Z-0123456789ab")}) {
+        Failure failure;
+        if (what.isEmpty())
+            site.run(&failure);
+        else
+            site.release({what, byHand}, &failure);
+        QCOMPARE(failure.exitCode, ExitUsage);
+        QVERIFY2(failure.text.contains(QStringLiteral("correct 'incoming'")),
+                 qPrintable(failure.text));
+        QCOMPARE(QDir(site.path(QString())).entryList(), before);
     }
 }
 
