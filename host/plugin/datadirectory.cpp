@@ -39,9 +39,9 @@ DataDirectory::DataDirectory(const QString &name)
         return;
     }
     directory = QDir::cleanPath(QFileInfo(name).absoluteFilePath());
-    systemSettings.reset(new QTemporaryDir);
+    systemSettings.reset(new ScratchFolder);
     QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, systemSettings->path());
-    isTold = systemSettings->isValid() && writeDataDirEntry(directory);
+    isTold = systemSettings->failure().isEmpty() && writeDataDirEntry(directory);
 }
 
 Failure DataDirectory::check() const

@@ -4,9 +4,10 @@
 #pragma once
 
 #include "host/base/failure.h"
+#include "host/base/scratchfolder.h"
 
 #include <QScopedPointer>
-#include <QTemporaryDir>
+#include <QString>
 
 /// Tells the plugins that this process loads where their data directory is, without a trace on the
 /// machine: for the process, the system-wide settings are a file in a temporary folder.
@@ -27,7 +28,7 @@ public:
     QString iniFile() const { return directory + QStringLiteral("/TalvenHR.ini"); }
 
 private:
-    QScopedPointer<QTemporaryDir> systemSettings; ///< null if the search is left to the plugin
+    QScopedPointer<ScratchFolder> systemSettings; ///< null if the search is left to the plugin
     bool isTold = true; ///< the plugin will find the directory
     QString directory;
 };

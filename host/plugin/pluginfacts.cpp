@@ -3,19 +3,18 @@
 // Who a plugin is, by its own report.
 #include "host/plugin/pluginfacts.h"
 
+#include "host/base/scratchfolder.h"
 #include "host/base/silentmessages.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/pluginfile.h"
 #include "plugin/serverinterface.h"
 #include "plugin/verinfointerface.h"
 
-#include <QTemporaryDir>
-
 Failure readPluginFacts(PluginFile *plugin, PluginFacts *facts)
 {
     if (const Failure failure = plugin->check())
         return failure;
-    const QTemporaryDir emptyFolder;
+    const ScratchFolder emptyFolder;
     const DataDirectory dataDirectory(emptyFolder.path());
     const SilentMessages silence;
     if (const Failure failure = plugin->load())
