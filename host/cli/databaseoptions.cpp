@@ -5,6 +5,7 @@
 
 #include "host/base/programpaths.h"
 #include "host/cli/options.h"
+#include "host/cli/reportoptions.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -89,13 +90,27 @@ QString takePasswordVariable()
     return password;
 }
 
-Failure readPasswordFile(const QString &path, QString *password)
+/// Told once, however often a command reads it.
+void warnOfReaders(const QFile &file, LogFormat format)
+{
+    static bool isTold = false;
+    if (isTold || !(file.permissions() & QFileDevice::ReadOther))
+        return;
+    isTold = true;
+    LogWriter(format).warn(
+        Text::tr("every user of this machine can read the password file '%1'; close it to them "
+                 "with 'chmod o='")
+            .arg(file.fileName()));
+}
+
+Failure readPasswordFile(const QString &path, LogFormat format, QString *password)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {
             ExitUsage,
             Text::tr("the password file '%1' cannot be read: %2").arg(path, file.errorString())};
+    warnOfReaders(file, format);
     *password = QString::fromUtf8(file.readLine());
     while (password->endsWith(QLatin1Char('\n')) || password->endsWith(QLatin1Char('\r')))
         password->chop(1);
@@ -121,7 +136,7 @@ Failure readPassword(const Options &options, ConnectionParameters *connection)
 {
     const QString passwordFile = QStringLiteral("password-file");
     return options.isGiven(passwordFile)
-        ? readPasswordFile(options.value(passwordFile), &connection->password)
+        ? readPasswordFile(options.value(passwordFile), logFormat(options), &connection->password)
         : Failure();
 }
 

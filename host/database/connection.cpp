@@ -16,6 +16,8 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(Connection)
 };
 
+const QString accessDenied = QStringLiteral("1045"); // the server's number
+
 QString connectOptions(const ConnectionParameters &parameters)
 {
     QStringList options;
@@ -31,6 +33,17 @@ bool isPortIgnored(const ConnectionParameters &parameters)
 {
     return parameters.socket.isEmpty() && parameters.port >= 0
         && (parameters.host.isEmpty() || parameters.host == QLatin1String("localhost"));
+}
+
+/// A blank that nobody sees in the password file is part of the password.
+QString refusalText(const QSqlError &error, const QString &password)
+{
+    const QString text = errorText(error);
+    return error.nativeErrorCode() == accessDenied && password != password.trimmed()
+        ? Text::tr("%1 (the password begins or ends with a blank, which counts; see whether it "
+                   "belongs there)")
+              .arg(text)
+        : text;
 }
 
 } // namespace
@@ -103,7 +116,7 @@ Failure Connection::open()
     const QString trouble = Text::tr("cannot open database '%1' on %2 as user '%3': %4; check the "
                                      "options of the database and that the server runs")
                                 .arg(parameters.database, serverText(parameters), parameters.user,
-                                     errorText(database.lastError()));
+                                     refusalText(database.lastError(), parameters.password));
     if (!isPortIgnored(parameters))
         return {ExitDatabase, trouble};
     return {ExitDatabase,

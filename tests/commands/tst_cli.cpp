@@ -290,7 +290,10 @@ void tst_Cli::failuresOfAnExistingServer()
     checkFailure(refused, 3, QStringLiteral("Access denied for user 'nobody'@'localhost'"));
     TalvenhrProcess password(site.runOptions(socket));
     password.setEnvironment(QStringLiteral("TALVENHR_PASSWORD"), QStringLiteral("secret"));
-    checkFailure(password, 3, QStringLiteral("(using password: YES)"));
+    checkFailure(password, 3, QStringLiteral("(using password: YES); check"));
+    TalvenhrProcess blank(site.runOptions(socket));
+    blank.setEnvironment(QStringLiteral("TALVENHR_PASSWORD"), QStringLiteral("secret "));
+    checkFailure(blank, 3, QStringLiteral("the password begins or ends with a blank"));
     TalvenhrProcess database(site.runOptions(socket + words("--user root --database none")));
     checkFailure(database, 3, QStringLiteral("Unknown database 'none'"));
     TalvenhrProcess table(site.runOptions(socket + words("--user root")));
