@@ -9,9 +9,10 @@ In talvenhr.conf, with a copy of this file where it may be run:
     refused=/etc/talvenhr/mail.py hr@example.org it@example.org
     passed=/etc/talvenhr/mail.py it@example.org
     late=/etc/talvenhr/mail.py --late hr@example.org
+    failed=/etc/talvenhr/mail.py it@example.org
 
 The gate's record comes on standard input, or null where late means that no export ever came. It holds no
-names of people; what the mail says is enough to find the reports.
+names of people; what the mail says is enough to find the reports. To `failed` comes why the gate could not do its work.
 """
 
 import argparse
@@ -29,10 +30,17 @@ def one_line(text):
     return ''.join(c if c.isprintable() else '?' for c in text)
 
 
+def is_failure(record):
+    """The gate could not do its work: no record of an export."""
+    return record is not None and record['format'].startswith('talvenhr.gatefailure/')
+
+
 def subject(record, late):
     """What has happened, with the file that it happened to."""
     if record is None:
         return f'[talvenhr {socket.gethostname()}] no export yet'
+    if is_failure(record):
+        return f'[talvenhr {socket.gethostname()}] the gate failed'
     what = 'no export since' if late else f'export {record["outcome"]}:'
     return one_line(f'[talvenhr {socket.gethostname()}] {what} {record["export"]["file"]}')
 
@@ -41,6 +49,13 @@ def paragraphs(record, late):
     """The text of the mail, for somebody who has to do something."""
     if record is None:
         yield 'No export was ever delivered. Look whether the HR system writes any.'
+        return
+    if is_failure(record):
+        yield f'The gate could not do its work at {record["when"]} (exit code {record["exitCode"]}):'
+        yield f'* {record["text"]}'
+        yield ('No export passes until it can, and no further mail tells of it. Mend what it names, and run\n'
+               '  talvenhr gate\n'
+               "as the attendance server's user.")
         return
     exported = record['export']
     yield f'{exported["file"]}, {exported["lines"]} lines, {exported["size"]} bytes'

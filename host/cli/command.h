@@ -67,6 +67,9 @@ struct Command
     QVector<HelpSection> sections;
     /// Does the work. A failure with a text is told to the user by the caller.
     Failure (*run)(const Options &options) = nullptr;
+    /// Told of a configuration that is wrong, where run() is not called; the options know what of
+    /// it can be read. May be null.
+    void (*notRun)(const Options &options, const Failure &failure) = nullptr;
 };
 
 /// The options of a command that talvenhr.conf may hold.

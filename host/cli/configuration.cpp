@@ -96,12 +96,14 @@ Failure Configuration::read(const QString &path, const QStringList &known)
                 .arg(file,
                      QFileInfo(path).isDir() ? Text::tr("it is a folder") : source.errorString())};
     QString section;
+    Failure first;
     for (int line = 1; !source.atEnd(); ++line) {
         const QString text = QString::fromUtf8(source.readLine()).trimmed();
-        if (const Failure failure = take(text, line, known, &section))
-            return failure;
+        const Failure failure = take(text, line, known, &section);
+        if (!first)
+            first = failure;
     }
-    return {};
+    return first;
 }
 
 /// One line of the file, without the blanks around it.

@@ -21,6 +21,7 @@ public:
     };
 
     /// Reads a file. Each key has to be one of `known`, in the form SECTION/KEY, and to stand once.
+    /// Where something is wrong, the first of it is the failure, and all else is taken.
     Failure read(const QString &path, const QStringList &known);
 
     /// The file that was read, absolute; empty if none was.

@@ -64,6 +64,16 @@ int showHelp(const QVector<Command> &commands, const QString &name)
     return ExitClean;
 }
 
+Failure runConfigured(const Command &command, Options *options)
+{
+    const Failure failure = options->readConfiguration();
+    if (!failure)
+        return command.run(*options);
+    if (command.notRun)
+        command.notRun(*options, failure);
+    return failure;
+}
+
 int runCommand(const QVector<Command> &commands, const Command &command,
                const QStringList &arguments)
 {
@@ -74,9 +84,7 @@ int runCommand(const QVector<Command> &commands, const Command &command,
         return ExitClean;
     }
     if (!failure)
-        failure = options.readConfiguration();
-    if (!failure)
-        failure = command.run(options);
+        failure = runConfigured(command, &options);
     return end(failure, logFormat(options));
 }
 

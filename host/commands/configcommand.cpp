@@ -8,6 +8,8 @@
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
 #include "host/commands/gatefolders.h"
+#include "host/commands/gateoptions.h"
+#include "host/commands/statussettings.h"
 #include "host/database/connection.h"
 #include "host/plugin/pluginfile.h"
 #include "host/report/report.h"
@@ -150,8 +152,9 @@ Section databaseSection(const Options &options, const DatabaseChoice &choice)
     return section;
 }
 
-/// All that a run would stumble over, in the values alone: no server is asked.
-QStringList problemsOf(const Options &options, const Failure &databaseFailure)
+/// All that a run or a gate would stumble over, in the values alone: no server is asked.
+QStringList problemsOf(const Options &options, const DatabaseChoice &choice,
+                       const Failure &databaseFailure)
 {
     QStringList problems = databaseProblems(options);
     if (databaseFailure && !problems.contains(databaseFailure.text))
@@ -164,6 +167,8 @@ QStringList problemsOf(const Options &options, const Failure &databaseFailure)
                             .arg(options.placeOf(QStringLiteral("data-dir")), directory));
     if (const Failure failure = PluginFile(pluginFile(options)).check())
         problems.append(failure.text);
+    problems += gateProblems(options, choice) + publishingProblems(options);
+    problems.removeDuplicates();
     return problems;
 }
 
@@ -182,7 +187,7 @@ Failure run(const Options &options)
     const ReportForm form = reportForm(options);
     DatabaseChoice choice;
     const Failure failure = readDatabaseOptions(options, &choice);
-    const QStringList problems = problemsOf(options, failure);
+    const QStringList problems = problemsOf(options, choice, failure);
     Report report;
     report.format = QStringLiteral("talvenhr.config/1");
     report.sections = {fileSection(options), settingsSection(options, form == ReportForm::Text)};

@@ -3,24 +3,23 @@
 // `talvenhr gate`: only a sound export goes through.
 #include "host/commands/gatecommand.h"
 
+#include "host/base/scratchfolder.h"
 #include "host/base/watchdog.h"
 #include "host/cli/databaseoptions.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/cli/reportoptions.h"
+#include "host/commands/gateending.h"
 #include "host/commands/gateoptions.h"
 #include "host/commands/rehearsalsession.h"
-#include "host/commands/statussettings.h"
-#include "host/gate/gatefailure.h"
 #include "host/gate/gatetexts.h"
 #include "host/gate/pluginserver.h"
 #include "host/report/console.h"
 #include "host/report/logwriter.h"
 
 #include <QCoreApplication>
-#include <QProcess>
-#include <QStandardPaths>
 
+#include <atomic>
 #include <cstdlib>
 
 namespace {
@@ -55,22 +54,22 @@ RehearseExport rehearsalOf(const GateOptions &gate)
     };
 }
 
-void tellText(const GateResult &result)
+void tellText(const GateOptions &gate, const GateResult &result)
 {
     for (const QString &line : result.news)
         printText(line + QLatin1Char('\n'));
     for (const GateRecord &record : result.decided)
-        printText(decisionLine(record) + QLatin1Char('\n'));
+        printText(decisionLine(record, gate.whyNotRehearsed()) + QLatin1Char('\n'));
     for (const QString &name : result.waiting)
         printText(Text::tr("waiting: %1 is not whole yet\n").arg(name));
     for (const QString &line : result.warnings)
         printText(Text::tr("warning: %1\n").arg(line));
 }
 
-void tell(const GateResult &result, ReportForm form)
+void tell(const GateOptions &gate, const GateResult &result, ReportForm form)
 {
     if (form == ReportForm::Text) {
-        tellText(result);
+        tellText(gate, result);
         return;
     }
     for (const GateRecord &record : result.decided)
@@ -79,94 +78,77 @@ void tell(const GateResult &result, ReportForm form)
 }
 
 /// Whatever is left half by it is what a kill may leave: the next gate mends it.
-void armTimeLimit(const GateOptions &gate, Watchdog *watchdog)
+void armTimeLimit(const GateOptions &gate, Watchdog *watchdog, std::atomic<bool> *isOver)
 {
-    const QString state = gate.settings.state;
     const QString text = Text::tr("the gate was not done after %1 s; the delivery stays for the "
                                   "next time")
                              .arg(gate.timeLimit);
-    watchdog->arm(gate.timeLimit * 1000, [state, text] {
-        LogWriter(LogFormat::Text).fail(text);
-        keepGateFailure(state, text);
+    watchdog->arm(gate.timeLimit * 1000, [&gate, isOver, text] {
+        *isOver = true;
+        LogWriter writer(LogFormat::Text);
+        writer.fail(text);
+        const QStringList warnings = noteGateEnd(gate, {ExitTimeout, text});
+        for (const QString &warning : warnings)
+            writer.warn(warning);
         std::_Exit(ExitTimeout);
     });
 }
 
 /// What comes after the decision has limits of its own: hooks, and the answers of a database.
-void limitDecisions(const GateOptions &gate, Watchdog *watchdog, Gate *road)
+void limitDecisions(const GateOptions &gate, Watchdog *watchdog, std::atomic<bool> *isOver,
+                    Gate *road)
 {
-    armTimeLimit(gate, watchdog);
-    road->setStepWatch([&gate, watchdog](const char *step) {
+    armTimeLimit(gate, watchdog, isOver);
+    road->setStepWatch([&gate, watchdog, isOver](const char *step) {
+        // While the failure is told, nothing is decided any more: this waits for the end.
+        if (*isOver)
+            watchdog->disarm();
         if (qstrcmp(step, "take") == 0)
-            armTimeLimit(gate, watchdog);
+            armTimeLimit(gate, watchdog, isOver);
         else if (qstrcmp(step, "hook") == 0 || qstrcmp(step, "late") == 0)
             watchdog->disarm();
     });
 }
 
-/// Hooks that could not be called when they are needed.
-QStringList hookTroubles(const GateSettings &settings)
+Failure runRoad(const GateOptions &gate, GateResult *result)
 {
-    QStringList troubles;
-    for (const QString &command : {settings.passedHook, settings.refusedHook, settings.lateHook}) {
-        const QString program = QProcess::splitCommand(command).value(0);
-        if (!program.isEmpty() && QStandardPaths::findExecutable(program).isEmpty())
-            troubles.append(Text::tr("the program of the hook '%1' is not there, or cannot be run")
-                                .arg(command));
-    }
-    return troubles;
-}
-
-/// A gate that was refused is not the one that the state is about.
-void note(const GateOptions &gate, const Failure &failure)
-{
-    if (!failure)
-        forgetGateFailure(gate.settings.state);
-    else if (failure.exitCode != ExitRefused)
-        keepGateFailure(gate.settings.state, failure.text);
-}
-
-/// Figures and site follow each run. What is wrong with them is only a warning: no export waits for
-/// it.
-void publish(const Options &options, const GateOptions &gate, GateResult *result)
-{
-    StatusSettings status;
-    Failure failure = readStatusSettings(options, &status);
-    // The environment has lost its password to the gate's own reading.
-    status.database = gate.database;
-    status.sources.namesDatabase = !gate.database.isDefault;
-    // The plugin's own search may have found its settings.
-    status.sources.place = gate.settings.place;
-    status.sources.staysInPlace = !gate.settings.isRemovedWhenRead;
-    if (!failure)
-        failure = publishStatus(status);
-    if (failure)
-        result->warnings.append(failure.text);
-}
-
-Failure run(const Options &options)
-{
-    GateOptions gate;
-    if (const Failure failure = readGateOptions(options, &gate))
-        return failure;
     GateSettings settings = gate.settings;
     settings.judge.rehearse = rehearsalOf(gate);
     if (const auto server = pluginServerAbove(gate.pluginFile))
         settings.serverSince = server->since;
     Gate road(settings);
+    std::atomic<bool> isOver {false};
     Watchdog watchdog;
-    limitDecisions(gate, &watchdog, &road);
-    GateResult result;
-    const Failure failure = gate.release ? road.release(*gate.release, &result) : road.run(&result);
+    limitDecisions(gate, &watchdog, &isOver, &road);
+    const Failure failure = gate.release ? road.release(*gate.release, result) : road.run(result);
     watchdog.disarm();
-    note(gate, failure);
-    const QStringList troubles = hookTroubles(gate.settings);
-    result.warnings += troubles;
-    publish(options, gate, &result);
-    tell(result, reportForm(options));
+    return failure;
+}
+
+Failure run(const Options &options)
+{
+    GateOptions gate;
+    if (const Failure failure = readGateOptions(options, &gate)) {
+        endBeforeBegin(options, gate, failure);
+        return failure;
+    }
+    removeLeftScratchFolders();
+    GateResult result;
+    const Failure failure = runRoad(gate, &result);
+    result.warnings += noteGateEnd(gate, failure) + hookTroubles(gate.hooks);
+    // No export waits for figures and site.
+    result.warnings += publishGate(options, gate);
+    tell(gate, result, reportForm(options));
     if (failure)
         return failure;
     return {result.hasRefused() ? ExitRefused : ExitClean, QString()};
+}
+
+void notRun(const Options &options, const Failure &failure)
+{
+    GateOptions gate;
+    readGateOptions(options, &gate);
+    endBeforeBegin(options, gate, failure);
 }
 
 } // namespace
@@ -193,5 +175,6 @@ Command gateCommand()
           QStringLiteral("talvenhr gate --allow ended=60 20261122T010003Z-0123456789ab "
                          "--reason \"the branch in the north is closed\"")}}};
     command.run = run;
+    command.notRun = notRun;
     return command;
 }

@@ -81,6 +81,7 @@ Failure readWord(const Options &options, const char *name, const QStringList &wo
                                          didYouMean(options.value(option), words)));
 }
 
+/// Leaves the state unnamed where the four folders cannot be: nothing may be kept there.
 Failure readFolders(const Options &options, GateSettings *settings)
 {
     const QString incoming = options.value(QStringLiteral("incoming"));
@@ -91,16 +92,46 @@ Failure readFolders(const Options &options, GateSettings *settings)
     settings->incoming.folder = QFileInfo(incoming).absoluteFilePath();
     settings->archive = gateFolder(options, "archive", settings->incoming.folder);
     settings->refused = gateFolder(options, "refused", settings->incoming.folder);
-    settings->state = gateFolder(options, "state", settings->incoming.folder);
+    const QString state = gateFolder(options, "state", settings->incoming.folder);
     settings->place = options.value(QStringLiteral("place"));
-    QStringList folders {settings->incoming.folder, settings->archive, settings->refused,
-                         settings->state};
+    QStringList folders {settings->incoming.folder, settings->archive, settings->refused, state};
     for (QString &folder : folders)
         folder = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
     if (folders.removeDuplicates() > 0)
         return options.usageFailure(
             Text::tr("incoming, archive, refused and state have to be four folders"));
-    return options.number(QStringLiteral("keep-days"), 1, mostDays, &settings->keepDays);
+    settings->state = state;
+    return {};
+}
+
+Failure readPattern(const Options &options, IncomingWishes *incoming)
+{
+    incoming->pattern = options.value(QStringLiteral("pattern"));
+    if (QRegExp(incoming->pattern, Qt::CaseSensitive, QRegExp::Wildcard).isValid())
+        return {};
+    return options.usageFailure(
+        Text::tr("%1 takes a name with * and ?, not '%2'")
+            .arg(options.placeOf(QStringLiteral("pattern")), incoming->pattern));
+}
+
+Failure readCompleteness(const Options &options, Completeness *complete)
+{
+    int place = 0;
+    const Failure failure = readWord(
+        options, "complete",
+        {QStringLiteral("rename"), QStringLiteral("done"), QStringLiteral("still")}, &place);
+    if (!failure)
+        *complete = static_cast<Completeness>(place);
+    return failure;
+}
+
+Failure readFirst(const Options &options, bool *isHeld)
+{
+    int place = 0;
+    const Failure failure = readWord(options, "first",
+                                     {QStringLiteral("pass"), QStringLiteral("hold")}, &place);
+    *isHeld = place == 1;
+    return failure;
 }
 
 Failure readRehearsal(const Options &options, GateRehearsal *rehearsal)
@@ -113,34 +144,6 @@ Failure readRehearsal(const Options &options, GateRehearsal *rehearsal)
     int place = 0;
     return readWord(options, "rehearse",
                     {QStringLiteral("auto"), QStringLiteral("yes"), QStringLiteral("no")}, &place);
-}
-
-Failure readRoad(const Options &options, GateOptions *gate)
-{
-    GateSettings &settings = gate->settings;
-    settings.incoming.pattern = options.value(QStringLiteral("pattern"));
-    if (!QRegExp(settings.incoming.pattern, Qt::CaseSensitive, QRegExp::Wildcard).isValid())
-        return options.usageFailure(
-            Text::tr("%1 takes a name with * and ?, not '%2'")
-                .arg(options.placeOf(QStringLiteral("pattern")), settings.incoming.pattern));
-    int place = 0;
-    if (const Failure failure = readWord(
-            options, "complete",
-            {QStringLiteral("rename"), QStringLiteral("done"), QStringLiteral("still")}, &place))
-        return failure;
-    settings.incoming.complete = static_cast<Completeness>(place);
-    if (const Failure failure = readWord(options, "first",
-                                         {QStringLiteral("pass"), QStringLiteral("hold")}, &place))
-        return failure;
-    settings.holdsFirst = place == 1;
-    if (const Failure failure = readRehearsal(options, &gate->rehearsal))
-        return failure;
-    if (const Failure failure = options.number(QStringLiteral("still-for"), 0, longestLimit,
-                                               &settings.incoming.stillFor))
-        return failure;
-    if (const Failure failure = readLateness(options, &settings.lateAfter))
-        return failure;
-    return options.number(QStringLiteral("time-limit"), 1, longestLimit, &gate->timeLimit);
 }
 
 Failure readRefusals(const Options &options, JudgeSettings *judge)
@@ -158,20 +161,31 @@ Failure readRefusals(const Options &options, JudgeSettings *judge)
                    : Failure();
 }
 
-Failure readMend(const Options &options, MendWishes *mend)
+QVector<Failure> readMend(const Options &options, MendWishes *mend)
 {
-    const struct
-    {
-        const char *key;
-        bool *wish;
-    } switches[] = {
-        {"mend/apostrophe", &mend->apostrophe}, {"mend/bom", &mend->bom}, {"mend/cr", &mend->cr}};
-    for (const auto &one : switches) {
-        if (const Failure failure = options.yesOrNo(QLatin1String(one.key), one.wish))
-            return failure;
-    }
     mend->encoding = options.configuration().entry(QStringLiteral("mend/encoding")).value;
-    return checkWishes(*mend);
+    return {options.yesOrNo(QStringLiteral("mend/apostrophe"), &mend->apostrophe),
+            options.yesOrNo(QStringLiteral("mend/bom"), &mend->bom),
+            options.yesOrNo(QStringLiteral("mend/cr"), &mend->cr), checkWishes(*mend)};
+}
+
+/// The values of [gate], [limits] and [mend] that stand for themselves.
+QVector<Failure> readValues(const Options &options, GateOptions *gate)
+{
+    GateSettings &settings = gate->settings;
+    settings.judge.limits = standardGateLimits();
+    QVector<Failure> failures {
+        readPattern(options, &settings.incoming),
+        readCompleteness(options, &settings.incoming.complete),
+        readFirst(options, &settings.holdsFirst),
+        readRehearsal(options, &gate->rehearsal),
+        options.number(QStringLiteral("still-for"), 0, longestLimit, &settings.incoming.stillFor),
+        readLateness(options, &settings.lateAfter),
+        options.number(QStringLiteral("time-limit"), 1, longestLimit, &gate->timeLimit),
+        options.number(QStringLiteral("keep-days"), 1, mostDays, &settings.keepDays),
+        readRefusals(options, &settings.judge),
+        readLimitsOfFile(options, &settings.judge.limits)};
+    return failures += readMend(options, &settings.mend);
 }
 
 /// The login of the machine.
@@ -227,6 +241,20 @@ Failure checkPlace(const Options &options, const GateSettings &settings)
     return {};
 }
 
+/// What the gate put there, the plugin would look for elsewhere.
+Failure checkImportFile(const Options &options, const SettingsFile &settings)
+{
+    const QString importFile = settings.toString(QStringLiteral("importFile"));
+    if (QFileInfo(importFile).isAbsolute())
+        return {};
+    return options.usageFailure(
+        Text::tr("importFile '%1' in '%2' counts from the working directory of the attendance "
+                 "server, which nobody knows here: the gate could put the export where the plugin "
+                 "does not look; write its whole path there, or name it by 'place' in [gate] of "
+                 "talvenhr.conf")
+            .arg(importFile, settings.path()));
+}
+
 /// What the plugin's own settings say of the place.
 Failure readPluginSettings(const Options &options, GateOptions *gate)
 {
@@ -238,13 +266,23 @@ Failure readPluginSettings(const Options &options, GateOptions *gate)
     gate->settingsFile = settings.path();
     if (const Failure failure = settings.check())
         return failure;
-    if (gate->settings.place.isEmpty())
+    if (gate->settings.place.isEmpty()) {
+        if (const Failure failure = checkImportFile(options, settings))
+            return failure;
         gate->settings.place = settings.values().importFile;
+    }
     if (const Failure failure = checkPlace(options, gate->settings))
         return failure;
     gate->settings.isRemovedWhenRead = settings.toBool(QStringLiteral("deleteFile"));
     gate->settings.judge.stateTexts = settings.stateTexts();
     return {};
+}
+
+Failure checkRehearsal(const Options &options, const GateOptions &gate)
+{
+    if (gate.rehearsal != GateRehearsal::Yes || !gate.database.isDefault)
+        return {};
+    return options.usageFailure(Text::tr("rehearse=yes takes a database; name one in [database]"));
 }
 
 } // namespace
@@ -255,6 +293,14 @@ bool GateOptions::rehearses() const
         || (rehearsal == GateRehearsal::Auto && !database.isDefault);
 }
 
+QString GateOptions::whyNotRehearsed() const
+{
+    if (rehearses())
+        return {};
+    return rehearsal == GateRehearsal::No ? Text::tr("'rehearse' is no")
+                                          : Text::tr("no database is named");
+}
+
 QVector<OptionGroup> gateOptionGroups()
 {
     return {gateFolderOptions(), roadOptions(), releaseOptions()};
@@ -262,39 +308,51 @@ QVector<OptionGroup> gateOptionGroups()
 
 QStringList gateFileSettings()
 {
-    return limitSettings()
-        + QStringList {QStringLiteral("hooks/passed"), QStringLiteral("hooks/refused"),
-                       QStringLiteral("hooks/late"),   QStringLiteral("mend/apostrophe"),
-                       QStringLiteral("mend/bom"),     QStringLiteral("mend/cr"),
-                       QStringLiteral("mend/encoding")};
+    return limitSettings() + hookSettings()
+        + QStringList {QStringLiteral("mend/apostrophe"), QStringLiteral("mend/bom"),
+                       QStringLiteral("mend/cr"), QStringLiteral("mend/encoding")};
+}
+
+bool isForOneExport(const Options &options)
+{
+    return options.isSet(QStringLiteral("release")) || options.isSet(QStringLiteral("allow"))
+        || options.isSet(QStringLiteral("reason")) || options.isSet(QStringLiteral("over-newer"))
+        || !options.argument(0).isEmpty();
 }
 
 Failure readGateOptions(const Options &options, GateOptions *gate)
 {
     GateSettings &settings = gate->settings;
-    const Configuration &file = options.configuration();
-    settings.passedHook = file.entry(QStringLiteral("hooks/passed")).value;
-    settings.refusedHook = file.entry(QStringLiteral("hooks/refused")).value;
-    settings.lateHook = file.entry(QStringLiteral("hooks/late")).value;
-    if (const Failure failure = readFolders(options, &settings))
-        return failure;
-    if (const Failure failure = readRoad(options, gate))
-        return failure;
-    if (const Failure failure = readRefusals(options, &settings.judge))
-        return failure;
-    settings.judge.limits = standardGateLimits();
-    if (const Failure failure = readLimitsOfFile(options, &settings.judge.limits))
-        return failure;
-    if (const Failure failure = readMend(options, &settings.mend))
-        return failure;
-    if (const Failure failure = readRelease(options, &gate->release))
-        return failure;
-    if (const Failure failure = readPluginSettings(options, gate))
-        return failure;
-    if (const Failure failure = readDatabaseOptions(options, &gate->database))
-        return failure;
-    if (gate->rehearsal == GateRehearsal::Yes && gate->database.isDefault)
-        return options.usageFailure(
-            Text::tr("rehearse=yes takes a database; name one in [database]"));
+    gate->hooks = readHooks(options);
+    settings.passedHook = gate->hooks.passed;
+    settings.refusedHook = gate->hooks.refused;
+    settings.lateHook = gate->hooks.late;
+    QVector<Failure> failures {readFolders(options, &settings)};
+    failures += readValues(options, gate);
+    failures << readRelease(options, &gate->release) << readPluginSettings(options, gate)
+             << readDatabaseOptions(options, &gate->database) << checkRehearsal(options, *gate);
+    for (const Failure &failure : qAsConst(failures)) {
+        if (failure)
+            return failure;
+    }
     return checkGateOwner(settings);
+}
+
+QStringList gateProblems(const Options &options, const DatabaseChoice &database)
+{
+    GateOptions gate;
+    gate.database = database;
+    QVector<Failure> failures = readValues(options, &gate);
+    failures << checkRehearsal(options, gate);
+    // Without deliveries there is no gate.
+    if (!options.value(QStringLiteral("incoming")).isEmpty())
+        failures << readFolders(options, &gate.settings)
+                 << checkIncoming(gate.settings.incoming.folder)
+                 << readPluginSettings(options, &gate);
+    QStringList problems;
+    for (const Failure &failure : qAsConst(failures)) {
+        if (failure)
+            problems.append(failure.text);
+    }
+    return problems + hookTroubles(readHooks(options));
 }

@@ -57,16 +57,35 @@ Failure readReaders(const Options &options, FileReaders *readers)
     return {};
 }
 
+/// Names nothing to be written where it cannot be known for whom.
 Failure readPublishing(const Options &options, StatusSettings *settings)
 {
-    settings->site.folder = filePath(options, QStringLiteral("status/html"));
-    settings->metricsFile = filePath(options, QStringLiteral("metrics/file"));
     bool hidesNames = false;
     if (const Failure failure = options.yesOrNo(QStringLiteral("status/no-names"), &hidesNames))
         return failure;
     if (hidesNames)
         settings->site.texts = PersonalTexts::Hidden;
-    return readReaders(options, &settings->site.readers);
+    if (const Failure failure = readReaders(options, &settings->site.readers))
+        return failure;
+    settings->site.folder = filePath(options, QStringLiteral("status/html"));
+    settings->metricsFile = filePath(options, QStringLiteral("metrics/file"));
+    return {};
+}
+
+Failure readGate(const Options &options, StatusSources *sources)
+{
+    GateFolders folders;
+    const Failure failure = readGateFolders(options, &folders);
+    sources->incoming = folders.incoming;
+    const QString pattern = fileValue(options, QStringLiteral("gate/pattern"));
+    if (!pattern.isEmpty())
+        sources->pattern = pattern;
+    sources->archive = folders.archive;
+    sources->refused = folders.refused;
+    sources->state = folders.state;
+    sources->place = folders.place;
+    sources->lateAfter = 3600LL * folders.lateAfter;
+    return failure;
 }
 
 /// What the plugin's settings tell of place and times, if their folder is named.
@@ -112,25 +131,30 @@ QStringList publishingSettings()
 
 Failure readStatusSettings(const Options &options, StatusSettings *settings)
 {
-    GateFolders folders;
-    if (const Failure failure = readGateFolders(options, &folders))
-        return failure;
     StatusSources &sources = settings->sources;
-    sources.incoming = folders.incoming;
-    const QString pattern = fileValue(options, QStringLiteral("gate/pattern"));
-    if (!pattern.isEmpty())
-        sources.pattern = pattern;
-    sources.archive = folders.archive;
-    sources.refused = folders.refused;
-    sources.state = folders.state;
-    sources.place = folders.place;
-    sources.lateAfter = 3600LL * folders.lateAfter;
-    if (const Failure failure = readPluginSettings(options, &sources))
-        return failure;
-    if (const Failure failure = readDatabaseOptions(options, &settings->database))
-        return failure;
+    const Failure gate = readGate(options, &sources);
+    const Failure plugin = readPluginSettings(options, &sources);
+    const Failure database = readDatabaseOptions(options, &settings->database);
     sources.namesDatabase = !settings->database.isDefault;
-    return readPublishing(options, settings);
+    const Failure publishing = readPublishing(options, settings);
+    for (const Failure &failure : {gate, plugin, database, publishing}) {
+        if (failure)
+            return failure;
+    }
+    return {};
+}
+
+QStringList publishingProblems(const Options &options)
+{
+    QStringList problems;
+    StatusSettings settings;
+    readStatusSettings(options, &settings);
+    for (const Failure &failure :
+         {readPublishing(options, &settings), checkTargets(settings, {})}) {
+        if (failure)
+            problems.append(failure.text);
+    }
+    return problems;
 }
 
 Failure checkTargets(const StatusSettings &settings, const QStringList &inputs)
@@ -143,8 +167,11 @@ Failure checkTargets(const StatusSettings &settings, const QStringList &inputs)
 Status takeStatus(const StatusSettings &settings)
 {
     Status status = readStatus(settings.sources, QDateTime::currentDateTime());
-    if (settings.database.isDefault) {
-        status.unknown.append({Text::tr("the database"), Text::tr("none is named"), false});
+    if (settings.database.isDefault || !settings.whyNoDatabase.isEmpty()) {
+        status.unknown.append(
+            {Text::tr("the database"),
+             settings.database.isDefault ? Text::tr("none is named") : settings.whyNoDatabase,
+             false});
         return status;
     }
     DatabaseLook look;

@@ -15,6 +15,7 @@ struct StatusSettings
 {
     StatusSources sources;
     DatabaseChoice database; ///< the default one stands for none
+    QString whyNoDatabase; ///< it is named, and not looked at; empty: it is
     SiteTarget site; ///< an empty folder: none is written
     QString metricsFile; ///< empty: none is written
 };
@@ -23,8 +24,12 @@ struct StatusSettings
 QStringList publishingSettings();
 
 /// Takes the folders, the plugin's settings, the database, and what talvenhr.conf says of site and
-/// metrics. For every command with the options of plugin, database and gate folders.
+/// metrics. For every command with the options of plugin, database and gate folders. What can be
+/// taken is taken, also where it fails; site and metrics are named only where all about them holds.
 Failure readStatusSettings(const Options &options, StatusSettings *settings);
+
+/// What a status would say of the values about site and metrics.
+QStringList publishingProblems(const Options &options);
 
 /// Fails where a file or a folder of ours would take the place of what is read: the export's above
 /// all, also while there is none.

@@ -17,9 +17,6 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(Gate)
 };
-
-const int hookSeconds = 30;
-
 } // namespace
 
 Failure Gate::finish(const Delivery &delivery, GateRecord record, GateResult *result)

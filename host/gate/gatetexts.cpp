@@ -17,11 +17,13 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(GateTexts)
 };
 
-QString passedLine(const GateRecord &record)
+QString passedLine(const GateRecord &record, const QString &whyNotRehearsed)
 {
     QStringList parts {Text::tr("lines taken: %1").arg(record.fates.taken)};
     if (record.rehearsal)
         parts.append(Text::tr("people who change: %1").arg(record.rehearsal->people));
+    else if (!whyNotRehearsed.isEmpty())
+        parts.append(Text::tr("not rehearsed: %1").arg(whyNotRehearsed));
     const int warnings = static_cast<int>(
         std::count_if(record.findings.cbegin(), record.findings.cend(),
                       [](const FindingCount &kind) { return kind.severity == Finding::Warning; }));
@@ -82,7 +84,7 @@ QString filesText(const GateRecord &record, const QString &folder)
 
 } // namespace
 
-QString decisionLine(const GateRecord &record)
+QString decisionLine(const GateRecord &record, const QString &whyNotRehearsed)
 {
     switch (record.outcome) {
     case GateRecord::Refused:
@@ -94,7 +96,7 @@ QString decisionLine(const GateRecord &record)
     case GateRecord::Passed:
         break;
     }
-    return passedLine(record);
+    return passedLine(record, whyNotRehearsed);
 }
 
 QString refusalText(const GateRecord &record, const QString &folder)

@@ -7,8 +7,9 @@
 
 #include <QString>
 
-/// One line about what became of an export.
-QString decisionLine(const GateRecord &record);
+/// One line about what became of an export. `whyNotRehearsed` holds for all exports of this gate;
+/// empty where it rehearses.
+QString decisionLine(const GateRecord &record, const QString &whyNotRehearsed);
 
 /// Why an export was refused, what lies beside this text in `folder`, and how to let it through.
 QString refusalText(const GateRecord &record, const QString &folder);

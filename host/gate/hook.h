@@ -6,6 +6,9 @@
 #include <QByteArray>
 #include <QString>
 
+/// What a hook of the gate has.
+const int hookSeconds = 30;
+
 /// Runs the command's program, without a shell, with the JSON on its standard input; it need not
 /// read it. What it prints is dropped. After so many seconds it is killed with all that it has
 /// started; what it leaves running when it ends in time stays. The result is what went wrong,

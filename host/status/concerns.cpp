@@ -68,7 +68,8 @@ private:
     {
         const GateState &gate = status.gate;
         if (gate.failed.isValid())
-            add(Level::Warning,
+            // An export that waits is one that the plugin does not get.
+            add(gate.deliveries > 0 ? Level::Critical : Level::Warning,
                 Text::tr("the gate failed on %1: %2; deliveries that wait: %3")
                     .arg(momentText(gate.failed), oneLine(gate.failure),
                          QString::number(gate.deliveries)),

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void config_tellsTheDatabaseOfARun_data();
     void config_tellsTheDatabaseOfARun();
     void config_tellsAllThatIsWrong();
+    void config_tellsWhatTheGateWouldSay();
     void info_takesThePluginOfTheFile();
     void run_takesTheServerOfTheFile();
 };
@@ -159,6 +160,55 @@ void tst_Config::config_tellsAllThatIsWrong()
         QVERIFY2(told.startsWith(begin), qPrintable(told));
     }
     QVERIFY(!report.contains(QStringLiteral("runTakes")));
+}
+
+/// Each value of the gate, its folders, its hooks, and what it publishes.
+void tst_Config::config_tellsWhatTheGateWouldSay()
+{
+    Site site;
+    site.set({QStringLiteral("importFile=ron.data")});
+    site.writeFile(QStringLiteral("password"), QStringLiteral("secret"));
+    QVERIFY(QFile::setPermissions(site.path(QStringLiteral("password")),
+                                  QFile::ReadOwner | QFile::ReadOther));
+    site.writeFile(QStringLiteral("t.conf"),
+                   QStringLiteral("[plugin]\ndata-dir=.\n[database]\npassword-file=password\n"
+                                  "[gate]\nincoming=none\ncomplete=renamed\nlate-after=26h\n"
+                                  "[limits]\nended=5 percent\n[mend]\nbom=maybe\n"
+                                  "encoding=cp12500\n[hooks]\nfailed=/nowhere/mail x\n"
+                                  "[status]\nreaders=everyone\n[metrics]\nfile=none/f\n"));
+    const QStringList arguments {QStringLiteral("config"), QStringLiteral("--config"),
+                                 site.path(QStringLiteral("t.conf"))};
+    TalvenhrProcess program(arguments + QStringList {QStringLiteral("--json")});
+    QCOMPARE(program.finish(), 2);
+    const QJsonArray problems = QJsonDocument::fromJson(program.output().toUtf8())
+                                    .object()
+                                    .value(QStringLiteral("problems"))
+                                    .toArray();
+    QStringList told;
+    for (const QJsonValue &problem : problems)
+        told.append(problem[QLatin1String("problem")].toString());
+    const QStringList expected {QStringLiteral("not 'renamed' (did you mean 'rename'?)"),
+                                QStringLiteral("not '26h'"),
+                                QStringLiteral("'5 percent' is no limit of 'ended'"),
+                                QStringLiteral("takes yes or no, not 'maybe'"),
+                                QStringLiteral("cp12500"),
+                                QStringLiteral("there is no folder of deliveries '"),
+                                QStringLiteral("importFile 'ron.data' in '"),
+                                QStringLiteral("the program of the hook '/nowhere/mail x'"),
+                                QStringLiteral("takes nobody, group or all, not 'everyone'")};
+    QVERIFY2(told.size() == expected.size(), qPrintable(told.join(QLatin1Char('\n'))));
+    for (int i = 0; i < expected.size(); ++i)
+        QVERIFY2(told.at(i).contains(expected.at(i)), qPrintable(told.at(i)));
+    // Told once, however often it is read.
+    QCOMPARE(program.linesWith(QStringLiteral("every user of this machine can read")).size(), 1);
+    QVERIFY(!QFile::exists(site.path(QStringLiteral("state"))));
+
+    site.writeFile(QStringLiteral("t.conf"),
+                   QStringLiteral("[plugin]\ndata-dir=.\n[metrics]\nfile=none/f\n"));
+    TalvenhrProcess figures(arguments);
+    QCOMPARE(figures.finish(), 2);
+    QVERIFY2(figures.output().contains(QStringLiteral("there is no folder '")),
+             qPrintable(figures.output()));
 }
 
 void tst_Config::info_takesThePluginOfTheFile()

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void init();
     void wrongSettings_areNamed_data();
     void wrongSettings_areNamed();
+    void relativeImportFile_isRefused();
     void yesAndTrue_areTheSame();
     void config_showsTheGate();
     void gateOfAnotherUser_isLeftAlone_data();
@@ -72,6 +73,26 @@ void tst_GateSettings::wrongSettings_areNamed()
     QCOMPARE(program.finish(), 2);
     QVERIFY2(program.lastLine().contains(message), qPrintable(program.lastLine()));
     QVERIFY(!site->isInPlace());
+}
+
+/// Cron begins in another folder than the attendance server.
+void tst_GateSettings::relativeImportFile_isRefused()
+{
+    site->set({QStringLiteral("importFile=hr/ron.data")});
+    site->deliver(GateConsole::exportOf(QStringLiteral("A"), 3));
+    TalvenhrProcess program(site->gate());
+    QCOMPARE(program.finish(), 2);
+    for (const QString &text :
+         {QStringLiteral("importFile 'hr/ron.data'"), QStringLiteral("write its whole path"),
+          QStringLiteral("name it by 'place'")})
+        QVERIFY2(program.lastLine().contains(text), qPrintable(program.lastLine()));
+    QVERIFY(QFile::exists(site->path(QStringLiteral("incoming/ron.data"))));
+    site->configure({QStringLiteral("place=ron.data")}); // counts from the folder of talvenhr.conf
+    TalvenhrProcess named(site->gate());
+    QCOMPARE(named.finish(), 0);
+    QVERIFY(site->isInPlace());
+    QVERIFY2(named.output().contains(QStringLiteral(", not rehearsed: no database is named")),
+             qPrintable(named.output()));
 }
 
 void tst_GateSettings::yesAndTrue_areTheSame()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // The example of a hook makes a mail of the gate's record.
+#include "host/gate/gatefailure.h"
 #include "host/gate/gaterecord.h"
 #include "host/gate/hook.h"
 
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void refusal_tellsWhatToDo();
     void release_tellsWhoAndWhy();
     void lateness_isNoRefusal();
+    void failure_tellsItsReason();
     void strangeName_makesNoHeader();
     void sendmailThatFails_isAWarning();
     void missingSendmail_isAWarning();
@@ -128,6 +130,17 @@ void tst_MailHook::lateness_isNoRefusal()
     QCOMPARE(trouble, QString());
     QVERIFY(never.contains(QStringLiteral("] no export yet\n")));
     QVERIFY(never.contains(QStringLiteral("No export was ever delivered.")));
+}
+
+void tst_MailHook::failure_tellsItsReason()
+{
+    const QDateTime when({2026, 11, 22}, {3, 0, 7}, Qt::UTC);
+    const QString mail = sent(
+        gateFailureJson({ExitDatabase, QStringLiteral("no \"database\" answers")}, when));
+    QCOMPARE(trouble, QString());
+    QVERIFY2(mail.contains(QStringLiteral("] the gate failed\n")), qPrintable(mail));
+    QVERIFY(mail.contains(QStringLiteral("at 2026-11-22T03:00:07Z (exit code 3):\n")));
+    QVERIFY(mail.contains(QStringLiteral("\n* no \"database\" answers\n")));
 }
 
 /// Whoever may deliver a file gives it its name.

@@ -22,7 +22,7 @@ class tst_StatusGate : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void failedRun_isAWarning();
+    void failedRun_isCriticalWhereItHoldsBack();
     void damagedFailure_isOneStill();
     void stoppedGate_isAWarningWithoutRecords();
     void gateAtWork_isNotStopped();
@@ -59,7 +59,7 @@ void makeWork(const GateFolder &folder)
 
 } // namespace
 
-void tst_StatusGate::failedRun_isAWarning()
+void tst_StatusGate::failedRun_isCriticalWhereItHoldsBack()
 {
     const GateFolder folder;
     folder.keep(folder.record(5, "a"));
@@ -77,8 +77,8 @@ void tst_StatusGate::failedRun_isAWarning()
     const QString text = QStringLiteral("the gate failed on %1: the database \\x1b[2J does not "
                                         "answer; deliveries that wait: 1")
                              .arg(time);
-    QCOMPARE(concernTexts(status), QStringList {QStringLiteral("WARNING ") + text});
-    QVERIFY(checkLine(status).startsWith(QStringLiteral("TALVENHR WARNING - ") + text));
+    QCOMPARE(concernTexts(status), QStringList {QStringLiteral("CRITICAL ") + text});
+    QVERIFY(checkLine(status).startsWith(QStringLiteral("TALVENHR CRITICAL - ") + text));
     QVERIFY2(pageOf(status).contains(text
                                      + QStringLiteral(". Do: mend what it names, and run "
                                                       "'talvenhr gate' again")),
@@ -94,6 +94,10 @@ void tst_StatusGate::failedRun_isAWarning()
              QStringLiteral("2026-11-22T02:00:07Z"));
     QCOMPARE(gate.value(QStringLiteral("deliveries")).toInt(), 1);
     QVERIFY(gate.value(QStringLiteral("stopped")).isNull());
+
+    // With nothing that waits it keeps no export from the plugin.
+    QVERIFY(QDir(folder.path(QStringLiteral("incoming"))).removeRecursively());
+    QCOMPARE(levelOf(concernsOf(folder.status())), Level::Warning);
 }
 
 void tst_StatusGate::damagedFailure_isOneStill()
