@@ -3,8 +3,12 @@
 // A gate that is killed, or whose disk is full, at any moment: nothing is lost, nothing is half,
 // and the next gate ends what was begun.
 #include "host/company/exportwriter.h"
+#include "host/gate/gatefailure.h"
 #include "support/gate/gatesite.h"
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
@@ -70,6 +74,7 @@ private Q_SLOTS:
     void fullDisk_isMended();
     void fullDisk_isToldWithItsFolder_data();
     void fullDisk_isToldWithItsFolder();
+    void fullDisk_remembersThatItWasTold();
 
 private:
     static void addSteps(bool isSound);
@@ -248,6 +253,30 @@ void tst_GateKilled::fullDisk_isToldWithItsFolder()
     QVERIFY2(text.contains(site.path(folder)), qPrintable(text));
     QVERIFY2(text.contains(QStringLiteral("File too large")), qPrintable(text));
     QCOMPARE(WEXITSTATUS(status), step == QLatin1String("told") ? ExitClean : ExitUsage);
+}
+
+/// Or the hook would run with every gate.
+void tst_GateKilled::fullDisk_remembersThatItWasTold()
+{
+    const QTemporaryDir state;
+    const QTemporaryDir told;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        refuseToWriteBeyond(0);
+        const QString hook = QStringLiteral("mktemp -d '%1/XXXXXX'").arg(told.path());
+        for (int run = 0; run < 2; ++run) {
+            const Failure failure {ExitUsage, QStringLiteral("no space")};
+            keepGateFailure(state.path(), failure);
+            tellGateFailure(state.path(), QStringLiteral("sh -c \"%1\"").arg(hook), failure);
+        }
+        ::_exit(0);
+    }
+    int status = 0;
+    QCOMPARE(::waitpid(child, &status, 0), child);
+    QCOMPARE(QDir(told.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
+    QVERIFY(QFile::exists(state.filePath(QStringLiteral("failed"))));
+    forgetGateFailure(state.path());
+    QVERIFY(QDir(state.path()).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_GateKilled)
