@@ -3,11 +3,11 @@
 // The settings of the gate, from options and talvenhr.conf.
 #include "host/commands/gateoptions.h"
 
-#include "host/base/nearest.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/commands/gatefolders.h"
 #include "host/commands/gateowner.h"
+#include "host/commands/gatevalues.h"
 #include "host/commands/limitoptions.h"
 #include "host/plugin/datadirectory.h"
 #include "host/plugin/settingsfile.h"
@@ -25,9 +25,6 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(GateOptions)
 };
-
-const int mostDays = 36500;
-const int longestLimit = 86400; // seconds
 
 OptionGroup roadOptions()
 {
@@ -68,19 +65,6 @@ OptionGroup releaseOptions()
               Text::tr("why; it is kept with the export")}}};
 }
 
-/// A word out of a few.
-Failure readWord(const Options &options, const char *name, const QStringList &words, int *place)
-{
-    const QString option = QLatin1String(name);
-    *place = words.indexOf(options.value(option));
-    if (*place >= 0)
-        return {};
-    return options.usageFailure(Text::tr("%1 takes one of %2, not '%3'%4")
-                                    .arg(options.placeOf(option), words.join(QStringLiteral(", ")),
-                                         options.value(option),
-                                         didYouMean(options.value(option), words)));
-}
-
 /// Leaves the state unnamed where the four folders cannot be: nothing may be kept there.
 Failure readFolders(const Options &options, GateSettings *settings)
 {
@@ -102,90 +86,6 @@ Failure readFolders(const Options &options, GateSettings *settings)
             Text::tr("incoming, archive, refused and state have to be four folders"));
     settings->state = state;
     return {};
-}
-
-Failure readPattern(const Options &options, IncomingWishes *incoming)
-{
-    incoming->pattern = options.value(QStringLiteral("pattern"));
-    if (QRegExp(incoming->pattern, Qt::CaseSensitive, QRegExp::Wildcard).isValid())
-        return {};
-    return options.usageFailure(
-        Text::tr("%1 takes a name with * and ?, not '%2'")
-            .arg(options.placeOf(QStringLiteral("pattern")), incoming->pattern));
-}
-
-Failure readCompleteness(const Options &options, Completeness *complete)
-{
-    int place = 0;
-    const Failure failure = readWord(
-        options, "complete",
-        {QStringLiteral("rename"), QStringLiteral("done"), QStringLiteral("still")}, &place);
-    if (!failure)
-        *complete = static_cast<Completeness>(place);
-    return failure;
-}
-
-Failure readFirst(const Options &options, bool *isHeld)
-{
-    int place = 0;
-    const Failure failure = readWord(options, "first",
-                                     {QStringLiteral("pass"), QStringLiteral("hold")}, &place);
-    *isHeld = place == 1;
-    return failure;
-}
-
-Failure readRehearsal(const Options &options, GateRehearsal *rehearsal)
-{
-    const QString option = QStringLiteral("rehearse");
-    if (const std::optional<bool> isWished = readYesOrNo(options.value(option))) {
-        *rehearsal = *isWished ? GateRehearsal::Yes : GateRehearsal::No;
-        return {};
-    }
-    int place = 0;
-    return readWord(options, "rehearse",
-                    {QStringLiteral("auto"), QStringLiteral("yes"), QStringLiteral("no")}, &place);
-}
-
-Failure readRefusals(const Options &options, JudgeSettings *judge)
-{
-    const QString option = QStringLiteral("refuse");
-    judge->refuse = standardRefusals();
-    if (!options.isGiven(option))
-        return {};
-    judge->refuse = options.value(option).split(QLatin1Char(','), Qt::SkipEmptyParts);
-    for (QString &word : judge->refuse)
-        word = word.trimmed();
-    const Failure failure = checkRefusals(judge->refuse);
-    return failure ? options.usageFailure(
-               Text::tr("%1 cannot be taken: %2").arg(options.placeOf(option), failure.text))
-                   : Failure();
-}
-
-QVector<Failure> readMend(const Options &options, MendWishes *mend)
-{
-    mend->encoding = options.configuration().entry(QStringLiteral("mend/encoding")).value;
-    return {options.yesOrNo(QStringLiteral("mend/apostrophe"), &mend->apostrophe),
-            options.yesOrNo(QStringLiteral("mend/bom"), &mend->bom),
-            options.yesOrNo(QStringLiteral("mend/cr"), &mend->cr), checkWishes(*mend)};
-}
-
-/// The values of [gate], [limits] and [mend] that stand for themselves.
-QVector<Failure> readValues(const Options &options, GateOptions *gate)
-{
-    GateSettings &settings = gate->settings;
-    settings.judge.limits = standardGateLimits();
-    QVector<Failure> failures {
-        readPattern(options, &settings.incoming),
-        readCompleteness(options, &settings.incoming.complete),
-        readFirst(options, &settings.holdsFirst),
-        readRehearsal(options, &gate->rehearsal),
-        options.number(QStringLiteral("still-for"), 0, longestLimit, &settings.incoming.stillFor),
-        readLateness(options, &settings.lateAfter),
-        options.number(QStringLiteral("time-limit"), 1, longestLimit, &gate->timeLimit),
-        options.number(QStringLiteral("keep-days"), 1, mostDays, &settings.keepDays),
-        readRefusals(options, &settings.judge),
-        readLimitsOfFile(options, &settings.judge.limits)};
-    return failures += readMend(options, &settings.mend);
 }
 
 /// The login of the machine.
@@ -242,17 +142,17 @@ Failure checkPlace(const Options &options, const GateSettings &settings)
 }
 
 /// What the gate put there, the plugin would look for elsewhere.
-Failure checkImportFile(const Options &options, const SettingsFile &settings)
+Failure checkImportFile(const SettingsFile &settings)
 {
     const QString importFile = settings.toString(QStringLiteral("importFile"));
     if (QFileInfo(importFile).isAbsolute())
         return {};
-    return options.usageFailure(
-        Text::tr("importFile '%1' in '%2' counts from the working directory of the attendance "
-                 "server, which nobody knows here: the gate could put the export where the plugin "
-                 "does not look; write its whole path there, or name it by 'place' in [gate] of "
-                 "talvenhr.conf")
-            .arg(importFile, settings.path()));
+    return {ExitUsage,
+            Text::tr("importFile '%1' in '%2' counts from the working directory of the attendance "
+                     "server, which nobody knows here: the gate could put the export where the "
+                     "plugin does not look; write its whole path there, or name it by 'place' in "
+                     "[gate] of talvenhr.conf")
+                .arg(importFile, settings.path())};
 }
 
 /// What the plugin's own settings say of the place.
@@ -267,7 +167,7 @@ Failure readPluginSettings(const Options &options, GateOptions *gate)
     if (const Failure failure = settings.check())
         return failure;
     if (gate->settings.place.isEmpty()) {
-        if (const Failure failure = checkImportFile(options, settings))
+        if (const Failure failure = checkImportFile(settings))
             return failure;
         gate->settings.place = settings.values().importFile;
     }
@@ -328,7 +228,7 @@ Failure readGateOptions(const Options &options, GateOptions *gate)
     settings.refusedHook = gate->hooks.refused;
     settings.lateHook = gate->hooks.late;
     QVector<Failure> failures {readFolders(options, &settings)};
-    failures += readValues(options, gate);
+    failures += readGateValues(options, gate);
     failures << readRelease(options, &gate->release) << readPluginSettings(options, gate)
              << readDatabaseOptions(options, &gate->database) << checkRehearsal(options, *gate);
     for (const Failure &failure : qAsConst(failures)) {
@@ -342,7 +242,7 @@ QStringList gateProblems(const Options &options, const DatabaseChoice &database)
 {
     GateOptions gate;
     gate.database = database;
-    QVector<Failure> failures = readValues(options, &gate);
+    QVector<Failure> failures = readGateValues(options, &gate);
     failures << checkRehearsal(options, gate);
     // Without deliveries there is no gate.
     if (!options.value(QStringLiteral("incoming")).isEmpty())

@@ -68,8 +68,8 @@ private:
     {
         const GateState &gate = status.gate;
         if (gate.failed.isValid())
-            // An export that waits is one that the plugin does not get.
-            add(gate.deliveries > 0 ? Level::Critical : Level::Warning,
+            // What waits, or has nowhere to come to, is an export that the plugin does not get.
+            add(gate.deliveries > 0 || gate.isWithoutIncoming ? Level::Critical : Level::Warning,
                 Text::tr("the gate failed on %1: %2; deliveries that wait: %3")
                     .arg(momentText(gate.failed), oneLine(gate.failure),
                          QString::number(gate.deliveries)),

@@ -76,6 +76,7 @@ void readDeliveries(const StatusSources &sources, const QDateTime &now, GateStat
 {
     QVector<Delivery> deliveries;
     QStringList waiting;
+    state->isWithoutIncoming = !sources.incoming.isEmpty() && !QDir(sources.incoming).exists();
     const IncomingWishes wishes {sources.incoming, sources.pattern, Completeness::Rename, 0};
     if (sources.incoming.isEmpty() || findDeliveries(wishes, now, &deliveries, &waiting))
         return;

@@ -67,6 +67,7 @@ struct GateState
     QString failure; ///< its words
     int deliveries = 0; ///< that wait
     QDateTime waitsSince; ///< the oldest of them
+    bool isWithoutIncoming = false; ///< the folder of deliveries is not there
     bool isNew = false; ///< all records can be seen, and there are none
 };
 

@@ -57,7 +57,8 @@ void tst_GateSettings::wrongSettings_areNamed_data()
                           << QStringLiteral("talvenhr.conf, line 7, takes yes or no, not 'maybe'");
     QTest::newRow("encoding") << QStringList {QStringLiteral("[mend]"),
                                               QStringLiteral("encoding=windows-9999")}
-                              << QStringLiteral("windows-9999");
+                              << QStringLiteral("talvenhr.conf, line 7, cannot be taken: "
+                                                "'windows-9999'");
     QTest::newRow("rehearse") << QStringList {QStringLiteral("rehearse=yes")}
                               << QStringLiteral("takes a database");
 }

@@ -95,9 +95,11 @@ void tst_StatusGate::failedRun_isCriticalWhereItHoldsBack()
     QCOMPARE(gate.value(QStringLiteral("deliveries")).toInt(), 1);
     QVERIFY(gate.value(QStringLiteral("stopped")).isNull());
 
-    // With nothing that waits it keeps no export from the plugin.
-    QVERIFY(QDir(folder.path(QStringLiteral("incoming"))).removeRecursively());
+    // With nothing that waits it keeps no export from the plugin, but for one that cannot come.
+    QVERIFY(QFile::remove(folder.path(QStringLiteral("incoming/ron.data"))));
     QCOMPARE(levelOf(concernsOf(folder.status())), Level::Warning);
+    QVERIFY(QDir(folder.path(QStringLiteral("incoming"))).removeRecursively());
+    QCOMPARE(levelOf(concernsOf(folder.status())), Level::Critical);
 }
 
 void tst_StatusGate::damagedFailure_isOneStill()
