@@ -9,7 +9,10 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTemporaryDir>
 #include <QtTest>
+
+#include <csignal>
 
 class tst_GateFailed : public QObject
 {
@@ -22,6 +25,7 @@ private Q_SLOTS:
     void endBeforeTheBegin_isKnownToo();
     void hookThatFails_isAWarning();
     void personAtTheKeyboard_isNoFailure();
+    void foldersOfAKilledRun_goWithTheNextGate();
 
 private:
     /// Lines of talvenhr.conf: a hook that keeps what it is told, and figures.
@@ -149,6 +153,30 @@ void tst_GateFailed::personAtTheKeyboard_isNoFailure()
     QCOMPARE(run({QStringLiteral("--relese"), QStringLiteral("none")}), 2);
     QVERIFY(!isKept());
     QCOMPARE(told(), QStringList());
+}
+
+/// Also those of the process that ran the plugin.
+void tst_GateFailed::foldersOfAKilledRun_goWithTheNextGate()
+{
+    const QTemporaryDir scratch;
+    const auto left = [&scratch] {
+        return QDir(scratch.path()).entryList({QStringLiteral("talvenhr-*")}, QDir::Dirs);
+    };
+    TalvenhrProcess killed(
+        site->runOptions({QStringLiteral("--private-db"), site->path(QStringLiteral("db"))}));
+    killed.setEnvironment(QStringLiteral("TMPDIR"), scratch.path());
+    killed.start();
+    const auto isLocked = [&] {
+        return QFile::exists(scratch.filePath(left().value(0) + QStringLiteral("/scratch.lock")));
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isLocked(), longestWait);
+    killed.sendSignal(SIGKILL);
+    QCOMPARE(killed.finish(), -1);
+    QVERIFY(!left().isEmpty());
+    TalvenhrProcess gate(site->gate());
+    gate.setEnvironment(QStringLiteral("TMPDIR"), scratch.path());
+    QCOMPARE(gate.finish(), 0);
+    QCOMPARE(left(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(tst_GateFailed)
