@@ -57,45 +57,6 @@ Failure Gate::run(GateResult *result)
     return failure;
 }
 
-Failure Gate::release(const ReleaseWish &wish, GateResult *result)
-{
-    if (const Failure failure = open(result))
-        return failure;
-    if (const Failure failure = refuseForeign(result))
-        return failure;
-    const GateRecord *record = recordOf(wish.what);
-    Delivery delivery = deliveryOf(record ? archive.path(*record, QStringLiteral(".export"))
-                                          : wish.what);
-    if (!QFileInfo(delivery.path).isFile())
-        return {ExitUsage,
-                Text::tr("'%1' is neither the name of a refused export nor a file; 'talvenhr "
-                         "status' shows what was refused")
-                    .arg(wish.what)};
-    delivery.stays = QFileInfo(QFileInfo(delivery.path).absolutePath()).canonicalFilePath()
-        != QFileInfo(settings.incoming.folder).canonicalFilePath();
-    if (record) {
-        delivery.name = record->exported.name;
-        delivery.time = record->fileTime;
-        delivery.rights = record->rights;
-    }
-    if (!wish.replacesNewer && wish.release.allowed.isEmpty()) {
-        if (const Failure failure = checkReplaced(delivery))
-            return failure;
-    }
-    return decide(delivery, wish.release, result);
-}
-
-/// Named by itself, or by the export that is kept of it; null for anything else.
-const GateRecord *Gate::recordOf(const QString &what) const
-{
-    const GateRecord *record = archive.find(QFileInfo(what).baseName());
-    const bool isMeant = record
-        && (what == record->name
-            || QFileInfo(what).canonicalFilePath()
-                == QFileInfo(archive.path(*record, QStringLiteral(".export"))).canonicalFilePath());
-    return isMeant ? record : nullptr;
-}
-
 /// Nothing is made beside a folder that somebody has misspelt.
 Failure Gate::open(GateResult *result)
 {
@@ -181,25 +142,6 @@ Failure Gate::refuseForeign(GateResult *result)
     if (const Failure failure = refuse(&record))
         return failure;
     return finish(delivery, record, result);
-}
-
-/// Whoever releases an export may not know what has come since. What is in place unread would never
-/// be read.
-Failure Gate::checkReplaced(const Delivery &delivery) const
-{
-    const QString digest = placement.digest();
-    const GateRecord *unread = digest.isEmpty() || !settings.isRemovedWhenRead
-        ? nullptr
-        : archive.passedWith(digest);
-    if (!unread
-        || !isOlder({delivery.name, delivery.time}, {unread->exported.name, unread->fileTime}))
-        return {};
-    return {ExitRefused,
-            Text::tr("'%1' of %2 is older than what lies in place and was not read yet, '%3' of %4 "
-                     "(%5); wait until the plugin has read that, or put this one in its place with "
-                     "--over-newer")
-                .arg(delivery.name, zonedText(delivery.time), unread->exported.name,
-                     zonedText(unread->fileTime), unread->name)};
 }
 
 Failure Gate::takeDeliveries(GateResult *result)

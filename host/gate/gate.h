@@ -39,7 +39,7 @@ struct GateSettings
 /// One export that a person lets through.
 struct ReleaseWish
 {
-    QString what; ///< the name of a refused one, or a path
+    QString what; ///< the name of a refused one or of a file about it, or the path of a delivery
     Release release;
     bool replacesNewer = false; ///< also a newer one that lies in place unread
 };
@@ -77,13 +77,19 @@ public:
 
 private:
     // gate.cpp
-    const GateRecord *recordOf(const QString &what) const;
     Failure open(GateResult *result);
     Failure recover(GateResult *result);
     Failure refuseForeign(GateResult *result);
-    Failure checkReplaced(const Delivery &delivery) const;
     Failure takeDeliveries(GateResult *result);
     void step(const char *name) const;
+
+    // gate_release.cpp
+    const GateRecord *recordOf(const QString &what) const;
+    bool isThroughAlready(const QString &digest, const ReleaseWish &wish, GateResult *result) const;
+    Failure findKept(const GateRecord &record, Delivery *delivery) const;
+    Failure findDelivered(const QString &path, Delivery *delivery) const;
+    Failure checkReplaced(const Delivery &delivery) const;
+    static Failure checkReleased(const GateRecord &record);
 
     // gate_decision.cpp
     Failure decide(const Delivery &delivery, const std::optional<Release> &release,

@@ -76,6 +76,8 @@ Failure Gate::decide(const Delivery &delivery, const std::optional<Release> &rel
     step("judge");
     if (const Failure failure = judge(release, &record, result))
         return failure;
+    if (const Failure failure = checkReleased(record))
+        return failure;
     record.seconds = static_cast<int>(clock.elapsed() / 1000);
     const bool passes = record.reasons.isEmpty() || (release && release->allowed.isEmpty());
     if (const Failure failure = passes ? letThrough(&record) : refuse(&record))

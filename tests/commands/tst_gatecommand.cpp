@@ -128,7 +128,7 @@ void tst_GateCommand::record_isWhatTheSchemaSays()
     TalvenhrProcess passed(site->gate({QStringLiteral("--json")}));
     QCOMPARE(passed.finish(), 0);
     QCOMPARE(schemaFault(passed.output().toUtf8(), QStringLiteral("gate")), QString());
-    site->deliver(QStringLiteral("nothing\n"));
+    site->deliver(GateConsole::exportOf(QStringLiteral("O'"), 3));
     TalvenhrProcess refused(site->gate({QStringLiteral("--json")}));
     QCOMPARE(refused.finish(), 5);
     QCOMPARE(schemaFault(refused.output().toUtf8(), QStringLiteral("gate")), QString());

@@ -130,6 +130,13 @@ QByteArray cutOff(const QByteArray &content, int lines)
     return content.split('\n').mid(0, lines).join('\n') + '\n';
 }
 
+QByteArray damaged(const QByteArray &content)
+{
+    QByteArray bytes = content;
+    bytes.insert(bytes.indexOf('\n', bytes.indexOf('\n') + 1), '|');
+    return bytes;
+}
+
 QStringList codesOf(const GateRecord &record)
 {
     QStringList codes;

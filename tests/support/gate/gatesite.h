@@ -53,6 +53,8 @@ private:
 
 /// The first lines of an export.
 QByteArray cutOff(const QByteArray &content, int lines);
+/// With an error in its first line of a person.
+QByteArray damaged(const QByteArray &content);
 /// Of its reasons.
 QStringList codesOf(const GateRecord &record);
 /// The endings of all files about a record.

@@ -114,10 +114,7 @@ void tst_Gate::cutOffExport_isRefusedForItsLines()
 void tst_Gate::errorInALine_isRefused()
 {
     GateSite site;
-    QByteArray content = site.nextExport();
-    const int line = content.indexOf('\n', content.indexOf('\n') + 1);
-    content.insert(line, '|');
-    site.deliver(content);
+    site.deliver(damaged(site.nextExport()));
     const GateRecord record = site.run().decided.value(0);
     QCOMPARE(record.outcome, GateRecord::Refused);
     QCOMPARE(record.reasons.size(), 1);

@@ -131,7 +131,7 @@ void tst_GateRehearsal::refusedByItsLines_isNotRehearsed()
         isRehearsed = true;
         return Failure();
     };
-    site.deliver("no export\n");
+    site.deliver(damaged(site.nextExport()));
     const GateRecord refused = site.run().decided.value(0);
     QCOMPARE(refused.outcome, GateRecord::Refused);
     QVERIFY(!isRehearsed);
