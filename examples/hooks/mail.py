@@ -18,6 +18,7 @@ names of people; what the mail says is enough to find the reports. To `failed` c
 import argparse
 import email.message
 import json
+import math
 import os
 import shutil
 import socket
@@ -45,6 +46,21 @@ def subject(record, late):
     return one_line(f'[talvenhr {socket.gethostname()}] {what} {record["export"]["file"]}')
 
 
+def ways(record):
+    """What lets the export through: none if people are missing in it."""
+    codes = [reason['code'] for reason in record['reasons']]
+    if 'E-FILE-CUT' in codes or 'E-FILE-NOTHING' in codes:
+        yield 'Ask for a whole export, and deliver that.'
+        return
+    allowed = ''.join(f' --allow {limit["kind"]}={math.ceil(limit["found"])}'
+                      for limit in record['limits'] if limit['found'] > limit['allowed'])
+    if allowed and all(code.startswith('limit:') for code in codes):
+        yield ('If these numbers are right:\n'
+               f'  talvenhr gate{allowed} {record["name"]} --reason "..."')
+    yield ('To let it through in spite of all of this:\n'
+           f'  talvenhr gate --release {record["name"]} --reason "..."')
+
+
 def paragraphs(record, late):
     """The text of the mail, for somebody who has to do something."""
     if record is None:
@@ -70,8 +86,7 @@ def paragraphs(record, late):
     if record['release']:
         yield f'Let through by {record["release"]["by"]}: {record["release"]["reason"]}'
     elif record['outcome'] == 'refused':
-        yield ('If it is right all the same:\n'
-               f'  talvenhr gate --release {record["name"]} --reason "..."')
+        yield from ways(record)
 
 
 def main():

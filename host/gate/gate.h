@@ -97,7 +97,8 @@ private:
     Failure takeIn(const Delivery &delivery, GateRecord *record);
     Failure judge(const std::optional<Release> &release, GateRecord *record, GateResult *result);
     void judgeAge(GateRecord *record) const;
-    Failure unpackLastGood(const GateRecord &last, JudgedFiles *files, GateRecord *record) const;
+    const GateRecord *releasedSince(const GateRecord &record) const;
+    Failure unpackLastGood(const GateRecord &good, JudgedFiles *files, GateRecord *record) const;
     Failure unpackTaken(QStringList *files, GateResult *result) const;
 
     // gate_filing.cpp

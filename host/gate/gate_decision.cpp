@@ -119,19 +119,19 @@ Failure Gate::takeIn(const Delivery &delivery, GateRecord *record)
 
 Failure Gate::judge(const std::optional<Release> &release, GateRecord *record, GateResult *result)
 {
-    const GateRecord *last = archive.lastPassed();
+    const GateRecord *good = archive.lastGood();
     const bool isReleased = release && release->allowed.isEmpty();
     judgeAge(record);
     if (!record->reasons.isEmpty() && !isReleased)
         return {};
     JudgedFiles files {work.mended(), QString(), {}, work.folder()};
-    if (last) {
-        if (const Failure failure = unpackLastGood(*last, &files, record))
+    if (good) {
+        if (const Failure failure = unpackLastGood(*good, &files, record))
             return failure;
     } else if (settings.holdsFirst) {
         record->reasons.append({QStringLiteral("hold"),
-                                Text::tr("it is the first export, and there is none to compare it "
-                                         "with"),
+                                Text::tr("no good export went through before, and there is none "
+                                         "to compare it with"),
                                 Text::tr("look at its report; if all is right, release it")});
     }
     JudgeSettings measures = settings.judge;
@@ -173,34 +173,44 @@ void Gate::judgeAge(GateRecord *record) const
                                 Text::tr("deliver the newest export")});
 }
 
+/// What went through last, if that is not what the export was compared with: a person had let it
+/// through as it was. Else null.
+const GateRecord *Gate::releasedSince(const GateRecord &record) const
+{
+    const GateRecord *last = archive.lastPassed();
+    return last && last->release && !record.comparedWith.isEmpty()
+            && last->name != record.comparedWith
+        ? last
+        : nullptr;
+}
+
 /// Somebody may have cleared the archive, or a disk has damaged it: what was cut off would then
 /// pass unseen, or nothing would pass any more.
-Failure Gate::unpackLastGood(const GateRecord &last, JudgedFiles *files, GateRecord *record) const
+Failure Gate::unpackLastGood(const GateRecord &good, JudgedFiles *files, GateRecord *record) const
 {
-    const QString packed = archive.path(last, QStringLiteral(".export.gz"));
+    const QString packed = archive.path(good, QStringLiteral(".export.gz"));
     const QString remedy = Text::tr("look at its report; if all is right, release it");
     if (!QFileInfo::exists(packed)) {
         record->reasons.append(
             {QStringLiteral("uncompared"),
-             Text::tr("'%1' is gone, the export that went through last: there is none to compare "
-                      "it with")
+             Text::tr("'%1' is gone, the last good export: there is none to compare it with")
                  .arg(packed),
              remedy});
         return {};
     }
-    const Failure failure = unpack(packed, work.lastGood(), last.placedDigest);
+    const Failure failure = unpack(packed, work.lastGood(), good.placedDigest);
     if (failure.exitCode == ExitErrors) {
         record->reasons.append(
             {QStringLiteral("uncompared"),
-             Text::tr("%1; it is the export that went through last, and there is none to compare "
-                      "this one with")
+             Text::tr("%1; it is the last good export, and there is none to compare this one with")
                  .arg(failure.text),
              remedy});
         return {};
     }
     if (failure)
         return failure;
-    record->comparedWith = last.name;
+    record->comparedWith = good.name;
+    record->comparedWhen = good.when;
     files->lastGood = work.lastGood();
     return {};
 }

@@ -126,7 +126,7 @@ Failure Gate::refuse(GateRecord *record)
     step("refuse");
     if (const Failure failure = fileReports(*record))
         return failure;
-    const QString text = refusalText(*record, settings.refused);
+    const QString text = refusalText(*record, settings.refused, releasedSince(*record));
     if (const Failure failure = writeOwnerFile(
             archive.path(*record, QStringLiteral(".txt")),
             [&text](QIODevice *file) { file->write(text.toUtf8()); }))

@@ -58,6 +58,11 @@ const GateRecord *GateArchive::lastPassed() const
                   [](const GateRecord &record) { return record.outcome == GateRecord::Passed; });
 }
 
+const GateRecord *GateArchive::lastGood() const
+{
+    return lastOf(all, isGood);
+}
+
 const GateRecord *GateArchive::find(const QString &name) const
 {
     return lastOf(all, [&name](const GateRecord &record) { return record.name == name; });
@@ -120,9 +125,10 @@ void GateArchive::removeOlderThan(int days, const QDateTime &now)
 {
     const qint64 seconds = 86400LL * days;
     const GateRecord *last = lastPassed();
+    const GateRecord *good = lastGood();
     QSet<QString> old;
     for (const GateRecord &record : qAsConst(all)) {
-        if (&record != last && record.when.secsTo(now) > seconds)
+        if (&record != last && &record != good && record.when.secsTo(now) > seconds)
             old.insert(record.name);
     }
     // Each folder is listed once: there may be records of years.

@@ -28,6 +28,9 @@ public:
     const QStringList &unreadable() const { return unreadableRecords; }
     /// The last one that went through; null if none did.
     const GateRecord *lastPassed() const;
+    /// The last one that went through without a person who let it through as it was: what others
+    /// are compared with; null if there is none.
+    const GateRecord *lastGood() const;
     /// Null if there is none.
     const GateRecord *find(const QString &name) const;
     /// The last one that went through with these bytes, as they came or as they stood in place;
@@ -47,7 +50,7 @@ public:
     void forget(const GateRecord &record);
 
     /// Removes exports and reports, which hold names of people, after so many days. The records
-    /// stay, and so does the last export that went through.
+    /// stay, and so do the last export that went through and the last good one.
     void removeOlderThan(int days, const QDateTime &now);
 
 private:

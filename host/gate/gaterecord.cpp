@@ -220,6 +220,7 @@ QString readMembers(const Members &members, GateRecord *record)
     record->rights = members.text("rights").toInt(nullptr, 8);
     record->placedDigest = members.text("placedDigest");
     record->comparedWith = members.text("comparedWith");
+    record->comparedWhen = members.moment("comparedWhen");
     record->replaced = members.text("replaced");
     const Members fates(members.value("fates"));
     record->fates = {fates.number("taken"), fates.number("header"), fates.number("blank"),
@@ -254,6 +255,19 @@ QString outcomeName(GateRecord::Outcome outcome)
     return {};
 }
 
+bool isGood(const GateRecord &record)
+{
+    static const QStringList otherReasons {QStringLiteral("seen"), QStringLiteral("older"),
+                                           QStringLiteral("hold"), QStringLiteral("uncompared"),
+                                           QStringLiteral("foreign")};
+    const bool isReleased = record.release && record.release->allowed.isEmpty();
+    return record.outcome == GateRecord::Passed
+        && (!isReleased
+            || std::all_of(
+                record.reasons.cbegin(), record.reasons.cend(),
+                [](const RefusalReason &reason) { return otherReasons.contains(reason.code); }));
+}
+
 QString recordEnding()
 {
     return QStringLiteral(".gate.json");
@@ -273,6 +287,7 @@ QByteArray gateRecordJson(const GateRecord &record)
                        member("export", exportMap(record.exported)),
                        member("placedDigest", textOrNull(record.placedDigest)),
                        member("comparedWith", textOrNull(record.comparedWith)),
+                       member("comparedWhen", moment(record.comparedWhen)),
                        member("replaced", textOrNull(record.replaced)),
                        member("fates", fatesMap(record.fates)),
                        member("lost", record.lost),

@@ -66,6 +66,7 @@ struct GateRecord
     ExportIdentity exported; ///< the file as it came
     QString placedDigest; ///< of what stood in place; differs where cells were mended
     QString comparedWith; ///< name of the record of the last good export; empty: there was none
+    QDateTime comparedWhen; ///< when that one was decided on
     QString replaced; ///< name of the record whose export was in place unread; empty: none was
     FateCounts fates;
     int lost = 0; ///< people of the last good export who are not in this one
@@ -82,6 +83,10 @@ struct GateRecord
 
 /// "passing", "passed", "refused", "superseded".
 QString outcomeName(GateRecord::Outcome outcome);
+
+/// It went through, and nobody had to let it through in spite of what it holds: others can be
+/// compared with it.
+bool isGood(const GateRecord &record);
 
 /// The ending of a record's file: "NAME.gate.json".
 QString recordEnding();

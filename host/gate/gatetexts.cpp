@@ -9,6 +9,7 @@
 #include <QDir>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -82,6 +83,41 @@ QString filesText(const GateRecord &record, const QString &folder)
     return text;
 }
 
+/// Empty for one that was compared with none.
+QString comparisonText(const GateRecord &record, const GateRecord *released)
+{
+    if (record.comparedWith.isEmpty())
+        return QString();
+    QString text = Text::tr("It was compared with the last good export, which went through on %1 "
+                            "(%2).\n")
+                       .arg(zonedText(record.comparedWhen), record.comparedWith);
+    if (released)
+        text += Text::tr("The one that went through since, on %1 (%2), is no measure: %3 had let "
+                         "it through as it was, with the reason \"%4\".\n")
+                    .arg(zonedText(released->when), released->name, released->release->by,
+                         released->release->reason);
+    return text + QLatin1Char('\n');
+}
+
+QString waysText(const GateRecord &record)
+{
+    if (!isReleasable(record))
+        return Text::tr("Nobody should let it through: people would be missing. Ask for a whole "
+                        "export, and deliver that.\n");
+    QString text;
+    const QString allowed = allowOptions(record);
+    if (!allowed.isEmpty())
+        text = Text::tr("If these numbers are right, have it looked at again, with other limits "
+                        "for this once:\n"
+                        "  talvenhr gate%1 %2 --reason \"why\"\n\n")
+                   .arg(allowed, record.name);
+    return text
+        + Text::tr("To let it through in spite of all of this, as it is, so that the next export "
+                   "is not compared with it:\n"
+                   "  talvenhr gate --release %1 --reason \"why\"\n")
+              .arg(record.name);
+}
+
 } // namespace
 
 QString decisionLine(const GateRecord &record, const QString &whyNotRehearsed)
@@ -99,7 +135,7 @@ QString decisionLine(const GateRecord &record, const QString &whyNotRehearsed)
     return passedLine(record, whyNotRehearsed);
 }
 
-QString refusalText(const GateRecord &record, const QString &folder)
+QString refusalText(const GateRecord &record, const QString &folder, const GateRecord *released)
 {
     QString text = Text::tr(
                        "The export '%1' of %2 was refused on %3. The plugin does not see it.\n\n")
@@ -108,9 +144,32 @@ QString refusalText(const GateRecord &record, const QString &folder)
     text += Text::tr("Reasons:\n");
     for (const RefusalReason &reason : record.reasons)
         text += reasonText(reason);
-    text += QLatin1Char('\n') + filesText(record, folder) + QLatin1Char('\n');
-    text += Text::tr("To let it through in spite of all of this, as it is:\n"
-                     "  talvenhr gate --release %1 --reason \"why\"\n")
-                .arg(record.name);
-    return text;
+    text += QLatin1Char('\n') + comparisonText(record, released);
+    text += filesText(record, folder) + QLatin1Char('\n');
+    return text + waysText(record);
+}
+
+QString allowOptions(const GateRecord &record)
+{
+    const bool isOnlyLimits = std::all_of(
+        record.reasons.cbegin(), record.reasons.cend(), [](const RefusalReason &reason) {
+            return reason.code.startsWith(QLatin1String("limit:"));
+        });
+    QString options;
+    for (const LimitOutcome &outcome : record.limits) {
+        if (isOnlyLimits && outcome.isExceeded())
+            options += QStringLiteral(" --allow %1=%2")
+                           .arg(outcome.limit.kind)
+                           .arg(static_cast<qint64>(std::ceil(outcome.found)));
+    }
+    return options;
+}
+
+bool isReleasable(const GateRecord &record)
+{
+    return std::none_of(record.reasons.cbegin(), record.reasons.cend(),
+                        [](const RefusalReason &reason) {
+                            return reason.code == QLatin1String("E-FILE-CUT")
+                                || reason.code == QLatin1String("E-FILE-NOTHING");
+                        });
 }

@@ -5,13 +5,13 @@
 
 #include "host/base/oneline.h"
 #include "host/changes/changestext.h"
+#include "host/gate/gatetexts.h"
 
 #include <QCoreApplication>
 #include <QHash>
 #include <QLocale>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -19,23 +19,6 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(StatusTexts)
 };
-
-/// Of the limits that it exceeds; empty where something else is wrong, too.
-QString allowOptions(const GateRecord &record)
-{
-    const bool isOnlyLimits = std::all_of(
-        record.reasons.cbegin(), record.reasons.cend(), [](const RefusalReason &reason) {
-            return reason.code.startsWith(QLatin1String("limit:"));
-        });
-    QString options;
-    for (const LimitOutcome &outcome : record.limits) {
-        if (isOnlyLimits && outcome.isExceeded())
-            options += QStringLiteral(" --allow %1=%2")
-                           .arg(outcome.limit.kind)
-                           .arg(static_cast<qint64>(std::ceil(outcome.found)));
-    }
-    return options;
-}
 
 } // namespace
 
@@ -88,8 +71,9 @@ QString refusalRemedy(const GateRecord &record)
     if (!allowed.isEmpty())
         texts.append(Text::tr("'talvenhr gate%1 %2 --reason TEXT' raises its limits for this once")
                          .arg(allowed, record.name));
-    texts.append(Text::tr("'talvenhr gate --release %1 --reason TEXT' lets it through as it is")
-                     .arg(record.name));
+    if (isReleasable(record))
+        texts.append(Text::tr("'talvenhr gate --release %1 --reason TEXT' lets it through as it is")
+                         .arg(record.name));
     return texts.join(QStringLiteral("; "));
 }
 

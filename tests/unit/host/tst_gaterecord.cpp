@@ -39,6 +39,7 @@ GateRecord tst_GateRecord::fullRecord()
     record.exported = {QStringLiteral("ron.data"), QStringLiteral("0123"), 5000000000, 12};
     record.placedDigest = QStringLiteral("4567");
     record.comparedWith = QStringLiteral("20261121T124002Z-ba9876543210");
+    record.comparedWhen = record.when.addDays(-1);
     record.replaced = record.comparedWith;
     record.fates = {8, 1, 2, 1};
     record.lost = 3;

@@ -1,61 +1,115 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
-// What the gate tells people, wherever they sit.
-#include "host/base/zonedtext.h"
+// What the gate tells people about a refusal, and which ways on it names.
 #include "host/gate/gatetexts.h"
 
 #include <QtTest>
 
-#include <ctime>
+namespace {
+
+const QString raised = QStringLiteral("  talvenhr gate --allow ended=31 --allow leave-days=11 "
+                                      "20261122T124002Z-0123456789ab --reason \"why\"\n");
+const QString released = QStringLiteral(
+    "  talvenhr gate --release 20261122T124002Z-0123456789ab --reason \"why\"\n");
+
+/// Refused for two limits.
+GateRecord refusal()
+{
+    GateRecord record;
+    record.name = QStringLiteral("20261122T124002Z-0123456789ab");
+    record.exported.name = QStringLiteral("ron.data");
+    record.when = QDateTime(QDate(2026, 11, 22), QTime(12, 40, 2), Qt::UTC);
+    record.fileTime = record.when.addSecs(-60);
+    record.reasons = {{QStringLiteral("limit:ended"), QStringLiteral("x"), QString()},
+                      {QStringLiteral("limit:leave-days"), QStringLiteral("y"), QString()}};
+    record.limits = {{{QStringLiteral("ended"), 10, false}, 10, 31},
+                     {{QStringLiteral("added"), 10, false}, 10, 10},
+                     {{QStringLiteral("leave-days"), 10, false}, 10, 10.25}};
+    return record;
+}
+
+QString textOf(const GateRecord &record, const GateRecord *since = nullptr)
+{
+    return refusalText(record, QStringLiteral("/none"), since);
+}
+
+} // namespace
 
 class tst_GateTexts : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void moment_saysItsZone_data();
-    void moment_saysItsZone();
-    void refusal_saysTheZoneOfItsMoments();
-
-private:
-    static void setZone(const QByteArray &zone);
+    void limitsAlone_areRaisedFirst();
+    void otherReasons_takeARelease();
+    void exportThatMissesPeople_hasNoWayOn_data();
+    void exportThatMissesPeople_hasNoWayOn();
+    void comparison_isNamedWithItsTime();
+    void releasedSince_isNoMeasure();
 };
 
-void tst_GateTexts::setZone(const QByteArray &zone)
+void tst_GateTexts::limitsAlone_areRaisedFirst()
 {
-    qputenv("TZ", zone);
-    ::tzset();
+    const QString text = textOf(refusal());
+    QVERIFY2(text.contains(raised), qPrintable(text));
+    QVERIFY2(text.endsWith(released), qPrintable(text));
+    QVERIFY(!text.contains(QStringLiteral("compared with the last good export")));
 }
 
-void tst_GateTexts::moment_saysItsZone_data()
+void tst_GateTexts::otherReasons_takeARelease()
 {
-    QTest::addColumn<QByteArray>("zone");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("east") << QByteArray("Europe/Prague") << "2026-11-22T04:30:21+01:00";
-    QTest::newRow("west") << QByteArray("America/New_York") << "2026-11-21T22:30:21-05:00";
-    QTest::newRow("UTC") << QByteArray("UTC") << "2026-11-22T03:30:21Z";
+    GateRecord record = refusal();
+    record.reasons.append({QStringLiteral("E-CODING"), QStringLiteral("z"), QString()});
+    QVERIFY(!textOf(record).contains(QStringLiteral("--allow")));
+    QVERIFY(textOf(record).endsWith(released));
 }
 
-void tst_GateTexts::moment_saysItsZone()
+void tst_GateTexts::exportThatMissesPeople_hasNoWayOn_data()
 {
-    QFETCH(QByteArray, zone);
-    QFETCH(QString, text);
-    setZone(zone);
-    const QDateTime moment(QDate(2026, 11, 22), QTime(3, 30, 21), Qt::UTC);
-    QCOMPARE(zonedText(moment), text);
-    QCOMPARE(zonedText(moment.toLocalTime()), text);
+    QTest::addColumn<QString>("code");
+    QTest::newRow("cut off") << QStringLiteral("E-FILE-CUT");
+    QTest::newRow("no usable line") << QStringLiteral("E-FILE-NOTHING");
 }
 
-void tst_GateTexts::refusal_saysTheZoneOfItsMoments()
+void tst_GateTexts::exportThatMissesPeople_hasNoWayOn()
 {
-    setZone("Europe/Prague");
-    GateRecord record;
-    record.exported.name = QStringLiteral("ron.data");
-    record.fileTime = QDateTime(QDate(2026, 11, 22), QTime(4, 0));
-    record.when = QDateTime(QDate(2026, 11, 22), QTime(3, 30, 21), Qt::UTC); // as a record is read
-    QVERIFY(refusalText(record, QStringLiteral("/refused"))
-                .startsWith(QStringLiteral("The export 'ron.data' of 2026-11-22T04:00:00+01:00 was "
-                                           "refused on 2026-11-22T04:30:21+01:00.")));
+    QFETCH(QString, code);
+    GateRecord record = refusal();
+    record.reasons.append({code, QStringLiteral("z"), QString()});
+    const QString text = textOf(record);
+    QVERIFY2(!text.contains(QStringLiteral("--release")), qPrintable(text));
+    QVERIFY(!text.contains(QStringLiteral("--allow")));
+    QVERIFY(text.contains(QStringLiteral("Ask for a whole export")));
+}
+
+void tst_GateTexts::comparison_isNamedWithItsTime()
+{
+    GateRecord record = refusal();
+    record.comparedWith = QStringLiteral("20261121T124002Z-ba9876543210");
+    record.comparedWhen = record.when.addDays(-1);
+    const QString text = textOf(record);
+    QVERIFY2(text.contains(QStringLiteral("compared with the last good export, which went through "
+                                          "on 2026-11-21T13:40:02+01:00 "
+                                          "(20261121T124002Z-ba9876543210).")),
+             qPrintable(text));
+    QVERIFY(!text.contains(QStringLiteral("no measure")));
+}
+
+void tst_GateTexts::releasedSince_isNoMeasure()
+{
+    GateRecord record = refusal();
+    record.comparedWith = QStringLiteral("20261120T124002Z-ba9876543210");
+    record.comparedWhen = record.when.addDays(-2);
+    GateRecord since;
+    since.name = QStringLiteral("20261121T124002Z-111111111111");
+    since.when = record.when.addDays(-1);
+    since.release = Release {QStringLiteral("anna"), QStringLiteral("payroll"), {}};
+    const QString text = textOf(record, &since);
+    QVERIFY2(
+        text.contains(QStringLiteral("on 2026-11-21T13:40:02+01:00 (20261121T124002Z-111111111111),"
+                                     " is no measure: anna had let it through as it was, with "
+                                     "the reason \"payroll\".")),
+        qPrintable(text));
 }
 
 QTEST_GUILESS_MAIN(tst_GateTexts)

@@ -95,15 +95,27 @@ void tst_MailHook::refusal_tellsWhatToDo()
     QVERIFY(parts.constFirst().contains(QStringLiteral("To: hr@example.org, it@example.org\n")));
     QVERIFY(parts.constFirst().contains(QRegularExpression(
         QStringLiteral("\nSubject: \\[talvenhr .*\\] export refused: ron.data"))));
-    QCOMPARE(parts.mid(1),
-             (QStringList {QStringLiteral("ron.data, 12 lines, 5000 bytes"),
-                           QStringLiteral("refused at 2026-11-22T12:40:02.345Z, filed as "
-                                          "20261122T124002Z-0123456789ab"),
-                           QStringLiteral("* too many \"ends\" (limit:ended)"),
-                           QStringLiteral("  What to do: ask the HR department"),
-                           QStringLiteral("* no date (E-CELL-DATE)"),
-                           QStringLiteral("If it is right all the same:\n  talvenhr gate --release "
-                                          "20261122T124002Z-0123456789ab --reason \"...\"\n")}));
+    QCOMPARE(
+        parts.mid(1),
+        (QStringList {
+            QStringLiteral("ron.data, 12 lines, 5000 bytes"),
+            QStringLiteral("refused at 2026-11-22T12:40:02.345Z, filed as "
+                           "20261122T124002Z-0123456789ab"),
+            QStringLiteral("* too many \"ends\" (limit:ended)"),
+            QStringLiteral("  What to do: ask the HR department"),
+            QStringLiteral("* no date (E-CELL-DATE)"),
+            QStringLiteral("To let it through in spite of all of this:\n  talvenhr gate --release "
+                           "20261122T124002Z-0123456789ab --reason \"...\"\n")}));
+    // Where only limits are exceeded, they come first.
+    GateRecord record = refusedRecord();
+    record.reasons.removeLast();
+    record.limits = {{{QStringLiteral("ended"), 10, false}, 10, 31},
+                     {{QStringLiteral("added"), 10, false}, 10, 10}};
+    QVERIFY(sent(gateRecordJson(record))
+                .contains(QStringLiteral("right:\n  talvenhr gate --allow ended=31 "
+                                         "20261122T124002Z-0123456789ab --reason \"...\"\n\n")));
+    record.reasons.append({QStringLiteral("E-FILE-CUT"), QStringLiteral("x"), QString()});
+    QVERIFY(!sent(gateRecordJson(record)).contains(QStringLiteral("talvenhr gate")));
     QFile arguments(path("arguments"));
     QVERIFY(arguments.open(QIODevice::ReadOnly));
     QCOMPARE(arguments.readAll(), QByteArray("-t -i\n"));

@@ -240,6 +240,9 @@ void tst_StatusGate::refusal_hasTheRemedyOfItsReason()
     // A limit alone would not let it through.
     record.reasons.append({QStringLiteral("E-CODING"), QStringLiteral("z"), QString()});
     QVERIFY(!remedy().contains(QStringLiteral("--allow")));
+    // People would be missing.
+    record.reasons.append({QStringLiteral("E-FILE-CUT"), QStringLiteral("z"), QString()});
+    QVERIFY(!remedy().contains(QStringLiteral("--release")));
 }
 
 void tst_StatusGate::gateThatHasNotRun_missesNoFolders()
