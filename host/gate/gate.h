@@ -96,6 +96,7 @@ private:
                    GateResult *result);
     Failure takeIn(const Delivery &delivery, GateRecord *record);
     Failure judge(const std::optional<Release> &release, GateRecord *record, GateResult *result);
+    bool followsNewer(const GateRecord &record) const;
     void judgeAge(GateRecord *record) const;
     const GateRecord *releasedSince(const GateRecord &record) const;
     Failure unpackLastGood(const GateRecord &good, JudgedFiles *files, GateRecord *record) const;

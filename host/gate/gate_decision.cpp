@@ -67,7 +67,9 @@ Failure Gate::decide(const Delivery &delivery, const std::optional<Release> &rel
     record.release = release;
     const bool isSuperseded = !release
         && std::any_of(result->decided.cbegin(), result->decided.cend(),
-                       [](const GateRecord &other) { return other.outcome == GateRecord::Passed; });
+                       [](const GateRecord &other) {
+                           return other.outcome == GateRecord::Passed || other.isNothingNew;
+                       });
     if (isSuperseded) {
         if (const Failure failure = supersede(&record))
             return failure;
@@ -150,10 +152,20 @@ Failure Gate::judge(const std::optional<Release> &release, GateRecord *record, G
     return judgeExport(measures, files, isReleased, record);
 }
 
+/// A newer one came before it, and was refused: what is in place is not what the HR system has.
+bool Gate::followsNewer(const GateRecord &record) const
+{
+    const QVector<GateRecord> &records = archive.records();
+    return !records.isEmpty() && records.constLast().outcome == GateRecord::Refused
+        && isOlder({record.exported.name, record.fileTime},
+                   {records.constLast().exported.name, records.constLast().fileTime});
+}
+
 void Gate::judgeAge(GateRecord *record) const
 {
     const GateRecord *last = archive.lastPassed();
     const GateRecord *seen = archive.passedWith(record->exported.digest);
+    record->isNothingNew = seen && seen == last && !record->release && !followsNewer(*record);
     if (seen)
         record->reasons.append(
             {QStringLiteral("seen"),
@@ -163,7 +175,10 @@ void Gate::judgeAge(GateRecord *record) const
                        .arg(zonedText(seen->when))
                  : Text::tr("an old export: the same bytes went through on %1, and others since")
                        .arg(zonedText(seen->when)),
-             Text::tr("look whether the HR system has written a new export")});
+             record->isNothingNew
+                 ? Text::tr("nothing, if nothing has changed; else look whether the HR system has "
+                            "written a new export")
+                 : Text::tr("look whether the HR system has written a new export")});
     else if (last
              && isOlder({record->exported.name, record->fileTime},
                         {last->exported.name, last->fileTime}))

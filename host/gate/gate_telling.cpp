@@ -49,13 +49,13 @@ Failure Gate::remove(const Delivery &delivery)
     return delivery.stays || !isUnchanged(delivery) ? Failure() : removeDelivery(delivery);
 }
 
-/// Calls the hook, once.
+/// Calls the hook, once. Nobody has to do anything about an export without news.
 void Gate::tell(GateRecord *record, GateResult *result)
 {
     if (record->isTold)
         return;
     step("hook");
-    if (record->outcome == GateRecord::Refused)
+    if (record->outcome == GateRecord::Refused && !record->isNothingNew)
         runHook(settings.refusedHook, gateRecordJson(*record), result);
     else if (record->outcome == GateRecord::Passed)
         runHook(settings.passedHook, gateRecordJson(*record), result);

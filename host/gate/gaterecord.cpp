@@ -239,6 +239,7 @@ QString readMembers(const Members &members, GateRecord *record)
             record->release->allowed.append(limit.toString());
     }
     record->seconds = members.number("seconds");
+    record->isNothingNew = members.value("nothingNew").toBool();
     // Those who wrote none had told it.
     record->isTold = members.value("told").toBool(true);
     return {};
@@ -299,6 +300,7 @@ QByteArray gateRecordJson(const GateRecord &record)
                        member("mendedCells", record.mendedCells),
                        member("release", releaseValue(record.release)),
                        member("seconds", record.seconds),
+                       member("nothingNew", record.isNothingNew),
                        member("told", record.isTold)})
         + '\n';
 }

@@ -78,6 +78,7 @@ struct GateRecord
     int mendedCells = 0;
     std::optional<Release> release;
     int seconds = 0; ///< that the decision took
+    bool isNothingNew = false; ///< refused for the bytes of what went through last
     bool isTold = false; ///< its hook was called, if there is one
 };
 

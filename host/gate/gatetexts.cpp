@@ -47,6 +47,9 @@ QString refusedLine(const GateRecord &record)
 {
     const RefusalReason first = record.reasons.value(0);
     const int others = record.reasons.size() - 1;
+    if (record.isNothingNew)
+        return Text::tr("nothing new: %1 (%2): %3")
+            .arg(record.exported.name, record.name, first.text);
     const QString more = others > 0 ? Text::tr("; further reasons: %1").arg(others) : QString();
     return Text::tr("refused: %1 (%2): %3%4")
         .arg(record.exported.name, record.name, first.text, more);
@@ -106,6 +109,10 @@ QString waysText(const GateRecord &record)
                         "export, and deliver that.\n");
     QString text;
     const QString allowed = allowOptions(record);
+    if (record.isNothingNew)
+        return Text::tr("To have the plugin read it once more:\n"
+                        "  talvenhr gate --release %1 --reason \"why\"\n")
+            .arg(record.name);
     if (!allowed.isEmpty())
         text = Text::tr("If these numbers are right, have it looked at again, with other limits "
                         "for this once:\n"
@@ -137,9 +144,11 @@ QString decisionLine(const GateRecord &record, const QString &whyNotRehearsed)
 
 QString refusalText(const GateRecord &record, const QString &folder, const GateRecord *released)
 {
-    QString text = Text::tr(
-                       "The export '%1' of %2 was refused on %3. The plugin does not see it.\n\n")
-                       .arg(record.exported.name, zonedText(record.fileTime),
+    const QString head = record.isNothingNew
+        ? Text::tr("The export '%1' of %2 brought nothing new on %3. The plugin does not see it, "
+                   "and has nothing to do.\n\n")
+        : Text::tr("The export '%1' of %2 was refused on %3. The plugin does not see it.\n\n");
+    QString text = head.arg(record.exported.name, zonedText(record.fileTime),
                             zonedText(record.when));
     text += Text::tr("Reasons:\n");
     for (const RefusalReason &reason : record.reasons)

@@ -111,7 +111,7 @@ private:
                 Text::tr("ask whoever runs the HR system"));
         if (!last)
             return;
-        if (last->outcome == GateRecord::Refused)
+        if (isRefused(*last))
             add(Level::Critical, Text::tr("the last export was refused: %1").arg(reasonText(*last)),
                 refusalRemedy(*last));
         const GateRecord *const passed = lastPassed(status.records);

@@ -78,8 +78,9 @@ void addLastExport(const Status &status, const GateRecord &last, Families *famil
 {
     families->moment("last_export_timestamp_seconds", "When the gate last decided on an export.",
                      last.when);
-    families->single("last_export_refused", "1 if the last export was refused.",
-                     last.outcome == GateRecord::Refused ? 1 : 0);
+    families->single("last_export_refused",
+                     "1 if the last export was refused, and brought something new.",
+                     isRefused(last) ? 1 : 0);
     families->single("last_export_bytes", "Size of the last export.", last.exported.size);
     families->single("gate_seconds", "How long the gate took for the last export.", last.seconds);
     families->begin("export_lines", gauge, "Lines of the last export by what becomes of them.");

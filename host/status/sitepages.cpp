@@ -85,7 +85,7 @@ QString severityOf(const GateRecord &record)
 {
     switch (record.outcome) {
     case GateRecord::Refused:
-        return key("error");
+        return isRefused(record) ? key("error") : key("good");
     case GateRecord::Superseded:
         return QString();
     case GateRecord::Passed:

@@ -35,6 +35,11 @@ const GateRecord *lastRecord(const Status &status)
     return last;
 }
 
+bool isRefused(const GateRecord &record)
+{
+    return record.outcome == GateRecord::Refused && !record.isNothingNew;
+}
+
 const GateRecord *lastPassed(const QVector<GateRecord> &records)
 {
     const auto found = std::find_if(

@@ -110,6 +110,8 @@ struct Status
 /// Null where there is none. The last export that came, whatever became of it: a refused one, too,
 /// in whose stead an older one went through; but none that a newer one has superseded.
 const GateRecord *lastRecord(const Status &status);
+/// Somebody has to see to it: it was refused for more than that nothing in it is new.
+bool isRefused(const GateRecord &record);
 /// The last export that went through.
 const GateRecord *lastPassed(const QVector<GateRecord> &records);
 /// Somebody has to do something; what waits for attendance or another day comes by itself.

@@ -86,7 +86,8 @@ QString outcomeText(const GateRecord &record)
         return record.release ? Text::tr("let through by %1").arg(oneLine(record.release->by))
                               : Text::tr("passed");
     case GateRecord::Refused:
-        return Text::tr("refused");
+        return isRefused(record) ? Text::tr("refused")
+                                 : Text::tr("nothing new since the last one that passed");
     case GateRecord::Superseded:
         break;
     }

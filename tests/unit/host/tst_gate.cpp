@@ -26,8 +26,6 @@ private Q_SLOTS:
     void cutOffExport_isRefusedForItsLines();
     void errorInALine_isRefused();
     void refuseWords_decideWhatRefuses();
-    void sameBytes_areRefused();
-    void olderExport_isRefused();
     void severalDeliveries_newestGoesThrough();
     void severalDeliveries_olderGoesThroughWhereTheNewestIsDamaged();
     void deliveryThatCannotBeRead_stays();
@@ -144,40 +142,6 @@ void tst_Gate::refuseWords_decideWhatRefuses()
     QCOMPARE(codesOf(refused), QStringList {code});
     QVERIFY(checkRefusals({QStringLiteral("warnin")}).text.contains(QStringLiteral("'warning'")));
     QVERIFY(!checkRefusals(standardRefusals()));
-}
-
-void tst_Gate::sameBytes_areRefused()
-{
-    GateSite site;
-    const QByteArray content = site.nextExport();
-    site.deliver(content);
-    site.run();
-    site.read();
-    site.deliver(content);
-    const GateRecord record = site.run().decided.value(0);
-    QCOMPARE(record.outcome, GateRecord::Refused);
-    QCOMPARE(codesOf(record), QStringList {QStringLiteral("seen")});
-    QVERIFY(site.inPlace().isNull());
-    QCOMPARE(site.release({record.name, byHand}).decided.value(0).outcome, GateRecord::Passed);
-    QCOMPARE(site.inPlace(), content);
-}
-
-void tst_Gate::olderExport_isRefused()
-{
-    GateSite site;
-    const QByteArray yesterday = site.nextExport();
-    const QByteArray today = site.nextExport();
-    site.deliver(today);
-    site.run();
-    site.deliver(yesterday);
-    QFile file(QDir(site.settings.incoming.folder).filePath(QStringLiteral("ron.data")));
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-60),
-                             QFileDevice::FileModificationTime));
-    file.close();
-    const GateRecord record = site.run().decided.value(0);
-    QCOMPARE(codesOf(record), QStringList {QStringLiteral("older")});
-    QCOMPARE(site.inPlace(), today);
 }
 
 void tst_Gate::severalDeliveries_newestGoesThrough()

@@ -57,6 +57,7 @@ GateRecord tst_GateRecord::fullRecord()
         QStringLiteral("anna"), QStringLiteral("branch closed"), {QStringLiteral("ended=3")}};
     record.seconds = 11;
     record.rights = 0640;
+    record.isNothingNew = true;
     record.isTold = true;
     return record;
 }

@@ -30,9 +30,6 @@ private Q_SLOTS:
     void exportWithoutAUsableLine_isNeverReleased();
     void twice_saysThatItIsInPlace_data();
     void twice_saysThatItIsInPlace();
-    void released_isNoMeasureForTheNext();
-    void allowed_isTheMeasureForTheNext();
-    void held_isTheMeasureOnceReleased();
     void release_ofNothingKnown_isNamed();
     void release_takesAForeignFileAwayFirst();
     void release_ofAnOlderOne_waitsForTheNewerOneInPlace();
@@ -217,71 +214,6 @@ void tst_GateRelease::twice_saysThatItIsInPlace()
              qPrintable(again.news.value(0)));
     QVERIFY(said.isEmpty() || again.news.constFirst().contains(passed.name));
     QCOMPARE(site.inPlace().isNull(), isAllowed && isRead);
-}
-
-void tst_GateRelease::released_isNoMeasureForTheNext()
-{
-    GateSite site;
-    site.deliver(site.nextExport());
-    const GateRecord good = site.run().decided.value(0);
-    site.deliver(cutOff(site.nextExport(), 40));
-    const GateRecord refused = site.run().decided.value(0);
-    const GateRecord released = site.release({refused.name, byHand}).decided.value(0);
-    QCOMPARE(released.outcome, GateRecord::Passed);
-    QVERIFY(!isGood(released));
-    // Another bad one says what it was compared with, and what not.
-    site.deliver(cutOff(site.nextExport(), 50));
-    const GateRecord bad = site.run().decided.value(0);
-    QCOMPARE(bad.comparedWith, good.name);
-    QCOMPARE(bad.comparedWhen, good.when);
-    QFile text(QDir(site.settings.refused).filePath(bad.name + QStringLiteral(".txt")));
-    QVERIFY(text.open(QIODevice::ReadOnly));
-    const QString words = QString::fromUtf8(text.readAll());
-    QVERIFY2(words.contains(good.name) && words.contains(released.name), qPrintable(words));
-    QVERIFY2(words.contains(QStringLiteral("anna had let it through as it was, with the reason "
-                                           "\"the branch is closed\"")),
-             qPrintable(words));
-    // Not even when it is old enough for its files to go.
-    GateArchive archive(site.settings.archive, site.settings.refused);
-    QVERIFY(!archive.open());
-    archive.removeOlderThan(1, QDateTime::currentDateTime().addDays(3));
-    // The day after, all are back.
-    site.deliver(site.nextExport());
-    const GateRecord next = site.run().decided.value(0);
-    QCOMPARE(codesOf(next), QStringList());
-    QCOMPARE(next.comparedWith, good.name);
-}
-
-void tst_GateRelease::allowed_isTheMeasureForTheNext()
-{
-    GateSite site;
-    site.deliver(site.nextExport());
-    site.run();
-    site.deliver(cutOff(site.nextExport(), 90));
-    Release release = byHand;
-    release.allowed = QStringList {QStringLiteral("lost=100")};
-    const GateRecord refused = site.run().decided.value(0);
-    const GateRecord allowed = site.release({refused.name, release}).decided.value(0);
-    site.deliver(cutOff(site.nextExport(), 90));
-    QCOMPARE(site.run().decided.value(0).comparedWith, allowed.name);
-}
-
-/// Nothing was found against it.
-void tst_GateRelease::held_isTheMeasureOnceReleased()
-{
-    GateSite site;
-    site.settings.holdsFirst = true;
-    site.deliver(damaged(site.nextExport()));
-    const GateRecord bad = site.run().decided.value(0);
-    site.release({bad.name, byHand});
-    site.deliver(site.nextExport());
-    const GateRecord held = site.run().decided.value(0);
-    QCOMPARE(codesOf(held), QStringList {QStringLiteral("hold")});
-    const GateRecord released = site.release({held.name, byHand}).decided.value(0);
-    site.deliver(site.nextExport());
-    const GateRecord next = site.run().decided.value(0);
-    QCOMPARE(next.outcome, GateRecord::Passed);
-    QCOMPARE(next.comparedWith, released.name);
 }
 
 void tst_GateRelease::release_ofNothingKnown_isNamed()

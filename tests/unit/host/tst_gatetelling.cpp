@@ -17,6 +17,7 @@ class tst_GateTelling : public QObject
 
 private Q_SLOTS:
     void hooks_getTheRecord();
+    void nothingNew_isToldToNobody();
     void lateDelivery_isToldOnce();
     void noDeliveryAtAll_isLateSinceTheGateBegan();
     void deliveryThatCannotBeRemoved_isToldOnce();
@@ -67,6 +68,29 @@ void tst_GateTelling::hooks_getTheRecord()
     QVERIFY(refused.hasRefused());
     QCOMPARE(refused.warnings.size(), 1);
     QVERIFY(refused.warnings.constFirst().contains(QStringLiteral("/nowhere/program")));
+}
+
+/// A day on which nothing changed; it is a delivery all the same.
+void tst_GateTelling::nothingNew_isToldToNobody()
+{
+    GateSite site;
+    site.settings.refusedHook = writeHook(site);
+    site.settings.lateAfter = 26;
+    const QByteArray same = site.nextExport();
+    site.deliver(same);
+    GateRecord first = site.run().decided.value(0);
+    first.when = first.when.addSecs(-27 * 3600);
+    QVERIFY(
+        !writeGateRecord(first, QDir(site.settings.archive).filePath(first.name + recordEnding())));
+    site.deliver(same);
+    const GateResult result = site.run();
+    QVERIFY(result.hasRefused());
+    QVERIFY(!result.isLate);
+    QVERIFY(result.decided.constFirst().isTold);
+    QVERIFY(!QFileInfo::exists(site.path(QStringLiteral("told"))));
+    site.deliver("no export\n");
+    site.run();
+    QCOMPARE(content(site.path(QStringLiteral("told"))).count('\n'), 1);
 }
 
 void tst_GateTelling::lateDelivery_isToldOnce()

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void otherReasons_takeARelease();
     void exportThatMissesPeople_hasNoWayOn_data();
     void exportThatMissesPeople_hasNoWayOn();
+    void nothingNew_saysThatAllIsWell();
     void comparison_isNamedWithItsTime();
     void releasedSince_isNoMeasure();
 };
@@ -80,6 +81,23 @@ void tst_GateTexts::exportThatMissesPeople_hasNoWayOn()
     QVERIFY2(!text.contains(QStringLiteral("--release")), qPrintable(text));
     QVERIFY(!text.contains(QStringLiteral("--allow")));
     QVERIFY(text.contains(QStringLiteral("Ask for a whole export")));
+}
+
+void tst_GateTexts::nothingNew_saysThatAllIsWell()
+{
+    GateRecord record = refusal();
+    record.isNothingNew = true;
+    record.reasons = {{QStringLiteral("seen"), QStringLiteral("the same bytes"), QString()}};
+    QCOMPARE(decisionLine(record),
+             QStringLiteral("nothing new: ron.data (%1): the same bytes").arg(record.name));
+    const QString text = textOf(record);
+    QVERIFY2(text.startsWith(QStringLiteral("The export 'ron.data' of 2026-11-22T12:39:02Z brought "
+                                            "nothing new on 2026-11-22T12:40:02Z. ")),
+             qPrintable(text));
+    QVERIFY2(text.endsWith(QStringLiteral("To have the plugin read it once more:\n") + released),
+             qPrintable(text));
+    record.isNothingNew = false;
+    QVERIFY(decisionLine(record).startsWith(QStringLiteral("refused: ")));
 }
 
 void tst_GateTexts::comparison_isNamedWithItsTime()

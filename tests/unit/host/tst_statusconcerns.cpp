@@ -3,7 +3,9 @@
 // What somebody has to look at, and the line for a monitoring system.
 #include "host/status/checkline.h"
 #include "host/status/folderstatus.h"
+#include "host/status/metrics.h"
 #include "host/status/statusreport.h"
+#include "host/status/statustexts.h"
 #include "support/status/madestatus.h"
 
 #include <QFile>
@@ -50,6 +52,7 @@ void tst_StatusConcerns::concerns_tellTheWorstFirst_data()
     };
     add("well", "");
     add("refused", "CRITICAL the last export was refused: too many | ends");
+    add("nothing new", "");
     add("late", "CRITICAL no export has come for 5 h 0 min");
     add("marked late", "CRITICAL no export has come for 5 h 0 min");
     add("stopped", "WARNING the gate was stopped while it put an export in place, 1 h 0 min ago");
@@ -78,6 +81,16 @@ void tst_StatusConcerns::concerns_tellTheWorstFirst()
     folder.keep(is("rehearsed errors") ? rehearsed(record, 1, 2) : record);
     if (is("refused"))
         folder.keep(refused(folder.record(1, "b", GateRecord::Refused)));
+    if (is("nothing new")) {
+        GateRecord same = folder.record(1, "a", GateRecord::Refused);
+        same.reasons = {{QStringLiteral("seen"), QStringLiteral("the same bytes"), QString()}};
+        same.isNothingNew = true;
+        folder.keep(same);
+        const Status status = folder.status();
+        QVERIFY(metricsText(status).contains("\ntalvenhr_last_export_refused 0\n"));
+        QCOMPARE(lastRecord(status)->name, same.name);
+        QCOMPARE(outcomeText(same), QStringLiteral("nothing new since the last one that passed"));
+    }
     if (is("stopped"))
         folder.keep(folder.record(1, "b", GateRecord::Passing));
     if (is("marked late"))
