@@ -36,6 +36,7 @@ document=$PWD/docs/operations.md
 mkdir "$folder/bin"
 ln -s "$PWD/build/release/bin/talvenhr" "$folder/bin/talvenhr"
 export PATH=$folder/bin:$PATH HOME=$folder LC_ALL=C.UTF-8
+unset SUDO_USER # it would stand in the output
 check_configuration "$PWD" "$document"
 cd "$folder"
 "$checker" "$document" --folder "$folder" --shown-folder /home/me "$@"

@@ -88,11 +88,15 @@ Failure readFolders(const Options &options, GateSettings *settings)
     return {};
 }
 
-/// The login of the machine.
+/// The login of the machine; behind the person's own, where they work by sudo in another's name.
 QString whoAmI()
 {
     const passwd *user = ::getpwuid(::getuid());
-    return user ? QString::fromLocal8Bit(user->pw_name) : QString::number(::getuid());
+    const QString account = user ? QString::fromLocal8Bit(user->pw_name)
+                                 : QString::number(::getuid());
+    const QString person = qEnvironmentVariable("SUDO_USER");
+    return person.isEmpty() || person == account ? account
+                                                 : Text::tr("%1 (as %2)").arg(person, account);
 }
 
 Failure readRelease(const Options &options, std::optional<ReleaseWish> *release)

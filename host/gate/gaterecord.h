@@ -43,7 +43,7 @@ struct RehearsedFigures
 /// Whoever has let an export through that would have been refused.
 struct Release
 {
-    QString by; ///< login of the machine
+    QString by; ///< login of the machine, behind the person's own if they used sudo
     QString reason;
     QStringList allowed; ///< limits for this once, KIND=N; empty: everything was let through
 };
