@@ -9,6 +9,7 @@
 #include "host/gate/lateness.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -86,15 +87,24 @@ Failure Gate::open(GateResult *result)
     return recover(result);
 }
 
-/// Ends what a gate that was killed has begun. What it has prepared, but not put in place, begins
-/// anew: its delivery is still there.
+/// Ends what a gate that was killed has begun. What is not in place begins anew while its delivery
+/// is still there: what the plugin may have read is read once more then, and nothing is lost.
 Failure Gate::recover(GateResult *result)
 {
     const QVector<GateRecord> records = archive.records();
     for (GateRecord record : records) {
         if (record.outcome != GateRecord::Passing)
             continue;
-        if (placement.isPrepared(record.name)) {
+        const bool isPrepared = placement.isPrepared(record.name);
+        if (isPrepared || (placement.digest() != record.placedDigest && isStillThere(record))) {
+            if (!isPrepared)
+                result->news.append(
+                    (record.release
+                         ? Text::tr("a gate that did not end had prepared %1, which is "
+                                    "not in place; if it is to be read, release it again")
+                         : Text::tr("a gate that did not end had prepared %1, which is "
+                                    "not in place; it is looked at anew"))
+                        .arg(record.exported.name));
             archive.forget(record);
             continue;
         }
@@ -115,6 +125,21 @@ Failure Gate::recover(GateResult *result)
         return failure;
     tellAgain(result);
     return {};
+}
+
+/// Where it was delivered, or among those that were refused and a person lets through.
+bool Gate::isStillThere(const GateRecord &record) const
+{
+    const Delivery delivered = deliveryOf(
+        QDir(settings.incoming.folder).filePath(record.exported.name));
+    if (delivered.time == record.fileTime && digestOfFile(delivered.path) == record.exported.digest)
+        return true;
+    const QVector<GateRecord> &records = archive.records();
+    return std::any_of(records.cbegin(), records.cend(), [&](const GateRecord &other) {
+        return other.outcome == GateRecord::Refused
+            && other.exported.digest == record.exported.digest
+            && QFileInfo::exists(archive.path(other, QStringLiteral(".export")));
+    });
 }
 
 /// What somebody else has put in place goes the way of a delivery that was refused: the plugin
@@ -150,6 +175,8 @@ Failure Gate::takeDeliveries(GateResult *result)
     if (const Failure failure = findDeliveries(settings.incoming, QDateTime::currentDateTime(),
                                                &deliveries, &result->waiting))
         return failure;
+    if (const Failure failure = removeLeftOver(result))
+        return failure;
     for (const Delivery &delivery : qAsConst(deliveries)) {
         const GateRecord *ended = archive.madeOf(delivery.name, delivery.time,
                                                  digestOfFile(delivery.path));
@@ -158,6 +185,25 @@ Failure Gate::takeDeliveries(GateResult *result)
                                           : decide(delivery, {}, result))
             return {failure.exitCode,
                     Text::tr("%1; '%2' stays for the next time").arg(failure.text, delivery.path)};
+    }
+    return {};
+}
+
+/// A gate that was killed has removed its ".done", and not the delivery itself. One that came since
+/// has changed since.
+Failure Gate::removeLeftOver(GateResult *result)
+{
+    if (settings.incoming.complete != Completeness::Done)
+        return {};
+    const QStringList names = result->waiting;
+    for (const QString &name : names) {
+        const Delivery delivery = deliveryOf(QDir(settings.incoming.folder).filePath(name));
+        const GateRecord *ended = archive.madeOf(name, delivery.time, digestOfFile(delivery.path));
+        if (!ended || delivery.changed > ended->when)
+            continue;
+        result->waiting.removeOne(name);
+        if (const Failure failure = finishAgain(delivery, GateRecord(*ended), result))
+            return failure;
     }
     return {};
 }

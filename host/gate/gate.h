@@ -80,7 +80,9 @@ private:
     Failure open(GateResult *result);
     Failure recover(GateResult *result);
     Failure refuseForeign(GateResult *result);
+    bool isStillThere(const GateRecord &record) const;
     Failure takeDeliveries(GateResult *result);
+    Failure removeLeftOver(GateResult *result);
     void step(const char *name) const;
 
     // gate_release.cpp

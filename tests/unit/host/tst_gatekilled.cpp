@@ -25,23 +25,47 @@ struct Days
     QByteArray now;
 };
 
-/// Runs a gate in a process of its own, which may meet whatever the watch does to it. The exit
-/// status as waitpid() gives it.
-int runInChild(const GateSettings &settings, const std::function<void(const char *)> &watch,
-               const std::function<void()> &prepare = {})
+/// The exit status as waitpid() gives it.
+int inChild(const std::function<void()> &work)
 {
     const pid_t child = ::fork();
     if (child == 0) {
-        if (prepare)
-            prepare();
+        work();
+        ::_exit(ExitClean);
+    }
+    int status = 0;
+    return ::waitpid(child, &status, 0) == child ? status : -1;
+}
+
+/// Runs a gate in a process of its own, which may meet whatever the watch does to it. The exit
+/// status as waitpid() gives it.
+int runInChild(const GateSettings &settings, const std::function<void(const char *)> &watch)
+{
+    return inChild([&settings, &watch] {
         Gate gate(settings);
         gate.setStepWatch(watch);
         GateResult result;
         const Failure failure = gate.run(&result);
         ::_exit(failure ? failure.exitCode : result.hasRefused() ? ExitRefused : ExitClean);
-    }
-    int status = 0;
-    return ::waitpid(child, &status, 0) == child ? status : -1;
+    });
+}
+
+std::function<void(const char *)> killedAt(const QString &step)
+{
+    return [step](const char *reached) {
+        if (step == QLatin1String(reached))
+            ::kill(::getpid(), SIGKILL);
+    };
+}
+
+/// What a gate has written beside the place.
+void removePrepared(const GateSite &site)
+{
+    QDir place = QFileInfo(site.settings.place).dir();
+    const QStringList hidden = place.entryList({QStringLiteral(".talvenhr-gate-*")},
+                                               QDir::Files | QDir::Hidden);
+    QCOMPARE(hidden.size(), 1);
+    QVERIFY(place.remove(hidden.constFirst()));
 }
 
 void refuseToWriteBeyond(rlim_t bytes)
@@ -70,6 +94,10 @@ class tst_GateKilled : public QObject
 private Q_SLOTS:
     void killedAtAStep_isMended_data();
     void killedAtAStep_isMended();
+    void preparedFileRemoved_isLookedAtAnew();
+    void placeChanged_isLookedAtAnew();
+    void preparedReleaseRemoved_leavesTheRefusedOne();
+    void doneRemovedOnly_isEnded();
     void fullDisk_isMended_data();
     void fullDisk_isMended();
     void fullDisk_isToldWithItsFolder_data();
@@ -156,13 +184,84 @@ void tst_GateKilled::killedAtAStep_isMended()
     QFETCH(bool, isSound);
     GateSite site;
     const Days days = begin(&site, isSound);
-    const int status = runInChild(site.settings, [&step](const char *reached) {
-        if (step == QLatin1String(reached))
-            ::kill(::getpid(), SIGKILL);
-    });
-    QVERIFY(WIFSIGNALED(status));
+    QVERIFY(WIFSIGNALED(runInChild(site.settings, killedAt(step))));
     checkNothingIsHalf(site, days, isSound);
     checkAllIsMended(&site, days, isSound);
+}
+
+/// By somebody who tidies up; the record says that it was about to be put in place.
+void tst_GateKilled::preparedFileRemoved_isLookedAtAnew()
+{
+    GateSite site;
+    const Days days = begin(&site, true);
+    QVERIFY(WIFSIGNALED(runInChild(site.settings, killedAt(QStringLiteral("put")))));
+    removePrepared(site);
+    const GateResult result = site.run();
+    QCOMPARE(result.news.size(), 1);
+    QVERIFY2(result.news.constFirst().contains(QStringLiteral("which is not in place")),
+             qPrintable(result.news.constFirst()));
+    QCOMPARE(result.decided.value(0).outcome, GateRecord::Passed);
+    checkAllIsMended(&site, days, true);
+}
+
+void tst_GateKilled::placeChanged_isLookedAtAnew()
+{
+    GateSite site;
+    const Days days = begin(&site, true);
+    QVERIFY(WIFSIGNALED(runInChild(site.settings, killedAt(QStringLiteral("put")))));
+    site.settings.place = site.path(QStringLiteral("elsewhere.data"));
+    QCOMPARE(site.run().decided.value(0).outcome, GateRecord::Passed);
+    QCOMPARE(site.inPlace(), days.now);
+}
+
+void tst_GateKilled::preparedReleaseRemoved_leavesTheRefusedOne()
+{
+    GateSite site;
+    const QByteArray content = damaged(site.nextExport());
+    site.deliver(content);
+    const GateRecord refused = site.run().decided.value(0);
+    const Release byHand {QStringLiteral("anna"), QStringLiteral("why"), {}};
+    const int status = inChild([&site, &refused, &byHand] {
+        Gate gate(site.settings);
+        gate.setStepWatch(killedAt(QStringLiteral("put")));
+        GateResult result;
+        gate.release({refused.name, byHand}, &result);
+    });
+    QVERIFY(WIFSIGNALED(status));
+    removePrepared(site);
+    QCOMPARE(site.run().news.size(), 1);
+    QCOMPARE(site.records().size(), 1);
+    QVERIFY(site.inPlace().isNull());
+    QCOMPARE(site.release({refused.name, byHand}).decided.value(0).outcome, GateRecord::Passed);
+    QCOMPARE(site.inPlace(), content);
+}
+
+/// Another one of its name, half written, has to wait.
+void tst_GateKilled::doneRemovedOnly_isEnded()
+{
+    GateSite site;
+    site.settings.incoming.complete = Completeness::Done;
+    const QString path = QDir(site.settings.incoming.folder).filePath(QStringLiteral("ron.data"));
+    const QByteArray content = site.nextExport();
+    site.deliver(content);
+    site.deliver("", QStringLiteral("ron.data.done"));
+    QVERIFY(WIFSIGNALED(runInChild(site.settings, killedAt(QStringLiteral("remove")))));
+    QVERIFY(QFile::remove(path + QStringLiteral(".done")));
+    const GateResult result = site.run();
+    QVERIFY(result.waiting.isEmpty());
+    QCOMPARE(result.news.size(), 1);
+    QVERIFY(!site.isDelivered());
+    QCOMPARE(site.inPlace(), content);
+    // The same file once more, from the same source.
+    const QDateTime time = site.records().constFirst().fileTime;
+    QTRY_VERIFY(QDateTime::currentDateTime() > site.records().constFirst().when);
+    site.deliver(content);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
+    file.close();
+    QCOMPARE(site.run().waiting, QStringList {QStringLiteral("ron.data")});
+    QVERIFY(site.isDelivered());
 }
 
 void tst_GateKilled::fullDisk_isMended_data()
