@@ -52,10 +52,11 @@ def ways(record):
     if 'E-FILE-CUT' in codes or 'E-FILE-NOTHING' in codes:
         yield 'Ask for a whole export, and deliver that.'
         return
-    allowed = ''.join(f' --allow {limit["kind"]}={math.ceil(limit["found"])}'
-                      for limit in record['limits'] if limit['found'] > limit['allowed'])
-    if allowed and all(code.startswith('limit:') for code in codes):
-        yield ('If these numbers are right:\n'
+    allowed = ''.join([f' --allow {code}' for code in codes if code.startswith('W-AGAINST-')]
+                      + [f' --allow {limit["kind"]}={math.ceil(limit["found"])}'
+                         for limit in record['limits'] if limit['found'] > limit['allowed']])
+    if allowed and all(code.startswith(('limit:', 'W-AGAINST-')) for code in codes):
+        yield ('If that is right:\n'
                f'  talvenhr gate{allowed} {record["name"]} --reason "..."')
     yield ('To let it through in spite of all of this:\n'
            f'  talvenhr gate --release {record["name"]} --reason "..."')

@@ -58,7 +58,8 @@ OptionGroup releaseOptions()
             {{QStringLiteral("release"), QStringLiteral("REFUSED"),
               Text::tr("let this one through, as it is, in spite of all that was found")},
              {QStringLiteral("allow"), QStringLiteral("LIMIT=N"),
-              Text::tr("decide about FILE again, with this limit for once; may be repeated")},
+              Text::tr("decide about FILE again, with this limit for once, or with a difference "
+                       "from the last good export allowed, by its code; may be repeated")},
              {QStringLiteral("over-newer"), QString(),
               Text::tr("with --release: also in place of a newer one that was not read yet")},
              {QStringLiteral("reason"), QStringLiteral("TEXT"),
@@ -121,6 +122,8 @@ Failure readRelease(const Options &options, std::optional<ReleaseWish> *release)
             Text::tr("--reason is missing; the next one who looks will ask why"));
     for (const QString &text : allowed) {
         Limit limit;
+        if (isOfComparison(text))
+            continue;
         if (const Failure failure = readLimit(text, &limit))
             return options.usageFailure(failure.text);
     }

@@ -92,10 +92,12 @@ RefusalReason reasonOf(const CheckOutcome &outcome, const FindingGroup &group)
             words.remedy};
 }
 
-bool refuses(const QStringList &words, const FindingKind &kind)
+bool refuses(const JudgeSettings &settings, const FindingKind &kind)
 {
-    return words.contains(severityName(kind.severity()))
-        || words.contains(QLatin1String(kind.code));
+    const QString code = QLatin1String(kind.code);
+    return !settings.allowed.contains(code)
+        && (settings.refuse.contains(severityName(kind.severity()))
+            || settings.refuse.contains(code));
 }
 
 void judgeFindings(const JudgeSettings &settings, const CheckOutcome &outcome, GateRecord *record)
@@ -104,7 +106,7 @@ void judgeFindings(const JudgeSettings &settings, const CheckOutcome &outcome, G
     for (const FindingGroup &group : groups) {
         record->findings.append(
             {QLatin1String(group.kind->code), group.kind->severity(), group.places.size()});
-        if (refuses(settings.refuse, *group.kind))
+        if (refuses(settings, *group.kind))
             record->reasons.append(reasonOf(outcome, group));
     }
 }
@@ -113,8 +115,7 @@ void judgeLimit(const LimitOutcome &outcome, GateRecord *record)
 {
     record->limits.append(outcome);
     if (outcome.isExceeded())
-        record->reasons.append({QStringLiteral("limit:") + outcome.limit.kind,
-                                exceededText(outcome),
+        record->reasons.append({QStringLiteral("limit:") + outcome.limit.kind, excessText(outcome),
                                 Text::tr("look at the people concerned; if it is right, raise the "
                                          "limit for this once")});
 }
@@ -183,6 +184,11 @@ Failure judgeExport(const JudgeSettings &settings, const JudgedFiles &files, boo
         judgeComparison(settings, *outcome.comparison, record);
     const bool isRehearsed = settings.rehearse && (record->reasons.isEmpty() || isReleased);
     return isRehearsed ? judgeRehearsal(settings, files, record) : Failure();
+}
+
+bool isOfComparison(const QString &code)
+{
+    return code.startsWith(QLatin1String("W-AGAINST-")) && allCodes().contains(code);
 }
 
 QStringList standardRefusals()

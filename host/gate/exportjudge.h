@@ -31,6 +31,7 @@ using RehearseExport = std::function<Failure(const RehearsalOrder &order, Change
 struct JudgeSettings
 {
     QStringList refuse; ///< severities and codes of findings
+    QStringList allowed; ///< codes that refuse nothing for this once
     QVector<Limit> limits; ///< those of a rehearsal, and "lost" and "gained"
     QHash<ushort, QString> stateTexts; ///< of the plugin's settings
     RehearseExport rehearse; ///< null: no rehearsal
@@ -52,6 +53,10 @@ struct JudgedFiles
 /// of a database that does not answer.
 Failure judgeExport(const JudgeSettings &settings, const JudgedFiles &files, bool isReleased,
                     GateRecord *record);
+
+/// The code of a finding about how the export differs from the last good one: a person may allow
+/// it for once, and the next one is compared with this one.
+bool isOfComparison(const QString &code);
 
 /// Severities and codes that refuse an export where nobody has said otherwise: errors, the header
 /// of another release or of a second file, and columns that are not what they were.

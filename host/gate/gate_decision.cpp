@@ -139,6 +139,10 @@ Failure Gate::judge(const std::optional<Release> &release, GateRecord *record, G
     JudgeSettings measures = settings.judge;
     if (release) {
         for (const QString &text : release->allowed) {
+            if (isOfComparison(text)) {
+                measures.allowed.append(text);
+                continue;
+            }
             Limit limit;
             if (const Failure failure = readLimit(text, &limit))
                 return failure;

@@ -45,7 +45,8 @@ struct Release
 {
     QString by; ///< login of the machine, behind the person's own if they used sudo
     QString reason;
-    QStringList allowed; ///< limits for this once, KIND=N; empty: everything was let through
+    QStringList allowed; ///< limits for this once, KIND=N, or codes of findings; empty: everything
+                         ///< was let through
 };
 
 /// A plain value, without names and cells of people: it outlives the export itself.

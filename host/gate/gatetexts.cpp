@@ -4,6 +4,7 @@
 #include "host/gate/gatetexts.h"
 
 #include "host/base/zonedtext.h"
+#include "host/gate/exportjudge.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -51,8 +52,13 @@ QString refusedLine(const GateRecord &record)
         return Text::tr("nothing new: %1 (%2): %3")
             .arg(record.exported.name, record.name, first.text);
     const QString more = others > 0 ? Text::tr("; further reasons: %1").arg(others) : QString();
-    return Text::tr("refused: %1 (%2): %3%4")
-        .arg(record.exported.name, record.name, first.text, more);
+    const QString allowed = allowOptions(record);
+    const QString way = allowed.isEmpty()
+        ? QString()
+        : Text::tr("; if that is right: talvenhr gate%1 %2 --reason \"why\"")
+              .arg(allowed, record.name);
+    return Text::tr("refused: %1 (%2): %3%4%5")
+        .arg(record.exported.name, record.name, first.text, more, way);
 }
 
 QString reasonText(const RefusalReason &reason)
@@ -114,8 +120,8 @@ QString waysText(const GateRecord &record)
                         "  talvenhr gate --release %1 --reason \"why\"\n")
             .arg(record.name);
     if (!allowed.isEmpty())
-        text = Text::tr("If these numbers are right, have it looked at again, with other limits "
-                        "for this once:\n"
+        text = Text::tr("If that is right, have it looked at again with this allowed for this "
+                        "once:\n"
                         "  talvenhr gate%1 %2 --reason \"why\"\n\n")
                    .arg(allowed, record.name);
     return text
@@ -160,13 +166,15 @@ QString refusalText(const GateRecord &record, const QString &folder, const GateR
 
 QString allowOptions(const GateRecord &record)
 {
-    const bool isOnlyLimits = std::all_of(
-        record.reasons.cbegin(), record.reasons.cend(), [](const RefusalReason &reason) {
-            return reason.code.startsWith(QLatin1String("limit:"));
-        });
     QString options;
+    for (const RefusalReason &reason : record.reasons) {
+        if (isOfComparison(reason.code))
+            options += QStringLiteral(" --allow ") + reason.code;
+        else if (!reason.code.startsWith(QLatin1String("limit:")))
+            return QString();
+    }
     for (const LimitOutcome &outcome : record.limits) {
-        if (isOnlyLimits && outcome.isExceeded())
+        if (outcome.isExceeded())
             options += QStringLiteral(" --allow %1=%2")
                            .arg(outcome.limit.kind)
                            .arg(static_cast<qint64>(std::ceil(outcome.found)));

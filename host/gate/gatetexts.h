@@ -16,8 +16,8 @@ QString decisionLine(const GateRecord &record, const QString &whyNotRehearsed);
 /// did.
 QString refusalText(const GateRecord &record, const QString &folder, const GateRecord *released);
 
-/// The options of `talvenhr gate` that raise the limits that it exceeds; empty where something else
-/// is wrong, too.
+/// The options of `talvenhr gate` that raise the limits that it exceeds, and allow its differences
+/// from the last good export; empty where something else is wrong, too.
 QString allowOptions(const GateRecord &record);
 /// A person may let it through as it is: it is neither cut off nor without a usable line.
 bool isReleasable(const GateRecord &record);

@@ -196,7 +196,7 @@ QString exceededWords(const LimitOutcome &outcome)
         .arg(outcome.limit.kind, numberText(outcome.found), numberText(outcome.allowed));
 }
 
-QString exceededText(const LimitOutcome &outcome)
+QString excessText(const LimitOutcome &outcome)
 {
     const QString of = isOfExports(outcome.limit.kind) ? Text::tr("people of the last good export")
                                                        : Text::tr("active people");
@@ -204,7 +204,12 @@ QString exceededText(const LimitOutcome &outcome)
         ? Text::tr("%1 (%2 of the %3)")
               .arg(numberText(outcome.allowed), limitText(outcome.limit), of)
         : numberText(outcome.allowed);
-    return Text::tr("%1: %2, and the limit is %3; to let it through this once: --allow %1=%4")
-        .arg(outcome.limit.kind, numberText(outcome.found), allowed,
-             numberText(std::ceil(outcome.found)));
+    return Text::tr("%1: %2, and the limit is %3")
+        .arg(outcome.limit.kind, numberText(outcome.found), allowed);
+}
+
+QString exceededText(const LimitOutcome &outcome)
+{
+    return Text::tr("%1; to let it through this once: --allow %2=%3")
+        .arg(excessText(outcome), outcome.limit.kind, numberText(std::ceil(outcome.found)));
 }

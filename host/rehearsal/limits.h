@@ -44,5 +44,7 @@ QVector<LimitOutcome> limitOutcomes(const QVector<Limit> &limits, const Changes 
 QString limitText(const Limit &limit);
 /// "ended (31, limit 10)"
 QString exceededWords(const LimitOutcome &outcome);
-/// What is exceeded, by how much, and how to let it through once.
+/// What is exceeded, and by how much.
+QString excessText(const LimitOutcome &outcome);
+/// The same, and how to let it through once.
 QString exceededText(const LimitOutcome &outcome);

@@ -69,7 +69,7 @@ QString refusalRemedy(const GateRecord &record)
     texts.append(Text::tr("see %1.txt in the folder of refused exports").arg(record.name));
     const QString allowed = allowOptions(record);
     if (!allowed.isEmpty())
-        texts.append(Text::tr("'talvenhr gate%1 %2 --reason TEXT' raises its limits for this once")
+        texts.append(Text::tr("'talvenhr gate%1 %2 --reason TEXT' allows that for this once")
                          .arg(allowed, record.name));
     if (isReleasable(record))
         texts.append(Text::tr("'talvenhr gate --release %1 --reason TEXT' lets it through as it is")

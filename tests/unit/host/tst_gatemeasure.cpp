@@ -20,6 +20,7 @@ class tst_GateMeasure : public QObject
 private Q_SLOTS:
     void released_isNoMeasureForTheNext();
     void allowed_isTheMeasureForTheNext();
+    void allowedDifference_isTheMeasureForTheNext();
     void held_isTheMeasureOnceReleased();
 };
 
@@ -68,6 +69,35 @@ void tst_GateMeasure::allowed_isTheMeasureForTheNext()
     const GateRecord allowed = site.release({refused.name, release}).decided.value(0);
     site.deliver(cutOff(site.nextExport(), 90));
     QCOMPARE(site.run().decided.value(0).comparedWith, allowed.name);
+}
+
+/// The HR system leaves a column empty from now on: a person says so once.
+void tst_GateMeasure::allowedDifference_isTheMeasureForTheNext()
+{
+    const auto withoutBranchNames = [](const QByteArray &content) {
+        QByteArrayList lines = content.split('\n');
+        for (int i = 1; i < lines.size(); ++i) {
+            QByteArrayList cells = lines.at(i).split('|');
+            if (cells.size() > 10)
+                cells[10].clear();
+            lines[i] = cells.join('|');
+        }
+        return lines.join('\n');
+    };
+    GateSite site;
+    site.deliver(site.nextExport());
+    site.run();
+    site.deliver(withoutBranchNames(site.nextExport()));
+    const GateRecord refused = site.run().decided.value(0);
+    QCOMPARE(codesOf(refused), QStringList {QStringLiteral("W-AGAINST-EMPTY")});
+    Release release = byHand;
+    release.allowed = codesOf(refused);
+    const GateRecord allowed = site.release({refused.name, release}).decided.value(0);
+    QCOMPARE(allowed.outcome, GateRecord::Passed);
+    site.deliver(withoutBranchNames(site.nextExport()));
+    const GateRecord next = site.run().decided.value(0);
+    QCOMPARE(next.outcome, GateRecord::Passed);
+    QCOMPARE(next.comparedWith, allowed.name);
 }
 
 /// Nothing was found against it.

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // What the gate tells people about a refusal, and which ways on it names.
+#include "host/gate/exportjudge.h"
 #include "host/gate/gatetexts.h"
 
 #include <QtTest>
@@ -41,6 +42,7 @@ class tst_GateTexts : public QObject
 
 private Q_SLOTS:
     void limitsAlone_areRaisedFirst();
+    void differences_areAllowedByTheirCode();
     void otherReasons_takeARelease();
     void exportThatMissesPeople_hasNoWayOn_data();
     void exportThatMissesPeople_hasNoWayOn();
@@ -55,6 +57,20 @@ void tst_GateTexts::limitsAlone_areRaisedFirst()
     QVERIFY2(text.contains(raised), qPrintable(text));
     QVERIFY2(text.endsWith(released), qPrintable(text));
     QVERIFY(!text.contains(QStringLiteral("compared with the last good export")));
+}
+
+void tst_GateTexts::differences_areAllowedByTheirCode()
+{
+    GateRecord record = refusal();
+    record.reasons = {{QStringLiteral("W-AGAINST-EMPTY"), QStringLiteral("no titles"), QString()}};
+    record.limits.clear();
+    QCOMPARE(allowOptions(record), QStringLiteral(" --allow W-AGAINST-EMPTY"));
+    QCOMPARE(decisionLine(record),
+             QStringLiteral("refused: ron.data (%1): no titles; if that is right: talvenhr gate "
+                            "--allow W-AGAINST-EMPTY %1 --reason \"why\"")
+                 .arg(record.name));
+    for (const char *code : {"W-AGAINST-NONE", "E-CODING", "error", ""})
+        QVERIFY2(!isOfComparison(QString::fromLatin1(code)), code);
 }
 
 void tst_GateTexts::otherReasons_takeARelease()

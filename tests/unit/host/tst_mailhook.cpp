@@ -112,7 +112,7 @@ void tst_MailHook::refusal_tellsWhatToDo()
     record.limits = {{{QStringLiteral("ended"), 10, false}, 10, 31},
                      {{QStringLiteral("added"), 10, false}, 10, 10}};
     QVERIFY(sent(gateRecordJson(record))
-                .contains(QStringLiteral("right:\n  talvenhr gate --allow ended=31 "
+                .contains(QStringLiteral("If that is right:\n  talvenhr gate --allow ended=31 "
                                          "20261122T124002Z-0123456789ab --reason \"...\"\n\n")));
     record.reasons.append({QStringLiteral("E-FILE-CUT"), QStringLiteral("x"), QString()});
     QVERIFY(!sent(gateRecordJson(record)).contains(QStringLiteral("talvenhr gate")));

@@ -230,7 +230,7 @@ void tst_StatusGate::refusal_hasTheRemedyOfItsReason()
                      {{QStringLiteral("added"), 10, false}, 10, 10},
                      {{QStringLiteral("leave-days"), 10, false}, 10, 10.25}};
     const QString raising = QStringLiteral("'talvenhr gate --allow ended=31 --allow leave-days=11 "
-                                           "%1 --reason TEXT' raises its limits for this once")
+                                           "%1 --reason TEXT' allows that for this once")
                                 .arg(record.name);
     const QString both = remedy();
     QVERIFY2(both.startsWith(QStringLiteral("look at them; see ")), qPrintable(both));
