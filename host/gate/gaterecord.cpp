@@ -258,9 +258,9 @@ QString outcomeName(GateRecord::Outcome outcome)
 
 bool isGood(const GateRecord &record)
 {
+    // Reasons that are not about what it holds.
     static const QStringList otherReasons {QStringLiteral("seen"), QStringLiteral("older"),
-                                           QStringLiteral("hold"), QStringLiteral("uncompared"),
-                                           QStringLiteral("foreign")};
+                                           QStringLiteral("hold"), QStringLiteral("uncompared")};
     const bool isReleased = record.release && record.release->allowed.isEmpty();
     return record.outcome == GateRecord::Passed
         && (!isReleased
