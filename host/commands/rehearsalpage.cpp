@@ -23,41 +23,49 @@ QString key(const char *name)
     return QLatin1String(name);
 }
 
-/// The value for one bar, with its limit if there is one.
-QVariantHash barValues(const QString &name, double count, double most, const LimitOutcome *limit)
+/// How long a bar is, in percent: the share of the limit; without one, of the people. What there
+/// is more of fills it as well.
+int shareOf(double count, double whole)
 {
-    QVariantHash value {{key("name"), name},
-                        {key("count"), count},
-                        {key("share"), static_cast<int>(100 * count / most)}};
-    if (limit) {
-        value.insert(key("limit"), limit->allowed);
-        value.insert(key("exceeded"), limit->isExceeded());
-    }
-    return value;
+    if (whole <= 0)
+        return count > 0 ? 100 : 0;
+    return static_cast<int>(qMin(100 * count / whole, 100.0));
 }
 
-/// A bar for each kind that occurs or is limited, as long as its share of the most frequent one;
-/// then for each limit of something else.
+QVariantHash limitedValues(const QString &name, const LimitOutcome &limit)
+{
+    return {{key("name"), name},
+            {key("count"), limit.found},
+            {key("share"), shareOf(limit.found, limit.allowed)},
+            {key("limit"), limit.allowed},
+            {key("exceeded"), limit.isExceeded()}};
+}
+
+QVariantHash unlimitedValues(const QString &name, qint64 count, int people)
+{
+    return {{key("name"), name},
+            {key("count"), count},
+            {key("share"), shareOf(static_cast<double>(count), people)}};
+}
+
+/// A bar for each kind that occurs or is limited; then for each limit of something else.
 QVariantList kindValues(const Changes &changes)
 {
-    qint64 most = 1;
     QHash<QString, const LimitOutcome *> limits;
     for (const LimitOutcome &outcome : changes.rehearsal.limits)
         limits.insert(outcome.limit.kind, &outcome);
-    for (const ChangeKind kind : changeKinds())
-        most = qMax(most, changes.summary[kind]);
     QVariantList values;
     for (const ChangeKind kind : changeKinds()) {
-        const qint64 count = changes.summary[kind];
-        const LimitOutcome *const limit = limits.take(kindName(kind));
-        if (count != 0 || limit)
-            values.append(barValues(kindName(kind), static_cast<double>(count),
-                                    static_cast<double>(most), limit));
+        const QString name = kindName(kind);
+        if (const LimitOutcome *const limit = limits.take(name))
+            values.append(limitedValues(name, *limit));
+        else if (changes.summary[kind] != 0)
+            values.append(
+                unlimitedValues(name, changes.summary[kind], changes.totals.activePeople));
     }
     for (const LimitOutcome &outcome : changes.rehearsal.limits) {
-        const double whole = qMax(outcome.allowed, outcome.found);
         if (limits.contains(outcome.limit.kind))
-            values.append(barValues(outcome.limit.kind, outcome.found, qMax(whole, 1.0), &outcome));
+            values.append(limitedValues(outcome.limit.kind, outcome));
     }
     return values;
 }
@@ -95,6 +103,7 @@ QVariantHash rehearsalHtmlValues(const Changes &changes)
             {key("exceeded"), exceeded},
             {key("notes"), QVariant(notes).toList()},
             {key("kinds"), kindValues(changes)},
+            {key("activePeople"), changes.totals.activePeople},
             {key("people"), people},
             {key("silent"), changes.people.size() - people.size()}};
 }

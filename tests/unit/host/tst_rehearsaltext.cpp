@@ -100,6 +100,7 @@ private Q_SLOTS:
     void person_isFound();
     void missing_areActiveAndInNoLine();
     void html_hasTheLimitsOfTheDocument();
+    void html_hasOneScaleOfBars();
     void plan_tellsWhatIsDifferent();
     void plan_tellsInWhom();
 };
@@ -226,21 +227,46 @@ void tst_RehearsalText::html_hasTheLimitsOfTheDocument()
     const QVariantList kinds = values.value(QStringLiteral("kinds")).toList();
     for (const QVariant &kind : kinds) {
         const QVariantHash row = kind.toHash();
-        rows.append(QStringLiteral("%1 %2 %3 %4")
+        rows.append(QStringLiteral("%1 %2 %3 %4 %5%")
                         .arg(row.value(QStringLiteral("name")).toString(),
                              row.value(QStringLiteral("count")).toString(),
                              row.value(QStringLiteral("limit")).toString(),
-                             row.value(QStringLiteral("exceeded")).toString()));
+                             row.value(QStringLiteral("exceeded")).toString(),
+                             row.value(QStringLiteral("share")).toString()));
     }
     QCOMPARE(rows,
-             QStringList({QStringLiteral("ended 0 4 false"), QStringLiteral("memberships 1 0 true"),
-                          QStringLiteral("missing 2 3 false")}));
+             QStringList({QStringLiteral("ended 0 4 false 0%"),
+                          QStringLiteral("memberships 1 0 true 100%"),
+                          QStringLiteral("missing 2 3 false 66%")}));
     QCOMPARE(values.value(QStringLiteral("people")).toList().size(), 1);
     QCOMPARE(values.value(QStringLiteral("silent")).toInt(), 1);
     QCOMPARE(values.value(QStringLiteral("plan")).toString(), QString());
     changes.rehearsal.limits.clear();
     QCOMPARE(rehearsalHtmlValues(changes).value(QStringLiteral("plan")).toString(),
              changes.plan.hash);
+}
+
+/// What has a limit fills its bar at the limit, and what has none with all people.
+void tst_RehearsalText::html_hasOneScaleOfBars()
+{
+    Changes changes = someChanges();
+    changes.summary = KindCounts();
+    changes.summary[ChangeKind::Ended] = 3;
+    changes.summary[ChangeKind::Leave] = 5;
+    changes.summary[ChangeKind::Notices] = 21;
+    changes.totals.activePeople = 20;
+    changes.rehearsal.limits = {outcome("ended", 3, 3), outcome("missing", 2, 1)};
+    QStringList bars;
+    const QVariantHash values = rehearsalHtmlValues(changes);
+    const QVariantList kinds = values.value(QStringLiteral("kinds")).toList();
+    for (const QVariant &kind : kinds)
+        bars.append(
+            QStringLiteral("%1 %2").arg(kind.toHash().value(QStringLiteral("name")).toString(),
+                                        kind.toHash().value(QStringLiteral("share")).toString()));
+    QCOMPARE(bars,
+             QStringList({QStringLiteral("ended 100"), QStringLiteral("leave 25"),
+                          QStringLiteral("notices 100"), QStringLiteral("missing 50")}));
+    QCOMPARE(values.value(QStringLiteral("activePeople")).toInt(), 20);
 }
 
 void tst_RehearsalText::plan_tellsWhatIsDifferent()
