@@ -55,3 +55,18 @@ bool countsPeople(ChangeKind kind)
 {
     return kind < ChangeKind::Notices;
 }
+
+QString figuresText(const KindCounts &summary)
+{
+    QStringList parts;
+    for (const ChangeKind kind :
+         {ChangeKind::Added, ChangeKind::Revived, ChangeKind::Updated, ChangeKind::Ended,
+          ChangeKind::Moved, ChangeKind::Leave, ChangeKind::Notices, ChangeKind::Waiting,
+          ChangeKind::Dropped, ChangeKind::Errors}) {
+        const bool isAlways = kind == ChangeKind::Added || kind == ChangeKind::Updated
+            || kind == ChangeKind::Waiting || kind == ChangeKind::Errors;
+        if (isAlways || summary[kind] != 0)
+            parts.append(QStringLiteral("%1 %2").arg(kindName(kind)).arg(summary[kind]));
+    }
+    return parts.join(QStringLiteral(", "));
+}

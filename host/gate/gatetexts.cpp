@@ -23,7 +23,7 @@ QString passedLine(const GateRecord &record, const QString &whyNotRehearsed)
 {
     QStringList parts {Text::tr("lines taken: %1").arg(record.fates.taken)};
     if (record.rehearsal)
-        parts.append(Text::tr("people who change: %1").arg(record.rehearsal->people));
+        parts.append(figuresText(record.rehearsal->summary));
     else if (!whyNotRehearsed.isEmpty())
         parts.append(Text::tr("not rehearsed: %1").arg(whyNotRehearsed));
     const int warnings = static_cast<int>(

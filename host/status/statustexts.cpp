@@ -94,20 +94,6 @@ QString outcomeText(const GateRecord &record)
     return Text::tr("superseded by a newer one");
 }
 
-QString figuresText(const KindCounts &summary)
-{
-    QStringList parts;
-    for (const ChangeKind kind : {ChangeKind::Added, ChangeKind::Revived, ChangeKind::Updated,
-                                  ChangeKind::Ended, ChangeKind::Moved, ChangeKind::Leave,
-                                  ChangeKind::Waiting, ChangeKind::Dropped, ChangeKind::Errors}) {
-        const bool isAlways = kind == ChangeKind::Added || kind == ChangeKind::Updated
-            || kind == ChangeKind::Waiting || kind == ChangeKind::Errors;
-        if (isAlways || summary[kind] != 0)
-            parts.append(QStringLiteral("%1 %2").arg(kindName(kind)).arg(summary[kind]));
-    }
-    return parts.join(QStringLiteral(", "));
-}
-
 QString whatText(NotDone::What what)
 {
     switch (what) {

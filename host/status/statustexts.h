@@ -19,8 +19,6 @@ QString reasonText(const GateRecord &record);
 QString refusalRemedy(const GateRecord &record);
 /// "passed", "refused", … for people.
 QString outcomeText(const GateRecord &record);
-/// "added 3, updated 5, ended 1, errors 0, waiting 2"
-QString figuresText(const KindCounts &summary);
 /// What something waits for.
 QString whatText(NotDone::What what);
 /// The person's number, and the name unless it is to be left out.
