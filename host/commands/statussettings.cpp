@@ -3,6 +3,7 @@
 // What a status is taken from, and where it is published.
 #include "host/commands/statussettings.h"
 
+#include "host/base/shellword.h"
 #include "host/cli/options.h"
 #include "host/cli/pluginoptions.h"
 #include "host/commands/databaselook.h"
@@ -108,6 +109,22 @@ Failure readPluginSettings(const Options &options, StatusSources *sources)
     return {};
 }
 
+/// A client on the database, without a login: whoever looks may only read.
+QString clientOf(const DatabaseChoice &database)
+{
+    if (!database.privateFolder.isEmpty())
+        return QStringLiteral("talvenhr sql --private-db ") + shellWord(database.privateFolder);
+    const ConnectionParameters &connection = database.connection;
+    QString client = QStringLiteral("mariadb");
+    if (!connection.host.isEmpty())
+        client += QStringLiteral(" --host ") + shellWord(connection.host);
+    if (connection.port > 0)
+        client += QStringLiteral(" --port %1").arg(connection.port);
+    if (!connection.socket.isEmpty())
+        client += QStringLiteral(" --socket ") + shellWord(connection.socket);
+    return client + QLatin1Char(' ') + shellWord(connection.database);
+}
+
 /// The plugin would read what is written there, also while no export is there.
 Failure checkPlace(const StatusSettings &settings)
 {
@@ -136,6 +153,8 @@ Failure readStatusSettings(const Options &options, StatusSettings *settings)
     const Failure plugin = readPluginSettings(options, &sources);
     const Failure database = readDatabaseOptions(options, &settings->database);
     sources.namesDatabase = !settings->database.isDefault;
+    if (sources.namesDatabase)
+        sources.client = clientOf(settings->database);
     const Failure publishing = readPublishing(options, settings);
     for (const Failure &failure : {gate, plugin, database, publishing}) {
         if (failure)

@@ -112,12 +112,20 @@ QString placing(const Status &status, const QString &file)
                                  .arg(shellWord(file), shellWord(beside), shellWord(place));
 }
 
+/// A line for a shell. Nothing in the statement may mean something between double quotes.
+QString statementStep(const Status &status, const QString &statement)
+{
+    return QStringLiteral("%1 --execute \"%2\"").arg(status.sources.client, statement);
+}
+
 QStringList forceSteps(const Status &status, const QString &file)
 {
     return {QStringLiteral("talvenhr rehearse --force --export %1").arg(shellWord(file)),
             placing(status, file),
-            QStringLiteral("INSERT INTO vars (name, value) VALUES ('OQS.THRWorker.forceSync', 1) "
-                           "ON DUPLICATE KEY UPDATE value = 1;")};
+            statementStep(status,
+                          QStringLiteral("INSERT INTO vars (name, value) VALUES "
+                                         "('OQS.THRWorker.forceSync', 1) ON DUPLICATE KEY UPDATE "
+                                         "value = 1"))};
 }
 
 /// A server that runs would read the export before its restart.
@@ -139,15 +147,19 @@ QStringList passSteps(const Status &status, const QVector<LostPerson> &people)
     const QString file = QStringLiteral("again.data");
     QStringList steps {unpacking(status, file)};
     if (rejoins)
-        steps.append(QStringLiteral("DELETE brape FROM brape JOIN people ON people.uid = brape.uid "
-                                    "AND people.bid = brape.bid WHERE brape.uid IN (%1);")
-                         .arg(uidsOf(people, Remedy::Rejoin)));
+        steps.append(statementStep(
+            status,
+            QStringLiteral("DELETE brape FROM brape JOIN people ON people.uid = brape.uid "
+                           "AND people.bid = brape.bid WHERE brape.uid IN (%1)")
+                .arg(uidsOf(people, Remedy::Rejoin))));
     if (replans)
-        steps.append(QStringLiteral("DELETE plan FROM groups_plan plan JOIN (SELECT uid, "
-                                    "MAX(since) AS since FROM groups_plan GROUP BY uid) newest "
-                                    "ON newest.uid = plan.uid AND newest.since = plan.since "
-                                    "WHERE plan.uid IN (%1);")
-                         .arg(uidsOf(people, Remedy::Replan)));
+        steps.append(statementStep(
+            status,
+            QStringLiteral(
+                "DELETE plan FROM groups_plan plan JOIN (SELECT uid, MAX(since) AS since "
+                "FROM groups_plan GROUP BY uid) newest ON newest.uid = plan.uid "
+                "AND newest.since = plan.since WHERE plan.uid IN (%1)")
+                .arg(uidsOf(people, Remedy::Replan))));
     // The first pass after a restart brings all that a forced one does.
     return steps + (restarts ? restartSteps(status, file) : forceSteps(status, file));
 }

@@ -241,8 +241,10 @@ QString recoveryText(const Status &status, PersonalTexts texts)
 {
     const QStringList steps = recoverySteps(status, texts);
     return steps.isEmpty() ? QString()
-                           : Text::tr("To bring back what is lost, in this order (SQL is for "
-                                      "mariadb, as an administrator of the server):\n\n    %1\n")
+                           : Text::tr("To bring back what is lost, in this order, in a "
+                                      "shell (mariadb takes the login of an administrator of the "
+                                      "server from ~/.my.cnf, or by --user and --password):\n\n"
+                                      "    %1\n")
                                  .arg(steps.join(QStringLiteral("\n    ")));
 }
 

@@ -21,4 +21,6 @@ struct StatusSources
     qint64 passSeconds = 0; ///< from one pass to the next; 0: unknown
     qint64 lateAfter = 0; ///< seconds without an export; 0: never late
     bool namesDatabase = false; ///< the database is looked at, too
+    /// The command of a client on the database, to which `--execute TEXT` is appended.
+    QString client = QStringLiteral("mariadb attendance");
 };

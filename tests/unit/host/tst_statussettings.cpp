@@ -15,6 +15,7 @@ class tst_StatusSettings : public QObject
 
 private Q_SLOTS:
     void folders_comeFromTheFile();
+    void client_isThatOfTheDatabase();
     void pluginSettings_tellPlaceAndTimes();
     void wrongValues_areNamed_data();
     void wrongValues_areNamed();
@@ -57,6 +58,25 @@ void tst_StatusSettings::folders_comeFromTheFile()
     QCOMPARE(settings.site.readers, FileReaders::Group);
     QCOMPARE(settings.metricsFile, folder.path(QStringLiteral("m/t.prom")));
     QVERIFY(!settings.sources.namesDatabase);
+}
+
+/// For a shell, and without the login that only reads.
+void tst_StatusSettings::client_isThatOfTheDatabase()
+{
+    const GateFolder folder;
+    const auto clientOf = [&folder](const QStringList &arguments) {
+        StatusSettings settings;
+        const Failure failure = load(folder, "", arguments, &settings);
+        return failure ? failure.text : settings.sources.client;
+    };
+    QCOMPARE(clientOf({}), QStringLiteral("mariadb attendance"));
+    QCOMPARE(clientOf({QStringLiteral("--private-db=/a b")}),
+             QStringLiteral("talvenhr sql --private-db '/a b'"));
+    QCOMPARE(clientOf({QStringLiteral("--host=db.example.org"), QStringLiteral("--port=3307"),
+                       QStringLiteral("--user=reader")}),
+             QStringLiteral("mariadb --host 'db.example.org' --port 3307 'attendance'"));
+    QCOMPARE(clientOf({QStringLiteral("--socket=/run/s"), QStringLiteral("--database=other")}),
+             QStringLiteral("mariadb --socket '/run/s' 'other'"));
 }
 
 void tst_StatusSettings::pluginSettings_tellPlaceAndTimes()
