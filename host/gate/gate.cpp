@@ -7,6 +7,7 @@
 #include "host/base/zonedtext.h"
 #include "host/gate/exportdate.h"
 #include "host/gate/lateness.h"
+#include "host/gate/placestays.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -84,7 +85,20 @@ Failure Gate::open(GateResult *result)
         result->warnings.append(Text::tr("the last record is of %1, which is still to come; see "
                                          "whether the clock of this machine is right")
                                     .arg(zonedText(records.constLast().when)));
+    if (const Failure failure = lookAtPlace())
+        return failure;
     return recover(result);
+}
+
+/// Before anything is changed there: when the plugin took the last export is known by it.
+Failure Gate::lookAtPlace() const
+{
+    const GateRecord *last = archive.lastPassed();
+    if (!last)
+        return {};
+    return notePlace(settings.state, last->name, archive.wasPlacedLast(placement.digest()),
+                     QFileInfo(QFileInfo(placement.path()).path()).lastModified(),
+                     QDateTime::currentDateTime());
 }
 
 /// Ends what a gate that was killed has begun. What is not in place begins anew while its delivery

@@ -133,6 +133,7 @@ void readPlace(Status *status)
                                 false});
         return;
     }
+    status->place.stays = readPlaceStays(status->sources.state);
     const QFileInfo file(path);
     status->place.folderChanged = QFileInfo(file.path()).lastModified();
     status->place.isThere = file.isFile();
@@ -169,10 +170,10 @@ bool newestIsRead(const Status &status, const GateRecord &record)
             > (sources.passSeconds > 0 ? sources.passSeconds : unknownInterval) + timeOfAPass;
     if (status.place.isThere && status.place.record == record.name)
         return false;
-    // A folder in which something always changes tells nothing.
+    // A folder in which something always changes tells nothing, where no gate has looked.
     const qint64 longest = (sources.passSeconds > 0 ? sources.passSeconds : longestUnknown)
         + timeOfAPass;
-    return age > longest || status.place.folderChanged.secsTo(status.now) > timeOfAPass;
+    return age > longest || goneBy(status, record.name).secsTo(status.now) > timeOfAPass;
 }
 
 /// The plugin has taken the newest export out of its place, and its pass may not be over.
@@ -181,6 +182,13 @@ bool mayBeAtWork(const Status &status, const GateRecord &record)
     const bool liesThere = status.place.isThere && status.place.record == record.name
         && !status.sources.staysInPlace;
     return !liesThere && !newestIsRead(status, record);
+}
+
+/// The pass over an export may not have been over when the next one was rehearsed.
+bool mayOverlap(const Status &status, const QString &exported, const GateRecord &next)
+{
+    const PlaceStay *stay = stayOf(status.place.stays, exported);
+    return stay && !(stay->gone.isValid() && stay->gone.secsTo(next.when) > timeOfAPass);
 }
 
 /// The export of the last pass that is known of, if it is not over yet, too; empty for none.
@@ -289,8 +297,12 @@ QVector<RehearsedExport> readRehearsals(const Status &status)
         RehearsedExport exported {record.name, {}, isBeingRead};
         if (QFileInfo::exists(settledFile(status.sources, record)))
             exported.isSettled = true;
-        if (!readChangesFile(rehearsalFile(status.sources, record), &exported.changes))
-            exports.append(exported);
+        if (readChangesFile(rehearsalFile(status.sources, record), &exported.changes))
+            continue;
+        // Either this rehearsal tells all that was still to come, or its pass takes that back.
+        if (!exports.isEmpty() && mayOverlap(status, exports.constLast().record, record))
+            exports.last().isSettled = true;
+        exports.append(exported);
     }
     return exports;
 }

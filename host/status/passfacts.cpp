@@ -48,11 +48,13 @@ PassStatus passOfRecord(const GateRecord &record, const Status &status)
 {
     PassStatus pass;
     pass.source = PassStatus::FromPlace;
-    pass.notBefore = record.when;
+    const PlaceStay *stay = stayOf(status.place.stays, record.name);
+    const bool wasSeen = stay && stay->seen.isValid() && !status.sources.staysInPlace;
+    pass.notBefore = wasSeen ? qMax(record.when, stay->seen) : record.when;
     // A pass removes the export as soon as it has read it.
-    const bool tells = !status.place.isThere && status.place.folderChanged >= record.when;
-    if (!status.sources.staysInPlace && tells)
-        pass.when = status.place.folderChanged;
+    const QDateTime gone = goneBy(status, record.name);
+    if (!status.sources.staysInPlace && !status.place.isThere && gone >= pass.notBefore)
+        pass.when = gone;
     pass.file = record.name;
     pass.exported = record.exported;
     if (record.rehearsal)

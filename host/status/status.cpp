@@ -59,6 +59,12 @@ bool isUnread(const Status &status)
     return status.place.isThere && !status.sources.staysInPlace;
 }
 
+QDateTime goneBy(const Status &status, const QString &record)
+{
+    const PlaceStay *stay = stayOf(status.place.stays, record);
+    return stay && stay->gone.isValid() ? stay->gone : status.place.folderChanged;
+}
+
 QDateTime nextPassDue(const Status &status)
 {
     const StatusSources &sources = status.sources;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/gate/gaterecord.h"
+#include "host/gate/placestays.h"
 #include "host/status/losses.h"
 #include "host/status/statussources.h"
 
@@ -19,6 +20,7 @@ struct PlaceStatus
     qint64 size = 0;
     QString record; ///< of the gate, that has let it through; empty: the gate knows nothing of it
     QDateTime folderChanged; ///< when something last came to the folder, or went
+    QVector<PlaceStay> stays; ///< what the gates have seen
 };
 
 /// The last pass that is known of.
@@ -118,5 +120,7 @@ const GateRecord *lastPassed(const QVector<GateRecord> &records);
 bool waitsForSomebody(const WaitingPerson &waiting);
 /// An export lies in place that the plugin is still to read.
 bool isUnread(const Status &status);
+/// When an export that went into place, and is no longer there, was gone at the latest.
+QDateTime goneBy(const Status &status, const QString &record);
 /// When the next pass is due at the latest; not valid where nobody can know.
 QDateTime nextPassDue(const Status &status);

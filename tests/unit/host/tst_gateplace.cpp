@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The TalvenHR authors
 // SPDX-License-Identifier: MIT
 // What lies in place, and who has put it there.
+#include "host/gate/placestays.h"
 #include "support/gate/gatesite.h"
 #include "support/unprivileged.h"
 
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void unreadablePlace_isTold();
     void unreadExport_isReplaced();
     void exportThatStays_isNotCalledUnread();
+    void export_isRememberedFromPlaceToGone();
     void refusedExport_leavesWhatLiesInPlace();
     void foreignFileThatCannotBeRemoved_isRecordedOnce();
     void fileThatCameMeanwhile_isNotLost();
@@ -110,6 +112,31 @@ void tst_GatePlace::exportThatStays_isNotCalledUnread()
     site.run();
     site.deliver(site.nextExport());
     QCOMPARE(site.run().decided.value(0).replaced, QString());
+}
+
+/// Also where others write into the folder.
+void tst_GatePlace::export_isRememberedFromPlaceToGone()
+{
+    GateSite site;
+    const QString state = site.settings.state;
+    site.run();
+    QVERIFY(readPlaceStays(state).isEmpty());
+    site.deliver(site.nextExport());
+    const QString name = site.run().decided.value(0).name;
+    site.run();
+    const PlaceStay lying = readPlaceStays(state).value(0);
+    QCOMPARE(lying.record, name);
+    QVERIFY(lying.seen.isValid() && !lying.gone.isValid());
+    site.read();
+    site.run();
+    const PlaceStay gone = readPlaceStays(state).value(0);
+    QCOMPARE(gone.seen, lying.seen);
+    QVERIFY(gone.gone >= gone.seen);
+    QFile other(QFileInfo(site.settings.place).path() + QStringLiteral("/figures.prom"));
+    QVERIFY(other.open(QIODevice::WriteOnly));
+    site.run();
+    QCOMPARE(readPlaceStays(state).size(), 1);
+    QCOMPARE(readPlaceStays(state).value(0).gone, gone.gone);
 }
 
 void tst_GatePlace::refusedExport_leavesWhatLiesInPlace()

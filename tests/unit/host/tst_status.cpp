@@ -24,6 +24,8 @@ private Q_SLOTS:
     void supersededExports_wereNeverRead();
     void pass_comesFromItsChanges();
     void pass_comesFromThePlace();
+    void pass_ranBetweenWhatTheGateHasSeen();
+    void rehearsals_ofPassesThatOverlapAreSettled();
     void damagedFiles_areNamed();
     void rehearsals_areThoseOfExportsThatWereRead();
     void settledFile_isThatOfAnExportThatPassed();
@@ -183,6 +185,66 @@ void tst_Status::pass_comesFromThePlace()
     folder.keep(newer);
     folder.age(QStringLiteral("site"), 0);
     QCOMPARE(folder.status().pass.file, newer.name);
+}
+
+/// Whatever else comes to the folder: a server that is dead does not look alive.
+void tst_Status::pass_ranBetweenWhatTheGateHasSeen()
+{
+    const GateFolder folder;
+    const GateRecord record = folder.record(5, "a");
+    folder.keep(record);
+    const QString state = folder.sources().state;
+    const auto hoursAgo = [](int hours) { return GateFolder::now().addSecs(-3600 * hours); };
+    QVERIFY(!notePlace(state, record.name, true, hoursAgo(5), hoursAgo(4)));
+    QVERIFY(!notePlace(state, record.name, false, hoursAgo(3), hoursAgo(2)));
+    QVERIFY(!notePlace(state, record.name, false, hoursAgo(1), hoursAgo(1)));
+    folder.age(QStringLiteral("site"), 0);
+    Status status = folder.status();
+    QCOMPARE(status.pass.notBefore, hoursAgo(4));
+    QCOMPARE(status.pass.when, hoursAgo(3));
+    QCOMPARE(readExports(status), QStringList {record.name});
+    QVERIFY(newestIsJudged(status));
+
+    // Somebody has put it there again.
+    QVERIFY(!notePlace(state, record.name, true, hoursAgo(1), hoursAgo(1)));
+    status = folder.status();
+    QCOMPARE(status.pass.notBefore, hoursAgo(1));
+    QCOMPARE(status.pass.when, hoursAgo(0));
+    // A clock was set back: the gate's own moment counts.
+    QVERIFY(!notePlace(state, record.name, false, hoursAgo(3), hoursAgo(0)));
+    QCOMPARE(folder.status().pass.when, hoursAgo(0));
+}
+
+/// What a pass has done after the rehearsal of the next one, the next pass may take back.
+void tst_Status::rehearsals_ofPassesThatOverlapAreSettled()
+{
+    const GateFolder folder;
+    const GateRecord first = folder.record(5, "a");
+    const GateRecord second = folder.record(3, "b");
+    const GateRecord third = folder.record(1, "c");
+    for (const GateRecord &record : {first, second, third}) {
+        folder.keep(record);
+        folder.keep(record, changesBy(PassTold()));
+    }
+    folder.age(QStringLiteral("site"), 1);
+    const auto settled = [&folder] {
+        QVector<bool> all;
+        const QVector<RehearsedExport> rehearsals = readRehearsals(folder.status());
+        for (const RehearsedExport &rehearsed : rehearsals)
+            all.append(rehearsed.isSettled);
+        return all;
+    };
+    QCOMPARE(settled(), QVector<bool>({false, false, false}));
+    const QString state = folder.sources().state;
+    // One was gone long before, the other one only while the next one was looked at.
+    QVERIFY(!notePlace(state, first.name, false, first.when.addSecs(60), second.when));
+    QVERIFY(!notePlace(state, second.name, true, second.when, third.when));
+    QCOMPARE(settled(), QVector<bool>({false, true, false}));
+    QVERIFY(!notePlace(state, second.name, false, third.when.addSecs(-60), third.when));
+    QCOMPARE(settled(), QVector<bool>({false, true, false}));
+    QVERIFY(!notePlace(state, second.name, true, second.when, second.when));
+    QVERIFY(!notePlace(state, second.name, false, third.when.addSecs(-3600), third.when));
+    QCOMPARE(settled(), QVector<bool>({false, false, false}));
 }
 
 void tst_Status::damagedFiles_areNamed()
