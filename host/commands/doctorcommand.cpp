@@ -122,7 +122,7 @@ QString accountStatements(const QString &comment, const QString &account, const 
     return text;
 }
 
-/// Of three accounts, as a file of statements. No server is asked.
+/// Of four accounts, as a file of statements. No server is asked.
 void printGrants(const DatabaseChoice &choice)
 {
     const ConnectionParameters &connection = choice.connection;
@@ -136,6 +136,11 @@ void printGrants(const DatabaseChoice &choice)
         + accountStatements(Text::tr("An account that only reads, for check, doctor and rehearse"),
                             quotedAccount(connection.user + QLatin1String("_read") + machine),
                             connection.database, GrantPurpose::Look)
+        + QLatin1Char('\n')
+        + accountStatements(Text::tr("An account for run --plan, which rehearses a pass and then "
+                                     "makes it; nothing else needs it"),
+                            quotedAccount(connection.user + QLatin1String("_plan") + machine),
+                            connection.database, GrantPurpose::Plan)
         + QLatin1Char('\n')
         + accountStatements(Text::tr("An account that takes passes back, for undo"),
                             quotedAccount(connection.user + QLatin1String("_undo") + machine),
@@ -202,7 +207,8 @@ Command doctorCommand()
     forms.options.append(
         {QStringLiteral("grants"), QString(),
          Text::tr("print the statements for an account that can do exactly what a pass needs, for "
-                  "one that only reads, and for one that takes passes back; look at nothing")});
+                  "one that only reads, for one that can do both for run --plan, and for one that "
+                  "takes passes back; look at nothing")});
     command.groups = {pluginOptions(), databaseOptions(), forms};
     command.exitCodes = {ExitClean,    ExitErrors,  ExitUsage,
                          ExitDatabase, ExitRefused, ExitInterrupted};

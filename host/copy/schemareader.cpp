@@ -290,7 +290,9 @@ Failure SchemaReader::refusal() const
         return {};
     const QString text
         = Text::tr("the copy of database '%1' would not be whole: the login '%2' lacks %3; grant "
-                   "what is missing")
+                   "what is missing, or take an account of those that 'talvenhr doctor --grants' "
+                   "prints: that which only reads, or for run --plan the one whose name ends in "
+                   "_plan")
               .arg(schema->name, account, rightsMissing.join(QStringLiteral(", ")));
     // The other rights have no way around them.
     return {ExitRefused,

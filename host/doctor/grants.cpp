@@ -83,7 +83,16 @@ QStringList grantStatements(const QString &account, const QString &schema, Grant
     const QStringList look {QStringLiteral("GRANT SELECT, TRIGGER, SHOW VIEW ON %1.* TO %2")
                                 .arg(quotedSchemaPattern(schema), account),
                             QStringLiteral("GRANT SELECT ON `mysql`.`proc` TO ") + account};
-    return purpose == GrantPurpose::Look ? look : look + undoStatements(account, schema);
+    switch (purpose) {
+    case GrantPurpose::Plan:
+        return look + runStatements(account, schema);
+    case GrantPurpose::Undo:
+        return look + undoStatements(account, schema);
+    case GrantPurpose::Run:
+    case GrantPurpose::Look:
+        break;
+    }
+    return look;
 }
 
 QString quotedSchemaPattern(const QString &schema)

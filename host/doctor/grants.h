@@ -8,6 +8,7 @@
 enum class GrantPurpose {
     Run, ///< exactly what the statements of a pass need
     Look, ///< all that is there to be read, and nothing written: for checks, and for a dump
+    Plan, ///< the rights of Run and of Look: for a pass that is rehearsed first
     Undo ///< what a pass has written, given back; and the rights of Look
 };
 

@@ -30,7 +30,7 @@ private Q_SLOTS:
     void doctor_tellsWhyItLooksThere();
     void html_replacesNoSettings();
     void html_tellsTheSame();
-    void grants_makeThreeAccounts();
+    void grants_makeFourAccounts();
 
 private:
     QJsonObject report(const Site &site, const QStringList &options, int exitCode);
@@ -275,7 +275,7 @@ void tst_Doctor::html_tellsTheSame()
 }
 
 /// The statements themselves are proved with the checks of rights.
-void tst_Doctor::grants_makeThreeAccounts()
+void tst_Doctor::grants_makeFourAccounts()
 {
     TalvenhrProcess program({QStringLiteral("doctor"), QStringLiteral("--grants"),
                              QStringLiteral("--host"), QStringLiteral("none.invalid"),
@@ -283,13 +283,14 @@ void tst_Doctor::grants_makeThreeAccounts()
                              QStringLiteral("--database"), QStringLiteral("dochazka")});
     QCOMPARE(program.finish(), 0);
     const QStringList lines = program.output().split(QLatin1Char('\n'));
-    for (const char *account : {"'o''hara'@'%'", "'o''hara_read'@'%'", "'o''hara_undo'@'%'"})
+    for (const char *account :
+         {"'o''hara'@'%'", "'o''hara_read'@'%'", "'o''hara_plan'@'%'", "'o''hara_undo'@'%'"})
         QVERIFY(lines.contains(QStringLiteral("CREATE USER IF NOT EXISTS %1 ACCOUNT LOCK;")
                                    .arg(QLatin1String(account))));
     const QStringList grants = lines.filter(QRegularExpression(QStringLiteral("^GRANT .*;$")));
     QVERIFY(grants.size() > 20);
-    // The table of the server's routines, of two.
-    QVERIFY(grants.filter(QStringLiteral(" `dochazka`.")).size() >= grants.size() - 2);
+    // The table of the server's routines, of three.
+    QVERIFY(grants.filter(QStringLiteral(" `dochazka`.")).size() >= grants.size() - 3);
     QVERIFY(lines.filter(QStringLiteral("--")).constLast().contains(QStringLiteral("UNLOCK")));
     QVERIFY(grants.constLast().endsWith(QStringLiteral(" TO 'o''hara_undo'@'%';")));
 }

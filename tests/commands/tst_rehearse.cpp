@@ -49,6 +49,7 @@ private Q_SLOTS:
     void plan_takesNoOtherExport_data();
     void plan_takesNoOtherExport();
     void plan_holdsTheLockAndGoesWithoutRights();
+    void plan_goesWithTheAccountMadeForIt();
     void withoutAutomaticCommit_nothingStays();
     void exportWithoutAUsableLine_isAnError();
     void configuration_namesTheSourceAndNeverTheCopy();
@@ -310,6 +311,50 @@ void tst_Rehearse::plan_holdsTheLockAndGoesWithoutRights()
     TalvenhrProcess same(planned + QStringList(lacking));
     QCOMPARE(same.finish(), 0);
     QVERIFY2(same.lastLine().contains(QStringLiteral("1 pass")), qPrintable(same.lastLine()));
+}
+
+/// The plugin's own cannot read all, and the one that reads cannot write.
+void tst_Rehearse::plan_goesWithTheAccountMadeForIt()
+{
+    PrivateDatabase database(site.path(QStringLiteral("db")));
+    QVERIFY(!database.start());
+    const ConnectionParameters parameters = database.administratorParameters();
+    Connection administrator(QStringLiteral("administrator"));
+    QVERIFY(!administrator.open(parameters));
+    TalvenhrProcess grants({QStringLiteral("doctor"), QStringLiteral("--grants"),
+                            QStringLiteral("--user"), QStringLiteral("made"),
+                            QStringLiteral("--database"), parameters.database});
+    QCOMPARE(grants.finish(), 0);
+    QSqlQuery query(administrator.handle());
+    const QStringList statements = grants.output()
+                                       .split(QLatin1Char('\n'))
+                                       .filter(QRegularExpression(
+                                           QStringLiteral("^(CREATE|GRANT) .*;$")));
+    for (const QString &statement : statements)
+        QVERIFY2(query.exec(statement), qPrintable(statement));
+    for (const char *account : {"made", "made_read", "made_plan"})
+        QVERIFY(query.exec(
+            QStringLiteral("ALTER USER %1@localhost ACCOUNT UNLOCK").arg(QLatin1String(account))));
+    const auto login = [&](const char *user) {
+        return QStringList {QStringLiteral("--data-dir"), site.dataDir(),
+                            QStringLiteral("--socket"),   parameters.socket,
+                            QStringLiteral("--database"), parameters.database,
+                            QStringLiteral("--user"),     QLatin1String(user),
+                            QStringLiteral("--no-limits")};
+    };
+    TalvenhrProcess rehearse(QStringList {QStringLiteral("rehearse"), QStringLiteral("--quiet")}
+                             + login("made_read"));
+    QCOMPARE(rehearse.finish(), 0);
+    const QStringList planned {QStringLiteral("run"), QStringLiteral("--once"),
+                               QStringLiteral("--plan"),
+                               rehearse.output().section(QStringLiteral("plan: "), 1).trimmed()};
+    TalvenhrProcess plain(planned + login("made"));
+    QCOMPARE(plain.finish(), 5);
+    QVERIFY2(plain.lastLine().contains(QStringLiteral("_plan")), qPrintable(plain.lastLine()));
+    TalvenhrProcess made(planned + login("made_plan"));
+    QCOMPARE(made.finish(), 0);
+    QVERIFY2(made.lastLine().contains(QStringLiteral("1 pass")), qPrintable(made.lastLine()));
+    QVERIFY2(made.lastLine().contains(QStringLiteral("0 errors")), qPrintable(made.lastLine()));
 }
 
 /// The source's sessions begin so. The rehearsal comes to its end, with what the real pass would
