@@ -97,6 +97,6 @@ private:
     std::array<qint64, changeKindCount> counts {};
 };
 
-/// "added 3, updated 5, ended 1, waiting 2, errors 0": the figures of a pass wherever one line tells
-/// of it.
+/// "added 3, updated 5, ended 1, waiting 2, errors 0": the figures of a pass wherever one line
+/// tells of it.
 QString figuresText(const KindCounts &summary);
