@@ -85,20 +85,23 @@ Failure Gate::open(GateResult *result)
         result->warnings.append(Text::tr("the last record is of %1, which is still to come; see "
                                          "whether the clock of this machine is right")
                                     .arg(zonedText(records.constLast().when)));
-    if (const Failure failure = lookAtPlace())
-        return failure;
+    lookAtPlace(result);
     return recover(result);
 }
 
 /// Before anything is changed there: when the plugin took the last export is known by it.
-Failure Gate::lookAtPlace() const
+void Gate::lookAtPlace(GateResult *result) const
 {
     const GateRecord *last = archive.lastPassed();
     if (!last)
-        return {};
-    return notePlace(settings.state, last->name, archive.wasPlacedLast(placement.digest()),
-                     QFileInfo(QFileInfo(placement.path()).path()).lastModified(),
-                     QDateTime::currentDateTime());
+        return;
+    const QDateTime folderChanged = QFileInfo(QFileInfo(placement.path()).path()).lastModified();
+    if (const Failure failure = notePlace(settings.state, last->name,
+                                          archive.wasPlacedLast(placement.digest()), folderChanged,
+                                          QDateTime::currentDateTime()))
+        result->warnings.append(Text::tr("%1; 'talvenhr status' knows less exactly when the last "
+                                         "pass ran")
+                                    .arg(failure.text));
 }
 
 /// Ends what a gate that was killed has begun. What is not in place begins anew while its delivery

@@ -78,7 +78,7 @@ public:
 private:
     // gate.cpp
     Failure open(GateResult *result);
-    Failure lookAtPlace() const;
+    void lookAtPlace(GateResult *result) const;
     Failure recover(GateResult *result);
     Failure refuseForeign(GateResult *result);
     bool isStillThere(const GateRecord &record) const;
