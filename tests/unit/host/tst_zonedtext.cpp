@@ -53,7 +53,7 @@ void tst_ZonedText::refusal_saysTheZoneOfItsMoments()
     record.exported.name = QStringLiteral("ron.data");
     record.fileTime = QDateTime(QDate(2026, 11, 22), QTime(4, 0));
     record.when = QDateTime(QDate(2026, 11, 22), QTime(3, 30, 21), Qt::UTC); // as a record is read
-    QVERIFY(refusalText(record, QStringLiteral("/refused"))
+    QVERIFY(refusalText(record, QStringLiteral("/refused"), nullptr)
                 .startsWith(QStringLiteral("The export 'ron.data' of 2026-11-22T04:00:00+01:00 was "
                                            "refused on 2026-11-22T04:30:21+01:00.")));
 }
