@@ -65,7 +65,7 @@ void tst_GateTexts::differences_areAllowedByTheirCode()
     record.reasons = {{QStringLiteral("W-AGAINST-EMPTY"), QStringLiteral("no titles"), QString()}};
     record.limits.clear();
     QCOMPARE(allowOptions(record), QStringLiteral(" --allow W-AGAINST-EMPTY"));
-    QCOMPARE(decisionLine(record),
+    QCOMPARE(decisionLine(record, QString()),
              QStringLiteral("refused: ron.data (%1): no titles; if that is right: talvenhr gate "
                             "--allow W-AGAINST-EMPTY %1 --reason \"why\"")
                  .arg(record.name));
@@ -104,16 +104,17 @@ void tst_GateTexts::nothingNew_saysThatAllIsWell()
     GateRecord record = refusal();
     record.isNothingNew = true;
     record.reasons = {{QStringLiteral("seen"), QStringLiteral("the same bytes"), QString()}};
-    QCOMPARE(decisionLine(record),
+    QCOMPARE(decisionLine(record, QString()),
              QStringLiteral("nothing new: ron.data (%1): the same bytes").arg(record.name));
     const QString text = textOf(record);
-    QVERIFY2(text.startsWith(QStringLiteral("The export 'ron.data' of 2026-11-22T12:39:02Z brought "
-                                            "nothing new on 2026-11-22T12:40:02Z. ")),
-             qPrintable(text));
+    QVERIFY2(
+        text.startsWith(QStringLiteral("The export 'ron.data' of 2026-11-22T13:39:02+01:00 brought "
+                                       "nothing new on 2026-11-22T13:40:02+01:00. ")),
+        qPrintable(text));
     QVERIFY2(text.endsWith(QStringLiteral("To have the plugin read it once more:\n") + released),
              qPrintable(text));
     record.isNothingNew = false;
-    QVERIFY(decisionLine(record).startsWith(QStringLiteral("refused: ")));
+    QVERIFY(decisionLine(record, QString()).startsWith(QStringLiteral("refused: ")));
 }
 
 void tst_GateTexts::comparison_isNamedWithItsTime()
