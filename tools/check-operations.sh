@@ -15,19 +15,27 @@ cleanup() {
 }
 trap cleanup EXIT
 
+# real_block N DOCUMENT ROOT: the Nth settings that the document gives for a real server, with paths below ROOT.
+real_block() {
+    awk -v wanted="$1" '/^## /{ real = /real server/ } /^```/{ block = 0 } real && block
+        /^```ini$/ && real { block = ++given == wanted }' "$2" | sed "s|\([=\"]\)/|\1$3/|"
+}
+
 # Its paths lead below the folder, where all that they name lies as the document says.
 check_configuration() {
     local root=$folder/real sources=$1 document=$2
-    mkdir -p "$root"/{etc/talvenhr,opt/attendance/plugins,srv/attendance,srv/hr/incoming}
+    mkdir -p "$root"/{etc/talvenhr,opt/attendance/plugins,srv/attendance,srv/hr/incoming,srv/hr/place}
     cp "$sources/build/release/plugin/libTalvenHR.so" "$root/opt/attendance/plugins"
-    cp "$sources/examples/TalvenHR.ini" "$root/srv/attendance"
+    real_block 2 "$document" "$root" >"$root/srv/attendance/TalvenHR.ini"
     install "$sources/examples/hooks/mail.py" "$root/etc/talvenhr"
     install -m 0600 /dev/null "$root/etc/talvenhr/read.password"
     echo look >"$root/etc/talvenhr/read.password"
-    awk '/^## /{ real = /real server/ } /^```/{ block = 0 } real && block; /^```ini$/ && real { block = !given++ }' \
-        "$document" | sed "s|=/|=$root/|" >"$root/etc/talvenhr/talvenhr.conf"
+    real_block 1 "$document" "$root" >"$root/etc/talvenhr/talvenhr.conf"
     grep -q '^incoming=' "$root/etc/talvenhr/talvenhr.conf"
-    talvenhr config --config "$root/etc/talvenhr/talvenhr.conf" >/dev/null
+    talvenhr config --config "$root/etc/talvenhr/talvenhr.conf" >"$root/told" || {
+        cat "$root/told" >&2
+        return 1
+    }
 }
 
 checker=$PWD/tools/check-console.py
