@@ -24,7 +24,7 @@ people=${1:-10000}
 program=$PWD/build/release/bin/talvenhr
 plugin=$PWD/build/release/plugin/libTalvenHR.so
 folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
+trap 'jobs -p | xargs -r kill; rm -rf "$folder"' EXIT
 
 # The day whose export passes and rehearsals take.
 provide() {

@@ -33,10 +33,12 @@ QStringList keepAndTell(const GateOptions &gate, const Failure &failure)
 
 QStringList noteGateEnd(const GateOptions &gate, const Failure &failure)
 {
-    if (!failure)
-        forgetGateFailure(gate.settings.state);
-    else if (failure.exitCode != ExitRefused && !gate.release)
+    // A person sees how a release ends, and it says nothing of the next gate.
+    if (gate.release || failure.exitCode == ExitRefused)
+        return {};
+    if (failure)
         return keepAndTell(gate, failure);
+    forgetGateFailure(gate.settings.state);
     return {};
 }
 
@@ -60,9 +62,12 @@ void endBeforeBegin(const Options &options, const GateOptions &gate, const Failu
     const GateSettings &settings = gate.settings;
     if (isForOneExport(options) || settings.state.isEmpty() || checkGateOwner(settings))
         return;
+    Failure notMade;
     if (!checkIncoming(settings.incoming.folder))
-        makeOwnerFolder(settings.state);
+        notMade = makeOwnerFolder(settings.state);
     QStringList warnings = keepAndTell(gate, failure);
+    if (notMade)
+        warnings.append(notMade.text);
     StatusSettings status;
     readStatusSettings(options, &status);
     status.whyNoDatabase = Text::tr("the gate did not come so far");

@@ -57,7 +57,7 @@ OptionGroup releaseOptions()
     return {Text::tr("One export, by a person"),
             {{QStringLiteral("release"), QStringLiteral("REFUSED"),
               Text::tr("let this one through, as it is, in spite of all that was found")},
-             {QStringLiteral("allow"), QStringLiteral("LIMIT=N"),
+             {QStringLiteral("allow"), QStringLiteral("LIMIT=N|CODE"),
               Text::tr("decide about FILE again, with this limit for once, or with a difference "
                        "from the last good export allowed, by its code; may be repeated")},
              {QStringLiteral("over-newer"), QString(),
@@ -115,8 +115,8 @@ Failure readRelease(const Options &options, std::optional<ReleaseWish> *release)
         return options.usageFailure(Text::tr(
             "to let one export through, write --release REFUSED, or --allow LIMIT=N FILE"));
     if (released.isEmpty() && (allowed.isEmpty() || file.isEmpty()))
-        return options.usageFailure(Text::tr("--allow and FILE go together: the limit, and the "
-                                             "name of the refused export or its path"));
+        return options.usageFailure(Text::tr("--allow and FILE go together: the limit or code, and "
+                                             "the name of the refused export or its path"));
     if (reason.trimmed().isEmpty())
         return options.usageFailure(
             Text::tr("--reason is missing; the next one who looks will ask why"));

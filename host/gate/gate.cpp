@@ -5,7 +5,6 @@
 
 #include "host/base/ownerfile.h"
 #include "host/base/zonedtext.h"
-#include "host/gate/exportdate.h"
 #include "host/gate/lateness.h"
 #include "host/gate/placestays.h"
 
@@ -68,8 +67,6 @@ Failure Gate::open(GateResult *result)
         return failure;
     if (const Failure failure = lock.take())
         return failure;
-    if (const Failure failure = noteGateBegin(settings.state, QDateTime::currentDateTime()))
-        return failure;
     if (const Failure failure = archive.open())
         return failure;
     for (const QString &path : archive.unreadable())
@@ -85,6 +82,10 @@ Failure Gate::open(GateResult *result)
         result->warnings.append(Text::tr("the last record is of %1, which is still to come; see "
                                          "whether the clock of this machine is right")
                                     .arg(zonedText(records.constLast().when)));
+    if (const Failure failure = noteGateBegin(settings.state, QDateTime::currentDateTime()))
+        result->warnings.append(
+            Text::tr("%1; where no export ever comes, it is not known to be late")
+                .arg(failure.text));
     lookAtPlace(result);
     return recover(result);
 }

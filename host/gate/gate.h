@@ -91,6 +91,7 @@ private:
     bool isThroughAlready(const QString &digest, const ReleaseWish &wish, GateResult *result) const;
     Failure findKept(const GateRecord &record, Delivery *delivery) const;
     Failure findDelivered(const QString &path, Delivery *delivery) const;
+    Failure checkWhole(const Delivery &delivery) const;
     Failure checkReplaced(const Delivery &delivery) const;
     static Failure checkReleased(const GateRecord &record);
 
@@ -126,5 +127,7 @@ private:
     Placement placement;
     const GateWork work;
     GateLock lock;
+    /// This gate has let one through, or seen that there is no news: what is older is superseded.
+    bool newestIsKnown = false;
     std::function<void(const char *step)> atStep;
 };

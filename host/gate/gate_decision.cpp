@@ -65,12 +65,7 @@ Failure Gate::decide(const Delivery &delivery, const std::optional<Release> &rel
     if (const Failure failure = takeIn(delivery, &record))
         return failure;
     record.release = release;
-    const bool isSuperseded = !release
-        && std::any_of(result->decided.cbegin(), result->decided.cend(),
-                       [](const GateRecord &other) {
-                           return other.outcome == GateRecord::Passed || other.isNothingNew;
-                       });
-    if (isSuperseded) {
+    if (!release && newestIsKnown) {
         if (const Failure failure = supersede(&record))
             return failure;
         return finish(delivery, record, result);
@@ -84,6 +79,7 @@ Failure Gate::decide(const Delivery &delivery, const std::optional<Release> &rel
     const bool passes = record.reasons.isEmpty() || (release && release->allowed.isEmpty());
     if (const Failure failure = passes ? letThrough(&record) : refuse(&record))
         return failure;
+    newestIsKnown = newestIsKnown || passes || record.isNothingNew;
     return finish(delivery, record, result);
 }
 

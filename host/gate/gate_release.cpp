@@ -119,7 +119,7 @@ Failure Gate::findDelivered(const QString &path, Delivery *delivery) const
                          "'talvenhr status' shows what was refused")
                     .arg(path, settings.incoming.folder)};
     if (isDelivered)
-        return {};
+        return checkWhole(*delivery);
     const QStringList own {settings.refused, settings.archive, settings.state};
     if (std::any_of(own.cbegin(), own.cend(),
                     [&folder](const QString &one) { return isBelow(folder, one); }))
@@ -131,6 +131,22 @@ Failure Gate::findDelivered(const QString &path, Delivery *delivery) const
             Text::tr("'%1' was never delivered, and nothing was found about it; deliver it into "
                      "'%2', and run 'talvenhr gate'")
                 .arg(path, settings.incoming.folder)};
+}
+
+/// What somebody still writes to would be cut off in place.
+Failure Gate::checkWhole(const Delivery &delivery) const
+{
+    QVector<Delivery> whole;
+    QStringList waiting;
+    if (const Failure failure = findDeliveries(settings.incoming, QDateTime::currentDateTime(),
+                                               &whole, &waiting))
+        return failure;
+    if (!waiting.contains(QFileInfo(delivery.path).fileName()))
+        return {};
+    return {ExitErrors,
+            Text::tr("'%1' is not known to be whole yet; wait until nobody writes to it any more, "
+                     "and release it then")
+                .arg(delivery.path)};
 }
 
 /// Whoever releases an export may not know what has come since. What is in place unread would never

@@ -70,7 +70,8 @@ Failure GateLock::refusal() const
                     .arg(path, since)};
     const QString here = QSysInfo::machineHostName();
     if (!host.isEmpty() && host != here)
-        return {ExitRefused,
+        // No end of a gate takes this lock away: somebody has to know.
+        return {ExitUsage,
                 Text::tr("a gate on the machine '%1' (process %2) has locked the folder '%3' since "
                          "%4, and this machine is '%5'; if no gate is at work there, as after this "
                          "machine was renamed, remove '%6'")

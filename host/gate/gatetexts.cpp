@@ -139,7 +139,7 @@ QString decisionLine(const GateRecord &record, const QString &whyNotRehearsed)
     case GateRecord::Refused:
         return refusedLine(record);
     case GateRecord::Superseded:
-        return Text::tr("superseded: %1 (%2); a newer export went through")
+        return Text::tr("superseded: %1 (%2); a newer export came")
             .arg(record.exported.name, record.name);
     case GateRecord::Passing:
     case GateRecord::Passed:

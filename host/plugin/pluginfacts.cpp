@@ -15,6 +15,8 @@ Failure readPluginFacts(PluginFile *plugin, PluginFacts *facts)
     if (const Failure failure = plugin->check())
         return failure;
     const ScratchFolder emptyFolder;
+    if (!emptyFolder.failure().isEmpty())
+        return {ExitUsage, emptyFolder.failure()};
     const DataDirectory dataDirectory(emptyFolder.path());
     const SilentMessages silence;
     if (const Failure failure = plugin->load())

@@ -18,6 +18,9 @@ RealNames::RealNames(const RehearsalSite &site, const RehearsalWishes &wishes) :
 
 QString RealNames::in(QString text) const
 {
+    // Without a folder there is no name to replace.
+    if (folder.isEmpty())
+        return text;
     return text.replace(data, realExport)
         .replace(settings, realSettings)
         .replace(folder, QFileInfo(realSettings).path());

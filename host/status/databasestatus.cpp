@@ -12,6 +12,8 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include <algorithm>
+
 namespace {
 
 struct Text
@@ -68,6 +70,9 @@ Failure addDatabase(const QSqlDatabase &database, Status *status)
     readQueue(database, status);
     const QVector<RehearsedExport> rehearsals = readRehearsals(*status);
     status->lossesAreKnown = true;
+    status->notJudged = static_cast<int>(
+        std::count_if(rehearsals.cbegin(), rehearsals.cend(),
+                      [](const RehearsedExport &exported) { return exported.isOverlapped; }));
     if (rehearsals.isEmpty())
         return {};
     Snapshot snapshot;

@@ -301,7 +301,7 @@ QVector<RehearsedExport> readRehearsals(const Status &status)
             continue;
         // Either this rehearsal tells all that was still to come, or its pass takes that back.
         if (!exports.isEmpty() && mayOverlap(status, exports.constLast().record, record))
-            exports.last().isSettled = true;
+            exports.last().isSettled = exports.last().isOverlapped = true;
         exports.append(exported);
     }
     return exports;

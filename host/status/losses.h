@@ -36,6 +36,8 @@ struct RehearsedExport
     /// What it should have changed is not looked for: a person has said that it is as it should be,
     /// or its pass may still be at work.
     bool isSettled = false;
+    bool isOverlapped
+        = false; ///< settled, for the next export came before its pass was surely over
 };
 
 /// Tables of which a later look tells nothing are left out: what is calculated or fetched since

@@ -100,6 +100,8 @@ struct Status
     QVector<WaitingPerson> waiting;
     QVector<LostPerson> lost;
     bool lossesAreKnown = false;
+    int notJudged
+        = 0; ///< exports whose losses are not looked for; see RehearsedExport::isOverlapped
     std::optional<DatabaseStatus> database;
     QString databaseTrouble; ///< why there is none, in the server's words
     QVector<FolderStatus> folders;

@@ -203,6 +203,7 @@ Section endSection(const Status &status, PersonalTexts texts)
     Section section;
     section.figures = {figure("lossesAreKnown", status.lossesAreKnown),
                        figure("newestIsJudged", newestIsJudged(status)),
+                       figure("notJudged", status.notJudged),
                        figure("recovery", QVariant(recoverySteps(status, texts)).toList()),
                        databaseFigure(status.database)};
     return section;

@@ -163,11 +163,15 @@ QString lostText(const Status &status)
 {
     if (!status.lossesAreKnown)
         return Text::tr("unknown");
-    return newestIsJudged(status)
-        ? Text::tr("people: %1").arg(status.lost.size())
-        : Text::tr("people: %1; the newest export is not looked at yet: its pass may still be to "
-                   "come, or at work")
-              .arg(status.lost.size());
+    QStringList parts {Text::tr("people: %1").arg(status.lost.size())};
+    if (!newestIsJudged(status))
+        parts.append(Text::tr("the newest export is not looked at yet: its pass may still be to "
+                              "come, or at work"));
+    if (status.notJudged > 0)
+        parts.append(Text::tr("exports that are not looked at, for the next one came within ten "
+                              "minutes of their pass: %1")
+                         .arg(status.notJudged));
+    return parts.join(QStringLiteral("; "));
 }
 
 /// Those who wait for somebody.

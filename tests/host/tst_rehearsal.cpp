@@ -34,6 +34,7 @@ private Q_SLOTS:
     void site_isForItsOwnerOnly();
     void site_failsWithoutAnExport();
     void names_areTheRealOnes();
+    void names_stayWithoutAFolder();
     void inputs_areNamedBeforeAnythingIsCopied_data();
     void inputs_areNamedBeforeAnythingIsCopied();
     void export_isLookedAt();
@@ -181,6 +182,19 @@ void tst_Rehearsal::names_areTheRealOnes()
     steps.first().text = text;
     names.putInto(&steps);
     QCOMPARE(steps.first().text, real);
+}
+
+/// As on a full disk.
+void tst_Rehearsal::names_stayWithoutAFolder()
+{
+    const QByteArray real = qgetenv("TMPDIR");
+    qputenv("TMPDIR", "/no/such/folder");
+    const RehearsalSite site;
+    qputenv("TMPDIR", real);
+    RehearsalWishes wishes;
+    wishes.settingsFile = QStringLiteral("/srv/TalvenHR.ini");
+    const QString text = QStringLiteral("no space left");
+    QCOMPARE(RealNames(site, wishes).in(text), text);
 }
 
 void tst_Rehearsal::inputs_areNamedBeforeAnythingIsCopied_data()

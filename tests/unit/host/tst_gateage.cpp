@@ -22,6 +22,7 @@ private Q_SLOTS:
     void sameBytesOfAnOlderOne_areRefused();
     void sameBytesAfterANewerRefusal_areRefused();
     void nothingNew_letsNoOlderOneThrough();
+    void nothingNewOfBefore_keepsNoNewOneBack();
     void olderExport_isRefused();
 };
 
@@ -88,6 +89,26 @@ void tst_GateAge::nothingNew_letsNoOlderOneThrough()
     QVERIFY(result.decided.value(0).isNothingNew);
     QCOMPARE(result.decided.value(1).outcome, GateRecord::Superseded);
     QCOMPARE(site.inPlace(), content);
+}
+
+/// The gate that decided on it was killed before it had told so.
+void tst_GateAge::nothingNewOfBefore_keepsNoNewOneBack()
+{
+    GateSite site;
+    const QByteArray same = site.nextExport();
+    site.deliver(same);
+    site.run();
+    site.deliver(same);
+    GateRecord untold = site.run().decided.value(0);
+    QVERIFY(untold.isNothingNew);
+    untold.isTold = false;
+    QVERIFY(!writeGateRecord(untold,
+                             QDir(site.settings.refused).filePath(untold.name + recordEnding())));
+    const QByteArray fresh = site.nextExport();
+    site.deliver(fresh);
+    const GateResult result = site.run();
+    QCOMPARE(result.decided.constLast().outcome, GateRecord::Passed);
+    QCOMPARE(site.inPlace(), fresh);
 }
 
 void tst_GateAge::olderExport_isRefused()

@@ -179,7 +179,7 @@ void tst_GateFolders::lockOfAnotherMachine_isExplained()
     site.deliver(site.nextExport());
     Failure failure;
     site.run(&failure);
-    QCOMPARE(failure.exitCode, ExitRefused);
+    QCOMPARE(failure.exitCode, ExitUsage);
     for (const QString &part :
          {QStringLiteral("machine 'the-old-name' (process 4711)"), QSysInfo::machineHostName(),
           QStringLiteral("remove '%1'").arg(path)})

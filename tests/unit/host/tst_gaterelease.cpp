@@ -21,6 +21,7 @@ class tst_GateRelease : public QObject
 private Q_SLOTS:
     void release_letsThroughAsItIs();
     void allow_raisesOneLimit();
+    void delivery_isReleasedOnceItIsWhole();
     void release_takesThePathOfARefusedOne();
     void anyFileOfARefusal_meansItsExport_data();
     void anyFileOfARefusal_meansItsExport();
@@ -67,6 +68,24 @@ void tst_GateRelease::allow_raisesOneLimit()
     QCOMPARE(site.release({refused.name, release}).decided.value(0).outcome, GateRecord::Refused);
     release.allowed = QStringList {QStringLiteral("lost=%1").arg(refused.lost)};
     QCOMPARE(site.release({refused.name, release}).decided.value(0).outcome, GateRecord::Passed);
+}
+
+/// What the HR system still writes would be cut off in place.
+void tst_GateRelease::delivery_isReleasedOnceItIsWhole()
+{
+    GateSite site;
+    site.settings.incoming.complete = Completeness::Done;
+    site.deliver(site.nextExport());
+    const QString path = QDir(site.settings.incoming.folder).filePath(QStringLiteral("ron.data"));
+    Failure failure;
+    site.release({path, byHand}, &failure);
+    QCOMPARE(failure.exitCode, ExitErrors);
+    QVERIFY2(failure.text.contains(QStringLiteral("not known to be whole")),
+             qPrintable(failure.text));
+    QVERIFY(site.isDelivered());
+    QVERIFY(site.inPlace().isNull());
+    site.deliver(QByteArray(), QStringLiteral("ron.data.done"));
+    QCOMPARE(site.release({path, byHand}).decided.value(0).outcome, GateRecord::Passed);
 }
 
 /// Its age is that of the delivery, not that of the copy.

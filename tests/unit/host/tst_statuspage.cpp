@@ -201,6 +201,11 @@ void tst_StatusPage::newestExport_isToldUntilItIsLookedAt()
     status.lossesAreKnown = true;
     QVERIFY(!pageOf(status).contains(warned));
     QVERIFY(pageOf(status).contains(QStringLiteral("people: 0\n")));
+    status.notJudged = 2;
+    const QString page = pageOf(status).simplified();
+    QVERIFY2(page.contains(QStringLiteral("exports that are not looked at, for the next one came "
+                                          "within ten minutes of their pass: 2")),
+             qPrintable(page));
 }
 
 void tst_StatusPage::passOfTheServer_ranBetweenTwoMoments()
