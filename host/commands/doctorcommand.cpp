@@ -138,7 +138,7 @@ void printGrants(const DatabaseChoice &choice)
                             connection.database, GrantPurpose::Look)
         + QLatin1Char('\n')
         + accountStatements(Text::tr("An account for run --plan, which rehearses a pass and then "
-                                     "makes it; nothing else needs it"),
+                                     "makes it, and for run --changes"),
                             quotedAccount(connection.user + QLatin1String("_plan") + machine),
                             connection.database, GrantPurpose::Plan)
         + QLatin1Char('\n')

@@ -178,7 +178,8 @@ void Gate::judgeAge(GateRecord *record) const
              record->isNothingNew
                  ? Text::tr("nothing, if nothing has changed; else look whether the HR system has "
                             "written a new export")
-                 : Text::tr("look whether the HR system has written a new export")});
+                 : Text::tr("look whether the HR system has written a new export; if somebody has "
+                            "taken a change back, and all is as it was then, release it")});
     else if (last
              && isOlder({record->exported.name, record->fileTime},
                         {last->exported.name, last->fileTime}))

@@ -118,10 +118,17 @@ QString statementStep(const Status &status, const QString &statement)
     return QStringLiteral("%1 --execute \"%2\"").arg(status.sources.client, statement);
 }
 
+/// Nothing is put in place, and no pass forced, where this one fails.
+QString andThen(const QString &command)
+{
+    return command + QStringLiteral(" &&");
+}
+
 QStringList forceSteps(const Status &status, const QString &file)
 {
-    return {QStringLiteral("talvenhr rehearse --force --export %1").arg(shellWord(file)),
-            placing(status, file),
+    const QString put = placing(status, file);
+    return {andThen(QStringLiteral("talvenhr rehearse --force --export %1").arg(shellWord(file))),
+            status.sources.place.isEmpty() ? put : andThen(put),
             statementStep(status,
                           QStringLiteral("INSERT INTO vars (name, value) VALUES "
                                          "('OQS.THRWorker.forceSync', 1) ON DUPLICATE KEY UPDATE "
@@ -131,7 +138,7 @@ QStringList forceSteps(const Status &status, const QString &file)
 /// A server that runs would read the export before its restart.
 QStringList restartSteps(const Status &status, const QString &file)
 {
-    return {QStringLiteral("talvenhr rehearse --export %1").arg(shellWord(file)),
+    return {andThen(QStringLiteral("talvenhr rehearse --export %1").arg(shellWord(file))),
             Text::tr("# Stop the attendance server"), placing(status, file),
             Text::tr("# Start the attendance server")};
 }
