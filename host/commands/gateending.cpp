@@ -29,6 +29,16 @@ QStringList keepAndTell(const GateOptions &gate, const Failure &failure)
     return {Text::tr("the hook '%1': %2").arg(gate.hooks.failed, trouble)};
 }
 
+/// To figures and site, as far as their settings can be read.
+QStringList publishFailure(const Options &options)
+{
+    StatusSettings status;
+    readStatusSettings(options, &status);
+    status.whyNoDatabase = Text::tr("the gate did not come so far");
+    const Failure failure = publishStatus(status);
+    return failure ? QStringList {failure.text} : QStringList();
+}
+
 } // namespace
 
 QStringList noteGateEnd(const GateOptions &gate, const Failure &failure)
@@ -60,19 +70,18 @@ QStringList publishGate(const Options &options, const GateOptions &gate)
 void endBeforeBegin(const Options &options, const GateOptions &gate, const Failure &failure)
 {
     const GateSettings &settings = gate.settings;
-    if (isForOneExport(options) || settings.state.isEmpty() || checkGateOwner(settings))
+    // Settings that do not even tell the folders have a hook all the same.
+    const bool isKnown = !settings.state.isEmpty();
+    if (isForOneExport(options) || (isKnown && checkGateOwner(settings)))
         return;
     Failure notMade;
-    if (!checkIncoming(settings.incoming.folder))
+    if (isKnown && !checkIncoming(settings.incoming.folder))
         notMade = makeOwnerFolder(settings.state);
     QStringList warnings = keepAndTell(gate, failure);
     if (notMade)
         warnings.append(notMade.text);
-    StatusSettings status;
-    readStatusSettings(options, &status);
-    status.whyNoDatabase = Text::tr("the gate did not come so far");
-    if (const Failure unpublished = publishStatus(status))
-        warnings.append(unpublished.text);
+    if (isKnown)
+        warnings += publishFailure(options);
     LogWriter writer(LogFormat::Text);
     for (const QString &warning : qAsConst(warnings))
         writer.warn(warning);

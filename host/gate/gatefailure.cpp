@@ -52,7 +52,7 @@ QByteArray gateFailureJson(const Failure &failure, const QDateTime &when)
 
 void keepGateFailure(const QString &stateFolder, const Failure &failure)
 {
-    if (!QDir(stateFolder).exists())
+    if (stateFolder.isEmpty() || !QDir(stateFolder).exists())
         return;
     const QString content = QStringLiteral("%1\n%2\n")
                                 .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODate),
@@ -64,12 +64,13 @@ void keepGateFailure(const QString &stateFolder, const Failure &failure)
 
 QString tellGateFailure(const QString &stateFolder, const QString &hook, const Failure &failure)
 {
-    const QString told = toldFile(stateFolder);
+    const QString told = stateFolder.isEmpty() ? QString() : toldFile(stateFolder);
     if (hook.isEmpty() || !isForTheHook(failure) || QFile::exists(told))
         return {};
     const QString trouble = runHook(hook, gateFailureJson(failure, QDateTime::currentDateTimeUtc()),
                                     hookSeconds);
-    makeEmpty(told);
+    if (!told.isEmpty())
+        makeEmpty(told);
     return trouble;
 }
 

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void hook_runsOnceUntilAGateHasWorked();
     void endBeforeTheBegin_isKnownToo_data();
     void endBeforeTheBegin_isKnownToo();
+    void foldersThatNobodyKnows_areNoReasonForSilence();
     void hookThatFails_isAWarning();
     void personAtTheKeyboard_isNoFailure();
     void foldersOfAKilledRun_goWithTheNextGate();
@@ -129,6 +130,21 @@ void tst_GateFailed::endBeforeTheBegin_isKnownToo()
     QVERIFY(!isKept());
     QVERIFY(site->readFile(QStringLiteral("talvenhr.prom"))
                 .contains(QStringLiteral("\ntalvenhr_gate_failed 0\n")));
+}
+
+/// Nothing can be kept then, so the hook runs each time.
+void tst_GateFailed::foldersThatNobodyKnows_areNoReasonForSilence()
+{
+    QFile file(site->path(QStringLiteral("talvenhr.conf")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[gate]\nincomming=incoming\n" + hookAndFigures().join(QLatin1Char('\n')).toUtf8()
+               + '\n');
+    file.close();
+    for (int i = 1; i <= 2; ++i) {
+        QCOMPARE(run(), 2);
+        QCOMPARE(told().size(), i);
+        QVERIFY(told().constLast().contains(QStringLiteral("incomming")));
+    }
 }
 
 void tst_GateFailed::hookThatFails_isAWarning()
