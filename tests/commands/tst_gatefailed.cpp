@@ -137,13 +137,13 @@ void tst_GateFailed::foldersThatNobodyKnows_areNoReasonForSilence()
 {
     QFile file(site->path(QStringLiteral("talvenhr.conf")));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[gate]\nincomming=incoming\n" + hookAndFigures().join(QLatin1Char('\n')).toUtf8()
+    file.write("[gate]\nincomings=incoming\n" + hookAndFigures().join(QLatin1Char('\n')).toUtf8()
                + '\n');
     file.close();
     for (int i = 1; i <= 2; ++i) {
         QCOMPARE(run(), 2);
         QCOMPARE(told().size(), i);
-        QVERIFY(told().constLast().contains(QStringLiteral("incomming")));
+        QVERIFY(told().constLast().contains(QStringLiteral("incomings")));
     }
 }
 
