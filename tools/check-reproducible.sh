@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-FileCopyrightText: 2026 The TalvenHR authors
 # SPDX-License-Identifier: MIT
-# Builds the last commit twice, in different folders, and compares program, plugin and library. Where
-# nothing differs from the last commit, build/release is one of the two.
+# Builds the last commit twice, in different folders, and compares program, plugin and library.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . tools/packages.sh
@@ -23,36 +22,25 @@ export SOURCE_DATE_EPOCH
 export CCACHE_DISABLE=1
 unset CMAKE_CXX_COMPILER_LAUNCHER
 
-# build SOURCES BUILD OPTION...
+# build SOURCES BUILD: what is compared is then in BUILD/made.
 build() {
+    mkdir -p "$1" "$2/made"
+    git archive HEAD | tar -x -C "$1"
     {
-        cmake -S "$1" --preset release -B "$2" "${@:3}"
+        cmake -S "$1" --preset release -B "$2" -DBUILD_TESTING=OFF -DTALVENHR_BUILD_BENCHMARKS=OFF \
+            -DTALVENHR_PRECOMPILE=OFF
         cmake --build "$2" --target talvenhr TalvenHR
     } >"$work/log" || { cat "$work/log"; return 1; }
+    cp "$2/bin/talvenhr" "$2/plugin/libTalvenHR.so" "$2/src/libtalvenhr_core.a" "$2/made"
 }
 
-# build_elsewhere SOURCES BUILD: from an archive of the last commit.
-build_elsewhere() {
-    mkdir -p "$1"
-    git archive HEAD | tar -x -C "$1"
-    build "$1" "$2" -DBUILD_TESTING=OFF -DTALVENHR_BUILD_BENCHMARKS=OFF
-}
+build "$work/one" "$work/one/build"
+build "$work/at/another/place/two" "$work/elsewhere"
 
-one=$PWD/build/release
-if [ -z "$(git status --porcelain)" ]; then
-    rm -f "$one/src/CMakeFiles/TalvenHR.dir/plugin/talvenhr.cpp.o" # it holds the moment
-    build . "$one"
-else
-    one=$work/one/build
-    build_elsewhere "$work/one" "$one"
-fi
-two=$work/elsewhere
-build_elsewhere "$work/at/another/place/two" "$two"
-
-for file in bin/talvenhr plugin/libTalvenHR.so src/libtalvenhr_core.a; do
-    if ! cmp "$one/$file" "$two/$file"; then
+for file in talvenhr libTalvenHR.so libtalvenhr_core.a; do
+    if ! cmp "$work/one/build/made/$file" "$work/elsewhere/made/$file"; then
         echo "check-reproducible: $file differs from build to build" >&2
         exit 1
     fi
-    echo "$(basename "$file"): the same, $(stat -c %s "$two/$file") bytes"
+    echo "$file: the same, $(stat -c %s "$work/elsewhere/made/$file") bytes"
 done
